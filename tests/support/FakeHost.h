@@ -20,7 +20,7 @@ struct LogLine {
     int line;
 };
 
-// One call of a NET_* function, in the order of arrival.
+// One call of a NET_* function.
 struct Call {
     std::string name;
     int hNetCommunication = 0;
@@ -30,30 +30,35 @@ struct Call {
     int b = 0;
 };
 
-// Forgets logs and calls, restores the results and the fault settings below. Live buffers stay counted.
+// What the fakes answer and what they saw. Reset puts the initial values back.
+struct State {
+    GUID appNodeID{0xA1B2C3D4, 0x1122, 0x3344, {1, 2, 3, 4, 5, 6, 7, 8}};
+    int registerNodeResult = 0;
+    int startResult = 0;
+    int registDevResult = 0;
+    unsigned int registeredType = 0;
+    CNetProtocolProc* pCreated = nullptr; // CreateSelf of the registered prototype; the test owns it
+    std::vector<Call> calls;
+};
+State& Get();
+
+// Forgets logs and calls and restores State. Live pool buffers stay counted.
 void Reset();
 
 std::vector<LogLine> Logs();
-// How many log lines have this source and line (an empty source matches any).
+// How many lines of this level have this source and line number.
 int CountLogs(LogLevel level, const std::string& source, int line);
-// "ASSERT" reports of this source and line.
+// "ASSERT" reports of this source and line number.
 int CountAsserts(const std::string& source, int line);
-void SetLogRecording(bool bOn); // off in benchmarks, fuzz targets and stress tests
-
-std::vector<Call> Calls();
+// Off in benchmarks, fuzz targets and stress tests.
+void SetLogRecording(bool bOn);
 
 // Memory-pool buffers that are alive now.
 long LiveBuffers();
-// The n-th MEM_POOL_New from now on fails (1 = the next), once; 0 switches the fault off.
+// The n-th allocation of the memory pool from now on fails, once (1 = the next); 0 switches the fault off.
 void FailPoolAllocation(int n);
 
-extern GUID appNodeID;                // answer of NET_COMM_GetCurrentAppNodeID
-extern int registerNodeResult;        // answer of NET_SOCKET_RegisterNode
-extern int startResult;               // answer of NET_SOCKET_Start
-extern int registDevResult;           // answer of NET_COMM_RegistDevProtocolProcObject
-extern unsigned int registeredType;   // its last argument
-extern CNetProtocolProc* (*onRegister)(CNetProtocolProc* pPrototype); // called during the registration
-extern CNetProtocolProc* createdByRegister;
-extern thread_local unsigned int lastError; // answer of GetLastError
+// What GetLastError answers on the calling thread.
+void SetLastError(unsigned int nError);
 
 } // namespace fake_host
