@@ -1,0 +1,23 @@
+#pragma once
+
+#include <pthread.h>
+
+#include "Lock.h"
+
+// Condition variable on CLOCK_MONOTONIC, so that a change of the wall-clock time neither shortens nor
+// lengthens a wait. A waiter holds the lock exactly once and checks its condition again after every return.
+class CPFCondition {
+public:
+    CPFCondition();
+    ~CPFCondition();
+    CPFCondition(const CPFCondition&) = delete;
+    CPFCondition& operator=(const CPFCondition&) = delete;
+
+    void Wait(CLock& lock);
+    // False when the CLOCK_MONOTONIC time deadline has passed.
+    bool WaitUntil(CLock& lock, const timespec& deadline);
+    void WakeOne();
+
+private:
+    pthread_cond_t m_cond;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+// Wraps one node type value of the host and says which family it belongs to.
+class CTypeCheck {
+public:
+    // Values of the host's node types: clients from 1, servers from 32, common resources from 128, peripheral
+    // devices from 256.
+    enum _kest_node_type_def_ : unsigned int {
+        NODE_TYPE_WALL = 132,
+        NODE_TYPE_CHANNELGROUP = 133,
+        NODE_TYPE_PERIPHERAL_ABSTRACT_DEVICE = 257,
+        NODE_TYPE_PERIPHERAL_DECODER_BEGIN = 512,
+        NODE_TYPE_PERIPHERAL_ABSTRACT_DECODER = 513,
+        NODE_TYPE_PERIPHERAL_DECODER_END = 752,
+        NODE_TYPE_SCREEN_LED_BEGIN = 753,
+    };
+
+    // A type value as a member of the video decoder family.
+    class CDecoderTypeCheck {
+    public:
+        unsigned int m_dwTypeValue = 0;
+    };
+
+    explicit CTypeCheck(unsigned int dwTypeValue) : m_dwTypeValue(dwTypeValue) {}
+
+    // The value under which the plug-in's prototype is registered with the host.
+    static unsigned int GetDECODERAbstractTypeValue();
+
+    // True for video decoders. *pOut, if given, receives the value whatever the outcome.
+    bool IsDecoder(CDecoderTypeCheck* pOut) const;
+    static bool IsDecoder_s(unsigned int dwTypeValue, CDecoderTypeCheck* pOut);
+
+private:
+    unsigned int m_dwTypeValue;
+};
