@@ -17,6 +17,7 @@ public:
     // False when the CLOCK_MONOTONIC time deadline has passed.
     bool WaitUntil(CLock& lock, const timespec& deadline);
     void WakeOne();
+    void WakeAll();
 
 private:
     pthread_cond_t m_cond;
