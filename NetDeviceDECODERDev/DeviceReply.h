@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "VTXMLParse.h"
+
+// The text of a reply, opened for reading by path.
+class CDeviceReply {
+public:
+    // Stands for a reply that is no XML document; no decoder gives this code.
+    static constexpr unsigned int UNREADABLE = 0xFFFFFFFF;
+
+    // Copies what it needs of the text. Throws nothing but std::bad_alloc.
+    explicit CDeviceReply(std::string_view text);
+
+    // The decoder's error code: 0 is success, also when the reply names none.
+    unsigned int ErrorCode() const;
+    // Replaces value by the element's text; where there is no such element it is left alone.
+    void ReadIfThere(const char* szPath, std::string& value) const;
+
+private:
+    CVTXMLParse m_xml;
+};

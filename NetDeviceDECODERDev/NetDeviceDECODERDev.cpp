@@ -1,0 +1,17 @@
+#include "HostFunctions.h"
+#include "NetProtocolProcTWDECODERDev.h"
+#include "PluginExports.h"
+#include "TypeCheck.h"
+
+extern "C" {
+
+__attribute__((visibility("default"))) int NET_DEV_DECODERDEVSDK_Initial()
+{
+    // The host makes every working processor with CreateSelf during this call.
+    CNetProtocolProcTWDECODERDev prototype;
+    return NET_COMM_RegistDevProtocolProcObject(CTypeCheck::GetDECODERAbstractTypeValue(), &prototype);
+}
+
+__attribute__((visibility("default"))) void NET_DEV_DECODERDEVSDK_Quit() {}
+
+} // extern "C"

@@ -1,0 +1,76 @@
+#include "NetProtocolProcDevice.h"
+
+#include <cstring>
+#include <memory>
+
+#include "CmdProcObject.h"
+#include "HostFunctions.h"
+#include "Lock.h"
+
+namespace {
+
+constexpr int QUEUE_HOLDER_TAG = 11; // the host's name for the reference that the queue holds
+
+// The queue's reference on a command: taken here, given back unless a queue entry took it over.
+class CQueueReference {
+public:
+    explicit CQueueReference(CCmdProcObject* cmd) : m_cmd(cmd) { m_cmd->AddReference(QUEUE_HOLDER_TAG); }
+    ~CQueueReference()
+    {
+        if (m_cmd != nullptr) {
+            m_cmd->DecReference(QUEUE_HOLDER_TAG);
+        }
+    }
+    CQueueReference(const CQueueReference&) = delete;
+    CQueueReference& operator=(const CQueueReference&) = delete;
+    void Release() { m_cmd = nullptr; }
+
+private:
+    CCmdProcObject* m_cmd;
+};
+
+} // namespace
+
+CNetProtocolProcDevice::CNetProtocolProcDevice() { m_pCmdProcList = new std::list<CMD_PROC_INFO>; }
+
+CNetProtocolProcDevice::~CNetProtocolProcDevice()
+{
+    if (!m_pCmdProcList->empty()) {
+        SHARESDK_AbnormalOutput("ASSERT", "NetProtocolProcDevice", 16);
+    }
+    delete m_pCmdProcList;
+    m_pCmdProcList = nullptr;
+}
+
+void CNetProtocolProcDevice::AddOneCmd(CCmdProcObject* cmd, unsigned char* buf, unsigned int len)
+{
+    CAutoLock lock(m_CmdProcListLock);
+    CQueueReference reference(cmd);
+    std::unique_ptr<BYTE[]> copy;
+    if (len != 0) {
+        copy.reset(new BYTE[len]);
+        memcpy(copy.get(), buf, len);
+    }
+    m_pCmdProcList->push_back({cmd, copy.get(), len});
+    copy.release();
+    reference.Release();
+}
+
+bool CNetProtocolProcDevice::ProcDevCmd()
+{
+    CMD_PROC_INFO entry;
+    {
+        CAutoLock lock(m_CmdProcListLock);
+        if (m_pCmdProcList->empty()) {
+            return false;
+        }
+        entry = m_pCmdProcList->front();
+        m_pCmdProcList->pop_front();
+    }
+    ProcOneCommand(entry.pCmdProcObject, entry.pBuf, entry.dwLen);
+    entry.pCmdProcObject->DecReference(QUEUE_HOLDER_TAG);
+    delete[] entry.pBuf;
+    return true;
+}
+
+bool CNetProtocolProcDevice::ProcOrvaCmd() { return false; }

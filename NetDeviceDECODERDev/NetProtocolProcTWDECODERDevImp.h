@@ -1,0 +1,177 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "Event.h"
+#include "Interlocked.h"
+#include "NetPacketProcTWDecoderDev.h"
+#include "ReplyHandOver.h"
+#include "SocketDataObserver.h"
+#include "TvwallProtocol.h"
+
+class CCmdProcObject;
+class CDeviceRequest;
+class CMarkupSTL;
+class CNetNode;
+
+// What the login has brought.
+struct DevReplyMessage {
+    std::string s_pubkey1;   // PEM text, enciphers the login
+    std::string s_pubkey2;   // PEM text, enciphers the credentials of video sources
+    std::string s_sessionId; // goes into the header of every request
+    std::string s_token;     // likewise
+
+    void ClearData();
+};
+
+// The session with one decoder.
+//
+// Threads: the host's receive thread calls OnSocketRecvData, one worker thread calls ProcOneCommand, others
+// call Start, Stop (never concurrently with Start), IsOnline and GetBeatData. What the first two share is
+// accessed atomically; the reply goes over through CReplyHandOver. No operation throws.
+class CNetProtocolProcTWDECODERDevImp : public CSocketDataObserver {
+public:
+    CNetProtocolProcTWDECODERDevImp();
+    ~CNetProtocolProcTWDECODERDevImp() override;
+    CNetProtocolProcTWDECODERDevImp(const CNetProtocolProcTWDECODERDevImp&) = delete;
+    CNetProtocolProcTWDECODERDevImp& operator=(const CNetProtocolProcTWDECODERDevImp&) = delete;
+
+    // --- life cycle and liveness ---
+
+    // Arms the session for its node; the text and the number are the host's and ignored. Always 0.
+    int Start(CNetNode* node, char* text, int n);
+    // Disarms it for good and waits until a running command and a running receive have ended.
+    void Stop();
+    // Counts one liveness check; false from the 17th on without a frame in between.
+    bool IsOnline();
+    const char* GetBeatData(unsigned long& len);
+
+    // --- receiving ---
+
+    unsigned int OnSocketRecvData(int nSocket, const char* data, unsigned int len, unsigned int* needLen,
+                                  void* context) override;
+    static unsigned int PacketProcCallback(tagNET_PACKETTYPE type, const char* data, unsigned long len,
+                                           void* context);
+
+    // --- commands ---
+
+    // Executes one host command and gives its answer; buf holds len payload bytes and is valid during the
+    // call.
+    void ProcOneCommand(CCmdProcObject* cmd, unsigned char* buf, unsigned int len);
+
+    // --- envelope and frames, for those who compose requests ---
+
+    // Adds td_command with an empty td_header, which becomes the current element.
+    static void AddRequestXmfHeader(CMarkupSTL& doc);
+    // Fills the current td_header; it stays the parent of the current position.
+    void AddCommomXmlStr(CMarkupSTL& doc, const std::string& url, unsigned int seq) const;
+    // The part of it that needs no login: all but session and token.
+    static void AddSessionlessXmlStr(CMarkupSTL& doc, const std::string& url, unsigned int seq);
+    // The next sequence number, 256 to 0xFFFFFFFD, from the counter that all sessions share.
+    static unsigned int GetCmdID();
+
+private:
+    friend class CSessionAccess; // tests
+
+    enum class E_Exchange {
+        Reply,     // a reply has come and can be read
+        NoReply,   // not sent, not answered in time, or stopped
+        NotStored, // answered, but no reply of a known request has come yet
+    };
+    using CommandHandler = void (CNetProtocolProcTWDECODERDevImp::*)(CCmdProcObject*, char*, unsigned int);
+    struct S_CommandRow;
+    struct S_OptionRow;
+    static const S_CommandRow COMMAND_TABLE[];
+    static const S_OptionRow OPTION_TABLE[];
+
+    // --- receiving ---
+
+    void ProcOneNetPack(const char* data, unsigned long len);
+    bool GetXmlUrlFromDevData(const char* data, unsigned long len, std::string& url);
+    static bool IsSupportFunc(const std::string& url);
+    void StoreReply(const char* data, unsigned long len);
+    void NotifyHost(unsigned int nOptType, const char* data, unsigned long nDataLen, unsigned long nLen);
+
+    // --- exchanges ---
+
+    static void ResizeBuffer(char*& buf, unsigned long& capacity, unsigned long need);
+    static unsigned int GetDevHeaderLength();
+    static void FillKESTHeader(char* head, unsigned long len);
+    // Frames the document's text into buf; bufLen is the capacity on entry and the frame's length afterwards.
+    static unsigned long KESTToDevXmltoBuf(const CMarkupSTL& doc, char*& buf, unsigned long& bufLen);
+    // Sends one complete frame: its length, or -1.
+    long SendDataToDev(CNetNode* node, const void* data, unsigned long len);
+    // Polls every 100 ms until the message with this number has come.
+    bool WaitProc(unsigned int cmdID, unsigned int timeoutMs);
+    enum class E_SendCheck { FailAtOnce, WaitAnyway };
+    E_Exchange SendAndWait(const CDeviceRequest& request, E_SendCheck sendCheck);
+    // SendAndWait with the failure answers that most commands share; false when the command is answered.
+    bool Exchange(CCmdProcObject* cmd, const CDeviceRequest& request);
+    // The reply to the last exchange; valid until the next one.
+    std::string_view ReplyText() const;
+
+    // --- dispatch ---
+
+    void RunCommand(CCmdProcObject* cmd, char* data, unsigned int len);
+    void GetDecoderConfig(CCmdProcObject* cmd, char* data, unsigned int len);
+    void SaveDecoderConfig(CCmdProcObject* cmd, char* data, unsigned int len);
+    void DecoderOption(CCmdProcObject* cmd, char* data, unsigned int len);
+    enum class E_OptionLog { Quiet, Logged };
+    void RunOption(CCmdProcObject* cmd, const char* data, unsigned int len, E_OptionLog log);
+
+    // --- answers to the host; a command that wants none gets none, and none gets two ---
+
+    void DevToKSETFailReturn(CCmdProcObject* cmd, const unsigned int& code);
+    static unsigned long DevToKESTDefaultResultBuf(const int& optType, const int& errorCode, char*& buf,
+                                                   unsigned long& bufLen, const char* extra,
+                                                   const unsigned long& extraLen);
+    void ReplyResult(CCmdProcObject* cmd, char* extra, unsigned int extraLen, unsigned int optType);
+    void ReplyBuffer(CCmdProcObject* cmd, const char* data, unsigned long len);
+    // True when this answer may leave; notes that it does.
+    bool TakeAnswer(CCmdProcObject* cmd);
+
+    // --- handlers: login ---
+
+    void ProcDoOptionCmd(CCmdProcObject* cmd, char* data, unsigned int len);
+    void ProcLoginCmd(CCmdProcObject* cmd, char* data, unsigned int len);
+    void ProcLoginOutCmd(CCmdProcObject* cmd, char* data, unsigned int len);
+    void ReplyLogin(CCmdProcObject* cmd, unsigned int nErrorCode);
+
+    // --- handlers: canvas windows ---
+
+    void CreateCanvas(CCmdProcObject* cmd, char* data, unsigned int len);
+    void DelCanvas(CCmdProcObject* cmd, char* data, unsigned int len);
+    void ChangeCanvas(CCmdProcObject* cmd, char* data, unsigned int len);
+    void TopCanvas(CCmdProcObject* cmd, char* data, unsigned int len);
+    void doSetCanvasSplit(CCmdProcObject* cmd, char* data, unsigned int len);
+    void doClearWall(CCmdProcObject* cmd, char* data, unsigned int len);
+    void SendCanvasWindows(CCmdProcObject* cmd, char* data, unsigned int len, const std::string& url);
+
+    CNetNode* m_pCurNetNode = nullptr; // owned by the host
+    char* m_pTmpBuffer = nullptr;      // the last request's frame; owned
+    unsigned long m_TmpbufferLen;      // its capacity, and after a request the frame's length
+    char* m_pBufferReply = nullptr;    // text of the last message; owned
+    unsigned long m_BufMaxLen;         // capacity of m_pBufferReply
+    unsigned long m_BufReplayValidLen = 0;
+    DevReplyMessage m_replyMessage;
+    Interlocked m_keepBeat{0};            // liveness checks since the last frame
+    CMyEvent* m_ArrayEvent[2]{};          // owned; the second one is signalled by Stop
+    unsigned long m_BufValidLenReply = 0; // the same as m_BufReplayValidLen
+    bool m_IsReplySuccess = false;        // a reply with a known URL has come; never cleared
+    Interlocked m_ExportFlag{1};          // 0: commands are refused
+    CMyEvent m_ExportEvent{true};         // unsignalled while a command runs
+    Interlocked m_ImportFlag{1};          // 0: received bytes are ignored
+    CMyEvent m_ImportEvent{true};         // unsignalled while received bytes are parsed
+    bool m_bSupportBeat = true;
+    CNetPacketProcTWDECODERDev m_NetPacketProc;
+    bool m_bSuccessLogin = false;
+    bool m_bWaitSecond = false;
+    int m_RunFlag = 1;
+    volatile int m_recvCmdID = -1; // sequence number of the last message that carried one
+    bool m_sendOptin = false;      // between the start of "dooption" and the start of "dologin"
+
+    CReplyHandOver m_replyHandOver;
+    std::unique_ptr<S_DeviceReply> m_pReply; // of the last exchange; worker only
+    bool m_bAnswered = false;                // the running command has its answer; worker only
+};

@@ -1,0 +1,184 @@
+// From a host command to its handler, and the answers that leave. Runs on the worker thread.
+
+#include <algorithm>
+#include <cstring>
+
+#include "AtomicAccess.h"
+#include "CmdProcObject.h"
+#include "DeviceReply.h"
+#include "NetProtocolProcTWDECODERDevImp.h"
+#include "SessionLog.h"
+
+using namespace ORVA_NET_PROTOCOL;
+using namespace ORVA2_DECODER_TVW;
+
+struct CNetProtocolProcTWDECODERDevImp::S_CommandRow {
+    unsigned int nCmdID;
+    CommandHandler pHandler;
+};
+
+struct CNetProtocolProcTWDECODERDevImp::S_OptionRow {
+    unsigned int nCmdID;
+    unsigned int nOptType;
+    CommandHandler pHandler;
+};
+
+// Commands that are not listed are ignored without an answer.
+const CNetProtocolProcTWDECODERDevImp::S_CommandRow CNetProtocolProcTWDECODERDevImp::COMMAND_TABLE[] = {
+    {KEST_CMD_REQUEST_LOGIN, &CNetProtocolProcTWDECODERDevImp::ProcDoOptionCmd},
+    {KEST_CMD_TVWALL_DECODE_GET_CONFIG, &CNetProtocolProcTWDECODERDevImp::GetDecoderConfig},
+    {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, &CNetProtocolProcTWDECODERDevImp::SaveDecoderConfig},
+    {KEST_CMD_TVWALL_DECODE_OPTION, &CNetProtocolProcTWDECODERDevImp::DecoderOption},
+};
+
+// Likewise option types that are not listed for their command.
+const CNetProtocolProcTWDECODERDevImp::S_OptionRow CNetProtocolProcTWDECODERDevImp::OPTION_TABLE[] = {
+    {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_CLEAR_WALL,
+     &CNetProtocolProcTWDECODERDevImp::doClearWall},
+    {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_SET_DECODERFRAME,
+     &CNetProtocolProcTWDECODERDevImp::doSetCanvasSplit},
+    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_CREATE_CANVAS,
+     &CNetProtocolProcTWDECODERDevImp::CreateCanvas},
+    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DEL_CANVAS, &CNetProtocolProcTWDECODERDevImp::DelCanvas},
+    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_MODIFY_CANVAS,
+     &CNetProtocolProcTWDECODERDevImp::ChangeCanvas},
+    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_TOP_CANVAS, &CNetProtocolProcTWDECODERDevImp::TopCanvas},
+    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_LOGOUT, &CNetProtocolProcTWDECODERDevImp::ProcLoginOutCmd},
+};
+
+void CNetProtocolProcTWDECODERDevImp::ProcOneCommand(CCmdProcObject* cmd, unsigned char* buf,
+                                                     unsigned int len)
+{
+    CMySingleEvent running(m_ExportEvent);
+    AtomicStore(m_recvCmdID, -1);
+    m_bAnswered = false;
+    try {
+        RunCommand(cmd, reinterpret_cast<char*>(buf), len);
+    } catch (const std::exception&) { // no memory for this command; the answer needs none
+        m_replyHandOver.ExpectNone();
+        DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
+    }
+}
+
+void CNetProtocolProcTWDECODERDevImp::RunCommand(CCmdProcObject* cmd, char* data, unsigned int len)
+{
+    if (m_ExportFlag == 0) {
+        DevToKSETFailReturn(cmd, KEST_RESULT_NOT_READY);
+        return;
+    }
+    const unsigned int nCmdID = cmd->GetRequestCommand();
+    session_log::Normal(166, "**************a=%d\n", nCmdID);
+    if (!m_bSuccessLogin && nCmdID != KEST_CMD_REQUEST_LOGIN) {
+        DevToKSETFailReturn(cmd, KEST_RESULT_NOT_READY);
+        return;
+    }
+    for (const S_CommandRow& row : COMMAND_TABLE) {
+        if (row.nCmdID == nCmdID) {
+            (this->*row.pHandler)(cmd, data, len);
+            return;
+        }
+    }
+}
+
+void CNetProtocolProcTWDECODERDevImp::GetDecoderConfig(CCmdProcObject* cmd, char* data, unsigned int len)
+{
+    RunOption(cmd, data, len, E_OptionLog::Logged);
+}
+
+void CNetProtocolProcTWDECODERDevImp::SaveDecoderConfig(CCmdProcObject* cmd, char* data, unsigned int len)
+{
+    RunOption(cmd, data, len, E_OptionLog::Logged);
+}
+
+void CNetProtocolProcTWDECODERDevImp::DecoderOption(CCmdProcObject* cmd, char* data, unsigned int len)
+{
+    RunOption(cmd, data, len, E_OptionLog::Quiet);
+}
+
+void CNetProtocolProcTWDECODERDevImp::RunOption(CCmdProcObject* cmd, const char* data, unsigned int len,
+                                                E_OptionLog log)
+{
+    TVWALL_OPT_INFO option;
+    if (data == nullptr || len < sizeof(option)) {
+        return;
+    }
+    memcpy(&option, data, sizeof(option));
+    // The stated length is a wish; the handler gets the bytes that are there.
+    const unsigned int nLen = std::min(option.nLen, len - static_cast<unsigned int>(sizeof(option)));
+    std::string record(data + sizeof(option), nLen);
+    if (log == E_OptionLog::Logged) {
+        session_log::Normal(session_log::NO_LINE, "**************pOptType.opt:%d******************",
+                            option.nOptType);
+    }
+    for (const S_OptionRow& row : OPTION_TABLE) {
+        if (row.nCmdID == cmd->GetRequestCommand() && row.nOptType == option.nOptType) {
+            (this->*row.pHandler)(cmd, record.data(), nLen);
+            return;
+        }
+    }
+}
+
+bool CNetProtocolProcTWDECODERDevImp::TakeAnswer(CCmdProcObject* cmd)
+{
+    if (m_bAnswered || !cmd->HasReply()) {
+        return false;
+    }
+    m_bAnswered = true;
+    return true;
+}
+
+void CNetProtocolProcTWDECODERDevImp::DevToKSETFailReturn(CCmdProcObject* cmd, const unsigned int& code)
+{
+    if (!TakeAnswer(cmd)) {
+        return;
+    }
+    _kest_net_reply reply{};
+    reply.dwResult = code;
+    cmd->ReplyRecord(reply);
+}
+
+void CNetProtocolProcTWDECODERDevImp::ReplyBuffer(CCmdProcObject* cmd, const char* data, unsigned long len)
+{
+    if (TakeAnswer(cmd)) {
+        cmd->ReplyBuffer(data, len);
+    }
+}
+
+unsigned long CNetProtocolProcTWDECODERDevImp::DevToKESTDefaultResultBuf(const int& optType,
+                                                                         const int& errorCode, char*& buf,
+                                                                         unsigned long& bufLen,
+                                                                         const char* extra,
+                                                                         const unsigned long& extraLen)
+{
+    S_Decoder_Default_Result head{};
+    head.nOptType = static_cast<uint32_t>(optType);
+    head.wResultLen = sizeof(head.result);
+    head.wExtraLen = static_cast<uint16_t>(extraLen);
+    head.result._nResult = errorCode == 0 ? 0 : 1;
+    head.result._nErrorCode = static_cast<uint32_t>(errorCode);
+
+    const unsigned long nAnswerLen = sizeof(head) + extraLen;
+    ResizeBuffer(buf, bufLen, nAnswerLen);
+    memcpy(buf, &head, sizeof(head));
+    if (extraLen != 0) {
+        memcpy(buf + sizeof(head), extra, extraLen);
+    }
+    bufLen = nAnswerLen;
+    return nAnswerLen;
+}
+
+void CNetProtocolProcTWDECODERDevImp::ReplyResult(CCmdProcObject* cmd, char* extra, unsigned int extraLen,
+                                                  unsigned int optType)
+{
+    const unsigned int nErrorCode = CDeviceReply(ReplyText()).ErrorCode();
+    if (nErrorCode != 0) {
+        DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
+        return;
+    }
+    char* buf = nullptr;
+    unsigned long nCapacity = 0;
+    const unsigned long nLen = DevToKESTDefaultResultBuf(
+        static_cast<int>(optType), static_cast<int>(nErrorCode), buf, nCapacity, extra, extraLen);
+    const std::unique_ptr<char[]> owner(buf);
+    ReplyBuffer(cmd, buf, nLen);
+}

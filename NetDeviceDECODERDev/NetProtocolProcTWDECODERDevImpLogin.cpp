@@ -1,0 +1,150 @@
+// Login and logout. The login is two exchanges: the first brings the decoder's keys and a session id, the
+// second sends the enciphered account and brings the token.
+
+#include <algorithm>
+#include <cstring>
+
+#include <openssl/crypto.h>
+
+#include "AtomicAccess.h"
+#include "CmdXmlFormat.h"
+#include "DeviceReply.h"
+#include "DeviceRequest.h"
+#include "NetNode.h"
+#include "NetProtocolProcTWDECODERDevImp.h"
+#include "SessionLog.h"
+#include "TypeCheck.h"
+#include "tdcrypto.h"
+
+using namespace DECODE_XML_CMD_HEADER;
+using namespace ORVA_NET_PROTOCOL;
+
+namespace {
+
+constexpr int REQUEST_RSA_ENCRYPTION = 1;
+
+// The login record as far as it came, the rest zero; wiped when it goes out of scope.
+class CLoginRecord {
+public:
+    CLoginRecord(const char* data, unsigned int len)
+    {
+        if (data != nullptr) {
+            memcpy(&m_record, data, std::min<size_t>(len, sizeof(m_record)));
+        }
+    }
+    ~CLoginRecord() { OPENSSL_cleanse(&m_record, sizeof(m_record)); }
+    CLoginRecord(const CLoginRecord&) = delete;
+    CLoginRecord& operator=(const CLoginRecord&) = delete;
+
+    std::string UserName() const
+    {
+        return {m_record.username, strnlen(m_record.username, sizeof(m_record.username))};
+    }
+
+    // SHA-256 of the password as 64 hexadecimal characters.
+    std::string PasswordDigest() const
+    {
+        char szDigest[65];
+        const size_t nLen = strnlen(m_record.password, sizeof(m_record.password));
+        tdcrypto::Sha265_String(m_record.password, static_cast<unsigned int>(nLen), szDigest);
+        return szDigest;
+    }
+
+private:
+    _kest_net_login_info m_record{};
+};
+
+// The host's code for a refused login, 0 where the host gets no answer.
+unsigned int HostCodeOfLoginError(unsigned int nDeviceCode)
+{
+    switch (nDeviceCode) {
+    case 103:
+        return KEST_RESULT_LOGIN_DEVICE_103;
+    case 106:
+        return KEST_RESULT_LOGIN_DEVICE_106;
+    case 51:
+        return KEST_RESULT_DEVICE_ERROR;
+    case 105:
+        return KEST_RESULT_LOGIN_DEVICE_105;
+    default:
+        return 0;
+    }
+}
+
+} // namespace
+
+void CNetProtocolProcTWDECODERDevImp::ProcDoOptionCmd(CCmdProcObject* cmd, char* data, unsigned int len)
+{
+    if (len != sizeof(_kest_net_login_info)) {
+        session_log::Assert(549);
+    }
+    m_sendOptin = true;
+    CDeviceRequest request(HTTP_CMDX_DOOPTION);
+    request.Body().AddElem("encryption", REQUEST_RSA_ENCRYPTION);
+    // A login that cannot be sent or is not answered gets no answer; the host has its own timeout.
+    if (SendAndWait(request, E_SendCheck::WaitAnyway) != E_Exchange::Reply) {
+        return;
+    }
+    CDeviceReply reply(ReplyText());
+    reply.ReadIfThere("td_command/td_body/pubkey1", m_replyMessage.s_pubkey1);
+    reply.ReadIfThere("td_command/td_body/pubkey2", m_replyMessage.s_pubkey2);
+    reply.ReadIfThere("td_command/td_header/session", m_replyMessage.s_sessionId);
+    if (reply.ErrorCode() != 0) {
+        DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
+        return;
+    }
+    ProcLoginCmd(cmd, data, len);
+}
+
+void CNetProtocolProcTWDECODERDevImp::ProcLoginCmd(CCmdProcObject* cmd, char* data, unsigned int len)
+{
+    if (len != sizeof(_kest_net_login_info)) {
+        session_log::Assert(594);
+    }
+    m_sendOptin = false;
+    const CLoginRecord record(data, len);
+    CDeviceRequest request(*this, HTTP_CMDX_LOGIN);
+    const std::string authentication =
+        tdcrypto::RsaPubEncrypt(record.PasswordDigest(), m_replyMessage.s_pubkey1);
+    const std::string account = tdcrypto::RsaPubEncrypt(record.UserName(), m_replyMessage.s_pubkey1);
+    request.Header().AddElem("account", account.c_str());
+    request.Header().AddElem("authentication", authentication.c_str());
+    if (SendAndWait(request, E_SendCheck::WaitAnyway) != E_Exchange::Reply) {
+        return;
+    }
+    CDeviceReply reply(ReplyText());
+    reply.ReadIfThere("td_command/td_header/token", m_replyMessage.s_token);
+    ReplyLogin(cmd, reply.ErrorCode());
+}
+
+void CNetProtocolProcTWDECODERDevImp::ReplyLogin(CCmdProcObject* cmd, unsigned int nErrorCode)
+{
+    if (nErrorCode != 0) {
+        if (const unsigned int nHostCode = HostCodeOfLoginError(nErrorCode)) {
+            DevToKSETFailReturn(cmd, nHostCode);
+        }
+        return;
+    }
+    _net_login_success_info answer{};
+    if (const CNetNode* node = AtomicLoad(m_pCurNetNode)) {
+        answer.remoteNodeID = node->GetNodeID();
+    }
+    answer.remoteNodeType = CTypeCheck::GetDECODERAbstractTypeValue();
+    m_bSuccessLogin = true;
+    ReplyBuffer(cmd, reinterpret_cast<const char*>(&answer), sizeof(answer));
+}
+
+// Leaves the login state as it is: the host ends the session by destroying the processor.
+void CNetProtocolProcTWDECODERDevImp::ProcLoginOutCmd(CCmdProcObject* cmd, char* /*data*/,
+                                                      unsigned int /*len*/)
+{
+    const CDeviceRequest request(*this, HTTP_CMDX_LOGOUT);
+    if (!Exchange(cmd, request)) {
+        return;
+    }
+    if (CDeviceReply(ReplyText()).ErrorCode() != 0) {
+        DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
+        return;
+    }
+    ReplyBuffer(cmd, nullptr, 0);
+}

@@ -1,0 +1,27 @@
+#pragma once
+// Reports of the session to the host's log. The line numbers are fixed names of the places, not the places'
+// own lines: the host's operators search for them.
+
+#include <cstdio>
+
+#include "HostFunctions.h"
+
+namespace session_log {
+
+inline constexpr char SOURCE[] = "NetProtocolProcTWDECODERDevImp";
+
+// Where no number is fixed.
+inline constexpr int NO_LINE = 0;
+
+inline void Assert(int nLine) { SHARESDK_AbnormalOutput("ASSERT", SOURCE, nLine); }
+
+// printf-like; at most 4095 characters arrive.
+template <class... Args>
+void Normal(int nLine, const char* szFormat, Args... args)
+{
+    char szText[4096] = {};
+    snprintf(szText, sizeof(szText), szFormat, args...);
+    SHARESDK_NormalOutput(szText, SOURCE, nLine);
+}
+
+} // namespace session_log

@@ -1,0 +1,36 @@
+#include "FakeCommand.h"
+
+#include <cstdio>
+#include <cstring>
+
+std::string Hex(const std::string& bytes)
+{
+    std::string hex;
+    for (const unsigned char byte : bytes) {
+        char szByte[3];
+        snprintf(szByte, sizeof(szByte), "%02x", byte);
+        hex += szByte;
+    }
+    return hex;
+}
+
+std::string FakeCommand::Answer() const
+{
+    if (nAnswers == 0) {
+        return "none";
+    }
+    if (nAnswers > 1) {
+        return "twice";
+    }
+    if (!bFailed) {
+        return "buffer " + Hex(buffer);
+    }
+    ORVA_NET_PROTOCOL::_kest_net_reply expected{};
+    expected.dwResult = record.dwResult;
+    if (memcmp(&expected, &record, sizeof(record)) != 0) {
+        return "failure with a record that is not zero behind its code";
+    }
+    char szCode[9];
+    snprintf(szCode, sizeof(szCode), "%08x", record.dwResult);
+    return std::string("failure ") + szCode;
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "FakeHost.h"
+#include "NetNode.h"
+
+// A host node that records what is sent and delivered, and fails on order. Not locked.
+class FakeNode final : public CNetNode {
+public:
+    struct Notification {
+        unsigned int nCmdID;
+        unsigned int nOptType;
+        unsigned int nLen;
+        GUID destination;
+        std::string data;
+    };
+
+    void DeliverCommand(unsigned int nCmdID, CCmdProcParam* pParam) override
+    {
+        const auto& param = dynamic_cast<CCmdProcParamMTvwall&>(*pParam);
+        notifications.push_back({nCmdID, param.m_DataTvwallInfo.nOptType, param.m_DataTvwallInfo.nLen,
+                                 param.m_destNodeID, std::string(param.GetData(), param.GetDataLen())});
+    }
+    bool SendData(const void* pData, unsigned long nLen) override
+    {
+        if (onSend) {
+            onSend();
+        }
+        if (!sendErrors.empty()) {
+            fake_host::SetLastError(sendErrors.front());
+            sendErrors.erase(sendErrors.begin());
+            return false;
+        }
+        frames.emplace_back(static_cast<const char*>(pData), nLen);
+        return true;
+    }
+    bool IsDropRecvData() override { return bDrop; }
+    void Disconnect() override { ++nDisconnects; }
+    GUID GetNodeID() const override { return id; }
+
+    std::vector<std::string> frames; // sent
+    std::vector<Notification> notifications;
+    std::function<void()> onSend;         // runs before each send
+    std::vector<unsigned int> sendErrors; // the next sends fail with these
+    bool bDrop = false;
+    int nDisconnects = 0;
+    GUID id{0x01234567, 0x89AB, 0xCDEF, {0x10, 0x20, 0x30, 0x40, 0x50, 0x60, 0x70, 0x80}};
+};

@@ -1,0 +1,126 @@
+#include "SessionFixture.h"
+
+#include "TestClock.h"
+#include "tdcrypto.h"
+
+using namespace ORVA_NET_PROTOCOL;
+
+std::string Frame(const std::string& payload)
+{
+    return Bytes().Text("1111").U32(payload.size()).Text(payload);
+}
+
+std::string ReplyText(const std::string& url, const std::string& seq, const std::string& errorcode,
+                      const std::string& headerTail, const std::string& body)
+{
+    return "<td_command><td_header><url>" + url + "</url><seq>" + seq + "</seq><errorcode>" + errorcode +
+           "</errorcode>" + headerTail + "</td_header><td_body>" + body + "</td_body></td_command>";
+}
+
+std::string Element(const std::string& xml, const std::string& name)
+{
+    const auto begin = xml.find("<" + name + ">");
+    const auto end = xml.find("</" + name + ">");
+    if (begin == std::string::npos || end == std::string::npos) {
+        return xml.find("<" + name + "/>") != std::string::npos ? "" : "?";
+    }
+    const auto content = begin + name.size() + 2;
+    return xml.substr(content, end - content);
+}
+
+std::string Option(unsigned int nOptType, const std::string& record)
+{
+    return Bytes().U32(nOptType).U32(record.size()).Text(record);
+}
+
+std::string LoginPayload(const std::string& user, const std::string& password)
+{
+    std::string payload(sizeof(_kest_net_login_info), '\0');
+    payload.replace(offsetof(_kest_net_login_info, username), user.size(), user);
+    payload.replace(offsetof(_kest_net_login_info, password), password.size(), password);
+    return payload;
+}
+
+const TestKeys& DecoderKeys()
+{
+    static const TestKeys keys = [] {
+        std::string texts[2];
+        tdcrypto::GenerateRsaKey(texts);
+        return TestKeys{texts[0], texts[1]};
+    }();
+    return keys;
+}
+
+SessionFixture::SessionFixture()
+{
+    fake_host::Reset();
+    test_clock::SetSleepHook([this](unsigned int ms) { OnSleep(ms); });
+    session.Start(&node, nullptr, 0);
+}
+
+SessionFixture::~SessionFixture() { test_clock::SetSleepHook({}); }
+
+void SessionFixture::OnSleep(unsigned int ms)
+{
+    if (ms != 100) {
+        ++nRetries;
+        return;
+    }
+    ++nPolls;
+    if (onPoll) {
+        onPoll();
+    } else if (!m_replies.empty() && --m_replies.front().nPolls <= 0) {
+        std::string text = m_replies.front().text;
+        m_replies.pop_front();
+        if (const auto at = text.find("%SEQ%"); at != std::string::npos) {
+            text.replace(at, 5, Element(LastRequest(), "seq"));
+        }
+        Receive(Frame(text));
+    }
+}
+
+void SessionFixture::ReplyWith(const std::string& text, int nPollsBefore)
+{
+    m_replies.push_back({text, nPollsBefore});
+}
+
+void SessionFixture::Receive(const std::string& bytes)
+{
+    unsigned int nNeed = 0;
+    const unsigned int nConsumed =
+        session.OnSocketRecvData(0, bytes.data(), static_cast<unsigned int>(bytes.size()), &nNeed, nullptr);
+    EXPECT_EQ(nConsumed, bytes.size());
+}
+
+std::string SessionFixture::Run(unsigned int nCmdID, const std::string& payload, bool bHasReply)
+{
+    nPolls = 0;
+    FakeCommand command(nCmdID, bHasReply);
+    std::string copy = payload;
+    session.ProcOneCommand(&command, reinterpret_cast<unsigned char*>(copy.data()),
+                           static_cast<unsigned int>(copy.size()));
+    return command.Answer();
+}
+
+void SessionFixture::LogIn()
+{
+    ReplyWith(ReplyText("dooption", "%SEQ%", "0", "<session>SID</session>",
+                        "<pubkey1>" + DecoderKeys().publicKey + "</pubkey1><pubkey2>" +
+                            DecoderKeys().publicKey + "</pubkey2>"));
+    ReplyWith(ReplyText("dologin", "%SEQ%", "0", "<token>TOK</token>"));
+    ASSERT_EQ(Run(KEST_CMD_REQUEST_LOGIN, LoginPayload("admin", "secret")).substr(0, 6), "buffer");
+    node.frames.clear();
+    fake_host::Reset();
+}
+
+std::string SessionFixture::LastRequest() const
+{
+    return node.frames.empty() ? "" : node.frames.back().substr(8);
+}
+
+std::string SessionFixture::LastBody() const
+{
+    const std::string request = LastRequest();
+    const std::string end = "</td_header>\r\n";
+    return request.substr(request.find(end) + end.size());
+}

@@ -1,0 +1,141 @@
+#include "SessionFixture.h"
+
+using namespace ORVA2_DECODER_TVW;
+
+namespace {
+
+// The wall's and the plan's GUID in front of every record.
+Bytes Guids() { return Bytes().Text(std::string(16, 'W')).Text(std::string(16, 'P')); }
+
+std::string Window(unsigned long id, unsigned int nMode)
+{
+    Bytes window = Bytes().U32(id).U32(1).U32(2).U32(0xFFFFFFFF).U32(4);
+    window.U16(5).U16(6).U16(7).U16(8).U32(nMode).U32(9).U32(10);
+    for (unsigned int i = 0; i < nMode; ++i) {
+        window.U32(i).U32(100 + i);
+    }
+    return window;
+}
+
+std::string Join(const std::vector<std::string>& lines)
+{
+    std::string text;
+    for (const auto& line : lines) {
+        text += line + "\r\n";
+    }
+    return text + "</td_command>\r\n";
+}
+
+const std::string WINDOW_3 = Join({"<td_body>",
+                                   "<td_windowlist>",
+                                   "<item>",
+                                   "<id>3</id>",
+                                   "<rect>",
+                                   "<xpos>1</xpos>",
+                                   "<ypos>2</ypos>",
+                                   "<width>4294967295</width>",
+                                   "<height>4</height>",
+                                   "</rect>",
+                                   "<mode>2</mode>",
+                                   "<td_subwindowlist>",
+                                   "<item>",
+                                   "<index>0</index>",
+                                   "<osdid>100</osdid>",
+                                   "</item>",
+                                   "<item>",
+                                   "<index>1</index>",
+                                   "<osdid>101</osdid>",
+                                   "</item>",
+                                   "</td_subwindowlist>",
+                                   "</item>",
+                                   "</td_windowlist>",
+                                   "</td_body>"});
+const std::string NO_WINDOWS = Join({"<td_body>", "<td_windowlist/>", "</td_body>"});
+
+class CanvasTest : public SessionFixture {
+protected:
+    struct Case {
+        const char* what;
+        unsigned int nCmdID;
+        unsigned int nOptType;
+        std::string record;
+        const char* url;
+        std::string body;
+        unsigned int nAnswerType;
+    };
+    void Check(const Case& c)
+    {
+        SCOPED_TRACE(c.what);
+        ReplyWith(ReplyText(c.url, "%SEQ%"));
+        const auto nLen = static_cast<unsigned int>(c.record.size());
+        EXPECT_EQ(Run(c.nCmdID, Option(c.nOptType, c.record)),
+                  "buffer " + Hex(Bytes().U32(c.nAnswerType).U16(8).U16(nLen).U32(0).U32(0).Text(c.record)));
+        EXPECT_EQ(LastBody(), c.body);
+        EXPECT_EQ(Element(LastRequest(), "url"), c.url);
+    }
+};
+
+TEST_F(CanvasTest, EveryOperationSendsItsBodyAndEchoesItsRecord)
+{
+    LogIn();
+    const std::string one = Guids().U32(1).Text(Window(3, 2));
+    const Case cases[] = {
+        {"create", 0x50002, 0x60006, one, "docreatewindow", WINDOW_3, 0x60006},
+        {"split, answered as a creation", 0x50001, 0x5000E, one, "dosplitwindow", WINDOW_3, 0x60006},
+        {"delete", 0x50002, 0x60007, Guids().U32(2).U32(7).U32(0x80000000), "dodestroywindow",
+         Join({"<td_body>", "<td_windowlist>", "<item>", "<id>7</id>", "</item>", "<item>",
+               "<id>2147483648</id>", "</item>", "</td_windowlist>", "</td_body>"}),
+         0x60007},
+        {"move, signed", 0x50002, 0x60008, Guids().U32(1).U32(7).U32(-10UL).U32(20).U32(30).U32(40),
+         "domodifywindow",
+         Join({"<td_body>", "<td_windowlist>", "<item>", "<id>7</id>", "<rect>", "<xpos>-10</xpos>",
+               "<ypos>20</ypos>", "<width>30</width>", "<height>40</height>", "</rect>", "</item>",
+               "</td_windowlist>", "</td_body>"}),
+         0x60008},
+        {"raise", 0x50002, 0x60009, Guids().U32(0xFFFFFFFE), "dowindowtop",
+         Join({"<td_body>", "<td_window>", "<id>4294967294</id>", "</td_window>", "</td_body>"}), 0x60009},
+        {"clear, whatever the data", 0x50001, 0x60011, "any", "dowallclear", Join({"<td_body/>"}), 0x60011},
+    };
+    for (const auto& c : cases) {
+        Check(c);
+    }
+}
+
+TEST_F(CanvasTest, ShortRecordsSendWhatWasReadOfThem)
+{
+    LogIn();
+    const std::string two = Guids().U32(2).Text(Window(3, 2)).Text(Window(4, 9));
+    const Case cases[] = {
+        {"second window cut", 0x50002, 0x60006, two.substr(0, two.size() - 1), "docreatewindow", WINDOW_3,
+         0x60006},
+        {"more windows than bytes", 0x50002, 0x60006, Guids().U32(3).Text(Window(3, 2)), "docreatewindow",
+         NO_WINDOWS, 0x60006},
+        {"product beyond 32 bits", 0x50002, 0x60007, Guids().U32(0x40000001).U32(1), "dodestroywindow",
+         NO_WINDOWS, 0x60007},
+        {"move cut", 0x50002, 0x60008, Guids().U32(1).U32(7), "domodifywindow", NO_WINDOWS, 0x60008},
+        {"no whole head", 0x50002, 0x60007, "short", "dodestroywindow", NO_WINDOWS, 0x60007},
+        {"raise cut", 0x50002, 0x60009, std::string(35, 'x'), "dowindowtop",
+         Join({"<td_body>", "<td_window>", "<id>0</id>", "</td_window>", "</td_body>"}), 0x60009},
+        {"nothing", 0x50001, 0x60011, "", "dowallclear", Join({"<td_body/>"}), 0x60011},
+    };
+    for (const auto& c : cases) {
+        Check(c);
+    }
+}
+
+TEST_F(CanvasTest, FailuresHaveTheSameAnswersEverywhere)
+{
+    LogIn();
+    const std::pair<unsigned int, unsigned int> operations[] = {{0x50002, 0x60006}, {0x50002, 0x60007},
+                                                                {0x50002, 0x60008}, {0x50002, 0x60009},
+                                                                {0x50001, 0x5000E}, {0x50001, 0x60011}};
+    for (const auto& [id, type] : operations) {
+        ReplyWith(ReplyText("dowallclear", "%SEQ%", "5"));
+        EXPECT_EQ(Run(id, Option(type, "")), "failure 20000002");
+        node.sendErrors = {1};
+        EXPECT_EQ(Run(id, Option(type, "")), "failure 2000000f");
+        EXPECT_EQ(nPolls, 0);
+    }
+}
+
+} // namespace

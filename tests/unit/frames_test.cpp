@@ -1,0 +1,175 @@
+#include <gtest/gtest.h>
+
+#include "FakeHost.h"
+#include "HostFunctions.h"
+#include "NetPacketProcTWDecoderDev.h"
+#include "SessionFixture.h"
+
+namespace {
+
+const char SOURCE[] = "NetPacketProcTWDecoderDev";
+const std::string BEAT = Bytes().Text("1111").U32(0);
+const std::string DEVICE_HEAD = "ABCD" + std::string(60, 'x');
+
+// A parser with everything it delivered, one word a frame: "beat", "device", or "data:" with the payload.
+class FramesTest : public testing::Test {
+protected:
+    FramesTest()
+    {
+        fake_host::Reset();
+        parser.Initial(&FramesTest::Deliver, this);
+    }
+
+    static unsigned int Deliver(tagNET_PACKETTYPE type, const char* data, unsigned long len, void* param)
+    {
+        auto& test = *static_cast<FramesTest*>(param);
+        if (type == NET_PACKETTYPE_DATA && len == MEM_POOL_HANDLE_LEN) {
+            test.delivered.push_back("data:" + std::string(MEM_POOL_GetData(data), MEM_POOL_GetLen(data)));
+        } else if (type == NET_PACKETTYPE_DATA) {
+            test.delivered.push_back("data:" + std::string(data, len));
+        } else {
+            EXPECT_EQ(len, type == NET_PACKETTYPE_BEAT ? 8U : 64U);
+            test.delivered.push_back(type == NET_PACKETTYPE_BEAT ? "beat" : "device");
+        }
+        return 0;
+    }
+
+    bool Direct(const std::string& bytes)
+    {
+        return parser.RecvProc(bytes.data(), bytes.size(), consumed, &needLen);
+    }
+    bool Buffered(const std::string& bytes)
+    {
+        return parser.RecvProc(bytes.data(), bytes.size(), consumed, nullptr);
+    }
+
+    CNetPacketProcTWDECODERDev parser;
+    std::vector<std::string> delivered;
+    unsigned int consumed = 77;
+    unsigned int needLen = 77;
+};
+
+using Words = std::vector<std::string>;
+
+TEST_F(FramesTest, DirectModeTellsWhatIsConsumedAndWhatTheNextFrameNeeds)
+{
+    struct {
+        std::string bytes;
+        Words frames;
+        unsigned int consumed;
+        unsigned int needLen;
+    } const cases[] = {
+        {BEAT, {"beat"}, 8, 0},
+        {Frame("<a/>") + Frame("<b/>"), {"data:<a/>", "data:<b/>"}, 24, 0},
+        {"11111", {}, 0, 3},
+        {Frame("<abc/>").substr(0, 8), {}, 0, 6},
+        {BEAT + Frame("<abc/>").substr(0, 10), {"beat"}, 8, 4},
+        {BEAT + "1", {"beat"}, 8, 7},
+        {DEVICE_HEAD, {"device"}, 64, 0},
+        {DEVICE_HEAD.substr(0, 63), {}, 0, 1},
+        {DEVICE_HEAD + BEAT, {"device", "beat"}, 72, 0},
+        {Bytes().Text("1111").U32(0xFFFFFFF8), {}, 0, 0xFFFFFFF8},
+        {Bytes().Text("1111").U32(0xFFFFFFFF).Text("x"), {}, 0, 0xFFFFFFFE},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(Hex(c.bytes.substr(0, 12)));
+        delivered.clear();
+        EXPECT_TRUE(Direct(c.bytes));
+        EXPECT_EQ(delivered, c.frames);
+        EXPECT_EQ(consumed, c.consumed);
+        EXPECT_EQ(needLen, c.needLen);
+    }
+}
+
+TEST_F(FramesTest, AStreamSplitAnywhereGivesTheSameMessagesInBothModes)
+{
+    const std::string stream = BEAT + Frame("<first/>") + DEVICE_HEAD + Frame("2") + BEAT + Frame("<third/>");
+    const Words expected = {"beat", "data:<first/>", "device", "data:2", "beat", "data:<third/>"};
+    for (size_t cut = 0; cut <= stream.size(); ++cut) {
+        SCOPED_TRACE(cut);
+        delivered.clear();
+        std::string kept = stream.substr(0, cut);
+        Direct(kept);
+        kept = kept.substr(consumed) + stream.substr(cut);
+        Direct(kept);
+        EXPECT_EQ(consumed, kept.size());
+        EXPECT_EQ(delivered, expected);
+
+        delivered.clear();
+        Buffered(stream.substr(0, cut));
+        EXPECT_EQ(consumed, cut);
+        Buffered(stream.substr(cut));
+        EXPECT_EQ(delivered, expected);
+    }
+    EXPECT_EQ(fake_host::LiveBuffers(), 0);
+}
+
+TEST_F(FramesTest, BufferedModeTakesPoolHandlesAndKeepsAnnouncedGiantsWaiting)
+{
+    const std::string frame = Frame("<pool/>");
+    char* handle = MEM_POOL_New(frame.data(), frame.size());
+    EXPECT_TRUE(parser.RecvProc(handle, MEM_POOL_HANDLE_LEN, consumed, nullptr));
+    MEM_POOL_Delete(handle);
+    EXPECT_EQ(consumed, MEM_POOL_HANDLE_LEN);
+    EXPECT_EQ(delivered, Words{"data:<pool/>"});
+
+    EXPECT_TRUE(Buffered(Bytes().Text("1111").U32(0xFFFFFFFF)));
+    EXPECT_TRUE(Buffered("abc"));
+    EXPECT_EQ(delivered.size(), 1U);
+}
+
+TEST_F(FramesTest, WithoutMemoryAMessageIsDroppedAndLostBytesEndTheStream)
+{
+    EXPECT_TRUE(Buffered(Frame("<lost/>").substr(0, 10)));
+    fake_host::FailPoolAllocation(2); // the bytes are kept, the payload's own buffer is not made
+    EXPECT_TRUE(Buffered(Frame("<lost/>").substr(10) + Frame("<next/>")));
+    EXPECT_EQ(delivered, Words{"data:<next/>"});
+    fake_host::FailPoolAllocation(1);
+    EXPECT_FALSE(Buffered(BEAT));
+}
+
+TEST_F(FramesTest, MissingBytesAreReportedAndNothingElseHappens)
+{
+    EXPECT_TRUE(parser.RecvProc(nullptr, 9, consumed, &needLen));
+    EXPECT_EQ(consumed, 0U);
+    EXPECT_EQ(needLen, 0U);
+    EXPECT_TRUE(parser.RecvProc("", 0, consumed, &needLen));
+    EXPECT_TRUE(parser.RecvProc(nullptr, 0, consumed, nullptr));
+    for (const int line : {135, 136, 52, 53}) {
+        EXPECT_EQ(fake_host::CountAsserts(SOURCE, line), 1) << line;
+    }
+}
+
+TEST_F(FramesTest, FragmentsInOrderBecomeOneMessage)
+{
+    swl_combined_data live{7, 2, 6, 1, 3, 0};
+    swl_combined_data play{9, 1, 3, 1, 3, 1};
+    EXPECT_TRUE(parser.CombineDataProc(live, "abc", 3));
+    EXPECT_TRUE(parser.CombineDataProc(play, "xyz", 3)); // another slot
+    live.dwIndex = 2;
+    swl_combined_data stranger = live;
+    stranger.dwDataID = 8;
+    EXPECT_FALSE(parser.CombineDataProc(stranger, "???", 3));
+    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 265), 1);
+    char* handle = MEM_POOL_New("def", 3);
+    EXPECT_TRUE(parser.CombineDataProcMemPool(live, handle));
+    MEM_POOL_Delete(handle);
+    EXPECT_EQ(delivered, (Words{"data:xyz", "data:abcdef"}));
+    EXPECT_EQ(fake_host::LiveBuffers(), 0);
+}
+
+TEST_F(FramesTest, FragmentsThatFitNowhereAreRefused)
+{
+    EXPECT_FALSE(parser.CombineDataProc({1, 1, 1, 1, 1, 2}, "a", 1));
+    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 239), 1);
+    EXPECT_FALSE(parser.CombineDataProc({0, 0, 0, 0, 0, 0}, "a", 1)); // equals an empty slot
+    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 265), 1);
+    EXPECT_TRUE(parser.CombineDataProc({1, 2, 1, 1, 1, 0}, nullptr, 5));
+    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 230), 1);
+    EXPECT_TRUE(parser.CombineDataProc({2, 2, 0, 1, 1, 0}, "", 0)); // replaces the one before
+    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 231), 1);
+    EXPECT_EQ(fake_host::LiveBuffers(), 1);
+    EXPECT_TRUE(delivered.empty());
+}
+
+} // namespace

@@ -1,0 +1,172 @@
+#include "SessionFixture.h"
+
+#include "tdcrypto.h"
+
+using namespace ORVA_NET_PROTOCOL;
+using namespace ORVA2_DECODER_TVW;
+
+namespace {
+
+const char SOURCE[] = "NetProtocolProcTWDECODERDevImp";
+
+class LoginTest : public SessionFixture {
+protected:
+    void ReplyToDooption(const std::string& errorcode = "0")
+    {
+        ReplyWith(ReplyText("dooption", "%SEQ%", errorcode, "<session>S&lt;1</session>",
+                            "<pubkey1>" + DecoderKeys().publicKey + "</pubkey1><pubkey2>KEY2</pubkey2>"));
+    }
+    void ReplyToDologin(const std::string& errorcode)
+    {
+        ReplyWith(ReplyText("dologin", "%SEQ%", errorcode, "<token>TOK</token>"));
+    }
+    std::string Login(const std::string& payload = LoginPayload("admin", "secret"))
+    {
+        return Run(KEST_CMD_REQUEST_LOGIN, payload);
+    }
+    std::string Deciphered(const std::string& element) const
+    {
+        return tdcrypto::RsaPriDecrypt(Element(LastRequest(), element), DecoderKeys().privateKey);
+    }
+    std::string SuccessAnswer() const
+    {
+        const std::string id(reinterpret_cast<const char*>(&node.id), sizeof(node.id));
+        return "buffer " + Hex(Bytes().Text(id).U32(513).Zeros(112));
+    }
+};
+
+TEST_F(LoginTest, TwoExchangesBringKeysSessionAndTokenAndTheAnswerNamesTheNode)
+{
+    ReplyToDooption();
+    ReplyToDologin("0");
+    EXPECT_EQ(Login(), SuccessAnswer());
+
+    ASSERT_EQ(node.frames.size(), 2U);
+    const std::string first = node.frames[0].substr(8);
+    EXPECT_EQ(
+        first,
+        "<td_command>\r\n<td_header>\r\n<version>2.2</version>\r\n<type>request</type>\r\n<url>dooption</"
+        "url>\r\n"
+        "<seq>" +
+            Element(first, "seq") +
+            "</seq>\r\n<identity>3</identity>\r\n</td_header>\r\n<td_body>\r\n<encryption>1</encryption>\r\n"
+            "</td_body>\r\n</td_command>\r\n");
+    const std::string second = LastRequest();
+    EXPECT_EQ(second,
+              "<td_command>\r\n<td_header>\r\n<version>2.2</version>\r\n<type>request</"
+              "type>\r\n<url>dologin</url>\r\n"
+              "<seq>" +
+                  Element(second, "seq") +
+                  "</seq>\r\n<identity>3</identity>\r\n<session>S&lt;1</session>\r\n<token/>\r\n<account>" +
+                  Element(second, "account") + "</account>\r\n<authentication>" +
+                  Element(second, "authentication") +
+                  "</authentication>\r\n</td_header>\r\n</td_command>\r\n");
+    EXPECT_EQ(Deciphered("account"), "admin");
+    EXPECT_EQ(Deciphered("authentication"),
+              "2BB80D537B1DA3E38BD30361AA855686BDE0EACD7162FEF6A25FE97BF527A25B");
+}
+
+TEST_F(LoginTest, RefusalsAreMappedAndLeaveTheSessionClosed)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"103", "failure 20000024"},
+        {"106", "failure 2000005c"},
+        {"51", "failure 20000002"},
+        {"105", "failure 2000009e"},
+        {"7", "none"},
+    };
+    for (const auto& [code, answer] : cases) {
+        ReplyToDooption();
+        ReplyToDologin(code);
+        EXPECT_EQ(Login(), answer) << code;
+        EXPECT_EQ(Run(0x50006, ""), "failure 20000013") << code;
+    }
+}
+
+TEST_F(LoginTest, AFailedFirstExchangeEndsTheLogin)
+{
+    ReplyToDooption("9");
+    EXPECT_EQ(Login(), "failure 20000002");
+    ReplyWith("<td_command><td_header><seq>%SEQ%</seq></td_header>"); // no XML
+    EXPECT_EQ(Login(), "failure 20000002");
+    EXPECT_EQ(Login(), "none"); // no reply at all
+    EXPECT_EQ(nPolls, 300);
+}
+
+TEST_F(LoginTest, AReplyOfNoKnownRequestIsNoReply)
+{
+    ReplyWith(ReplyText("unheardof", "%SEQ%", "0", "<session>S</session>"));
+    EXPECT_EQ(Login(), "none");
+    EXPECT_EQ(node.frames.size(), 1U);
+}
+
+TEST_F(LoginTest, AnUnreadableSecondReplyIsAnUnknownCode)
+{
+    ReplyToDooption();
+    ReplyWith("<td_command><td_header><seq>%SEQ%</seq></td_header>");
+    EXPECT_EQ(Login(), "none");
+}
+
+TEST_F(LoginTest, SendsAreNotCheckedAndTheWaitIsReal)
+{
+    node.sendErrors = {1};
+    EXPECT_EQ(Login(), "none");
+    EXPECT_EQ(nPolls, 300);
+}
+
+TEST_F(LoginTest, WhatAReplyDoesNotNameIsKeptFromBefore)
+{
+    ReplyToDooption();
+    ReplyToDologin("103");
+    Login();
+    ReplyWith(ReplyText("dooption", "%SEQ%"));
+    ReplyWith(ReplyText("dologin", "%SEQ%"));
+    EXPECT_EQ(Login(), SuccessAnswer());
+    EXPECT_EQ(Element(LastRequest(), "session"), "S&lt;1");
+    EXPECT_EQ(Element(LastRequest(), "token"), "TOK"); // even that of a refused login
+    EXPECT_EQ(Deciphered("account"), "admin");
+}
+
+TEST_F(LoginTest, WrongPayloadLengthsAreReportedTwiceAndReadAsFarAsTheyGo)
+{
+    ReplyToDooption();
+    ReplyToDologin("0");
+    EXPECT_EQ(Login(LoginPayload("admin", "").substr(0, 39)), SuccessAnswer());
+    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 549), 1);
+    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 594), 1);
+    EXPECT_EQ(Deciphered("account"), "adm");
+}
+
+TEST_F(LoginTest, FieldsWithoutATerminatorEndWithTheirSize)
+{
+    ReplyToDooption();
+    ReplyToDologin("0");
+    Login(LoginPayload(std::string(64, 'u'), "secret"));
+    EXPECT_EQ(Deciphered("account"), std::string(64, 'u'));
+    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 549), 0);
+}
+
+TEST_F(LoginTest, WithoutAUsableKeyNothingLeavesInTheClear)
+{
+    ReplyWith(ReplyText("dooption", "%SEQ%", "0", "", "<pubkey1>no key</pubkey1>"));
+    Login();
+    EXPECT_EQ(Element(LastRequest(), "account"), "");
+    EXPECT_EQ(Element(LastRequest(), "authentication"), "");
+}
+
+TEST_F(LoginTest, LogoutIsTheEnvelopeAloneAndLeavesTheLoginAsItIs)
+{
+    LogIn();
+    const std::string logout = Option(TVWALL_DECODE_LOGOUT, "ignored");
+    ReplyWith(ReplyText("dologout", "%SEQ%"));
+    EXPECT_EQ(Run(KEST_CMD_TVWALL_DECODE_OPTION, logout), "buffer ");
+    EXPECT_EQ(LastBody(), "</td_command>\r\n");
+    EXPECT_EQ(Element(LastRequest(), "url"), "dologout");
+
+    ReplyWith(ReplyText("dologout", "%SEQ%", "4")); // still logged in: the decoder is asked again
+    EXPECT_EQ(Run(KEST_CMD_TVWALL_DECODE_OPTION, logout), "failure 20000002");
+    EXPECT_EQ(Element(LastRequest(), "token"), "TOK");
+    EXPECT_EQ(Run(KEST_CMD_TVWALL_DECODE_OPTION, logout), "failure 2000000f");
+}
+
+} // namespace

@@ -1,0 +1,243 @@
+#include <thread>
+
+#include "SessionFixture.h"
+
+#include "DeviceRequest.h"
+#include "HostFunctions.h"
+
+using namespace ORVA_NET_PROTOCOL;
+using namespace ORVA2_DECODER_TVW;
+
+namespace {
+
+const char SOURCE[] = "NetProtocolProcTWDECODERDevImp";
+const std::string CLEAR_WALL = Option(TVWALL_DECODE_CLEAR_WALL, "");
+
+class SessionTest : public SessionFixture {
+protected:
+    std::string ClearWall() { return Run(KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, CLEAR_WALL); }
+    const std::string done = "buffer " + Hex(Bytes().U32(0x60011).U16(8).U16(0).U32(0).U32(0));
+};
+
+TEST_F(SessionTest, ARequestIsOneFrameWithTheWholeEnvelope)
+{
+    LogIn();
+    ReplyWith(ReplyText("dowallclear", "%SEQ%"));
+    EXPECT_EQ(ClearWall(), done);
+    const std::string seq = Element(LastRequest(), "seq");
+    EXPECT_EQ(node.frames.back(),
+              Frame("<td_command>\r\n<td_header>\r\n<version>2.2</version>\r\n<type>request</type>\r\n"
+                    "<url>dowallclear</url>\r\n<seq>" +
+                    seq +
+                    "</seq>\r\n<identity>3</identity>\r\n<session>SID</session>\r\n<token>TOK</token>\r\n"
+                    "</td_header>\r\n<td_body/>\r\n</td_command>\r\n"));
+}
+
+TEST_F(SessionTest, SequenceNumbersGoUpByOneAcrossSessions)
+{
+    const unsigned int first = CNetProtocolProcTWDECODERDevImp::GetCmdID();
+    EXPECT_GE(first, 257U);
+    EXPECT_EQ(CDeviceRequest("dooption").Seq(), first + 1);
+    EXPECT_EQ(CDeviceRequest(session, "dologin").Seq(), first + 2);
+}
+
+TEST_F(SessionTest, AReplyIsSeenAtTheNextPoll)
+{
+    LogIn();
+    ReplyWith(ReplyText("dowallclear", "%SEQ%"), 3);
+    EXPECT_EQ(ClearWall(), done);
+    EXPECT_EQ(nPolls, 3);
+}
+
+TEST_F(SessionTest, NoReplyForThreeHundredPollsIsATimeout)
+{
+    LogIn();
+    EXPECT_EQ(ClearWall(), "failure 2000000f");
+    EXPECT_EQ(nPolls, 300);
+    const std::string text =
+        "CNetProtocolProcTWDECODERDevImp::WaitProc time out 等待设备回复命令超时 nCmdID=" +
+        Element(LastRequest(), "seq") + " , m_recvCmdID=-1";
+    EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Normal, SOURCE, 1940), 1);
+    EXPECT_EQ(fake_host::Logs().back().text, text);
+}
+
+TEST_F(SessionTest, RepliesWithOtherNumbersAreNotTakenForTheAnswer)
+{
+    LogIn();
+    ReplyWith(ReplyText("dowallclear", "1"));
+    ReplyWith(ReplyText("dowallclear", "%SEQ%", "5"));
+    EXPECT_EQ(ClearWall(), "failure 20000002");
+    EXPECT_EQ(nPolls, 2);
+}
+
+TEST_F(SessionTest, AnotherNumberBeforeThePollHidesTheReply)
+{
+    LogIn();
+    onPoll = [this] {
+        if (nPolls == 1) {
+            Receive(Frame(ReplyText("dowallclear", Element(LastRequest(), "seq"))) +
+                    Frame(ReplyText("dowallclear", "1")));
+        }
+    };
+    EXPECT_EQ(ClearWall(), "failure 2000000f");
+}
+
+TEST_F(SessionTest, TheAnswerComesFromTheReplyWhateverCameAfterIt)
+{
+    LogIn();
+    onPoll = [this] {
+        Receive(
+            Frame(ReplyText("dowallclear", Element(LastRequest(), "seq"), "0")) +
+            Frame("<td_command><td_header><url>notifychannelstate</url><errorcode>9</errorcode></td_header>" +
+                  std::string(5000, ' ') + "</td_command>"));
+    };
+    EXPECT_EQ(ClearWall(), done);
+    ASSERT_EQ(node.notifications.size(), 1U);
+}
+
+TEST_F(SessionTest, AReplyThatWasGuessedBeforeItsRequestIsTheOneThatCounts)
+{
+    LogIn();
+    // The send fails once for a full socket; the decoder has guessed the number and answers in between, and a
+    // stranger's message follows that leaves the number alone.
+    const std::string next = std::to_string(CNetProtocolProcTWDECODERDevImp::GetCmdID() + 1);
+    node.onSend = [&] {
+        Receive(Frame(ReplyText("dowallclear", next, "0")) +
+                Frame("<td_command><td_header><url>notifychannelstate</url></td_header></td_command>"));
+    };
+    EXPECT_EQ(ClearWall(), done);
+    EXPECT_EQ(Element(LastRequest(), "seq"), next);
+    EXPECT_EQ(nPolls, 1);
+}
+
+TEST_F(SessionTest, NumbersAboveTheSignedRangeAndTrailingLettersAreRead)
+{
+    LogIn();
+    onPoll = [this] {
+        const unsigned long seq = std::stoul(Element(LastRequest(), "seq")) + 0x100000000UL;
+        Receive(Frame(ReplyText("dowallclear", std::to_string(seq) + "abc")));
+    };
+    EXPECT_EQ(ClearWall(), done);
+}
+
+TEST_F(SessionTest, SendFailuresAnswerAtOnceAndAFullSocketIsTriedAgain)
+{
+    LogIn();
+    node.sendErrors = {NET_SOCKET_ERROR_NOBUFS, NET_SOCKET_ERROR_NOBUFS, 0x20000001};
+    EXPECT_EQ(ClearWall(), "failure 2000000f");
+    EXPECT_EQ(nRetries, 2);
+    EXPECT_EQ(nPolls, 0);
+    ASSERT_EQ(fake_host::CountLogs(fake_host::LogLevel::Abnormal, SOURCE, 2025), 1);
+    EXPECT_EQ(fake_host::Logs().back().text, "CNetProtocolProcTWDECODERImp：：SendDataToDev 发送失败 ");
+}
+
+TEST_F(SessionTest, RepliesThatAreNoXmlAreDeviceErrors)
+{
+    LogIn();
+    // Recognisable enough to carry a number, but not a document.
+    ReplyWith("<td_command><td_header><url>dowallclear</url><seq>%SEQ%</seq></td_header>");
+    EXPECT_EQ(ClearWall(), "failure 20000002");
+    ReplyWith("<td_command><td_header><url>dowallclear</url><seq>%SEQ%</seq></td_header></td_command>");
+    EXPECT_EQ(ClearWall(), done); // readable without errorcode: success
+}
+
+TEST_F(SessionTest, StopEndsAWaitWithoutTheTimeoutText)
+{
+    LogIn();
+    std::thread stopper;
+    onPoll = [&] {
+        stopper = std::thread([this] { session.Stop(); });
+        const std::string beat = Frame("");
+        unsigned int nNeed = 0;
+        while (session.OnSocketRecvData(0, beat.data(), 8, &nNeed, nullptr) != 0) {
+            std::this_thread::yield(); // until Stop has cleared its flags
+        }
+    };
+    EXPECT_EQ(ClearWall(), "failure 2000000f");
+    stopper.join();
+    EXPECT_EQ(nPolls, 1);
+    EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Normal, SOURCE, 1940), 0);
+}
+
+TEST_F(SessionTest, LivenessLastsSixteenChecksWithoutAFrame)
+{
+    for (int round = 0; round < 2; ++round) {
+        for (int i = 1; i <= 16; ++i) {
+            EXPECT_TRUE(session.IsOnline()) << i;
+        }
+        EXPECT_FALSE(session.IsOnline());
+        Receive(round == 0 ? Frame("") : Frame("x")); // a heartbeat or any message
+    }
+    EXPECT_TRUE(session.IsOnline());
+}
+
+TEST_F(SessionTest, NotificationsReachTheHostWithTheLengthOfTheLastRequest)
+{
+    LogIn();
+    ReplyWith(ReplyText("dowallclear", "%SEQ%"));
+    ClearWall();
+    const auto nRequestLen = static_cast<unsigned int>(node.frames.back().size());
+    for (const auto& [url, type] :
+         {std::pair("notifychannelchange", 0x60000U), {"notifychannelstate", 0x60001U}}) {
+        const std::string text = ReplyText(url, "77", "0", "", std::string(3000, 'x'));
+        node.notifications.clear();
+        Receive(Frame(text));
+        ASSERT_EQ(node.notifications.size(), 1U) << url;
+        const auto& notification = node.notifications[0];
+        EXPECT_EQ(notification.nCmdID, 0x50003U);
+        EXPECT_EQ(notification.nOptType, type);
+        EXPECT_EQ(notification.nLen, nRequestLen);
+        EXPECT_EQ(memcmp(&notification.destination, &fake_host::Get().appNodeID, 16), 0);
+        EXPECT_EQ(notification.data, text);
+    }
+    node.notifications.clear();
+    Receive(Frame(ReplyText("notifysomething", "78")));
+    EXPECT_TRUE(node.notifications.empty());
+}
+
+TEST_F(SessionTest, ReceivedBytesAreDroppedOnTheHostsWishAndAfterStop)
+{
+    unsigned int nNeed = 7;
+    node.bDrop = true;
+    EXPECT_EQ(session.OnSocketRecvData(0, "1111", 4, &nNeed, nullptr), 0U);
+    EXPECT_EQ(nNeed, 0U);
+    node.bDrop = false;
+    EXPECT_EQ(session.OnSocketRecvData(0, "11", 2, nullptr, nullptr), 2U);
+    fake_host::FailPoolAllocation(1);
+    EXPECT_EQ(session.OnSocketRecvData(0, "11", 2, nullptr, nullptr), 2U);
+    EXPECT_EQ(node.nDisconnects, 1);
+    session.Stop();
+    session.Start(&node, nullptr, 0); // a stopped session stays deaf
+    nNeed = 7;
+    EXPECT_EQ(session.OnSocketRecvData(0, "1111", 4, &nNeed, nullptr), 0U);
+    EXPECT_EQ(nNeed, 7U);
+    EXPECT_EQ(Run(KEST_CMD_REQUEST_LOGIN, LoginPayload("admin", "secret")), "failure 20000013");
+}
+
+TEST_F(SessionTest, WithoutANodeNothingIsSentAndNothingCrashes)
+{
+    CNetProtocolProcTWDECODERDevImp lone;
+    FakeCommand command(KEST_CMD_REQUEST_LOGIN);
+    lone.ProcOneCommand(&command, nullptr, 0);
+    EXPECT_EQ(command.Answer(), "none");
+    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 2015), 1);
+    lone.Start(nullptr, nullptr, 0);
+    const std::string frame = Frame(ReplyText("notifychannelstate", "1"));
+    unsigned int nNeed = 0;
+    EXPECT_EQ(
+        lone.OnSocketRecvData(0, frame.data(), static_cast<unsigned int>(frame.size()), &nNeed, nullptr),
+        frame.size());
+    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 236), 1);
+}
+
+TEST_F(SessionTest, UnusualPacketsAreReportedOrIgnored)
+{
+    using Session = CNetProtocolProcTWDECODERDevImp;
+    EXPECT_EQ(Session::PacketProcCallback(NET_PACKETTYPE_DATA, "x", 1, nullptr), 0U);
+    EXPECT_EQ(Session::PacketProcCallback(static_cast<tagNET_PACKETTYPE>(3), "x", 1, &session), 0U);
+    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 226), 1);
+    EXPECT_EQ(Session::PacketProcCallback(NET_PACKETTYPE_DATA, nullptr, 5, &session), 0U);
+    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 235), 1);
+}
+
+} // namespace
