@@ -1,0 +1,210 @@
+#include <climits>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <memory>
+#include <openssl/err.h>
+#include <openssl/evp.h>
+#include <openssl/pem.h>
+#include <openssl/rsa.h>
+#include <string>
+#include <vector>
+
+#include "Base64Coder.h"
+#include "Encrypt.h"
+#include "PUB_md5.h"
+#include "tdcrypto.h"
+
+namespace {
+
+using namespace tdcrypto;
+
+template <class Byte = const unsigned char, class Text>
+Byte* Bytes(Text& text)
+{
+    return reinterpret_cast<Byte*>(text.data());
+}
+
+// Bytes of every value, the same in every run.
+std::string SomeBytes(size_t nLen)
+{
+    std::string bytes(nLen, '\0');
+    for (size_t i = 0; i < nLen; ++i) {
+        bytes[i] = static_cast<char>(i * 7 + i / 256 + 1);
+    }
+    return bytes;
+}
+
+// Every call leaves the thread's error queue as it was, an earlier entry of the caller included.
+class CryptoTest : public testing::Test {
+protected:
+    CryptoTest()
+    {
+        ERR_clear_error();
+        ERR_raise(ERR_LIB_USER, 77);
+        GenerateRsaKey(keys);
+    }
+    ~CryptoTest() override
+    {
+        EXPECT_EQ(ERR_GET_REASON(ERR_get_error()), 77);
+        EXPECT_EQ(ERR_get_error(), 0U);
+    }
+
+    std::string keys[2]; // public, private; of 96 bytes
+};
+
+TEST_F(CryptoTest, DigestsAreHexadecimalText)
+{
+    const std::string longText = "abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq";
+    char out[65];
+    Sha265_String("", 0, out);
+    EXPECT_STREQ(out, "E3B0C44298FC1C149AFBF4C8996FB92427AE41E4649B934CA495991B7852B855");
+    Sha265_String(longText.data(), 56, out);
+    EXPECT_STREQ(out, "248D6A61D20638B8E5C026930C3E6039A33CE45964FF2167F6ECEDD419DB06C1");
+    PUB_MD5Encrypt(longText.data(), 56, out, true);
+    EXPECT_STREQ(out, "8215EF0796A20BCAAAE116D3876C664A");
+    PUB_MD5Encrypt("abc", 3, out, false);
+    EXPECT_STREQ(out, "900150983cd24fb0d6963f7d28e17f72");
+}
+
+TEST_F(CryptoTest, Base64IsOneLineAndComesBack)
+{
+    for (const size_t nLen : {0U, 1U, 2U, 3U, 100U, 768U, 100'000U}) {
+        const std::string bytes = SomeBytes(nLen);
+        std::string text = "stale", decoded;
+        EXPECT_EQ(Base64Encode(Bytes(bytes), nLen, text), 0);
+        EXPECT_EQ(text.size(), (nLen + 2) / 3 * 4);
+        EXPECT_EQ(text, CBase64Coder::Encode(bytes.data(), nLen));
+        EXPECT_TRUE(CBase64Coder::Decode(text, decoded));
+        EXPECT_EQ(decoded, bytes);
+
+        const std::vector<char> exact(text.begin(), text.end()); // no terminating zero: nothing is read past
+        unsigned char* pOut = nullptr;
+        unsigned long nOut = 0;
+        EXPECT_EQ(Base64Decode(exact.data(), static_cast<int>(exact.size()), &pOut, &nOut), 0);
+        EXPECT_EQ(std::string(pOut, pOut + nOut), bytes);
+        std::free(pOut);
+    }
+}
+
+TEST_F(CryptoTest, TextThatIsNotBase64IsRefused)
+{
+    std::string out = "kept";
+    for (const char* szText : {"A", "AAA", "A===", "====", "A=AA", "AA=A", "AA\nA", "AAA.", "AA==AAAA"}) {
+        EXPECT_FALSE(CBase64Coder::Decode(szText, out)) << szText;
+    }
+    EXPECT_EQ(out, "kept");
+}
+
+TEST_F(CryptoTest, WhatThePublicKeyEnciphersThePrivateKeyReads)
+{
+    for (const std::string& data : {std::string("x"), std::string("a\0b", 3), SomeBytes(96 - 11)}) {
+        EXPECT_EQ(RsaPriDecrypt(RsaPubEncrypt(data, keys[0]), keys[1]), data);
+    }
+    EXPECT_EQ(RsaPriDecrypt("", keys[1]) + RsaPriDecrypt("AAAA", keys[0]), "");
+    EXPECT_EQ(RsaPriDecrypt(std::string(132, 'A'), keys[1]), ""); // more bytes than the key has
+
+    // The decoder's side, by the library's newer interface.
+    std::string cipher, plain(96, '\0');
+    ASSERT_TRUE(CBase64Coder::Decode(RsaPubEncrypt("admin", keys[0]), cipher));
+    const std::unique_ptr<BIO, decltype(&BIO_free)> pem(BIO_new_mem_buf(keys[1].data(), -1), BIO_free);
+    const std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)> key(
+        PEM_read_bio_PrivateKey(pem.get(), nullptr, nullptr, nullptr), EVP_PKEY_free);
+    const std::unique_ptr<EVP_PKEY_CTX, decltype(&EVP_PKEY_CTX_free)> context(
+        EVP_PKEY_CTX_new(key.get(), nullptr), EVP_PKEY_CTX_free);
+    size_t nPlain = plain.size();
+    EVP_PKEY_decrypt_init(context.get());
+    EVP_PKEY_CTX_set_rsa_padding(context.get(), RSA_PKCS1_PADDING);
+    EVP_PKEY_decrypt(context.get(), Bytes<unsigned char>(plain), &nPlain, Bytes(cipher), cipher.size());
+    EXPECT_EQ(plain.substr(0, nPlain), "admin");
+}
+
+TEST_F(CryptoTest, OnlyPkcs1PublicKeysOfSufficientSizeEncipher)
+{
+    std::string spki;
+    RsaPubKeyPKCS1toPKCS8(keys[0], spki);
+    EXPECT_EQ(keys[0].find("-----BEGIN RSA PUBLIC KEY-----\n"), 0U);
+    EXPECT_EQ(spki.find("-----BEGIN PUBLIC KEY-----\n"), 0U);
+    std::string locked = keys[0]; // would ask for a passphrase on the terminal
+    locked.insert(locked.find('\n') + 1,
+                  "Proc-Type: 4,ENCRYPTED\nDEK-Info: AES-128-CBC,000102030405060708090A0B0C0D0E0F\n\n");
+    for (const std::string& key : {std::string(), spki, keys[1], locked, keys[0].substr(0, 60)}) {
+        EXPECT_EQ(RsaPubEncrypt("secret", key), "") << key;
+    }
+    EXPECT_EQ(RsaPubEncrypt("", keys[0]) + RsaPubEncrypt(SomeBytes(96 - 10), keys[0]), "");
+    RsaPubKeyPKCS1toPKCS8(spki, spki);
+    EXPECT_EQ(spki, "");
+}
+
+TEST_F(CryptoTest, AesFillsTheLastBlockWithZeros)
+{
+    const char* key = "0123456789abcdef";
+    std::string cipher, plain, text;
+    EXPECT_EQ(AesCbcEncrypt("a wall of screens", 17, key, cipher), 32);
+    Base64Encode(Bytes(cipher), cipher.size(), text);
+    EXPECT_EQ(text, "LgdND6Pvu3tap/0yTx7qsC35bXO3OfchsNQl14fBeFQ=");
+    for (const int nLen : {1, 15, 16, 17, 72}) {
+        const std::string bytes = SomeBytes(static_cast<size_t>(nLen));
+        const int nPadded = AesCbcEncrypt(bytes.data(), nLen, key, cipher);
+        EXPECT_EQ(nPadded, (nLen + 15) / 16 * 16);
+        EXPECT_EQ(AesCbcDecrypt(cipher.data(), nPadded, key, plain), nPadded);
+        EXPECT_EQ(plain, bytes);
+    }
+    AesCbcEncrypt("cut\0here", 8, key, cipher);
+    EXPECT_EQ(AesCbcDecrypt(cipher.data(), 16, key, plain), 16);
+    EXPECT_EQ(plain, "cut");
+}
+
+TEST_F(CryptoTest, EncipheredTextHasNoSaltWhenWrittenAndThreeCharactersWhenRead)
+{
+    std::string out;
+    ASSERT_TRUE(AesDataEncrypt("secret", "abckey", out));
+    EXPECT_EQ(out, "mAwiAfOugDDCBRJO21Zhrw=="); // the key is filled up with zeros
+    EXPECT_TRUE(AesDataDecrypt("abc" + out, "key", out));
+    EXPECT_EQ(out, "secret");
+    for (const char* szText : {"", "ab", "abc", "abc!", "abcAAAA"}) {
+        EXPECT_FALSE(AesDataDecrypt(szText, "key", out)) << szText;
+    }
+    EXPECT_FALSE(AesDataEncrypt("", "key", out) || AesDataEncrypt("secret", "", out));
+}
+
+TEST_F(CryptoTest, XorRepeatsItsKey)
+{
+    std::string data = "decoder", key = " \1";
+    auto* pData = Bytes<unsigned char>(data);
+    auto* pKey = Bytes<unsigned char>(key);
+    CEncryptXOR cipher;
+    cipher.Encrypt(pData, 7, pKey, 2);
+    EXPECT_EQ(data, "DdCnDdR");
+    cipher.Decrypt(pData, 7, pKey, 2);
+    cipher.Encrypt(pData, 7, pKey, 0);
+    cipher.Encrypt(pData, 7, nullptr, 3);
+    cipher.Encrypt(pData, -1, pKey, 2);
+    EXPECT_EQ(data, "decoder");
+}
+
+TEST_F(CryptoTest, NullPointersAndImpossibleLengthsAreFailures)
+{
+    const char key[16] = {};
+    char digest[65] = "stale";
+    std::string out = "kept";
+    unsigned char* pOut = nullptr;
+    unsigned long nOut = 1;
+    Sha265_String(nullptr, 1, digest);
+    EXPECT_STREQ(digest, "");
+    PUB_MD5Encrypt("abc", -1, digest, true);
+    EXPECT_STREQ(digest, "");
+    for (const int nLen : {-1, INT_MAX}) {
+        EXPECT_EQ(AesCbcEncrypt(key, nLen, key, out) + AesCbcDecrypt(key, nLen, key, out), 0);
+    }
+    EXPECT_EQ(AesCbcEncrypt(nullptr, 16, key, out) + AesCbcDecrypt(key, 16, nullptr, out), 0);
+    EXPECT_FALSE(AesDataEncrypt("x", nullptr, out) || AesDataDecrypt("abcd", nullptr, out));
+    EXPECT_EQ(out, "kept");
+    for (const int nLen : {-1, 0, 4}) {
+        Base64Decode(nLen == 4 ? nullptr : "AAAA", nLen, &pOut, &nOut);
+        EXPECT_TRUE(pOut == nullptr && nOut == 0);
+    }
+    Base64Encode(nullptr, 1, out);
+    EXPECT_EQ(out, "");
+}
+
+} // namespace

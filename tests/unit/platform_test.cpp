@@ -1,0 +1,220 @@
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <functional>
+#include <gtest/gtest.h>
+#include <list>
+#include <semaphore.h>
+#include <string>
+#include <thread>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+#include "AtomicAccess.h"
+#include "Event.h"
+#include "Interlocked.h"
+#include "PFFile.h"
+#include "PFHelper.h"
+#include "PFTime.h"
+#include "Semaphore.h"
+#include "SysHelper.h"
+#include "TypeCheck.h"
+
+// The tests are linked so that calls of the sleep go to the test's clock; this is the one that ships.
+bool RealSleep(unsigned int ms) asm("__real__ZN9CPFHelper5SleepEj");
+
+namespace {
+
+constexpr unsigned int FAR_AHEAD = 0xFFFFFFFF;
+
+void RunThreads(int nThreads, const std::function<void()>& work)
+{
+    std::vector<std::thread> threads;
+    for (int i = 0; i < nThreads; ++i) {
+        threads.emplace_back(work);
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+}
+
+TEST(PlatformTest, DeadlinesCarryIntoTheSeconds)
+{
+    const auto add = [](long ns, unsigned int ms) {
+        const timespec sum = CPFTime::AddMilliseconds({7, ns}, ms);
+        return std::pair(sum.tv_sec, sum.tv_nsec);
+    };
+    EXPECT_EQ(add(0, 999), std::pair(7L, 999'000'000L));
+    EXPECT_EQ(add(999'000'000, 1), std::pair(8L, 0L));
+    EXPECT_EQ(add(999'999'999, FAR_AHEAD), std::pair(4'294'975L, 294'999'999L));
+}
+
+TEST(PlatformTest, AnEventReleasesOneWaitPerSetOrAllUntilReset)
+{
+    for (const bool bManual : {false, true}) {
+        CMyEvent event(bManual);
+        EXPECT_EQ(event.WaitEvent(0), WAIT_TIMED_OUT);
+        EXPECT_TRUE(event.SetEvent() && event.SetEvent());
+        EXPECT_EQ(event.WaitEvent(0), WAIT_SIGNALLED);
+        EXPECT_EQ(event.WaitEvent(0), bManual ? WAIT_SIGNALLED : WAIT_TIMED_OUT);
+        event.SetEvent();
+        {
+            const CMySingleEvent running(event);
+            EXPECT_EQ(event.WaitEvent(1), WAIT_TIMED_OUT);
+        }
+        EXPECT_EQ(event.WaitEvent(0), WAIT_SIGNALLED);
+    }
+}
+
+TEST(PlatformTest, ASetWakesOneOfTheThreadsThatWait)
+{
+    CMyEvent event(false);
+    CMySemaphore released(0, 3);
+    std::thread producer([&] {
+        for (int i = 0; i < 3; ++i) {
+            event.SetEvent();
+            EXPECT_TRUE(released.lock(FAR_AHEAD) && !released.trylock());
+        }
+    });
+    RunThreads(3, [&] { EXPECT_TRUE(event.WaitEvent(FAR_AHEAD) == WAIT_SIGNALLED && released.unlock()); });
+    producer.join();
+}
+
+TEST(PlatformTest, SeveralEventsArePolledInPasses)
+{
+    const auto wait = [](const std::vector<bool>& signalled, bool bWaitAll, unsigned int ms) {
+        std::list<CMyEvent> events;
+        std::vector<const CMyEvent*> pointers;
+        for (const bool bSignalled : signalled) {
+            pointers.push_back(&events.emplace_back(false));
+            bSignalled ? events.back().SetEvent() : events.back().ResetEvent();
+        }
+        return WaitForMultipleObjects(static_cast<int>(pointers.size()), pointers.data(), bWaitAll, ms);
+    };
+    EXPECT_EQ(wait({false, true, true}, false, 0), 1U);
+    EXPECT_EQ(wait({false, false}, false, 0), WAIT_TIMED_OUT);
+    EXPECT_EQ(wait({}, false, FAR_AHEAD), WAIT_TIMED_OUT);
+    EXPECT_EQ(wait({true, true}, true, 10), WAIT_SIGNALLED);
+    EXPECT_EQ(wait({true, true}, true, 9), WAIT_TIMED_OUT); // the first pass ends at event 0 and counts 10 ms
+    EXPECT_EQ(wait({true, false}, true, 30), WAIT_TIMED_OUT);
+}
+
+TEST(PlatformTest, ASemaphoreCountsUpToItsMaximum)
+{
+    CMySemaphore semaphore(9, 3);
+    int nPrev = -1;
+    EXPECT_FALSE(semaphore.unlock());
+    EXPECT_TRUE(semaphore.lock(0) && semaphore.trylock() && semaphore.lock(FAR_AHEAD));
+    EXPECT_FALSE(semaphore.trylock() || semaphore.lock(1));
+    EXPECT_TRUE(semaphore.unlock(2, &nPrev));
+    EXPECT_EQ(nPrev, 0);
+    for (const int nWrong : {2, 0, -1}) {
+        EXPECT_FALSE(semaphore.unlock(nWrong, &nPrev)) << nWrong;
+        EXPECT_EQ(nPrev, 2);
+    }
+    std::thread producer([&] { EXPECT_TRUE(semaphore.unlock()); });
+    RunThreads(3, [&] { semaphore.lock(); });
+    producer.join();
+    EXPECT_FALSE(semaphore.trylock());
+}
+
+TEST(PlatformTest, ANamedLockIsSharedByName)
+{
+    const std::string name = "/platform_test." + std::to_string(getpid());
+    int nShared = 0;
+    RunThreads(4, [&] {
+        CNameLock lock(name.c_str());
+        for (int i = 0; i < 200; ++i) {
+            EXPECT_TRUE(lock.Lock());
+            ++nShared;
+            EXPECT_TRUE(lock.Unlock());
+        }
+    });
+    EXPECT_EQ(nShared, 800);
+    EXPECT_EQ(sem_unlink(name.c_str()), 0); // it outlives its users
+    EXPECT_FALSE(CNameLock("/not/possible").Lock() || CNameLock(nullptr).Unlock());
+}
+
+TEST(PlatformTest, CountersAreAtomicAndAStorePublishesWhatWasWrittenBefore)
+{
+    Interlocked counter(5), running(4);
+    EXPECT_EQ(counter.ExchangeAdd(7), 5);
+    EXPECT_EQ(counter.SetValue(0), 12);
+    std::string text;
+    const char* pPublished = nullptr;
+    RunThreads(4, [&] {
+        for (int i = 0; i < 100'000; ++i) {
+            counter.Increment();
+        }
+        if (running.Decrement() == 0) { // true for one thread alone
+            text = "reply";
+            AtomicStore(pPublished, text.c_str());
+        }
+        while (AtomicLoad(pPublished) == nullptr) {
+            std::this_thread::yield();
+        }
+        EXPECT_EQ(text, "reply");
+    });
+    EXPECT_EQ(counter.Increment(), 400'001);
+}
+
+TEST(PlatformTest, ASleepGoesOnAfterASignal)
+{
+    std::signal(SIGUSR1, [](int) {});
+    Interlocked done(0);
+    uint64_t nThreadID = 0;
+    const timespec end = CPFTime::GetDeadline(50);
+    const auto sleeper = [](void* pDone) {
+        RealSleep(50);
+        static_cast<Interlocked*>(pDone)->SetValue(1);
+        return pDone;
+    };
+    ASSERT_TRUE(CPFHelper::CreateThread(sleeper, &done, &nThreadID));
+    while (done == 0) {
+        pthread_kill(nThreadID, SIGUSR1);
+        RealSleep(1);
+    }
+    const timespec now = CPFTime::GetDeadline(0);
+    EXPECT_GE(std::pair(now.tv_sec, now.tv_nsec), std::pair(end.tv_sec, end.tv_nsec));
+    EXPECT_EQ(pthread_join(nThreadID, nullptr), 0);
+    EXPECT_FALSE(CPFHelper::CreateThread(nullptr, &done, &nThreadID));
+}
+
+TEST(PlatformTest, AFileIsWrittenAndReadWhole)
+{
+    const std::string path = testing::TempDir() + "platform_test." + std::to_string(getpid());
+    CPFFile file;
+    char buffer[8] = {};
+    EXPECT_FALSE(file.Open(path, O_RDONLY));
+    EXPECT_EQ(CPFHelper::GetLastError(), ENOENT);
+    EXPECT_TRUE(file.GetSize() == -1 && file.Read(buffer, 1) == -1 && !file.Write(buffer, 1));
+    ASSERT_TRUE(file.Open(path, O_WRONLY | O_CREAT | O_TRUNC));
+    EXPECT_TRUE(file.Write("wall", 4));
+    ASSERT_TRUE(file.Open(path, O_RDONLY));
+    EXPECT_EQ(file.GetSize(), 4);
+    EXPECT_EQ(file.Read(buffer, 3), 3);
+    EXPECT_EQ(file.Read(buffer + 3, 5), 1);
+    EXPECT_STREQ(buffer, "wall");
+    unlink(path.c_str());
+}
+
+TEST(PlatformTest, GuidTextIsUpperCaseInBraces)
+{
+    const GUID guid{0x1A2B3C4D, 0x0E5F, 0xABCD, {0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF}};
+    EXPECT_EQ(CSysHelper::GuidToString(guid), "{1A2B3C4D-0E5F-ABCD-0123-456789ABCDEF}");
+    char buffer[39];
+    EXPECT_TRUE(CSysHelper::GuidToString(guid, buffer, 39) && !CSysHelper::GuidToString(guid, buffer, 38));
+}
+
+TEST(PlatformTest, DecodersLieBetweenTheirRangeMarkers)
+{
+    EXPECT_EQ(CTypeCheck::GetDECODERAbstractTypeValue(), 513U);
+    for (const unsigned int nType : {0U, 512U, 513U, 751U, 752U, 0xFFFFFFFFU}) {
+        CTypeCheck::CDecoderTypeCheck out;
+        EXPECT_EQ(CTypeCheck::IsDecoder_s(nType, &out), nType == 513 || nType == 751) << nType;
+        EXPECT_EQ(out.m_dwTypeValue, nType);
+    }
+}
+
+} // namespace
