@@ -138,12 +138,15 @@ TEST(PlatformTest, ANamedLockIsSharedByName)
 
 TEST(PlatformTest, CountersAreAtomicAndAStorePublishesWhatWasWrittenBefore)
 {
-    Interlocked counter(5), running(4);
+    Interlocked counter(5), arrived(0), running(4);
     EXPECT_EQ(counter.ExchangeAdd(7), 5);
     EXPECT_EQ(counter.SetValue(0), 12);
     std::string text;
     const char* pPublished = nullptr;
     RunThreads(4, [&] {
+        arrived.ExchangeAdd(1);
+        while (arrived < 4) { // all at once
+        }
         for (int i = 0; i < 100'000; ++i) {
             counter.Increment();
         }
