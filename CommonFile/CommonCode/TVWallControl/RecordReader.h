@@ -1,0 +1,105 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <list>
+#include <memory>
+#include <type_traits>
+
+// Decodes the host's bytes into a record, step by step, and never reads behind their end. The first thing
+// that does not fit makes the reader fail; from then on it reads nothing, so it is asked once, at the end.
+// The bytes are borrowed.
+class CRecordReader {
+public:
+    CRecordReader(const char* pData, unsigned int nLen) : m_pData(pData), m_nLeft(pData == nullptr ? 0 : nLen)
+    {
+    }
+
+    bool IsGood() const { return m_bGood; }
+
+    // Plain fields that follow each other without gaps, each with its own width: all of them, or none when
+    // fewer bytes are left than they take together.
+    template <class... Field>
+    void Plain(Field&... field)
+    {
+        static_assert((std::is_trivially_copyable_v<Field> && ...));
+        if (Has((uint64_t{sizeof(Field)} + ...))) {
+            (Copy(field), ...);
+        }
+    }
+
+    // A list of records. Nothing is created when the bytes left cannot hold nCount empty items; a bad item
+    // ends the list, the items before it stay. A negative count is an empty list: the host counts some lists
+    // in signed bytes.
+    template <class Count, class Item>
+    void List(Count nCount, std::list<std::shared_ptr<Item>>& items)
+    {
+        if (!Has(Total(nCount, Item{}.GetLength()))) {
+            return;
+        }
+        for (Count i = 0; i < nCount; ++i) {
+            auto item = std::make_shared<Item>();
+            m_bGood = item->SetData(m_pData, m_nLeft);
+            if (!m_bGood) {
+                return;
+            }
+            Skip(item->GetLength());
+            items.push_back(std::move(item));
+        }
+    }
+
+    // A list of images: plain structures that travel whole.
+    template <class Count, class Image>
+    void ImageList(Count nCount, std::list<std::shared_ptr<Image>>& images)
+    {
+        static_assert(std::is_trivially_copyable_v<Image>);
+        if (!Has(Total(nCount, sizeof(Image)))) {
+            return;
+        }
+        for (Count i = 0; i < nCount; ++i) {
+            Copy(*images.emplace_back(std::make_shared<Image>()));
+        }
+    }
+
+private:
+    template <class Count>
+    static uint64_t Total(Count nCount, size_t nItemLen)
+    {
+        return nCount > 0 ? static_cast<uint64_t>(nCount) * nItemLen : 0;
+    }
+
+    bool Has(uint64_t nLen)
+    {
+        m_bGood = m_bGood && nLen <= m_nLeft;
+        return m_bGood;
+    }
+
+    template <class Field>
+    void Copy(Field& field)
+    {
+        std::memcpy(&field, m_pData, sizeof(Field));
+        Skip(sizeof(Field));
+    }
+
+    void Skip(unsigned int nLen)
+    {
+        nLen = std::min(nLen, m_nLeft);
+        m_pData += nLen;
+        m_nLeft -= nLen;
+    }
+
+    const char* m_pData;
+    unsigned int m_nLeft;
+    bool m_bGood = true;
+};
+
+// A record without lists that is read where it lies in a payload; false, with the image untouched, when the
+// payload is shorter.
+template <class Image>
+bool ReadImage(const char* pData, unsigned int nLen, Image& image)
+{
+    CRecordReader reader(pData, nLen);
+    reader.Plain(image);
+    return reader.IsGood();
+}

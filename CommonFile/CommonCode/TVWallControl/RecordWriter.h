@@ -1,0 +1,95 @@
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <list>
+#include <memory>
+#include <type_traits>
+
+// Adds up the bytes that a record takes on the wire.
+class CRecordLength {
+public:
+    unsigned int GetLength() const { return m_nLen; }
+
+    template <class... Field>
+    void Plain(const Field&...)
+    {
+        m_nLen += static_cast<unsigned int>((sizeof(Field) + ...));
+    }
+
+    template <class Count, class Item>
+    void List(Count, const std::list<std::shared_ptr<Item>>& items)
+    {
+        for (const auto& item : items) {
+            m_nLen += item->GetLength();
+        }
+    }
+
+    template <class Count, class Image>
+    void ImageList(Count, const std::list<std::shared_ptr<Image>>& images)
+    {
+        m_nLen += static_cast<unsigned int>(images.size() * sizeof(Image));
+    }
+
+private:
+    unsigned int m_nLen = 0;
+};
+
+// Encodes a record into a buffer of known size and never writes behind its end: what does not fit is left
+// out, with everything after it. Counts travel as they stand in their fields, lists with the items that they
+// hold.
+class CRecordWriter {
+public:
+    CRecordWriter(char* pData, unsigned int nSize) : m_pData(pData), m_nSize(pData == nullptr ? 0 : nSize) {}
+
+    // Bytes written so far.
+    unsigned int GetLength() const { return m_nLen; }
+
+    template <class... Field>
+    void Plain(const Field&... field)
+    {
+        static_assert((std::is_trivially_copyable_v<Field> && ...));
+        (Copy(field), ...);
+    }
+
+    template <class Count, class Item>
+    void List(Count, const std::list<std::shared_ptr<Item>>& items)
+    {
+        for (const auto& item : items) {
+            if (!Has(item->GetLength())) {
+                return;
+            }
+            char* pItem = m_pData + m_nLen;
+            m_nLen += item->GetData(pItem);
+        }
+    }
+
+    template <class Count, class Image>
+    void ImageList(Count, const std::list<std::shared_ptr<Image>>& images)
+    {
+        for (const auto& image : images) {
+            Copy(*image);
+        }
+    }
+
+private:
+    bool Has(size_t nLen)
+    {
+        m_bGood = m_bGood && nLen <= m_nSize - m_nLen;
+        return m_bGood;
+    }
+
+    template <class Field>
+    void Copy(const Field& field)
+    {
+        if (Has(sizeof(Field))) {
+            std::memcpy(m_pData + m_nLen, &field, sizeof(Field));
+            m_nLen += static_cast<unsigned int>(sizeof(Field));
+        }
+    }
+
+    char* m_pData;
+    unsigned int m_nSize;
+    unsigned int m_nLen = 0;
+    bool m_bGood = true;
+};

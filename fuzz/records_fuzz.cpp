@@ -1,0 +1,69 @@
+// Decodes hostile bytes as every record of the host: the first byte picks the record, the rest is its
+// payload.
+
+#include <algorithm>
+#include <cstdlib>
+#include <iterator>
+#include <vector>
+
+#include "FakeHost.h"
+#include "MonitorTvwComm.h"
+
+namespace {
+
+void Require(bool bHolds)
+{
+    if (!bHolds) {
+        std::abort();
+    }
+}
+
+template <class Record>
+std::vector<char> Encode(const Record& record)
+{
+    std::vector<char> bytes(record.GetLength());
+    char* pData = bytes.data();
+    Require(record.GetData(pData) == bytes.size());
+    return bytes;
+}
+
+// What was decoded, whole or in part, can be measured, encoded, logged, verified and decoded once more; a
+// whole record gives its bytes back.
+template <class Record>
+void Exercise(const std::vector<char>& payload)
+{
+    Record record;
+    const bool bWhole = record.SetData(payload.data(), static_cast<unsigned int>(payload.size()));
+    const auto bytes = Encode(record);
+    Require(!bWhole ||
+            (bytes.size() <= payload.size() && std::equal(bytes.begin(), bytes.end(), payload.begin())));
+    record.Dump();
+    record.VerifyData();
+    const auto verified = Encode(record);
+    Require(record.SetData(verified.data(), static_cast<unsigned int>(verified.size())));
+    Require(Encode(record) == verified);
+}
+
+constexpr void (*RECORDS[])(const std::vector<char>&) = {
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Create_CavansWindow>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Del_CavansWindow>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Modyfy_CavansWindow>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Canvas_Item_V2>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Screen>,
+    Exercise<ORVA2_DECODER_TVW::S_Create_Cavans_WindowInfo>,
+    Exercise<ORVA2_DECODER_TVW::S_Cavans_Sub_WindowInfo>,
+    Exercise<ORVA2_DECODER_TVW::S_Delete_Canvas_Window_Item>,
+    Exercise<ORVA2_DECODER_TVW::S_Roar_CanvasWindow_Item>,
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pInput, size_t nSize)
+{
+    fake_host::SetLogRecording(false);
+    if (nSize != 0) {
+        // A payload of its own size, so that the sanitizer sees reads behind its end.
+        RECORDS[pInput[0] % std::size(RECORDS)](std::vector<char>(pInput + 1, pInput + nSize));
+    }
+    return 0;
+}
