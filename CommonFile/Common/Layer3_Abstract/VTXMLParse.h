@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace tinyxml2 {
+class XMLDocument;
+class XMLElement;
+} // namespace tinyxml2
+
+// Reads values out of a decoder's message by path. A path is element names separated by '/', each standing
+// for the first child of that name: absolute, it starts with the root element ("td_command/td_body/row");
+// relative, below an item. An element that is not there reads as 0 or as an empty text. Used by one thread at
+// a time.
+class CVTXMLParse {
+public:
+    // An element of the parsed text; null when there is none. Valid until the next Parse.
+    using Item = const tinyxml2::XMLElement*;
+
+    CVTXMLParse();
+    CVTXMLParse(const char* pText, size_t nLen);
+    ~CVTXMLParse();
+    CVTXMLParse(const CVTXMLParse&) = delete;
+    CVTXMLParse& operator=(const CVTXMLParse&) = delete;
+
+    // Takes a text of nLen bytes, which need not be zero-terminated; a zero byte ends it. False, with nothing
+    // to read, for a text that is not well-formed, has no element, or nests deeper than the parser follows.
+    // Throws nothing but std::bad_alloc.
+    bool Parse(const char* pText, size_t nLen);
+    // The result of the last Parse: tells a message without some element from a text that is no XML at all.
+    bool IsParsed() const { return m_bParsed; }
+
+    Item GetFirstItem(const char* szPath) const;
+    Item GetFirstItem(Item item, const char* szPath) const;
+    // The first child element, whatever its name.
+    Item GetFirstChild(Item item) const;
+    // The next element under the same parent, whatever its name unless one is given.
+    Item GetNextSiblingItem(Item item, const char* szName = nullptr) const;
+
+    // Numbers are read as strtol and strtoul read them in base 10, then cut to their low 32 bits.
+    int32_t GetValue_i32(const char* szPath) const { return GetValue_i32(GetFirstItem(szPath)); }
+    int32_t GetValue_i32(Item item, const char* szPath = "") const;
+    uint32_t GetValueDWORD(const char* szPath) const { return GetValueDWORD(GetFirstItem(szPath)); }
+    uint32_t GetValueDWORD(Item item, const char* szPath = "") const;
+    std::string GetValueStr(const char* szPath) const { return GetValueStr(GetFirstItem(szPath)); }
+    std::string GetValueStr(Item item, const char* szPath = "") const;
+
+private:
+    std::unique_ptr<tinyxml2::XMLDocument> m_pDocument;
+    bool m_bParsed = false;
+};

@@ -1,0 +1,112 @@
+#include <ctime>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+#include "VTXMLParse.h"
+
+namespace {
+
+bool Parses(CVTXMLParse& reader, const std::string& text)
+{
+    const std::vector<char> exact(text.begin(), text.end()); // no zero byte behind the text
+    return reader.Parse(exact.data(), exact.size());
+}
+
+std::string Repeat(int count, const std::string& text)
+{
+    std::string all;
+    for (int i = 0; i < count; ++i) {
+        all += text;
+    }
+    return all;
+}
+
+} // namespace
+
+TEST(PathReader, ReadsByPathByPositionAndBySibling)
+{
+    CVTXMLParse reader;
+    ASSERT_TRUE(Parses(
+        reader, "<?xml version=\"1.0\"?><msg><!-- c --><head><token><![CDATA[a<b]]></token></head>"
+                "<body>text<item><id>1</id><!-- c --><name>a&lt;&#x4e2d;</name></item> "
+                "<other><id>3</id></other><item><mixed><b/>late</mixed><id>5</id></item></body></msg>"));
+    EXPECT_EQ(reader.GetValueStr("msg/head/token"), "a<b");
+    EXPECT_EQ(reader.GetValueStr("head/token"), "") << "an absolute path starts with the root element";
+    const auto first = reader.GetFirstItem("msg/body/item");
+    EXPECT_EQ(reader.GetFirstItem(reader.GetFirstItem("msg"), "body/item"), first);
+    EXPECT_EQ(reader.GetValueStr(first, "name"), "a<\u4e2d");
+    for (const char* szMissing : {"none", "name/none", "/name", "nam", "name/name"}) {
+        EXPECT_EQ(reader.GetValueStr(first, szMissing), "") << szMissing;
+        EXPECT_EQ(reader.GetValueDWORD(first, szMissing), 0u) << szMissing;
+    }
+    const auto id = reader.GetFirstChild(first);
+    EXPECT_EQ(reader.GetValueStr(id), "1");
+    EXPECT_EQ(reader.GetValueStr(reader.GetNextSiblingItem(id)), "a<\u4e2d");
+    EXPECT_EQ(reader.GetNextSiblingItem(reader.GetNextSiblingItem(id)), nullptr);
+    EXPECT_EQ(reader.GetValue_i32(reader.GetNextSiblingItem(first), "id"), 3);
+    EXPECT_EQ(reader.GetValue_i32(reader.GetNextSiblingItem(first, "item"), "id"), 5);
+    EXPECT_EQ(reader.GetValueStr(reader.GetNextSiblingItem(first, "item"), "mixed"), "");
+    EXPECT_EQ(reader.GetFirstItem(nullptr, "id"), nullptr);
+    EXPECT_EQ(reader.GetFirstChild(nullptr), reader.GetNextSiblingItem(nullptr));
+}
+
+TEST(PathReader, NumbersReadLikeTheCLibraryAndKeepTheirLowBits)
+{
+    struct {
+        const char* szText;
+        uint32_t unsignedValue;
+        int32_t signedValue;
+    } const cases[] = {
+        {" \n42xyz", 42, 42},
+        {"-1", 0xFFFFFFFF, -1},
+        {"2147483648", 0x80000000, INT32_MIN},
+        {"4294967301", 5, 5},
+        {"0x10", 0, 0},
+        {"none", 0, 0},
+        {"", 0, 0},
+        {"18446744073709551610", 0xFFFFFFFA, -1},
+        {"99999999999999999999", 0xFFFFFFFF, -1}, // out of the 64 bits' range: the largest, cut
+    };
+    for (const auto& test : cases) {
+        CVTXMLParse reader;
+        ASSERT_TRUE(Parses(reader, std::string("<n>") + test.szText + "</n>"));
+        EXPECT_EQ(reader.GetValueDWORD("n"), test.unsignedValue) << test.szText;
+        EXPECT_EQ(reader.GetValue_i32("n"), test.signedValue) << test.szText;
+    }
+}
+
+TEST(PathReader, TellsWhatIsNoXmlFromWhatLacksAnElement)
+{
+    CVTXMLParse reader;
+    EXPECT_FALSE(reader.IsParsed());
+    for (const std::string& text :
+         {std::string(), std::string("hello"), std::string("<!-- c -->"), std::string("<a><b></a>"),
+          std::string("<a>x</a>tail"), std::string("<a>\0</a>", 8), std::string(64, '\xFF'),
+          Repeat(200'000, "<a>")}) {
+        ASSERT_TRUE(Parses(reader, "<a>1</a>"));
+        EXPECT_FALSE(Parses(reader, text)) << text.substr(0, 64);
+        EXPECT_FALSE(reader.IsParsed());
+        EXPECT_EQ(reader.GetValue_i32("a"), 0) << "nothing is left of the message before";
+    }
+    EXPECT_FALSE(reader.Parse(nullptr, 10));
+    EXPECT_TRUE(CVTXMLParse("<a>1</a>\0more", 13).IsParsed()) << "some senders count a terminating zero";
+}
+
+TEST(PathReader, IteratesOverManyItemsInLinearTime)
+{
+    const auto timeFor = [](int count) {
+        const std::string text = "<list>" + Repeat(count, "<item><id>1</id></item>") + "</list>";
+        const std::clock_t start = std::clock(); // processor time: other processes do not count
+        CVTXMLParse reader(text.data(), text.size());
+        int sum = 0;
+        for (auto item = reader.GetFirstItem("list/item"); item != nullptr;
+             item = reader.GetNextSiblingItem(item)) {
+            sum += reader.GetValue_i32(item, "id");
+        }
+        EXPECT_EQ(sum, count);
+        return std::clock() - start;
+    };
+    // Ten times the items take about ten times as long; one look-up from the front each would take a hundred.
+    EXPECT_LT(timeFor(100'000), 40 * timeFor(10'000));
+}
