@@ -99,6 +99,6 @@ private:
     void* m_pNetPacketRoutineParam = nullptr;
     CNetPacketNew m_NetPacket; // bytes held between calls when the host keeps none
     std::map<uint32_t, NET_COMBINED_INFO*> m_combinedInfoMap;
-    NETHEAD_AND_COMBINEDINFO m_NetHeadAndCombinedInfo{};
+    [[maybe_unused]] NETHEAD_AND_COMBINEDINFO m_NetHeadAndCombinedInfo{};
     _tagNET_DATAHEAD m_TmpDataHead{};
 };

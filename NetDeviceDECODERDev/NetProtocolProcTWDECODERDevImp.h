@@ -128,8 +128,9 @@ private:
                                                    const unsigned long& extraLen);
     void ReplyResult(CCmdProcObject* cmd, char* extra, unsigned int extraLen, unsigned int optType);
     void ReplyBuffer(CCmdProcObject* cmd, const char* data, unsigned long len);
-    // True when this answer may leave; notes that it does.
-    bool TakeAnswer(CCmdProcObject* cmd);
+    static void SendFailure(CCmdProcObject* cmd, unsigned int code);
+    // True for the first answer of the running command.
+    bool TakeAnswer();
 
     // --- handlers: login ---
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "AtomicAccess.h"
 #include "CmdProcObject.h"
@@ -51,6 +52,12 @@ void CNetProtocolProcTWDECODERDevImp::ProcOneCommand(CCmdProcObject* cmd, unsign
 {
     CMySingleEvent running(m_ExportEvent);
     AtomicStore(m_recvCmdID, -1);
+    if (m_ExportFlag == 0) {
+        // Stop drains the queue on its own thread while the worker may still take a command: nothing of the
+        // session is touched here.
+        SendFailure(cmd, KEST_RESULT_NOT_READY);
+        return;
+    }
     m_bAnswered = false;
     try {
         RunCommand(cmd, reinterpret_cast<char*>(buf), len);
@@ -62,10 +69,6 @@ void CNetProtocolProcTWDECODERDevImp::ProcOneCommand(CCmdProcObject* cmd, unsign
 
 void CNetProtocolProcTWDECODERDevImp::RunCommand(CCmdProcObject* cmd, char* data, unsigned int len)
 {
-    if (m_ExportFlag == 0) {
-        DevToKSETFailReturn(cmd, KEST_RESULT_NOT_READY);
-        return;
-    }
     const unsigned int nCmdID = cmd->GetRequestCommand();
     session_log::Normal(166, "**************a=%d\n", nCmdID);
     if (!m_bSuccessLogin && nCmdID != KEST_CMD_REQUEST_LOGIN) {
@@ -118,18 +121,11 @@ void CNetProtocolProcTWDECODERDevImp::RunOption(CCmdProcObject* cmd, const char*
     }
 }
 
-bool CNetProtocolProcTWDECODERDevImp::TakeAnswer(CCmdProcObject* cmd)
-{
-    if (m_bAnswered || !cmd->HasReply()) {
-        return false;
-    }
-    m_bAnswered = true;
-    return true;
-}
+bool CNetProtocolProcTWDECODERDevImp::TakeAnswer() { return !std::exchange(m_bAnswered, true); }
 
-void CNetProtocolProcTWDECODERDevImp::DevToKSETFailReturn(CCmdProcObject* cmd, const unsigned int& code)
+void CNetProtocolProcTWDECODERDevImp::SendFailure(CCmdProcObject* cmd, unsigned int code)
 {
-    if (!TakeAnswer(cmd)) {
+    if (!cmd->HasReply()) {
         return;
     }
     _kest_net_reply reply{};
@@ -137,9 +133,16 @@ void CNetProtocolProcTWDECODERDevImp::DevToKSETFailReturn(CCmdProcObject* cmd, c
     cmd->ReplyRecord(reply);
 }
 
+void CNetProtocolProcTWDECODERDevImp::DevToKSETFailReturn(CCmdProcObject* cmd, const unsigned int& code)
+{
+    if (TakeAnswer()) {
+        SendFailure(cmd, code);
+    }
+}
+
 void CNetProtocolProcTWDECODERDevImp::ReplyBuffer(CCmdProcObject* cmd, const char* data, unsigned long len)
 {
-    if (TakeAnswer(cmd)) {
+    if (TakeAnswer() && cmd->HasReply()) {
         cmd->ReplyBuffer(data, len);
     }
 }

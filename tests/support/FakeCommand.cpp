@@ -6,9 +6,9 @@
 std::string Hex(const std::string& bytes)
 {
     std::string hex;
-    for (const unsigned char byte : bytes) {
+    for (const char byte : bytes) {
         char szByte[3];
-        snprintf(szByte, sizeof(szByte), "%02x", byte);
+        snprintf(szByte, sizeof(szByte), "%02x", static_cast<unsigned char>(byte));
         hex += szByte;
     }
     return hex;
