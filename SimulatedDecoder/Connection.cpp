@@ -1,0 +1,222 @@
+#include "Connection.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <asio/buffer.hpp>
+#include <asio/write.hpp>
+#include <spdlog/spdlog.h>
+
+namespace simulated_decoder {
+
+namespace {
+
+// A host that does not read what it asked for is cut off here.
+constexpr std::size_t kMaxOutput = std::size_t{32} * 1024 * 1024;
+
+// Between two pieces of chunked output, so that the host's socket really sees them one by one.
+constexpr std::chrono::microseconds kPiecePause{100};
+
+} // namespace
+
+Connection::Connection(asio::ip::tcp::socket socket, int number, Device& device, ClosedFunction closed)
+    : m_socket(std::move(socket)),
+      m_number(number),
+      m_device(device),
+      m_closed(std::move(closed)),
+      m_session(device.Desk()),
+      m_pieceTimer(m_socket.get_executor()),
+      m_beatTimer(m_socket.get_executor()),
+      m_noticeTimer(m_socket.get_executor())
+{
+}
+
+void Connection::Start()
+{
+    std::error_code ignored;
+    m_socket.set_option(asio::ip::tcp::no_delay(true), ignored);
+    Repeat(m_beatTimer, m_device.ActiveFaults().beatEvery, m_beatDue);
+    Repeat(m_noticeTimer, m_device.ActiveFaults().notifyEvery, m_noticeDue);
+    Read();
+}
+
+void Connection::Close(std::string_view reason)
+{
+    if (!m_open) {
+        return;
+    }
+    m_open = false;
+    spdlog::info("host {}: closed: {}", m_number, reason);
+    m_session.LogOut();
+    std::error_code ignored;
+    m_socket.shutdown(asio::ip::tcp::socket::shutdown_both, ignored);
+    m_socket.close(ignored);
+    m_pieceTimer.cancel();
+    m_beatTimer.cancel();
+    m_noticeTimer.cancel();
+    m_closed(m_number);
+}
+
+void Connection::Read()
+{
+    m_socket.async_read_some(asio::buffer(m_input),
+                             [self = shared_from_this()](const std::error_code& error, std::size_t length) {
+                                 if (error) {
+                                     self->Close(error == asio::error::eof ? "by the host" : error.message());
+                                     return;
+                                 }
+                                 self->m_frames.Feed({self->m_input.data(), length});
+                                 self->TakeFrames();
+                             });
+}
+
+void Connection::TakeFrames()
+{
+    std::string payload;
+    while (m_open && !m_cutting) {
+        switch (m_frames.Next(payload)) {
+        case FrameReader::Result::Payload:
+            TakeRequest(payload);
+            break;
+        case FrameReader::Result::Heartbeat:
+            Send(EncodeFrame({}));
+            break;
+        case FrameReader::Result::NeedMore:
+            Read();
+            return;
+        case FrameReader::Result::BadHead:
+            Close("what it sent is no frame");
+            break;
+        case FrameReader::Result::TooLong:
+            Close("it announced a frame that is too long");
+            break;
+        }
+    }
+}
+
+void Connection::TakeRequest(std::string_view payload)
+{
+    ++m_requests;
+    const Answer answer = m_device.Handle(m_number, m_session, payload);
+    std::string frame;
+    if (!answer.payload.empty()) {
+        frame = (m_device.ActiveFaults().deviceHead ? DeviceHead() : "") + EncodeFrame(answer.payload);
+    }
+    m_cutting = m_requests == m_device.ActiveFaults().cutAfter;
+    if (m_cutting) {
+        frame.resize(frame.size() / 2);
+    } else if (frame.empty()) {
+        return;
+    }
+    Reply(std::move(frame), answer.delay);
+}
+
+void Connection::Reply(std::string frame, std::chrono::milliseconds delay)
+{
+    const auto send = [this](std::string bytes, bool last) {
+        Send(std::move(bytes));
+        m_closeWhenSent = m_closeWhenSent || last;
+    };
+    if (delay.count() == 0) {
+        send(std::move(frame), m_cutting);
+        return;
+    }
+    auto timer = std::make_shared<asio::steady_timer>(m_socket.get_executor(), delay);
+    timer->async_wait([weak = weak_from_this(), timer, send, held = std::move(frame),
+                       last = m_cutting](const std::error_code&) {
+        if (const auto self = weak.lock()) {
+            send(held, last);
+        }
+    });
+}
+
+void Connection::Send(std::string bytes)
+{
+    if (!m_open || m_closeWhenSent) {
+        return;
+    }
+    m_outputSize += bytes.size();
+    if (m_outputSize > kMaxOutput) {
+        Close("it does not read what it is sent");
+        return;
+    }
+    const bool idle = m_output.empty();
+    m_output.push_back(std::move(bytes));
+    if (idle) {
+        SendNextPiece();
+    }
+}
+
+void Connection::SendDue()
+{
+    if (!m_output.empty()) {
+        return;
+    }
+    if (std::exchange(m_beatDue, false)) {
+        Send(EncodeFrame({}));
+    }
+    if (std::exchange(m_noticeDue, false) && m_session.IsLoggedIn()) {
+        Send(EncodeFrame(m_notices.Next()));
+    }
+}
+
+void Connection::SendNextPiece()
+{
+    const std::size_t chunk = m_device.ActiveFaults().chunk;
+    asio::const_buffer piece = asio::buffer(m_output.front()) + m_sent;
+    if (chunk != 0) {
+        piece = asio::buffer(piece, chunk);
+    }
+    asio::async_write(m_socket, piece,
+                      [self = shared_from_this()](const std::error_code& error, std::size_t length) {
+                          if (error) {
+                              self->Close(error.message());
+                              return;
+                          }
+                          self->PieceSent(length);
+                      });
+}
+
+void Connection::PieceSent(std::size_t length)
+{
+    m_outputSize -= length;
+    m_sent += length;
+    if (m_sent == m_output.front().size()) {
+        m_output.pop_front();
+        m_sent = 0;
+    }
+    if (m_output.empty()) {
+        if (m_closeWhenSent) {
+            Close("cut on order");
+        }
+        SendDue();
+        return;
+    }
+    if (m_device.ActiveFaults().chunk == 0) {
+        SendNextPiece();
+        return;
+    }
+    m_pieceTimer.expires_after(kPiecePause);
+    m_pieceTimer.async_wait([self = shared_from_this()](const std::error_code&) {
+        if (self->m_open) {
+            self->SendNextPiece();
+        }
+    });
+}
+
+void Connection::Repeat(asio::steady_timer& timer, std::chrono::milliseconds period, bool& due)
+{
+    if (period.count() == 0) {
+        return;
+    }
+    timer.expires_after(period);
+    timer.async_wait([self = shared_from_this(), &timer, period, &due](const std::error_code&) {
+        if (self->m_open) {
+            due = true;
+            self->SendDue();
+            self->Repeat(timer, period, due);
+        }
+    });
+}
+
+} // namespace simulated_decoder

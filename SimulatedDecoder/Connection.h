@@ -1,0 +1,76 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include <asio/ip/tcp.hpp>
+#include <asio/steady_timer.hpp>
+
+#include "ChannelNotices.h"
+#include "Device.h"
+#include "Frame.h"
+#include "Login.h"
+
+namespace simulated_decoder {
+
+// One host on the line. Lives as long as an operation on its socket or timers is under way or its owner holds
+// it; all of it runs on the thread of the socket's context. The device must outlive the connection's closing.
+class Connection : public std::enable_shared_from_this<Connection> {
+public:
+    using ClosedFunction = std::function<void(int number)>;
+
+    // `number` names the host in logs, from 1. `closed` is called once, when the connection has closed by
+    // itself.
+    Connection(asio::ip::tcp::socket socket, int number, Device& device, ClosedFunction closed);
+
+    void Start();
+    // Closes at once; what was not sent yet is lost.
+    void Close(std::string_view reason);
+
+private:
+    void Read();
+    void TakeFrames();
+    void TakeRequest(std::string_view payload);
+    void Reply(std::string frame, std::chrono::milliseconds delay);
+
+    void Send(std::string bytes);
+    // Sends the heartbeat and the notification that are due, once nothing else is on its way: on a slow line
+    // there is never more than one of each in front of a reply.
+    void SendDue();
+    void SendNextPiece();
+    void PieceSent(std::size_t length);
+
+    // Makes something due every `period` until the connection closes; never when the period is 0.
+    void Repeat(asio::steady_timer& timer, std::chrono::milliseconds period, bool& due);
+
+    asio::ip::tcp::socket m_socket;
+    int m_number;
+    Device& m_device;
+    ClosedFunction m_closed;
+    HostSession m_session;
+    bool m_open = true;
+
+    std::array<char, 65536> m_input{};
+    FrameReader m_frames;
+    std::uint32_t m_requests = 0;
+    bool m_cutting = false;       // the last request is taken, nothing is read any more
+    bool m_closeWhenSent = false; // what is in m_output is the last
+
+    std::deque<std::string> m_output;
+    std::size_t m_outputSize = 0; // bytes in m_output that are not sent yet
+    std::size_t m_sent = 0;       // bytes of m_output.front() that are sent
+
+    ChannelNotices m_notices;
+    bool m_noticeDue = false;
+    bool m_beatDue = false;
+    asio::steady_timer m_pieceTimer;
+    asio::steady_timer m_beatTimer;
+    asio::steady_timer m_noticeTimer;
+};
+
+} // namespace simulated_decoder

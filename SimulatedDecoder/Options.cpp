@@ -1,0 +1,143 @@
+#include "Options.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <spdlog/fmt/fmt.h>
+
+#include "Message.h"
+
+namespace simulated_decoder {
+
+namespace {
+
+constexpr const char* kPasswordVariable = "TVWALL_DECODER_PASSWORD";
+constexpr int kMaxScreens = 16; // in a row or in a column
+
+std::string Footer()
+{
+    return "Faults (URL is the name of a request, such as docreatewindow):\n" + DescribeFaults() +
+           R"(
+Examples:
+  TVWALL_DECODER_PASSWORD=secret tvwall-decoder --listen 127.0.0.1:7000 --rows 2 --columns 3 --wall-svg wall.svg
+  tvwall-decoder --port-file port --user operator --password-file password --json-log requests.json
+  tvwall-decoder --password-file password --fault chunk=1 --fault delay=500@docreatewindow --fault beat-every=200
+
+Exit status: 0 stopped by SIGINT or SIGTERM, 1 a file cannot be written (or internal failure), 2 wrong usage, 3 cannot listen.
+SPDLOG_LEVEL=debug logs every request.)";
+}
+
+// HOST:PORT, an IPv6 host in square brackets.
+bool ParseEndpoint(const std::string& text, Options& options)
+{
+    const auto colon = text.rfind(':');
+    if (colon == std::string::npos) {
+        return false;
+    }
+    options.host = text.substr(0, colon);
+    if (options.host.size() > 2 && options.host.front() == '[' && options.host.back() == ']') {
+        options.host = options.host.substr(1, options.host.size() - 2);
+    }
+    const auto port = ParseNumber<std::uint16_t>(std::string_view(text).substr(colon + 1));
+    options.port = port.value_or(0);
+    return port.has_value() && !options.host.empty();
+}
+
+std::string ReadPassword(const std::string& path)
+{
+    if (path.empty()) {
+        const char* value = std::getenv(kPasswordVariable);
+        if (value == nullptr || *value == '\0') {
+            throw CLI::RuntimeError(fmt::format("no password: use --password-file or {}", kPasswordVariable),
+                                    kExitUsage);
+        }
+        return value;
+    }
+    std::ifstream file(path);
+    std::string line;
+    if (!std::getline(file, line) || line.empty()) {
+        throw CLI::RuntimeError("cannot read a password from " + path, kExitUsage);
+    }
+    return line;
+}
+
+// The names of options that are unknown, without their values and other words: one may be a password.
+std::string UnknownOptions(const std::vector<std::string>& remaining)
+{
+    std::string names;
+    for (const std::string& argument : remaining) {
+        if (argument.starts_with('-')) {
+            names += " " + argument.substr(0, argument.find('='));
+        }
+    }
+    return names.empty() ? "an argument that belongs to no option; see --help" : "unknown option" + names;
+}
+
+} // namespace
+
+std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
+{
+    Options options;
+    std::string listen = "127.0.0.1:0";
+    std::string passwordFile;
+    std::vector<std::string> faults;
+
+    CLI::App app{"A simulated TV-wall decoder: accepts hosts over TCP and keeps a wall in memory.",
+                 "tvwall-decoder"};
+    app.set_version_flag("--version", "tvwall-decoder " TVWALL_DECODER_VERSION, "Print the version and exit");
+    app.add_option("--listen", listen, "Where to listen; port 0 picks a free one")
+        ->type_name("HOST:PORT")
+        ->capture_default_str();
+    app.add_option("--port-file", options.portFile,
+                   "Write the port number to this file once hosts can connect")
+        ->type_name("FILE");
+    app.add_option("--user", options.user, "The account that may log in")
+        ->type_name("NAME")
+        ->capture_default_str();
+    app.add_option("--password-file", passwordFile,
+                   fmt::format("Its password is the first line of this file (else the variable {})",
+                               kPasswordVariable))
+        ->type_name("FILE");
+    app.add_option("--rows", options.rows, "Rows of screens")
+        ->check(CLI::Range(1, kMaxScreens))
+        ->capture_default_str();
+    app.add_option("--columns", options.columns, "Columns of screens")
+        ->check(CLI::Range(1, kMaxScreens))
+        ->capture_default_str();
+    app.add_option("--wall-svg", options.wallSvg, "Keep a picture of the wall in this file")
+        ->type_name("FILE");
+    app.add_option("--wall-text", options.wallText, "Keep the wall as text in this file")->type_name("FILE");
+    app.add_option("--json-log", options.jsonLog,
+                   "Log every request to this file, one JSON object a line; starts it anew")
+        ->type_name("FILE");
+    app.add_option("--fault", faults, "Misbehave on order; may be given several times")
+        ->type_name("SPEC")
+        ->allow_extra_args(false);
+    app.footer(Footer());
+    try {
+        app.parse(argc, argv);
+        if (!ParseEndpoint(listen, options)) {
+            throw CLI::RuntimeError("--listen: '" + listen + "' is not HOST:PORT", kExitUsage);
+        }
+        for (const std::string& spec : faults) {
+            if (const std::string problem = AddFault(options.faults, spec); !problem.empty()) {
+                throw CLI::RuntimeError("--fault: " + problem, kExitUsage);
+            }
+        }
+        options.password = ReadPassword(passwordFile);
+    } catch (const CLI::Success& success) {
+        return app.exit(success);
+    } catch (const CLI::ExtrasError&) {
+        std::cerr << "tvwall-decoder: " << UnknownOptions(app.remaining()) << '\n';
+        return kExitUsage;
+    } catch (const CLI::Error& error) {
+        std::cerr << "tvwall-decoder: " << error.what() << '\n';
+        return kExitUsage;
+    }
+    return options;
+}
+
+} // namespace simulated_decoder

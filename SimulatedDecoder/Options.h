@@ -1,0 +1,32 @@
+#pragma once
+// The command line of the program.
+
+#include <cstdint>
+#include <string>
+#include <variant>
+
+#include "Faults.h"
+
+namespace simulated_decoder {
+
+struct Options {
+    std::string host;
+    std::uint16_t port = 0; // 0: any free one
+    std::string portFile;
+    std::string user = "admin";
+    std::string password;
+    int rows = 2;
+    int columns = 2;
+    std::string wallSvg;
+    std::string wallText;
+    std::string jsonLog;
+    Faults faults;
+};
+
+inline constexpr int kExitUsage = 2;
+
+// The options, or the status with which the program ends at once: 0 after --help or --version, kExitUsage
+// when the command line, a fault or the password is not usable, with one line on standard error.
+std::variant<Options, int> ParseOptions(int argc, const char* const* argv);
+
+} // namespace simulated_decoder

@@ -1,0 +1,270 @@
+#include "WallPictures.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include <spdlog/fmt/fmt.h>
+
+#include "SubWindowGrid.h"
+
+namespace simulated_decoder {
+
+namespace {
+
+constexpr std::int64_t kMaxColumns = 96; // characters across the wall, without its right edge
+constexpr std::int64_t kMaxLines = 32;
+constexpr std::size_t kMaxTableLines = 100;
+
+// The edges and corners of a box, and what one is made of that is too thin for them.
+struct Pen {
+    char32_t horizontal, vertical, upperLeft, upperRight, lowerLeft, lowerRight, bar;
+};
+constexpr Pen kScreenPen{U'─', U'│', U'┌', U'┐', U'└', U'┘', U'·'};
+constexpr Pen kWindowPen{U'═', U'║', U'╔', U'╗', U'╚', U'╝', U'■'};
+
+// Inclusive corners in characters.
+struct Box {
+    std::int64_t left, top, right, bottom;
+};
+
+// Of the characters below U+10000, which are all that is drawn.
+void AppendUtf8(std::string& text, char32_t character)
+{
+    const auto append = [&text](char32_t byte) { text += static_cast<char>(byte); };
+    if (character < 0x80) {
+        append(character);
+    } else if (character < 0x800) {
+        append(0xC0 | character >> 6);
+        append(0x80 | (character & 0x3F));
+    } else {
+        append(0xE0 | character >> 12);
+        append(0x80 | (character >> 6 & 0x3F));
+        append(0x80 | (character & 0x3F));
+    }
+}
+
+// A sheet of characters; what lies beyond its edges is not drawn.
+class Sheet {
+public:
+    Sheet(std::int64_t columns, std::int64_t lines)
+        : m_columns(columns), m_cells(static_cast<std::size_t>(columns * lines), U' ')
+    {
+    }
+
+    void Put(std::int64_t column, std::int64_t line, char32_t character)
+    {
+        m_cells[static_cast<std::size_t>(line * m_columns + column)] = character;
+    }
+
+    // A frame around an empty inside, or where there is no inside, a bar.
+    void Draw(const Box& box, const Pen& pen)
+    {
+        const bool thin = box.right <= box.left || box.bottom <= box.top;
+        for (std::int64_t line = box.top; line <= box.bottom; ++line) {
+            for (std::int64_t column = box.left; column <= box.right; ++column) {
+                Put(column, line, thin ? pen.bar : Stroke(box, column, line, pen));
+            }
+        }
+    }
+
+    // An ASCII text from `column` on, when it ends before `end`.
+    void Write(std::int64_t column, std::int64_t line, std::int64_t end, std::string_view text)
+    {
+        if (column + static_cast<std::int64_t>(text.size()) > end) {
+            return;
+        }
+        for (const char character : text) {
+            Put(column++, line, static_cast<unsigned char>(character));
+        }
+    }
+
+    std::string Text() const
+    {
+        std::string text;
+        for (std::size_t i = 0; i < m_cells.size(); ++i) {
+            AppendUtf8(text, m_cells[i]);
+            if ((i + 1) % static_cast<std::size_t>(m_columns) == 0) {
+                text += '\n';
+            }
+        }
+        return text;
+    }
+
+private:
+    static char32_t Stroke(const Box& box, std::int64_t column, std::int64_t line, const Pen& pen)
+    {
+        if (line == box.top) {
+            return column == box.left ? pen.upperLeft : column == box.right ? pen.upperRight : pen.horizontal;
+        }
+        if (line == box.bottom) {
+            return column == box.left ? pen.lowerLeft : column == box.right ? pen.lowerRight : pen.horizontal;
+        }
+        return column == box.left || column == box.right ? pen.vertical : U' ';
+    }
+
+    std::int64_t m_columns;
+    std::u32string m_cells;
+};
+
+class Drawing {
+public:
+    explicit Drawing(const Wall& wall)
+        : m_wall(wall), m_screenColumns(ScreenColumns(wall)), m_sheet(Columns(), Lines())
+    {
+    }
+
+    std::string Text()
+    {
+        for (int row = 0; row < m_wall.Rows(); ++row) {
+            for (int column = 0; column < m_wall.Columns(); ++column) {
+                DrawScreen(row, column);
+            }
+        }
+        for (const Window& window : m_wall.Windows()) {
+            DrawWindow(window);
+        }
+        return m_sheet.Text();
+    }
+
+private:
+    // A character is about twice as high as wide; a screen is 16 by 9.
+    static std::int64_t LinesFor(std::int64_t screenColumns)
+    {
+        return std::max<std::int64_t>(2, (screenColumns * kScreenHeight + kScreenWidth) / (2 * kScreenWidth));
+    }
+    static std::int64_t ScreenColumns(const Wall& wall)
+    {
+        std::int64_t columns = std::max<std::int64_t>(3, kMaxColumns / wall.Columns());
+        while (columns > 4 && LinesFor(columns) * wall.Rows() > kMaxLines) {
+            --columns;
+        }
+        return columns;
+    }
+
+    std::int64_t Columns() const { return m_screenColumns * m_wall.Columns() + 1; }
+    std::int64_t Lines() const { return LinesFor(m_screenColumns) * m_wall.Rows() + 1; }
+    std::int64_t Column(std::int64_t x) const { return Scale(x, Columns() - 1, m_wall.Width()); }
+    std::int64_t Line(std::int64_t y) const { return Scale(y, Lines() - 1, m_wall.Height()); }
+    static std::int64_t Scale(std::int64_t value, std::int64_t to, std::int64_t from)
+    {
+        return (2 * value * to + from) / (2 * from);
+    }
+
+    void DrawScreen(int row, int column)
+    {
+        const std::int64_t screenLines = LinesFor(m_screenColumns);
+        const Box box{column * m_screenColumns, row * screenLines, (column + 1) * m_screenColumns,
+                      (row + 1) * screenLines};
+        m_sheet.Draw(box, kScreenPen);
+        // Where screens meet, their corners do.
+        const auto joint = [&](std::int64_t x, std::int64_t y) {
+            const bool left = x > 0, right = x<Columns() - 1, up = y> 0, down = y < Lines() - 1;
+            if (left && right) {
+                m_sheet.Put(x, y, up && down ? U'┼' : down ? U'┬' : U'┴');
+            } else if (up && down) {
+                m_sheet.Put(x, y, right ? U'├' : U'┤');
+            }
+        };
+        joint(box.left, box.top);
+        joint(box.right, box.top);
+        joint(box.left, box.bottom);
+        joint(box.right, box.bottom);
+    }
+
+    // Windows are drawn inside the lines of the screens, so that those stay visible between them.
+    void DrawWindow(const Window& window)
+    {
+        const Rect& rect = window.rect;
+        const std::int64_t left = std::min(Column(rect.x) + 1, Columns() - 2);
+        const std::int64_t top = std::min(Line(rect.y) + 1, Lines() - 2);
+        const Box box{left, top, std::max(left, Column(rect.x + rect.width) - 1),
+                      std::max(top, Line(rect.y + rect.height) - 1)};
+        m_sheet.Draw(box, kWindowPen);
+        DrawSubWindows(box, window.split);
+        m_sheet.Write(box.left + 2, box.top, box.right, fmt::format(" {} ", window.id));
+    }
+
+    void DrawSubWindows(const Box& box, const Split& split)
+    {
+        const SubWindowGrid grid(split.subWindows.size());
+        const auto columns = static_cast<std::int64_t>(grid.columns);
+        const auto rows = static_cast<std::int64_t>(grid.rows);
+        if ((box.right - box.left) / columns < 2 || (box.bottom - box.top) / rows < 2) {
+            return;
+        }
+        const auto columnLine = [&](std::int64_t i) {
+            return box.left + (box.right - box.left) * i / columns;
+        };
+        const auto rowLine = [&](std::int64_t i) { return box.top + (box.bottom - box.top) * i / rows; };
+        for (std::int64_t line = box.top + 1; line < box.bottom; ++line) {
+            for (std::int64_t i = 1; i < columns; ++i) {
+                m_sheet.Put(columnLine(i), line, U'│');
+            }
+        }
+        for (std::int64_t i = 1; i < rows; ++i) {
+            for (std::int64_t column = box.left + 1; column < box.right; ++column) {
+                m_sheet.Put(column, rowLine(i), U'─');
+            }
+            for (std::int64_t j = 1; j < columns; ++j) {
+                m_sheet.Put(columnLine(j), rowLine(i), U'┼');
+            }
+        }
+        std::int64_t cell = 0;
+        for (const SubWindow& subWindow : split.subWindows) {
+            const std::int64_t column = cell % columns;
+            const std::int64_t row = cell / columns;
+            ++cell;
+            WriteCentred({columnLine(column), rowLine(row), columnLine(column + 1), rowLine(row + 1)},
+                         subWindow);
+        }
+    }
+
+    void WriteCentred(const Box& cell, const SubWindow& subWindow)
+    {
+        const std::int64_t room = cell.right - cell.left - 1;
+        std::string text = fmt::format("{} osd {}", subWindow.index, subWindow.osdId);
+        if (static_cast<std::int64_t>(text.size()) > room) {
+            text = std::to_string(subWindow.index);
+        }
+        const std::int64_t margin =
+            std::max<std::int64_t>(0, (room - static_cast<std::int64_t>(text.size())) / 2);
+        m_sheet.Write(cell.left + 1 + margin, (cell.top + cell.bottom) / 2, cell.right, text);
+    }
+
+    const Wall& m_wall;
+    std::int64_t m_screenColumns;
+    Sheet m_sheet;
+};
+
+std::string DrawTable(const Wall& wall)
+{
+    const std::vector<Window>& windows = wall.Windows();
+    if (windows.empty()) {
+        return "no windows\n";
+    }
+    constexpr const char* kLine = "{:>10} {:>7} {:>7} {:>7} {:>7} {:>5} {:>6}\n";
+    std::string text = fmt::format(kLine, "window", "x", "y", "width", "height", "mode", "layer");
+    const std::size_t shown = std::min(windows.size(), kMaxTableLines);
+    for (std::size_t i = 0; i < shown; ++i) {
+        const std::size_t layer = windows.size() - i;
+        const Window& window = windows[layer - 1];
+        text += fmt::format(fmt::runtime(kLine), window.id, window.rect.x, window.rect.y, window.rect.width,
+                            window.rect.height, window.split.mode, layer);
+    }
+    if (shown < windows.size()) {
+        text += fmt::format("and {} more below\n", windows.size() - shown);
+    }
+    return text;
+}
+
+} // namespace
+
+std::string DrawText(const Wall& wall)
+{
+    return fmt::format("TV wall, {} x {} screens, {} x {} pixels\n", wall.Rows(), wall.Columns(),
+                       wall.Width(), wall.Height()) +
+           Drawing(wall).Text() + DrawTable(wall);
+}
+
+} // namespace simulated_decoder

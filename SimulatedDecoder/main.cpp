@@ -1,0 +1,76 @@
+#include <csignal>
+#include <exception>
+#include <iostream>
+#include <stdexcept>
+#include <variant>
+
+#include <asio/io_context.hpp>
+#include <asio/signal_set.hpp>
+#include <spdlog/cfg/env.h>
+#include <spdlog/sinks/stdout_color_sinks.h>
+#include <spdlog/spdlog.h>
+
+#include "AtomicFile.h"
+#include "Device.h"
+#include "Options.h"
+#include "Server.h"
+
+namespace {
+
+using namespace simulated_decoder;
+
+constexpr int kExitFailure = 1;
+constexpr int kExitListen = 3;
+
+void SetUpLog()
+{
+    spdlog::set_default_logger(spdlog::stderr_color_mt("tvwall-decoder"));
+    spdlog::set_pattern("%H:%M:%S.%e %^%l%$ %v");
+    spdlog::cfg::load_env_levels();
+}
+
+int Complain(const char* what, int status)
+{
+    std::cerr << "tvwall-decoder: " << what << '\n';
+    return status;
+}
+
+int Run(const Options& options)
+{
+    asio::io_context context(1);
+    // From here on, so that a signal during the start ends the program cleanly, too.
+    asio::signal_set signals(context, SIGINT, SIGTERM);
+    signals.async_wait([&](const std::error_code&, int) { context.stop(); });
+
+    Device device(options);
+    const Server server(context, device, options.host, options.port);
+    if (!options.portFile.empty()) {
+        const std::string problem =
+            WriteFileAtomically(options.portFile, std::to_string(server.Port()) + "\n");
+        if (!problem.empty()) {
+            throw std::runtime_error(problem);
+        }
+    }
+    std::cout << "listening on " << server.Where() << std::endl;
+    context.run();
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    std::signal(SIGPIPE, SIG_IGN);
+    SetUpLog();
+    const auto options = ParseOptions(argc, argv);
+    if (const int* status = std::get_if<int>(&options)) {
+        return *status;
+    }
+    try {
+        return Run(std::get<Options>(options));
+    } catch (const ListenError& error) {
+        return Complain(error.what(), kExitListen);
+    } catch (const std::exception& error) {
+        return Complain(error.what(), kExitFailure);
+    }
+}

@@ -1,0 +1,229 @@
+// What the simulated decoder decides by itself: the wall and its refusals, the faults, the cutting of frames.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Faults.h"
+#include "Frame.h"
+#include "Wall.h"
+#include "WallPictures.h"
+
+namespace simulated_decoder {
+namespace {
+
+Split SplitIn(std::uint32_t mode)
+{
+    Split split{mode, {}};
+    for (std::uint32_t index = 0; index < mode; ++index) {
+        split.subWindows.push_back({index, 100 + index});
+    }
+    return split;
+}
+
+Window MakeWindow(std::uint32_t id, const Rect& rect = {0, 0, 100, 100}, std::uint32_t mode = 1)
+{
+    return {id, rect, SplitIn(mode)};
+}
+
+std::vector<std::uint32_t> Ids(const Wall& wall)
+{
+    std::vector<std::uint32_t> ids;
+    for (const Window& window : wall.Windows()) {
+        ids.push_back(window.id);
+    }
+    return ids;
+}
+
+TEST(SimulatedWall, RefusesRectanglesThatAreEmptyOrLeaveIt)
+{
+    constexpr std::int64_t kHuge = INT64_MAX;
+    const struct {
+        Rect rect;
+        ErrorCode expected;
+    } cases[] = {
+        {{0, 0, 3840, 1080}, ErrorCode::Success},    {{3839, 1079, 1, 1}, ErrorCode::Success},
+        {{0, 0, 0, 1}, ErrorCode::EmptyRectangle},   {{0, 0, 1, -1}, ErrorCode::EmptyRectangle},
+        {{-1, 0, 100, 100}, ErrorCode::OffTheWall},  {{0, -1, 100, 100}, ErrorCode::OffTheWall},
+        {{3840, 0, 1, 1}, ErrorCode::OffTheWall},    {{1, 0, 3840, 1080}, ErrorCode::OffTheWall},
+        {{0, 1, 3840, 1080}, ErrorCode::OffTheWall}, {{kHuge, kHuge, kHuge, kHuge}, ErrorCode::OffTheWall},
+    };
+    for (const auto& [rect, expected] : cases) {
+        SCOPED_TRACE(testing::Message()
+                     << rect.x << ' ' << rect.y << ' ' << rect.width << ' ' << rect.height);
+        Wall wall(1, 2);
+        EXPECT_EQ(wall.Create({MakeWindow(1, rect)}), expected);
+        EXPECT_EQ(wall.Windows().size(), expected == ErrorCode::Success ? 1U : 0U);
+        ASSERT_EQ(wall.Create({MakeWindow(2)}), ErrorCode::Success);
+        EXPECT_EQ(wall.Move({{2, rect}}), expected);
+    }
+}
+
+TEST(SimulatedWall, RefusesSplitsThatDoNotFitTheirMode)
+{
+    Split tooFew = SplitIn(3);
+    tooFew.mode = 4;
+    Split twice = SplitIn(2);
+    twice.subWindows[1].index = 0;
+    for (const Split& split : {SplitIn(0), SplitIn(65), tooFew, twice}) {
+        Wall wall(1, 1);
+        EXPECT_EQ(wall.Create({{1, {0, 0, 9, 9}, split}}), ErrorCode::WrongMode);
+        ASSERT_EQ(wall.Create({MakeWindow(1)}), ErrorCode::Success);
+        EXPECT_EQ(wall.Resplit({{1, split}}), ErrorCode::WrongMode);
+        EXPECT_EQ(wall.Windows()[0].split.mode, 1U);
+    }
+}
+
+TEST(SimulatedWall, ChangesAllWindowsOfARequestOrNone)
+{
+    Wall wall(1, 1);
+    ASSERT_EQ(wall.Create({MakeWindow(1), MakeWindow(2)}), ErrorCode::Success);
+    const std::uint64_t revision = wall.Revision();
+
+    EXPECT_EQ(wall.Create({MakeWindow(3), MakeWindow(1)}), ErrorCode::WindowExists);
+    EXPECT_EQ(wall.Create({MakeWindow(3), MakeWindow(3)}), ErrorCode::WindowExists);
+    EXPECT_EQ(wall.Move({{1, {5, 5, 5, 5}}, {9, {5, 5, 5, 5}}}), ErrorCode::UnknownWindow);
+    EXPECT_EQ(wall.Resplit({{1, SplitIn(4)}, {9, SplitIn(4)}}), ErrorCode::UnknownWindow);
+    EXPECT_EQ(wall.Destroy({1, 1}), ErrorCode::UnknownWindow);
+    EXPECT_EQ(wall.Raise(9), ErrorCode::UnknownWindow);
+
+    EXPECT_EQ(Ids(wall), (std::vector<std::uint32_t>{1, 2}));
+    EXPECT_EQ(wall.Windows()[0].rect.x, 0);
+    EXPECT_EQ(wall.Windows()[0].split.mode, 1U);
+    EXPECT_EQ(wall.Revision(), revision);
+}
+
+TEST(SimulatedWall, KeepsTheNewestOnTopAndRaisesWithoutDisorder)
+{
+    Wall wall(1, 1);
+    ASSERT_EQ(wall.Create({MakeWindow(1), MakeWindow(2), MakeWindow(3)}), ErrorCode::Success);
+    ASSERT_EQ(wall.Raise(1), ErrorCode::Success);
+    EXPECT_EQ(Ids(wall), (std::vector<std::uint32_t>{2, 3, 1}));
+    ASSERT_EQ(wall.Move({{2, {5, 5, 5, 5}}}), ErrorCode::Success);
+    ASSERT_EQ(wall.Destroy({3}), ErrorCode::Success);
+    EXPECT_EQ(Ids(wall), (std::vector<std::uint32_t>{2, 1}));
+}
+
+TEST(SimulatedWall, HoldsNoMoreThanItsLimit)
+{
+    std::vector<Window> windows;
+    for (std::uint32_t id = 0; id < kMaxWindows; ++id) {
+        windows.push_back(MakeWindow(id));
+    }
+    Wall wall(1, 1);
+    ASSERT_EQ(wall.Create(windows), ErrorCode::Success);
+    EXPECT_EQ(wall.Create({MakeWindow(kMaxWindows)}), ErrorCode::TooManyWindows);
+}
+
+TEST(SimulatedWallText, ShowsTheUpperWindowWholeAndListsItFirst)
+{
+    Wall wall(2, 3);
+    ASSERT_EQ(wall.Create({MakeWindow(41, {0, 0, 1, 1}), MakeWindow(42, {960, 540, 1920, 1080}),
+                           MakeWindow(43, {0, 0, 1920, 1080}, 4)}),
+              ErrorCode::Success);
+    const std::string text = DrawText(wall);
+    EXPECT_EQ(text.find("■"), std::string::npos) << "41 lies under 43";
+    EXPECT_EQ(text.find("╔═ 42"), std::string::npos) << "this corner lies under 43";
+    EXPECT_NE(text.find("│╔═ 43 ════════════════════════╗│"), std::string::npos);
+    EXPECT_NE(text.find("layer\n        43       0       0    1920    1080     4      3\n"),
+              std::string::npos);
+}
+
+TEST(SimulatedWallText, StaysWithin100ColumnsWhateverTheWall)
+{
+    for (const auto& [rows, columns] :
+         {std::pair(1, 1), std::pair(1, 16), std::pair(16, 1), std::pair(16, 16)}) {
+        Wall wall(rows, columns);
+        ASSERT_EQ(wall.Create({MakeWindow(1, {0, 0, wall.Width(), wall.Height()}, 64),
+                               MakeWindow(2, {wall.Width() - 1, wall.Height() - 1, 1, 1})}),
+                  ErrorCode::Success);
+        std::size_t width = 0;
+        for (const char byte : DrawText(wall)) {
+            const bool continuation = (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+            width = byte == '\n' ? 0 : width + (continuation ? 0 : 1);
+            ASSERT_LE(width, 100U) << rows << " x " << columns;
+        }
+    }
+}
+
+TEST(SimulatedFaults, UnderstandsTheirFormsAndCombinesThem)
+{
+    Faults faults;
+    for (const char* spec :
+         {"error=7@dologin", "delay=20@dologin", "silent@a", "wrong-seq@a", "garbage@b", "chunk=3",
+          "cut-after=5", "notify-every=9", "beat-every=8", "device-head", "chunk=4"}) {
+        EXPECT_EQ(AddFault(faults, spec), "") << spec;
+    }
+    const UrlFaults& login = faults.For("dologin");
+    EXPECT_EQ(login.errorCode, static_cast<ErrorCode>(7));
+    EXPECT_EQ(login.delay.count(), 20);
+    EXPECT_FALSE(login.silent || login.wrongSeq || login.garbage);
+    EXPECT_TRUE(faults.For("a").silent && faults.For("a").wrongSeq && faults.For("b").garbage);
+    EXPECT_FALSE(faults.For("dowallclear").errorCode.has_value());
+    EXPECT_EQ(faults.chunk, 4U);
+    EXPECT_EQ(faults.cutAfter, 5U);
+    EXPECT_EQ(faults.notifyEvery.count(), 9);
+    EXPECT_EQ(faults.beatEvery.count(), 8);
+    EXPECT_TRUE(faults.deviceHead);
+}
+
+TEST(SimulatedFaults, SaysWhatIsWrongWithABadOne)
+{
+    const struct {
+        const char* spec;
+        const char* problem;
+    } cases[] = {
+        {"", "unknown fault ''"},
+        {"slow=1@a", "unknown fault 'slow=1@a'"},
+        {"error=1", "fault 'error=1' is not of the form error=CODE@URL"},
+        {"error@a", "fault 'error@a' is not of the form error=CODE@URL"},
+        {"silent@", "fault 'silent@' is not of the form silent@URL"},
+        {"silent=1@a", "fault 'silent=1@a' is not of the form silent@URL"},
+        {"device-head=1", "fault 'device-head=1' is not of the form device-head"},
+        {"chunk=1@a", "fault 'chunk=1@a' is not of the form chunk=BYTES"},
+        {"chunk=0", "fault 'chunk=0': '0' is not a number from 1 to 16777216"},
+        {"delay=1x@a", "fault 'delay=1x@a': '1x' is not a number from 1 to 86400000"},
+        {"cut-after=4294967296",
+         "fault 'cut-after=4294967296': '4294967296' is not a number from 1 to 4294967295"},
+    };
+    for (const auto& [spec, problem] : cases) {
+        Faults faults;
+        EXPECT_EQ(AddFault(faults, spec), problem);
+        EXPECT_TRUE(faults.urls.empty() && faults.chunk == 0 && faults.cutAfter == 0 && !faults.deviceHead);
+    }
+}
+
+TEST(SimulatedFrames, ComeOutTheSameHoweverTheStreamIsSplit)
+{
+    const std::string stream = EncodeFrame("first") + EncodeFrame("") + EncodeFrame("1111");
+    for (std::size_t cut = 0; cut <= stream.size(); ++cut) {
+        FrameReader reader;
+        std::string seen;
+        std::string payload;
+        for (const std::string& part : {stream.substr(0, cut), stream.substr(cut)}) {
+            reader.Feed(part);
+            for (auto result = reader.Next(payload); result != FrameReader::Result::NeedMore;
+                 result = reader.Next(payload)) {
+                seen += result == FrameReader::Result::Heartbeat ? "beat" : payload;
+                seen += ' ';
+            }
+        }
+        EXPECT_EQ(seen, "first beat 1111 ") << "split at " << cut;
+    }
+}
+
+TEST(SimulatedFrames, EndWhereTheLinkIsLost)
+{
+    std::string payload;
+    FrameReader stranger;
+    stranger.Feed("GET / HTTP/1.0\r\n");
+    EXPECT_EQ(stranger.Next(payload), FrameReader::Result::BadHead);
+    FrameReader huge;
+    huge.Feed("1111\xF8\xFF\xFF\xFF");
+    EXPECT_EQ(huge.Next(payload), FrameReader::Result::TooLong);
+}
+
+} // namespace
+} // namespace simulated_decoder
