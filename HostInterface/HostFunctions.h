@@ -14,6 +14,9 @@ enum NET_SOCKET_ERROR : unsigned int {
     NET_SOCKET_ERROR_NOBUFS = 0x20000009, // the send buffer is full for now: try again
 };
 
+// The host exports them, whatever visibility it compiles with.
+#pragma GCC visibility push(default)
+
 extern "C" {
 
 // --- registration ---
@@ -60,3 +63,5 @@ void SHARESDK_AbnormalOutput(const char* szText, const char* szSource, int nLine
 void SHARESDK_DebugOutput(const char* szText, const char* szSource, int nLine);
 
 } // extern "C"
+
+#pragma GCC visibility pop

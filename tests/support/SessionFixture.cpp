@@ -5,42 +5,6 @@
 
 using namespace ORVA_NET_PROTOCOL;
 
-std::string Frame(const std::string& payload)
-{
-    return Bytes().Text("1111").U32(payload.size()).Text(payload);
-}
-
-std::string ReplyText(const std::string& url, const std::string& seq, const std::string& errorcode,
-                      const std::string& headerTail, const std::string& body)
-{
-    return "<td_command><td_header><url>" + url + "</url><seq>" + seq + "</seq><errorcode>" + errorcode +
-           "</errorcode>" + headerTail + "</td_header><td_body>" + body + "</td_body></td_command>";
-}
-
-std::string Element(const std::string& xml, const std::string& name)
-{
-    const auto begin = xml.find("<" + name + ">");
-    const auto end = xml.find("</" + name + ">");
-    if (begin == std::string::npos || end == std::string::npos) {
-        return xml.find("<" + name + "/>") != std::string::npos ? "" : "?";
-    }
-    const auto content = begin + name.size() + 2;
-    return xml.substr(content, end - content);
-}
-
-std::string Option(unsigned int nOptType, const std::string& record)
-{
-    return Bytes().U32(nOptType).U32(record.size()).Text(record);
-}
-
-std::string LoginPayload(const std::string& user, const std::string& password)
-{
-    std::string payload(sizeof(_kest_net_login_info), '\0');
-    payload.replace(offsetof(_kest_net_login_info, username), user.size(), user);
-    payload.replace(offsetof(_kest_net_login_info, password), password.size(), password);
-    return payload;
-}
-
 const TestKeys& DecoderKeys()
 {
     static const TestKeys keys = [] {

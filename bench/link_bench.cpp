@@ -1,0 +1,51 @@
+// Cutting frames out of the host's buffer, beside a plain copy of the same bytes: the counter "vs_copy" is
+// the ratio of the two, measured in turns within one run.
+
+#include <cstring>
+#include <string>
+
+#include <benchmark/benchmark.h>
+
+#include "FakeHost.h"
+#include "LinkTexts.h"
+#include "NetPacketProcTWDecoderDev.h"
+#include "Ratio.h"
+
+namespace {
+
+unsigned int CountPayload(tagNET_PACKETTYPE, const char*, unsigned long len, void* param)
+{
+    *static_cast<unsigned long*>(param) += len;
+    return 0;
+}
+
+void ParseInPlace(benchmark::State& state)
+{
+    const auto nFrameLen = static_cast<size_t>(state.range(0));
+    constexpr size_t STREAM_LEN = 1 << 20;
+    std::string stream;
+    while (stream.size() < STREAM_LEN) {
+        stream += Frame(std::string(nFrameLen - 8, 'x'));
+    }
+    std::string copy(stream.size(), '\0');
+    unsigned long nPayload = 0;
+    CNetPacketProcTWDECODERDev parser;
+    parser.Initial(&CountPayload, &nPayload);
+    RunRatio(
+        state, "vs_copy",
+        [&] {
+            unsigned int nConsumed = 0;
+            unsigned int nNeed = 0;
+            parser.RecvProc(stream.data(), stream.size(), nConsumed, &nNeed);
+            benchmark::DoNotOptimize(nPayload);
+        },
+        [&] {
+            memcpy(copy.data(), stream.data(), stream.size());
+            benchmark::DoNotOptimize(copy.data());
+            benchmark::ClobberMemory();
+        });
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * static_cast<int64_t>(stream.size()));
+}
+BENCHMARK(ParseInPlace)->Arg(64)->Arg(64 * 1024)->UseManualTime();
+
+} // namespace

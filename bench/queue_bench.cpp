@@ -1,0 +1,86 @@
+// A command's way through the queue, beside a mutex-guarded deque that holds the same copy: the counter
+// "vs_deque" is the ratio of the two.
+
+#include <cstring>
+#include <deque>
+#include <memory>
+#include <mutex>
+
+#include <benchmark/benchmark.h>
+
+#include "FakeCommand.h"
+#include "NetProtocolProcDevice.h"
+#include "Ratio.h"
+
+namespace {
+
+class IdleQueue : public CNetProtocolProcDevice {
+public:
+    void ProcOneCommand(CCmdProcObject* cmd, unsigned char* buf, unsigned int) override
+    {
+        benchmark::DoNotOptimize(cmd);
+        benchmark::DoNotOptimize(buf);
+    }
+};
+
+class DequeQueue {
+public:
+    void Add(FakeCommand* command, const unsigned char* buf, unsigned int len)
+    {
+        auto copy = std::make_unique_for_overwrite<unsigned char[]>(len);
+        memcpy(copy.get(), buf, len);
+        std::lock_guard lock(m_mutex);
+        m_entries.push_back({command, std::move(copy)});
+    }
+    void Run()
+    {
+        std::unique_lock lock(m_mutex);
+        Entry entry = std::move(m_entries.front());
+        m_entries.pop_front();
+        lock.unlock();
+        benchmark::DoNotOptimize(entry.command);
+        benchmark::DoNotOptimize(entry.copy.get());
+    }
+
+private:
+    struct Entry {
+        FakeCommand* command;
+        std::unique_ptr<unsigned char[]> copy;
+    };
+    std::mutex m_mutex;
+    std::deque<Entry> m_entries;
+};
+
+void AddAndRun(benchmark::State& state)
+{
+    constexpr int ROUNDS = 1000; // so that the clock's own time does not count
+    const auto nDepth = static_cast<int>(state.range(0));
+    unsigned char payload[256] = {};
+    FakeCommand command(1);
+    IdleQueue queue;
+    DequeQueue deque;
+    RunRatio(
+        state, "vs_deque",
+        [&] {
+            for (int i = 0; i < ROUNDS; i += nDepth) {
+                for (int k = 0; k < nDepth; ++k) {
+                    queue.AddOneCmd(&command, payload, sizeof(payload));
+                }
+                while (queue.ProcDevCmd()) {
+                }
+            }
+        },
+        [&] {
+            for (int i = 0; i < ROUNDS; i += nDepth) {
+                for (int k = 0; k < nDepth; ++k) {
+                    deque.Add(&command, payload, sizeof(payload));
+                }
+                for (int k = 0; k < nDepth; ++k) {
+                    deque.Run();
+                }
+            }
+        });
+}
+BENCHMARK(AddAndRun)->Arg(1)->Arg(100)->UseManualTime();
+
+} // namespace
