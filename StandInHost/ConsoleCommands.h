@@ -1,0 +1,45 @@
+#pragma once
+// The commands of the console program: what each is called, what it takes, and what it asks of the plug-in.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace standin_host {
+
+struct SConsoleCommand {
+    enum class EKind {
+        None,    // no command was given
+        Request, // the host command below
+        Login,   // the login with the session's own account
+        Watch,
+        Script,
+    };
+
+    EKind kind = EKind::None;
+    std::string strTitle; // as the user reads it, such as "window delete 3"
+
+    unsigned int nCmdID = 0;
+    bool bHasReply = true;
+    std::vector<uint8_t> payload;
+
+    std::optional<std::size_t> nNotifications; // Watch: ends after so many
+    std::string strScriptFile;                 // Script: "-" is standard input
+};
+
+// Adds the commands to a command line. Parsing it fills the command, or throws CUsageError or what the parser
+// throws. A script cannot be run out of a script.
+void AddConsoleCommands(CLI::App& app, SConsoleCommand& command, bool bInScript);
+
+// Throws CUsageError when the parsed line has words left over, or names no command or half of one.
+void CheckParsedCommand(const CLI::App& app);
+
+// One line of a script, already split into words. Throws CUsageError.
+SConsoleCommand ParseScriptLine(const std::vector<std::string>& words);
+
+} // namespace standin_host

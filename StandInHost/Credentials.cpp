@@ -1,0 +1,117 @@
+#include "Credentials.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <string_view>
+
+#include <fcntl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include "ExitStatus.h"
+#include "HostEvents.h"
+#include "Options.h"
+#include "Payloads.h"
+#include "Script.h"
+
+namespace standin_host {
+
+namespace {
+
+// The process's terminal with echo switched off, however the prompt ends.
+class CSilentTerminal {
+public:
+    CSilentTerminal() : m_nDescriptor(::open("/dev/tty", O_RDWR | O_CLOEXEC))
+    {
+        if (m_nDescriptor < 0 || ::tcgetattr(m_nDescriptor, &m_before) != 0) {
+            ::close(m_nDescriptor);
+            throw CUsageError("no password: give --password-file or set TVWALL_PASSWORD");
+        }
+        termios silent = m_before;
+        silent.c_lflag &= static_cast<tcflag_t>(~static_cast<tcflag_t>(ECHO));
+        ::tcsetattr(m_nDescriptor, TCSAFLUSH, &silent);
+    }
+    ~CSilentTerminal()
+    {
+        Print("\n");
+        ::tcsetattr(m_nDescriptor, TCSAFLUSH, &m_before);
+        ::close(m_nDescriptor);
+    }
+    CSilentTerminal(const CSilentTerminal&) = delete;
+    CSilentTerminal& operator=(const CSilentTerminal&) = delete;
+
+    int Descriptor() const { return m_nDescriptor; }
+    void Print(std::string_view text) const
+    {
+        // A terminal that takes no prompt can still give the password.
+        [[maybe_unused]] const ssize_t nWritten = ::write(m_nDescriptor, text.data(), text.size());
+    }
+
+private:
+    int m_nDescriptor;
+    termios m_before{};
+};
+
+std::string FirstLine(const std::string& strFile)
+{
+    std::ifstream file(strFile);
+    std::string strLine;
+    if (!std::getline(file, strLine) && (!file.eof() || !file.is_open())) {
+        throw CUsageError("cannot read the password file " + strFile);
+    }
+    if (strLine.ends_with('\r')) {
+        strLine.pop_back();
+    }
+    return strLine;
+}
+
+} // namespace
+
+const std::string& CCredentials::User() const
+{
+    if (m_options.strUser.empty()) {
+        throw CUsageError("--user NAME is required to log in");
+    }
+    return m_options.strUser;
+}
+
+const std::string& CCredentials::Password()
+{
+    if (!m_password) {
+        std::string strPassword = Find();
+        if (strPassword.size() > kMaxCredential || strPassword.find('\0') != std::string::npos) {
+            throw CUsageError("the password is longer than 63 bytes or holds a zero byte");
+        }
+        m_password = std::move(strPassword);
+    }
+    return *m_password;
+}
+
+std::string CCredentials::Find() const
+{
+    if (!m_options.strPasswordFile.empty()) {
+        return FirstLine(m_options.strPasswordFile);
+    }
+    const char* szVariable = std::getenv("TVWALL_PASSWORD");
+    return szVariable != nullptr ? szVariable : Prompt();
+}
+
+std::string CCredentials::Prompt() const
+{
+    const CSilentTerminal terminal;
+    terminal.Print("Password for " + User() + ": ");
+    CLineInput input(terminal.Descriptor());
+    std::string strLine;
+    while (!input.Take(strLine) && !input.AtEnd()) {
+        const bool bInput = m_events.Wait(CHostEvents::Clock::time_point::max(), input.Descriptor()).bInput;
+        if (m_events.Interrupted() != 0) {
+            throw CExitError(EXIT_SIGNAL_BASE + m_events.Interrupted(), "interrupted");
+        }
+        if (bInput) {
+            input.Fill();
+        }
+    }
+    return strLine;
+}
+
+} // namespace standin_host

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace standin_host {
+
+class CHostEvents;
+struct SOptions;
+
+// The account to log in with. The password is looked for when it is first needed: in the password file, the
+// environment, or a prompt without echo on the terminal. It is never printed.
+class CCredentials {
+public:
+    CCredentials(const SOptions& options, CHostEvents& events) : m_options(options), m_events(events) {}
+
+    const std::string& User() const;
+    // Throws CUsageError when there is no password or it does not fit, CExitError after a signal.
+    const std::string& Password();
+
+private:
+    std::string Find() const;
+    std::string Prompt() const;
+
+    const SOptions& m_options;
+    CHostEvents& m_events;
+    std::optional<std::string> m_password;
+};
+
+} // namespace standin_host

@@ -1,0 +1,109 @@
+#include "HostEvents.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <system_error>
+#include <utility>
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include "HostLog.h"
+
+namespace standin_host {
+
+namespace {
+
+int PollTimeout(CHostEvents::Clock::time_point deadline)
+{
+    if (deadline == CHostEvents::Clock::time_point::max()) {
+        return -1;
+    }
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(deadline - CHostEvents::Clock::now()).count();
+    return static_cast<int>(std::clamp<decltype(left)>(left, 0, INT_MAX));
+}
+
+} // namespace
+
+CHostEvents::CHostEvents() : m_nWakeDescriptor(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+{
+    if (m_nWakeDescriptor < 0) {
+        throw std::system_error(errno, std::generic_category(), "eventfd");
+    }
+}
+
+CHostEvents::~CHostEvents() { ::close(m_nWakeDescriptor); }
+
+void CHostEvents::Changed()
+{
+    // Fails only when the counter is full, and then the descriptor is readable anyway.
+    [[maybe_unused]] const int nResult = ::eventfd_write(m_nWakeDescriptor, 1);
+}
+
+void CHostEvents::Interrupt(int nSignal)
+{
+    {
+        const std::lock_guard guard(m_lock);
+        m_nSignal = nSignal;
+    }
+    Changed();
+}
+
+void CHostEvents::ReportLost(const std::string& strReason)
+{
+    {
+        const std::lock_guard guard(m_lock);
+        if (!m_lost) {
+            m_lost = strReason;
+        }
+    }
+    Changed();
+}
+
+void CHostEvents::Deliver(SNotification notification)
+{
+    {
+        const std::lock_guard guard(m_lock);
+        if (m_notifications.size() >= kMaxWaiting) {
+            Log(ELogLevel::Abnormal, "a notification was dropped: too many wait to be printed");
+            return;
+        }
+        m_notifications.push_back(std::move(notification));
+    }
+    Changed();
+}
+
+int CHostEvents::Interrupted() const
+{
+    const std::lock_guard guard(m_lock);
+    return m_nSignal;
+}
+
+std::optional<std::string> CHostEvents::Lost() const
+{
+    const std::lock_guard guard(m_lock);
+    return m_lost;
+}
+
+std::deque<SNotification> CHostEvents::TakeNotifications()
+{
+    const std::lock_guard guard(m_lock);
+    return std::exchange(m_notifications, {});
+}
+
+CHostEvents::SWake CHostEvents::Wait(Clock::time_point deadline, int nInput)
+{
+    pollfd descriptors[] = {{m_nWakeDescriptor, POLLIN, 0}, {nInput, POLLIN, 0}};
+    // A signal that interrupts the call is reported through its handler; the caller comes back here.
+    if (::poll(descriptors, 2, PollTimeout(deadline)) <= 0) {
+        return {false, false};
+    }
+    eventfd_t nReports = 0;
+    const bool bEvent = ::eventfd_read(m_nWakeDescriptor, &nReports) == 0;
+    return {bEvent, descriptors[1].revents != 0};
+}
+
+} // namespace standin_host

@@ -1,0 +1,93 @@
+#include "HostLog.h"
+
+#include <memory>
+
+#include <spdlog/sinks/basic_file_sink.h>
+#include <spdlog/sinks/stdout_sinks.h>
+#include <spdlog/spdlog.h>
+
+#include "ExitStatus.h"
+#include "HostExport.h"
+#include "HostFunctions.h"
+
+namespace standin_host {
+
+namespace {
+
+spdlog::level::level_enum LibraryLevel(ELogLevel level)
+{
+    switch (level) {
+    case ELogLevel::Off:
+        return spdlog::level::off;
+    case ELogLevel::Error:
+        return spdlog::level::err;
+    case ELogLevel::Abnormal:
+        return spdlog::level::warn;
+    case ELogLevel::Normal:
+        return spdlog::level::info;
+    case ELogLevel::Debug:
+        break;
+    }
+    return spdlog::level::debug;
+}
+
+std::shared_ptr<spdlog::logger> MakeLogger(ELogLevel level, spdlog::sink_ptr sink)
+{
+    auto logger = std::make_shared<spdlog::logger>("host", std::move(sink));
+    logger->set_pattern("%H:%M:%S.%e [%l] %v");
+    logger->set_level(LibraryLevel(level));
+    logger->flush_on(spdlog::level::trace);
+    return logger;
+}
+
+std::shared_ptr<spdlog::logger>& Logger()
+{
+    static auto s_logger = MakeLogger(ELogLevel::Abnormal, std::make_shared<spdlog::sinks::stderr_sink_mt>());
+    return s_logger;
+}
+
+void PluginOutput(ELogLevel level, const char* szText, const char* szSource, int nLine)
+{
+    Logger()->log(LibraryLevel(level), "{} ({}:{})", szText == nullptr ? "" : szText,
+                  szSource == nullptr ? "" : szSource, nLine);
+}
+
+} // namespace
+
+void OpenLog(ELogLevel level, const std::string& strFile)
+{
+    spdlog::sink_ptr sink = std::make_shared<spdlog::sinks::stderr_sink_mt>();
+    if (!strFile.empty()) {
+        try {
+            sink = std::make_shared<spdlog::sinks::basic_file_sink_mt>(strFile);
+        } catch (const spdlog::spdlog_ex&) {
+            throw CUsageError("cannot write the log file " + strFile);
+        }
+    }
+    Logger() = MakeLogger(level, std::move(sink));
+}
+
+void Log(ELogLevel level, std::string_view text) { Logger()->log(LibraryLevel(level), text); }
+
+} // namespace standin_host
+
+using standin_host::ELogLevel;
+
+extern "C" {
+
+HOST_EXPORT void SHARESDK_NormalOutput(const char* szText, const char* szSource, int nLine)
+{
+    standin_host::PluginOutput(ELogLevel::Normal, szText, szSource, nLine);
+}
+
+HOST_EXPORT void SHARESDK_AbnormalOutput(const char* szText, const char* szSource, int nLine)
+{
+    standin_host::PluginOutput(ELogLevel::Abnormal, szText, szSource, nLine);
+}
+
+HOST_EXPORT void SHARESDK_DebugOutput(const char* szText, const char* szSource, int nLine)
+{
+    standin_host::PluginOutput(ELogLevel::Debug, szText, szSource, nLine);
+}
+
+} // extern "C"

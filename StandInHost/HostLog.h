@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace standin_host {
+
+// Severity, most severe first. The plug-in's three outputs are Abnormal, Normal and Debug.
+enum class ELogLevel { Off, Error, Abnormal, Normal, Debug };
+
+// Sends the process's log to a file, or to standard error when the path is empty, and drops what is less
+// severe than the level. To be called before other threads log; until then Abnormal and above go to standard
+// error. Throws CUsageError when the file cannot be written.
+void OpenLog(ELogLevel level, const std::string& strFile);
+
+// Any thread.
+void Log(ELogLevel level, std::string_view text);
+
+} // namespace standin_host

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <thread>
+
+#include <asio/executor_work_guard.hpp>
+#include <asio/io_context.hpp>
+#include <asio/signal_set.hpp>
+
+namespace standin_host {
+
+// The host's receive thread: it runs every socket, timer and signal handler. It outlives all that use it.
+class CIoThread {
+public:
+    CIoThread();
+    ~CIoThread(); // pending handlers are dropped
+    CIoThread(const CIoThread&) = delete;
+    CIoThread& operator=(const CIoThread&) = delete;
+
+    asio::io_context& Context() { return m_context; }
+    // From now on SIGINT and SIGTERM do not end the process; the handler gets their number on this thread.
+    void WatchSignals(std::function<void(int)> handler);
+
+private:
+    void Run();
+    void AwaitSignal(std::function<void(int)> handler);
+
+    asio::io_context m_context{1};
+    asio::executor_work_guard<asio::io_context::executor_type> m_work{m_context.get_executor()};
+    asio::signal_set m_signals{m_context};
+    std::thread m_thread;
+};
+
+// Calls a function on the receive thread at a steady pace.
+class CPeriodicTimer {
+public:
+    CPeriodicTimer(CIoThread& thread, std::chrono::milliseconds period, std::function<void()> function);
+    // After it has returned, the function is not running and is not called any more. Not to be called by the
+    // function itself.
+    ~CPeriodicTimer();
+    CPeriodicTimer(const CPeriodicTimer&) = delete;
+    CPeriodicTimer& operator=(const CPeriodicTimer&) = delete;
+
+private:
+    struct SState;
+    std::shared_ptr<SState> m_pState;
+};
+
+} // namespace standin_host

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace standin_host {
+
+// The process's pool of reference-counted byte buffers. Thread-safe. A handle that names no live buffer is
+// reported and counted, and the operation does nothing, so that a wrong plug-in cannot corrupt the host.
+class CMemPool {
+public:
+    static CMemPool& Instance();
+
+    const char* New(std::string_view bytes); // one reference; throws std::bad_alloc
+    void AddRef(const char* hBuffer);
+    void Delete(const char* hBuffer);
+    // The bytes stay where they are until the buffer is changed or given back.
+    std::string_view Bytes(const char* hBuffer);
+    bool Append(const char* hBuffer, std::string_view bytes); // throws std::bad_alloc
+    void TruncateFront(const char* hBuffer, std::size_t nLen);
+    void TruncateBack(const char* hBuffer, std::size_t nLen);
+
+    std::size_t LiveBuffers() const;
+    std::size_t WrongHandles() const; // operations on handles that named no live buffer, so far
+
+private:
+    struct SBuffer {
+        std::string strBytes;
+        unsigned long nReferences = 1;
+    };
+
+    SBuffer* Find(const char* hBuffer, const char* szOperation); // the lock is held
+
+    mutable std::mutex m_lock;
+    std::unordered_map<const char*, std::unique_ptr<SBuffer>> m_buffers; // the key is the buffer's address
+    std::size_t m_nWrongHandles = 0;
+};
+
+} // namespace standin_host

@@ -1,0 +1,146 @@
+#include "Options.h"
+
+#include <map>
+
+#include <CLI/CLI.hpp>
+
+#include "ExitStatus.h"
+#include "Payloads.h"
+#include "Plugin.h"
+#include "Text.h"
+
+namespace standin_host {
+
+namespace {
+
+constexpr char s_szDescription[] =
+    "Loads the decoder plug-in, connects to a decoder and runs commands on its wall.";
+
+constexpr char s_szFooter[] = R"(The password comes from --password-file, else from the environment variable
+TVWALL_PASSWORD, else from a prompt.
+
+Examples:
+  tvwall-host --decoder 192.0.2.7:9000 --user admin login
+  tvwall-host --decoder 192.0.2.7:9000 --user admin window create 1 0 0 960 540 --mode 4
+  tvwall-host --decoder 192.0.2.7:9000 --user admin window move 1 -10 0 960 540
+  tvwall-host --decoder 192.0.2.7:9000 --user admin --json script evening.txt
+  tvwall-host --decoder 192.0.2.7:9000 --user admin raw 0x50002 --option 0x60007 --payload record.bin
+
+Exit status: 0 all answered, 1 a command was answered with a failure, 2 wrong usage or no usable plug-in,
+3 cannot connect or connection lost, 4 no answer in time, 5 login refused; 128 + n after signal n.)";
+
+// The texts of options that need more than CLI11's own conversion.
+struct SRawOptions {
+    std::string strDecoder;
+    std::string strNodeId = "{00000201-0000-4000-8000-000000000001}";
+    double dAnswerTimeout = 35.0;
+    bool bNoLogin = false;
+};
+
+void AddOptions(CLI::App& app, SOptions& options, SRawOptions& raw)
+{
+    app.add_option("--plugin", options.strPluginFile, "the plug-in library (default: beside this program)")
+        ->type_name("FILE");
+    app.add_option("--decoder", raw.strDecoder, "the decoder's address")->type_name("HOST:PORT");
+    app.add_option("--user", options.strUser, "account on the decoder")->type_name("NAME");
+    app.add_option("--password-file", options.strPasswordFile, "file whose first line is the password")
+        ->type_name("FILE");
+    app.add_flag("--json", options.bJson, "one JSON object a line for each answer and notification");
+    app.add_flag("--trace", options.bTrace, "print every frame of the link to standard error");
+    app.add_option("--answer-timeout", raw.dAnswerTimeout, "seconds to wait for an answer")
+        ->type_name("S")
+        ->check(CLI::Range(0.001, 86400.0, "0.001 to 86400"))
+        ->capture_default_str();
+    app.add_flag("--buffered-receive", options.bBufferedReceive,
+                 "let the plug-in keep incomplete frames itself");
+    app.add_flag("--no-login", raw.bNoLogin, "run the commands without logging in first");
+    app.add_option("--node-id", raw.strNodeId, "identifier of the decoder's node")
+        ->type_name("GUID")
+        ->capture_default_str();
+    const std::map<std::string, ELogLevel> levels{{"off", ELogLevel::Off},
+                                                  {"error", ELogLevel::Error},
+                                                  {"abnormal", ELogLevel::Abnormal},
+                                                  {"normal", ELogLevel::Normal},
+                                                  {"debug", ELogLevel::Debug}};
+    app.add_option("--log-level", options.logLevel, "off, error, abnormal (default), normal or debug")
+        ->type_name("LEVEL")
+        ->transform(CLI::CheckedTransformer(levels).description(""));
+    app.add_option("--log-file", options.strLogFile, "write the log there instead of to standard error")
+        ->type_name("FILE");
+}
+
+// "host:port" or "[address]:port".
+void SplitAddress(const std::string& strDecoder, SOptions& options)
+{
+    if (strDecoder.empty()) {
+        throw CUsageError("--decoder HOST:PORT is required");
+    }
+    const std::size_t nColon = strDecoder.rfind(':');
+    if (nColon != std::string::npos) {
+        options.strHost = strDecoder.substr(0, nColon);
+        options.strPort = strDecoder.substr(nColon + 1);
+    }
+    if (options.strHost.size() > 2 && options.strHost.front() == '[' && options.strHost.back() == ']') {
+        options.strHost = options.strHost.substr(1, options.strHost.size() - 2);
+    }
+    if (options.strHost.empty() || !ParseNumber(options.strPort, 1, 65535)) {
+        throw CUsageError("--decoder takes HOST:PORT, not '" + strDecoder + "'");
+    }
+}
+
+void CheckUser(const SOptions& options)
+{
+    if (options.strUser.empty() &&
+        (options.bLogin || options.command.kind == SConsoleCommand::EKind::Login)) {
+        throw CUsageError("--user NAME is required to log in");
+    }
+    if (options.strUser.size() > kMaxCredential) {
+        throw CUsageError("the user name is longer than 63 bytes");
+    }
+}
+
+void Interpret(const SRawOptions& raw, SOptions& options)
+{
+    options.bLogin = !raw.bNoLogin;
+    SplitAddress(raw.strDecoder, options);
+    CheckUser(options);
+    const auto nodeID = ParseGuid(raw.strNodeId);
+    if (!nodeID) {
+        throw CUsageError("--node-id takes a GUID, not '" + raw.strNodeId + "'");
+    }
+    options.nodeID = *nodeID;
+    options.answerTimeout = std::chrono::milliseconds(static_cast<long>(raw.dAnswerTimeout * 1000.0));
+    if (options.strPluginFile.empty()) {
+        options.strPluginFile = DefaultPluginFile();
+    }
+}
+
+} // namespace
+
+SOptions ParseOptions(int argc, const char* const* argv)
+{
+    SOptions options;
+    SRawOptions raw;
+    CLI::App app(s_szDescription, "tvwall-host");
+    app.set_version_flag("--version", "tvwall-host " TVWALL_VERSION);
+    app.set_help_all_flag("--help-all", "print the help of every command");
+    AddOptions(app, options, raw);
+    AddConsoleCommands(app, options.command, false);
+    app.footer(s_szFooter); // after the commands, which would take it over
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForVersion& version) {
+        throw CExitError(EXIT_ALL_ANSWERED, version.what());
+    } catch (const CLI::CallForAllHelp&) {
+        throw CExitError(EXIT_ALL_ANSWERED, app.help("", CLI::AppFormatMode::All));
+    } catch (const CLI::CallForHelp&) {
+        throw CExitError(EXIT_ALL_ANSWERED, app.help());
+    } catch (const CLI::Error& error) {
+        throw CUsageError(error.what());
+    }
+    CheckParsedCommand(app);
+    Interpret(raw, options);
+    return options;
+}
+
+} // namespace standin_host

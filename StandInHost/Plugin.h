@@ -1,0 +1,55 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "NetProtocolProc.h"
+
+namespace standin_host {
+
+// The device type under which the plug-in registers its decoders.
+inline constexpr unsigned int kDecoderDeviceType = 513;
+
+// The host application's own node, which notifications are addressed to.
+inline constexpr GUID kAppNodeID{
+    0x00000001, 0x0000, 0x4000, {0x80, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x01}};
+
+// One loaded plug-in library. It outlives every processor that it has made. Plug-ins are loaded by one thread
+// at a time.
+class CPlugin {
+public:
+    // Loads the library and lets it register. Throws CUsageError when the file cannot be loaded, lacks an
+    // entry point, or registers no decoder.
+    explicit CPlugin(const std::string& strFile);
+    ~CPlugin(); // tells the plug-in and unloads it
+    CPlugin(const CPlugin&) = delete;
+    CPlugin& operator=(const CPlugin&) = delete;
+
+    // A new processor for one decoder; null when the plug-in gives none.
+    std::unique_ptr<CNetProtocolProc> CreateProcessor() const;
+
+    // The host's side of the registration, called by the plug-in while it loads: keeps a processor of the
+    // prototype's kind. 0 on success, -1 otherwise.
+    int Register(unsigned int nType, CNetProtocolProc* pPrototype);
+
+private:
+    using EntryInitial = int (*)();
+    using EntryQuit = void (*)();
+
+    struct SUnload {
+        void operator()(void* pLibrary) const;
+    };
+
+    void* Entry(const std::string& strFile, const char* szName) const;
+
+    std::unique_ptr<void, SUnload> m_pLibrary;
+    EntryQuit m_pQuit = nullptr;
+    std::map<unsigned int, std::unique_ptr<CNetProtocolProc>> m_prototypes; // by device type
+};
+
+// Where the plug-in lies when nobody says: beside this program in the build tree or in the installation. The
+// build tree's path when there is neither.
+std::string DefaultPluginFile();
+
+} // namespace standin_host

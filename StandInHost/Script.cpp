@@ -1,0 +1,117 @@
+#include "Script.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "ExitStatus.h"
+
+namespace standin_host {
+
+namespace {
+
+bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+
+// Cuts one word at a time off the front of a line.
+class CWordReader {
+public:
+    explicit CWordReader(std::string_view line) : m_left(line) {}
+
+    bool Next(std::string& strWord)
+    {
+        while (!m_left.empty() && IsBlank(m_left.front())) {
+            m_left.remove_prefix(1);
+        }
+        if (m_left.empty() || m_left.front() == '#') {
+            return false;
+        }
+        strWord.clear();
+        while (!m_left.empty() && !IsBlank(m_left.front())) {
+            Piece(strWord);
+        }
+        return true;
+    }
+
+private:
+    // A quoted stretch or one character.
+    void Piece(std::string& strWord)
+    {
+        const char c = Take();
+        if (c != '\'' && c != '"') {
+            strWord += c == '\\' ? Take() : c;
+            return;
+        }
+        for (char inner = Take(); inner != c; inner = Take()) {
+            strWord += inner == '\\' && c == '"' ? Take() : inner;
+        }
+    }
+
+    char Take()
+    {
+        if (m_left.empty()) {
+            throw CUsageError("the line ends inside a quotation");
+        }
+        const char c = m_left.front();
+        m_left.remove_prefix(1);
+        return c;
+    }
+
+    std::string_view m_left;
+};
+
+} // namespace
+
+std::vector<std::string> SplitLine(std::string_view line)
+{
+    std::vector<std::string> words;
+    CWordReader reader(line);
+    std::string strWord;
+    while (reader.Next(strWord)) {
+        words.push_back(strWord);
+    }
+    return words;
+}
+
+CLineInput::CLineInput(const std::string& strFile)
+    : m_nDescriptor(strFile == "-" ? STDIN_FILENO : ::open(strFile.c_str(), O_RDONLY | O_CLOEXEC)),
+      m_bOwned(strFile != "-")
+{
+    if (m_nDescriptor < 0) {
+        throw CUsageError("cannot read the script " + strFile);
+    }
+}
+
+CLineInput::~CLineInput()
+{
+    if (m_bOwned) {
+        ::close(m_nDescriptor);
+    }
+}
+
+bool CLineInput::Take(std::string& strLine)
+{
+    const std::size_t nEnd = m_strBuffer.find('\n');
+    if (nEnd == std::string::npos && (!m_bEnd || m_strBuffer.empty())) {
+        return false;
+    }
+    strLine = m_strBuffer.substr(0, nEnd);
+    m_strBuffer.erase(0, nEnd == std::string::npos ? nEnd : nEnd + 1);
+    return true;
+}
+
+void CLineInput::Fill()
+{
+    char buffer[4096];
+    const ssize_t nRead = ::read(m_nDescriptor, buffer, sizeof buffer);
+    if (nRead > 0) {
+        m_strBuffer.append(buffer, static_cast<std::size_t>(nRead));
+    } else if (nRead == 0) {
+        m_bEnd = true;
+    } else if (errno != EINTR) {
+        throw CUsageError(std::string("cannot read the input: ") + std::strerror(errno));
+    }
+}
+
+} // namespace standin_host

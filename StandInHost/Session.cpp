@@ -1,0 +1,237 @@
+#include "Session.h"
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <utility>
+
+#include "AnswerText.h"
+#include "Command.h"
+#include "Credentials.h"
+#include "DecoderLink.h"
+#include "ExitStatus.h"
+#include "Options.h"
+#include "Output.h"
+#include "Payloads.h"
+#include "Script.h"
+#include "Text.h"
+
+namespace standin_host {
+
+namespace {
+
+using EKind = SConsoleCommand::EKind;
+
+constexpr auto s_forever = CHostEvents::Clock::time_point::max();
+
+// A reply that came just before the connection was lost still becomes an answer: the plug-in looks for it
+// every 100 ms.
+constexpr std::chrono::milliseconds s_graceAfterLoss{300};
+
+bool IsMissingReply(const SAnswer& answer)
+{
+    return answer.kind == SAnswer::EKind::Failure && answer.nCode == ORVA_NET_PROTOCOL::KEST_RESULT_TIMEOUT;
+}
+
+} // namespace
+
+CSession::CSession(const SOptions& options, CHostEvents& events, CDecoderLink& link,
+                   CCredentials& credentials, COutput& output)
+    : m_options(options), m_events(events), m_link(link), m_credentials(credentials), m_output(output)
+{
+}
+
+int CSession::Run(const SConsoleCommand& command, CLineInput* pScript)
+{
+    if (m_options.bLogin && command.kind != EKind::Login) {
+        Login();
+    }
+    if (pScript != nullptr) {
+        RunScript(*pScript);
+    } else {
+        Execute(command);
+    }
+    PrintNotifications();
+    return m_nStatus;
+}
+
+void CSession::Execute(SConsoleCommand command)
+{
+    switch (command.kind) {
+    case EKind::Login:
+        Login();
+        break;
+    case EKind::Request:
+        Request(command);
+        break;
+    case EKind::Watch:
+        Watch(command);
+        break;
+    case EKind::Script:
+    case EKind::None:
+        break;
+    }
+}
+
+void CSession::Login()
+{
+    SConsoleCommand login;
+    login.strTitle = "login " + m_credentials.User();
+    login.nCmdID = ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN;
+    login.payload = LoginRecord(m_credentials.User(), m_credentials.Password());
+    Request(login);
+}
+
+void CSession::Request(const SConsoleCommand& command)
+{
+    CheckInterrupted();
+    const auto pHost = MakeCommand(command.nCmdID, command.bHasReply, &m_events);
+    m_link.Queue(*pHost, command.payload);
+    const bool bInTime = Await(*pHost);
+    Judge(command, *pHost, bInTime);
+}
+
+// Waits until the command is answered or no answer can come; false when the time ran out first.
+bool CSession::Await(const CHostCommand& command)
+{
+    auto deadline = CHostEvents::Clock::now() + m_options.answerTimeout;
+    while (AwaitStep(command, deadline)) {
+        if (CHostEvents::Clock::now() >= deadline) {
+            return false;
+        }
+        m_events.Wait(deadline);
+    }
+    return true;
+}
+
+bool CSession::AwaitStep(const CHostCommand& command, CHostEvents::Clock::time_point& deadline)
+{
+    PrintNotifications();
+    if (command.IsReleased() || command.Answer()) {
+        return false;
+    }
+    CheckInterrupted();
+    if (m_events.Lost()) {
+        deadline = std::min(deadline, CHostEvents::Clock::now() + s_graceAfterLoss);
+    }
+    return true;
+}
+
+void CSession::Judge(const SConsoleCommand& command, const CHostCommand& host, bool bInTime)
+{
+    const bool bLogin = command.nCmdID == ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN;
+    auto answer = host.Answer();
+    const bool bLost = m_events.Lost() && (!answer || IsMissingReply(*answer));
+    if (bLost) {
+        answer.reset();
+    }
+    m_output.Command(command, answer ? &*answer : nullptr);
+    CheckOutput();
+    if (bLost) {
+        CheckLost();
+    }
+    const std::string strTitle = OneLine(command.strTitle);
+    if (answer && answer->kind == SAnswer::EKind::Failure) {
+        Complain(bLogin ? EXIT_LOGIN_REFUSED : EXIT_COMMAND_FAILED,
+                 strTitle + (bLogin ? " was refused: " : " failed: ") + DescribeAnswer(command, *answer));
+    } else if (!bInTime) {
+        Complain(EXIT_NO_ANSWER, strTitle + " got no answer in time");
+    } else if (!answer && command.bHasReply) {
+        Complain(EXIT_NO_ANSWER, strTitle + " got no answer from the plug-in");
+    }
+}
+
+void CSession::Watch(const SConsoleCommand& command)
+{
+    const std::size_t nBefore = m_nNotified;
+    const auto bEnough = [&] {
+        return command.nNotifications && m_nNotified - nBefore >= *command.nNotifications;
+    };
+    PrintNotifications();
+    while (!bEnough()) {
+        if (m_events.Interrupted() != 0) {
+            throw CExitError(m_nStatus, ""); // the way to end a watch
+        }
+        CheckLost();
+        m_events.Wait(s_forever);
+        PrintNotifications();
+    }
+}
+
+void CSession::RunScript(CLineInput& script)
+{
+    std::string strLine;
+    while (NextLine(script, strLine)) {
+        ++m_nLine;
+        try {
+            const auto words = SplitLine(strLine);
+            if (!words.empty()) {
+                Execute(ParseScriptLine(words));
+            }
+        } catch (const CUsageError& error) {
+            throw CUsageError(Where() + error.what());
+        }
+    }
+}
+
+bool CSession::NextLine(CLineInput& script, std::string& strLine)
+{
+    while (!script.Take(strLine)) {
+        if (script.AtEnd()) {
+            return false;
+        }
+        CheckInterrupted();
+        PrintNotifications();
+        // What is there to read is read even when the connection is lost: it may be the end.
+        const auto deadline = m_events.Lost() ? CHostEvents::Clock::now() : s_forever;
+        if (m_events.Wait(deadline, script.Descriptor()).bInput) {
+            script.Fill();
+        } else {
+            CheckLost();
+        }
+    }
+    return true;
+}
+
+void CSession::PrintNotifications()
+{
+    for (const SNotification& notification : m_events.TakeNotifications()) {
+        m_output.Notification(notification);
+        ++m_nNotified;
+    }
+    CheckOutput();
+}
+
+void CSession::CheckInterrupted() const
+{
+    if (const int nSignal = m_events.Interrupted()) {
+        throw CExitError(EXIT_SIGNAL_BASE + nSignal, "interrupted");
+    }
+}
+
+void CSession::CheckLost() const
+{
+    if (const auto reason = m_events.Lost()) {
+        throw CExitError(EXIT_CONNECTION, Where() + "connection lost: " + *reason);
+    }
+}
+
+void CSession::CheckOutput() const
+{
+    if (m_output.Failed()) {
+        throw CExitError(EXIT_SIGNAL_BASE + SIGPIPE, "cannot write to standard output");
+    }
+}
+
+void CSession::Complain(int nStatus, const std::string& strText)
+{
+    if (nStatus == EXIT_LOGIN_REFUSED) {
+        throw CExitError(nStatus, Where() + strText);
+    }
+    std::fprintf(stderr, "tvwall-host: %s%s\n", Where().c_str(), strText.c_str());
+    m_nStatus = std::max(m_nStatus, nStatus);
+}
+
+std::string CSession::Where() const { return m_nLine == 0 ? "" : "line " + std::to_string(m_nLine) + ": "; }
+
+} // namespace standin_host

@@ -1,0 +1,111 @@
+#include <csignal>
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "Command.h"
+#include "Connection.h"
+#include "Credentials.h"
+#include "DecoderLink.h"
+#include "ExitStatus.h"
+#include "IoThread.h"
+#include "MemPool.h"
+#include "Options.h"
+#include "Output.h"
+#include "Plugin.h"
+#include "Script.h"
+#include "Session.h"
+
+namespace {
+
+using namespace standin_host;
+
+constexpr std::chrono::seconds s_connectTimeout{10};
+
+std::shared_ptr<CConnection> ConnectOrExit(const SOptions& options, CIoThread& ioThread, CHostEvents& events)
+{
+    SConnectionSettings settings;
+    settings.bBufferedReceive = options.bBufferedReceive;
+    settings.pTrace = options.bTrace ? std::make_shared<CFrameTrace>() : nullptr;
+    settings.pEvents = &events;
+    std::string strReason;
+    auto pConnection = Connect(ioThread, events, options.strHost, options.strPort, s_connectTimeout,
+                               std::move(settings), strReason);
+    if (pConnection == nullptr && events.Interrupted() != 0) {
+        throw CExitError(EXIT_SIGNAL_BASE + events.Interrupted(), "interrupted");
+    }
+    if (pConnection == nullptr) {
+        throw CExitError(EXIT_CONNECTION, "cannot connect to " + options.strHost + " port " +
+                                              options.strPort + ": " + strReason);
+    }
+    return pConnection;
+}
+
+int Run(const SOptions& options)
+{
+    OpenLog(options.logLevel, options.strLogFile);
+    CHostEvents events;
+    CIoThread ioThread;
+    ioThread.WatchSignals([&events](int nSignal) { events.Interrupt(nSignal); });
+
+    const CPlugin plugin(options.strPluginFile);
+    std::unique_ptr<CLineInput> pScript;
+    if (options.command.kind == SConsoleCommand::EKind::Script) {
+        pScript = std::make_unique<CLineInput>(options.command.strScriptFile);
+    }
+    CCredentials credentials(options, events);
+    if (options.bLogin || options.command.kind == SConsoleCommand::EKind::Login) {
+        credentials.Password(); // before the decoder is made to wait for somebody who types
+    }
+
+    SLinkSettings settings;
+    settings.nodeID = options.nodeID;
+    CDecoderLink link(plugin, ioThread, events, ConnectOrExit(options, ioThread, events), settings);
+    const auto pOutput = COutput::Create(options.bJson);
+    return CSession(options, events, link, credentials, *pOutput).Run(options.command, pScript.get());
+}
+
+// Everything has ended: whatever is still counted was leaked.
+void CheckBalance(const char* szWhat, long nCount)
+{
+    if (nCount != 0) {
+        std::fprintf(stderr, "tvwall-host: out of balance: %ld %s\n", nCount, szWhat);
+    }
+}
+
+void CheckBalances()
+{
+    CheckBalance("memory-pool buffers were not given back",
+                 static_cast<long>(CMemPool::Instance().LiveBuffers()));
+    CheckBalance("operations on dead memory-pool handles",
+                 static_cast<long>(CMemPool::Instance().WrongHandles()));
+    CheckBalance("commands are still referenced", CHostCommand::Live());
+    CheckBalance("broken rules on commands", CHostCommand::Misuses());
+}
+
+int RunToStatus(int argc, const char* const* argv)
+{
+    try {
+        return Run(ParseOptions(argc, argv));
+    } catch (const CExitError& error) {
+        if (error.Status() == EXIT_ALL_ANSWERED) {
+            std::puts(error.what());
+        } else if (*error.what() != '\0') {
+            std::fprintf(stderr, "tvwall-host: %s\n", error.what());
+        }
+        return error.Status();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "tvwall-host: %s\n", error.what());
+        return EXIT_USAGE;
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    std::signal(SIGPIPE, SIG_IGN); // a closed pipe shows as a failed write
+    const int nStatus = RunToStatus(argc, argv);
+    CheckBalances();
+    return nStatus;
+}
