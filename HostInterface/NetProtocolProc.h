@@ -1,6 +1,7 @@
 #pragma once
 // The interface through which the host drives one kind of device.
 
+#include <cstddef>
 #include <list>
 
 #include "HostTypes.h"
@@ -58,3 +59,9 @@ protected:
     std::list<CMD_PROC_INFO>* m_pCmdProcList = nullptr; // owned by the queue class
     CLock m_CmdProcListLock;                            // guards m_pCmdProcList
 };
+
+static_assert(sizeof(CNetProtocolProc::CMD_PROC_INFO) == 24);
+static_assert(offsetof(CNetProtocolProc::CMD_PROC_INFO, pBuf) == 8);
+static_assert(offsetof(CNetProtocolProc::CMD_PROC_INFO, dwLen) == 16);
+static_assert(sizeof(CNetProtocolProc) ==
+              3 * sizeof(void*) + sizeof(CLock)); // the virtual table and two pointers

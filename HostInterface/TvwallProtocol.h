@@ -39,6 +39,7 @@ struct _kest_tvwall_opt_info {
 };
 using TVWALL_OPT_INFO = _kest_tvwall_opt_info;
 static_assert(sizeof(_kest_tvwall_opt_info) == 8);
+static_assert(offsetof(_kest_tvwall_opt_info, nLen) == 4);
 
 // Failure answer.
 struct _kest_net_reply {
@@ -184,6 +185,7 @@ struct S_Decoder_Opt_Result {
     uint32_t _nErrorCode; // the decoder's error code
 };
 static_assert(sizeof(S_Decoder_Opt_Result) == 8);
+static_assert(offsetof(S_Decoder_Opt_Result, _nErrorCode) == 4);
 
 // The first 16 bytes of a successful option answer; extra data follows.
 struct S_Decoder_Default_Result {

@@ -109,10 +109,14 @@ long CNetProtocolProcTWDECODERDevImp::SendDataToDev(CNetNode* node, const void* 
         return -1;
     }
     while (!node->SendData(data, len)) {
-        // A full socket buffer is tried again for as long as the session runs.
-        if (GetLastError() != NET_SOCKET_ERROR_NOBUFS || AtomicLoad(m_RunFlag) == 0) {
+        if (GetLastError() != NET_SOCKET_ERROR_NOBUFS) {
             SHARESDK_AbnormalOutput("CNetProtocolProcTWDECODERImp：：SendDataToDev 发送失败 ",
                                     session_log::SOURCE, 2025);
+            return -1;
+        }
+        // A full socket buffer is tried again without limit, but Stop does not wait for a peer that never
+        // reads.
+        if (AtomicLoad(m_RunFlag) == 0) {
             return -1;
         }
         CPFHelper::Sleep(SEND_RETRY_INTERVAL_MS);

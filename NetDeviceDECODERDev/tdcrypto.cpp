@@ -4,6 +4,7 @@
 
 #include "tdcrypto.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -306,7 +307,7 @@ int AesCbcEncrypt(const char* data, int len, const char* key, std::string& out) 
     return Contained(0, [&] {
         const int nPadded = (len + BLOCK - 1) / BLOCK * BLOCK;
         SecretBytes plain(static_cast<size_t>(nPadded));
-        std::memcpy(plain.Data(), data, static_cast<size_t>(len));
+        std::copy_n(data, len, plain.Data());
         std::string cipher(static_cast<size_t>(nPadded), '\0');
         if (!RunAesCbc(AES_set_encrypt_key, AES_ENCRYPT, key, plain.Data(), cipher.size(), Bytes(cipher))) {
             return 0;

@@ -38,11 +38,11 @@ std::string RsaPriDecrypt(const std::string& cipherBase64, const std::string& pr
 // --- AES-128 in CBC mode with a zero initialisation vector; key points to 16 bytes ---
 
 // Data that do not fill the last block are padded with zeros; full blocks get no padding. Returns the length
-// of the ciphertext in out, or 0 with out unchanged.
+// of the ciphertext in out; 0 on failure, with out unchanged, and for no data, with out emptied.
 int AesCbcEncrypt(const char* data, int len, const char* key, std::string& out) noexcept;
 
-// len is a multiple of 16. out receives the plaintext up to its first zero byte. Returns len, or 0 with out
-// unchanged.
+// len is a multiple of 16. out receives the plaintext up to its first zero byte. Returns len; 0
+// on failure, with out unchanged, and for no data, with out emptied.
 int AesCbcDecrypt(const char* data, int len, const char* key, std::string& out) noexcept;
 
 // --- AES with a salted key text (zero-terminated, cut or zero-filled to 16 bytes) and Base64 ---

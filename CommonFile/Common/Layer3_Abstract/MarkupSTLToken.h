@@ -1,0 +1,51 @@
+#pragma once
+// Scanning of XML text for CMarkupSTL. Nothing here reads beyond the view that it was given.
+
+#include <string>
+#include <string_view>
+
+// A node that was parsed or is being inserted.
+struct NodePos {
+    int nNodeType = 0; // MarkupNodeType
+    int nStart = 0;
+    int nLength = 0;
+    int nFlags = 0;
+    std::string strMeta; // the node's text where it differs from the document's: encoded data, a diagnosis
+};
+
+// A cursor over a text of at most 2^31 - 1 bytes.
+struct TokenPos {
+    explicit TokenPos(std::string_view strDoc, int nPos = 0, int nDocFlags = 0)
+        : nNext(nPos), szDoc(strDoc), nTokenFlags(nDocFlags)
+    {
+    }
+
+    int nL = 0;  // first character of the token
+    int nR = -1; // last character of the token; nL - 1 when it is empty
+    int nNext;   // where scanning goes on
+    std::string_view szDoc;
+    int nTokenFlags; // document flags
+    int nPreSpaceStart = 0;
+    int nPreSpaceLength = 0;
+
+    bool AtEnd() const { return nNext >= Length(); }
+    int Length() const { return static_cast<int>(szDoc.size()); }
+    // The character n places on, a zero byte beyond the end.
+    char Peek(int n = 0) const { return n < Length() - nNext ? szDoc[static_cast<size_t>(nNext + n)] : '\0'; }
+    std::string_view Rest() const { return szDoc.substr(static_cast<size_t>(nNext)); }
+    std::string_view GetToken() const
+    {
+        return szDoc.substr(static_cast<size_t>(nL), static_cast<size_t>(nR - nL + 1));
+    }
+
+    // Goes over whitespace to the next character, if there is one, and notes what it went over.
+    bool FindAny();
+    // Takes the tag name at the scan position as token; false when there is none.
+    bool FindName();
+    // Goes behind the next occurrence of strText; false, at the end, when there is none.
+    bool FindPast(std::string_view strText);
+    // Goes over the attributes to the ">" that ends a tag; false, at the end, when there is none.
+    bool FindTagEnd();
+    // Whether the token is the whole searched name or is followed in it by one of " =/[]".
+    bool Match(std::string_view strName) const;
+};

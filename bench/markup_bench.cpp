@@ -1,0 +1,220 @@
+// Composing a "docreatewindow" request: the document against pugixml and tinyxml2, which build the same tree
+// and print it. All four are measured in turn in every iteration, so that the ratios come from one run.
+
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <ctime>
+#include <limits>
+#include <pugixml.hpp>
+#include <string>
+#include <tinyxml2.h>
+
+#include "MarkupSTL.h"
+
+namespace {
+
+constexpr unsigned int kSubWindows = 16;
+constexpr unsigned int kSmallWall = 16;
+constexpr unsigned int kElemsPerWindow = 9 + 3 * kSubWindows;
+
+class MarkupSink {
+public:
+    void Open(const char* szName)
+    {
+        m_doc.AddElem(szName);
+        m_doc.IntoElem();
+    }
+    void Close() { m_doc.OutOfElem(); }
+    template <class Value>
+    void Leaf(const char* szName, Value value)
+    {
+        m_doc.AddElem(szName, value);
+    }
+    const std::string& Text() { return m_doc.GetDoc(); }
+
+private:
+    CMarkupSTL m_doc;
+};
+
+class StringWriter : public pugi::xml_writer {
+public:
+    explicit StringWriter(std::string& strText) : m_strText(strText) {}
+    void write(const void* pData, size_t nSize) override
+    {
+        m_strText.append(static_cast<const char*>(pData), nSize);
+    }
+
+private:
+    std::string& m_strText;
+};
+
+template <unsigned int nFormat>
+class PugiSink {
+public:
+    void Open(const char* szName) { m_current = m_current.append_child(szName); }
+    void Close() { m_current = m_current.parent(); }
+    template <class Value>
+    void Leaf(const char* szName, Value value)
+    {
+        m_current.append_child(szName).text().set(value);
+    }
+    const std::string& Text()
+    {
+        StringWriter writer(m_strText);
+        m_doc.save(writer, "\t", nFormat | pugi::format_no_declaration);
+        return m_strText;
+    }
+
+private:
+    pugi::xml_document m_doc;
+    pugi::xml_node m_current = m_doc;
+    std::string m_strText;
+};
+
+class TinySink {
+public:
+    void Open(const char* szName)
+    {
+        auto* pElem = m_doc.NewElement(szName);
+        m_pCurrent->InsertEndChild(pElem);
+        m_pCurrent = pElem;
+    }
+    void Close() { m_pCurrent = m_pCurrent->Parent(); }
+    template <class Value>
+    void Leaf(const char* szName, Value value)
+    {
+        auto* pElem = m_doc.NewElement(szName);
+        pElem->SetText(value);
+        m_pCurrent->InsertEndChild(pElem);
+    }
+    std::string Text()
+    {
+        m_doc.Print(&m_printer);
+        return m_printer.CStr();
+    }
+
+private:
+    tinyxml2::XMLDocument m_doc;
+    tinyxml2::XMLNode* m_pCurrent = &m_doc;
+    tinyxml2::XMLPrinter m_printer{nullptr, true};
+};
+
+template <class Sink>
+void WriteWindow(Sink& sink, unsigned int nID)
+{
+    sink.Open("item");
+    sink.Leaf("id", nID);
+    sink.Open("rect");
+    sink.Leaf("xpos", nID * 37U);
+    sink.Leaf("ypos", nID * 11U);
+    sink.Leaf("width", 1920U);
+    sink.Leaf("height", 1080U);
+    sink.Close();
+    sink.Leaf("mode", kSubWindows);
+    sink.Open("td_subwindowlist");
+    for (unsigned int n = 0; n < kSubWindows; ++n) {
+        sink.Open("item");
+        sink.Leaf("index", n);
+        sink.Leaf("osdid", nID * kSubWindows + n);
+        sink.Close();
+    }
+    sink.Close();
+    sink.Close();
+}
+
+template <class Sink>
+void WriteRequest(Sink& sink, unsigned int nWindows)
+{
+    sink.Open("td_command");
+    sink.Open("td_header");
+    sink.Leaf("version", "2.2");
+    sink.Leaf("type", "request");
+    sink.Leaf("url", "docreatewindow");
+    sink.Leaf("seq", 300U);
+    sink.Leaf("identity", 3);
+    sink.Leaf("session", "0A1B2C3D4E5F60718293A4B5C6D7E8F9");
+    sink.Leaf("token", "F9E8D7C6B5A4938271605F4E3D2C1B0A");
+    sink.Close();
+    sink.Open("td_body");
+    sink.Open("td_windowlist");
+    for (unsigned int nID = 1; nID <= nWindows; ++nID) {
+        WriteWindow(sink, nID);
+    }
+    sink.Close();
+    sink.Close();
+    sink.Close();
+}
+
+template <class Sink>
+std::string Compose(unsigned int nWindows)
+{
+    Sink sink;
+    WriteRequest(sink, nWindows);
+    return sink.Text();
+}
+
+// Processor time of this thread in seconds; what other processes take does not count.
+double ThreadSeconds()
+{
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+// From an empty document to its text, and the end of both.
+template <class Sink>
+double ComposeSeconds(unsigned int nWindows)
+{
+    const double start = ThreadSeconds();
+    {
+        Sink sink;
+        WriteRequest(sink, nWindows);
+        benchmark::DoNotOptimize(sink.Text().size());
+    }
+    return ThreadSeconds() - start;
+}
+
+// The fastest of at least five times and a third of a second.
+template <class Sink>
+double FastestSeconds(unsigned int nWindows)
+{
+    double fastest = std::numeric_limits<double>::max();
+    double total = 0;
+    for (int n = 0; n < 5 || total < 0.3; ++n) {
+        const double seconds = ComposeSeconds<Sink>(nWindows);
+        fastest = std::min(fastest, seconds);
+        total += seconds;
+    }
+    return fastest;
+}
+
+bool ComposesSameTree(unsigned int nWindows)
+{
+    std::string strText = Compose<MarkupSink>(nWindows);
+    std::erase_if(strText, [](char c) { return c == '\r' || c == '\n'; });
+    return strText == Compose<PugiSink<pugi::format_raw>>(nWindows) && strText == Compose<TinySink>(nWindows);
+}
+
+void ComposeCreateWindow(benchmark::State& state)
+{
+    const auto nWindows = static_cast<unsigned int>(state.range(0));
+    if (!ComposesSameTree(nWindows)) {
+        state.SkipWithError("the libraries compose different trees");
+        return;
+    }
+    for (auto _ : state) {
+        state.SetIterationTime(ComposeSeconds<MarkupSink>(nWindows));
+    }
+    const double dMarkup = FastestSeconds<MarkupSink>(nWindows);
+    const double dPugi = std::min(FastestSeconds<PugiSink<pugi::format_raw>>(nWindows),
+                                  FastestSeconds<PugiSink<pugi::format_default>>(nWindows));
+    const double dElem = dMarkup / (nWindows * kElemsPerWindow);
+    const double dSmallElem = FastestSeconds<MarkupSink>(kSmallWall) / (kSmallWall * kElemsPerWindow);
+    state.counters["ns_per_elem"] = dElem * 1e9;
+    state.counters["vs_pugixml"] = dMarkup / dPugi;
+    state.counters["vs_tinyxml2"] = dMarkup / FastestSeconds<TinySink>(nWindows);
+    state.counters["elem_vs_16_windows"] = dElem / dSmallElem;
+}
+BENCHMARK(ComposeCreateWindow)->Arg(16)->Arg(256)->Arg(4096)->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+} // namespace
