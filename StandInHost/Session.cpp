@@ -76,6 +76,7 @@ void CSession::Execute(SConsoleCommand command)
 void CSession::Login()
 {
     SConsoleCommand login;
+    login.kind = EKind::Login;
     login.strTitle = "login " + m_credentials.User();
     login.nCmdID = ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN;
     login.payload = LoginRecord(m_credentials.User(), m_credentials.Password());
@@ -132,12 +133,12 @@ void CSession::Judge(const SConsoleCommand& command, const CHostCommand& host, b
     }
     const std::string strTitle = OneLine(command.strTitle);
     if (answer && answer->kind == SAnswer::EKind::Failure) {
-        Complain(bLogin ? EXIT_LOGIN_REFUSED : EXIT_COMMAND_FAILED,
+        Complain(command, bLogin ? EXIT_LOGIN_REFUSED : EXIT_COMMAND_FAILED,
                  strTitle + (bLogin ? " was refused: " : " failed: ") + DescribeAnswer(command, *answer));
     } else if (!bInTime) {
-        Complain(EXIT_NO_ANSWER, strTitle + " got no answer in time");
+        Complain(command, EXIT_NO_ANSWER, strTitle + " got no answer in time");
     } else if (!answer && command.bHasReply) {
-        Complain(EXIT_NO_ANSWER, strTitle + " got no answer from the plug-in");
+        Complain(command, EXIT_NO_ANSWER, strTitle + " got no answer from the plug-in");
     }
 }
 
@@ -223,9 +224,10 @@ void CSession::CheckOutput() const
     }
 }
 
-void CSession::Complain(int nStatus, const std::string& strText)
+// A failed login ends the session; after any other command a script goes on.
+void CSession::Complain(const SConsoleCommand& command, int nStatus, const std::string& strText)
 {
-    if (nStatus == EXIT_LOGIN_REFUSED) {
+    if (command.kind == EKind::Login) {
         throw CExitError(nStatus, Where() + strText);
     }
     std::fprintf(stderr, "tvwall-host: %s%s\n", Where().c_str(), strText.c_str());

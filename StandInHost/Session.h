@@ -40,7 +40,7 @@ private:
     void CheckInterrupted() const;
     void CheckLost() const;
     void CheckOutput() const;
-    void Complain(int nStatus, const std::string& strText);
+    void Complain(const SConsoleCommand& command, int nStatus, const std::string& strText);
     std::string Where() const;
 
     const SOptions& m_options;

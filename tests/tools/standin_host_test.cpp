@@ -1,0 +1,305 @@
+// What the stand-in host decides by itself: its console commands, its balances, its connections.
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <condition_variable>
+#include <future>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include <asio/ip/tcp.hpp>
+#include <asio/packaged_task.hpp>
+#include <asio/post.hpp>
+#include <asio/read.hpp>
+#include <asio/write.hpp>
+
+#include "Command.h"
+#include "Connection.h"
+#include "ConsoleCommands.h"
+#include "DecoderLink.h"
+#include "ExitStatus.h"
+#include "HostEvents.h"
+#include "IoThread.h"
+#include "MemPool.h"
+#include "Plugin.h"
+#include "Script.h"
+#include "SocketDataObserver.h"
+#include "SocketLayer.h"
+#include "Text.h"
+
+namespace standin_host {
+namespace {
+
+using asio::ip::tcp;
+using namespace std::chrono_literals;
+
+SConsoleCommand Parse(const std::string& strLine) { return ParseScriptLine(SplitLine(strLine)); }
+
+TEST(ConsoleCommands, BecomeTheHostsRecords)
+{
+    const std::string strGuids(64, '0'); // wall and plan are left empty
+    const std::string strOneSub = "0000000000000000"
+                                  "0100000000000000ffffffff"
+                                  "0000000000000000";
+    const struct {
+        const char* szLine;
+        unsigned int nCmdID;
+        std::string strPayload;
+    } cases[] = {
+        {"window create 7 1 2 3 4 --mode 2 --osd 5,6 --layer 9", 0x50002,
+         "060006005c000000" + strGuids +
+             "01000000"
+             "0700000001000000020000000300000004000000"
+             "0000000000000000"
+             "0200000009000000ffffffff"
+             "0000000005000000"
+             "0100000006000000"},
+        {"window split 1 0 0 5 5 2 5 0 5 5 --mode 1", 0x50001,
+         "0e00050084000000" + strGuids +
+             "02000000"
+             "0100000000000000000000000500000005000000" +
+             strOneSub + "0200000005000000000000000500000005000000" + strOneSub},
+        {"window move 1 -10 0x20 3 4", 0x50002,
+         "0800060038000000" + strGuids +
+             "01000000"
+             "01000000f6ffffff200000000300000004000000"},
+        {"window raise 1", 0x50002, "0900060024000000" + strGuids + "01000000"},
+        {"window delete 3 4294967295", 0x50002,
+         "070006002c000000" + strGuids +
+             "02000000"
+             "03000000ffffffff"},
+        {"wall clear", 0x50001, "1100060000000000"},
+        {"raw 257 --hex '0a FF'", 0x101, "0aff"},
+        {"raw 0x50002 --option 0x12 --hex 01", 0x50002, "120000000100000001"},
+    };
+    for (const auto& expected : cases) {
+        const SConsoleCommand command = Parse(expected.szLine);
+        EXPECT_EQ(command.nCmdID, expected.nCmdID) << expected.szLine;
+        EXPECT_EQ(HexText(command.payload.data(), command.payload.size()), expected.strPayload)
+            << expected.szLine;
+    }
+}
+
+TEST(ConsoleCommands, SayWhatIsWrongWithALine)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"windo", "unknown command 'windo'"},
+        {"window shut 1", "unknown command 'window shut'"},
+        {"window", "needs one more word"},
+        {"window raise 1 2", "unexpected argument '2'"},
+        {"window raise", "required"},
+        {"window raise 4294967296", "'4294967296'"},
+        {"window create 1 0 0 5", "five numbers"},
+        {"window create 1 -1 0 5 5", "'-1'"},
+        {"window create 1 0 0 5 5 --osd 1,2", "more ids"},
+        {"window move 1 2147483648 0 5 5", "'2147483648'"},
+        {"raw 0x50002 --hex 123", "pairs of hexadecimal"},
+        {"script other.txt", "unknown command 'script'"},
+        {"wall 'clear", "inside a quotation"},
+    };
+    for (const auto& [szLine, szError] : cases) {
+        try {
+            Parse(szLine);
+            ADD_FAILURE() << szLine << " was taken";
+        } catch (const CUsageError& error) {
+            EXPECT_NE(std::string(error.what()).find(szError), std::string::npos)
+                << szLine << ": " << error.what();
+        }
+    }
+}
+
+TEST(Script, SplitsLinesAsAShellDoes)
+{
+    using Words = std::vector<std::string>;
+    EXPECT_EQ(SplitLine("  a 'b  \"c' \"d\\\"e\"f\tg\\ h # i"), (Words{"a", "b  \"c", "d\"ef", "g h"}));
+    EXPECT_EQ(SplitLine("a#b ''"), (Words{"a#b", ""}));
+    EXPECT_EQ(SplitLine(" # nothing"), Words());
+}
+
+TEST(Text, ReadsAndWritesIdentifiersAndTamesBytesFromOutside)
+{
+    const auto guid = ParseGuid("00112233-4455-6677-8899-aabbccddeeff");
+    ASSERT_TRUE(guid);
+    EXPECT_EQ(guid->Data1, 0x00112233U);
+    EXPECT_EQ(GuidText(*guid), "{00112233-4455-6677-8899-AABBCCDDEEFF}");
+    EXPECT_FALSE(ParseGuid("0011223-34455-6677-8899-aabbccddeeff"));
+    EXPECT_FALSE(ParseGuid("{00112233-4455-6677-8899-aabbccddeeff"));
+    EXPECT_EQ(OneLine("a\r\n\tb\x1b[1mc\n"), "a \\x09b\\x1b[1mc");
+}
+
+TEST(MemPool, CountsReferencesAndRefusesDeadHandles)
+{
+    CMemPool& pool = CMemPool::Instance();
+    const std::size_t nWrongBefore = pool.WrongHandles();
+    const char* hBuffer = pool.New("abcdef");
+    pool.AddRef(hBuffer);
+    pool.Append(hBuffer, "gh");
+    pool.TruncateFront(hBuffer, 1);
+    pool.TruncateBack(hBuffer, 2);
+    EXPECT_EQ(pool.Bytes(hBuffer), "bcdef");
+    pool.TruncateBack(hBuffer, 100);
+    EXPECT_EQ(pool.Bytes(hBuffer), "");
+    pool.Delete(hBuffer);
+    EXPECT_EQ(pool.LiveBuffers(), 1U);
+    pool.Delete(hBuffer);
+    EXPECT_EQ(pool.LiveBuffers(), 0U);
+    pool.Delete(hBuffer);
+    EXPECT_EQ(pool.WrongHandles(), nWrongBefore + 1);
+}
+
+TEST(HostCommand, KeepsTheFirstAnswerAndReportsBrokenRules)
+{
+    const long nMisusesBefore = CHostCommand::Misuses();
+    {
+        const auto pCommand = MakeCommand(1, true, nullptr);
+        pCommand->AddReference(11);
+        EXPECT_FALSE(pCommand->IsReleased());
+        pCommand->ReplyBuffer("ab", 2);
+        pCommand->ReplyRecord({});
+        EXPECT_EQ(pCommand->Answer()->bytes, (std::vector<uint8_t>{'a', 'b'}));
+        EXPECT_EQ(CHostCommand::Misuses(), nMisusesBefore + 1);
+        pCommand->DecReference(12);
+        EXPECT_TRUE(pCommand->IsReleased());
+    }
+    EXPECT_EQ(CHostCommand::Misuses(), nMisusesBefore + 2);
+    EXPECT_EQ(CHostCommand::Live(), 0);
+}
+
+// A peer on loopback and the host's connection to it.
+class Loopback : public testing::Test {
+protected:
+    std::shared_ptr<CConnection> Open(bool bBufferedReceive = false)
+    {
+        std::string strReason;
+        auto pConnection =
+            Connect(m_thread, m_events, "127.0.0.1", std::to_string(m_acceptor.local_endpoint().port()), 10s,
+                    {bBufferedReceive, nullptr, &m_events}, strReason);
+        EXPECT_NE(pConnection, nullptr) << strReason;
+        m_peer = m_acceptor.accept();
+        return pConnection;
+    }
+    void Write(const std::string& strBytes) { asio::write(m_peer, asio::buffer(strBytes)); }
+
+    // What was written so far has been read: between two tasks the receive thread looks at its sockets.
+    void LetReceiveThreadRead()
+    {
+        for (int nTask = 0; nTask < 3; ++nTask) {
+            asio::post(m_thread.Context(), std::packaged_task<void()>([] {})).get();
+        }
+    }
+
+    CHostEvents m_events;
+    CIoThread m_thread;
+    asio::io_context m_peerContext;
+    tcp::acceptor m_acceptor{m_peerContext, {asio::ip::address_v4::loopback(), 0}};
+    tcp::socket m_peer{m_peerContext};
+};
+
+// Takes messages that end with a dot; says that it needs 3 bytes more when there is a rest.
+class Recorder : public CSocketDataObserver {
+public:
+    unsigned int OnSocketRecvData(int, const char* pData, unsigned int nLen, unsigned int* pNeedLen,
+                                  void*) override
+    {
+        const std::lock_guard guard(m_lock);
+        const std::string strBytes(pData, nLen);
+        m_calls.push_back(pNeedLen == nullptr ? "kept " + strBytes : strBytes);
+        m_changed.notify_all();
+        const auto nConsumed = static_cast<unsigned int>(strBytes.rfind('.') + 1);
+        if (pNeedLen != nullptr) {
+            *pNeedLen = nConsumed == nLen ? 0 : 3;
+        }
+        return nConsumed;
+    }
+
+    std::vector<std::string> WaitForCalls(std::size_t nCalls)
+    {
+        std::unique_lock guard(m_lock);
+        m_changed.wait_for(guard, 10s, [&] { return m_calls.size() >= nCalls; });
+        return m_calls;
+    }
+
+private:
+    std::mutex m_lock;
+    std::condition_variable m_changed;
+    std::vector<std::string> m_calls;
+};
+
+TEST_F(Loopback, KeepsTheUnconsumedTailUntilEnoughHasCome)
+{
+    using Calls = std::vector<std::string>;
+    Recorder recorder;
+    const auto pConnection = Open();
+    pConnection->SetObserver(&recorder, nullptr);
+    pConnection->Start(1);
+    Write("a.b");
+    EXPECT_EQ(recorder.WaitForCalls(1), Calls{"a.b"});
+    Write("c");
+    LetReceiveThreadRead();
+    Write("d.");
+    EXPECT_EQ(recorder.WaitForCalls(2), (Calls{"a.b", "bcd."}));
+    pConnection->ClearObserver();
+    pConnection->Close();
+}
+
+TEST_F(Loopback, PassesNoNeedLengthWhenTheObserverBuffers)
+{
+    Recorder recorder;
+    const auto pConnection = Open(true);
+    pConnection->SetObserver(&recorder, nullptr);
+    pConnection->Start(1);
+    Write("a.b");
+    recorder.WaitForCalls(1);
+    Write("c");
+    EXPECT_EQ(recorder.WaitForCalls(2), (std::vector<std::string>{"kept a.b", "kept c"}));
+    pConnection->ClearObserver();
+    pConnection->Close();
+}
+
+TEST_F(Loopback, RefusesAWholeMessageWhenTheSendQueueIsFull)
+{
+    const auto pConnection = Open();
+    const std::string strMessage(CConnection::kMaxQueued, 'x');
+    int nTaken = 0;
+    while (nTaken < 1000 && pConnection->Send(strMessage)) { // the peer reads nothing
+        ++nTaken;
+    }
+    EXPECT_EQ(GetLastError(), NET_SOCKET_ERROR_NOBUFS);
+    pConnection->RefuseSends();
+    EXPECT_FALSE(pConnection->Send("x"));
+    EXPECT_EQ(GetLastError(), SOCKET_ERROR_NOT_CONNECTED);
+
+    std::string strReceived(static_cast<std::size_t>(nTaken) * strMessage.size(), '\0');
+    asio::read(m_peer, asio::buffer(strReceived)); // what was taken arrives, all of it
+    pConnection->Close();
+    asio::error_code error;
+    EXPECT_EQ(asio::read(m_peer, asio::buffer(strReceived), error), 0U);
+}
+
+TEST_F(Loopback, LinkBeatsThroughThePluginAndReportsASilentAndALostPeer)
+{
+    const CPlugin plugin(TVWALL_PLUGIN_PATH);
+    SLinkSettings settings;
+    settings.heartbeatEvery = 10ms;
+    settings.livenessEvery = 1ms; // at least one question between two beats
+    testing::internal::CaptureStderr();
+    const CDecoderLink link(plugin, m_thread, m_events, Open(), settings);
+    std::array<char, 8> beat{};
+    for (int nBeat = 0; nBeat < 20; ++nBeat) {
+        asio::read(m_peer, asio::buffer(beat));
+        EXPECT_EQ(HexText(beat.data(), beat.size()), "3131313100000000");
+    }
+    const std::string strLog = testing::internal::GetCapturedStderr();
+    EXPECT_NE(strLog.find("offline"), std::string::npos) << strLog;
+    EXPECT_EQ(strLog.find("offline"), strLog.rfind("offline")) << strLog;
+    EXPECT_FALSE(m_events.Lost());
+    m_peer.close();
+    while (!m_events.Lost() && m_events.Wait(CHostEvents::Clock::now() + 10s).bEvent) {
+    }
+    EXPECT_TRUE(m_events.Lost());
+}
+
+} // namespace
+} // namespace standin_host
