@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 #include "AtomicAccess.h"
 #include "DeviceRequest.h"
@@ -69,11 +70,11 @@ void CNetProtocolProcTWDECODERDevImp::ResizeBuffer(char*& buf, unsigned long& ca
         return;
     }
     delete[] buf;
-    // Where the allocation throws, an empty buffer is left behind.
-    buf = nullptr;
-    AtomicStoreRelaxed(capacity, 0);
-    buf = new char[need]();
-    AtomicStoreRelaxed(capacity, need);
+    buf = new (std::nothrow) char[need]();
+    AtomicStoreRelaxed(capacity, buf != nullptr ? need : 0);
+    if (buf == nullptr) {
+        throw std::bad_alloc();
+    }
 }
 
 unsigned int CNetProtocolProcTWDECODERDevImp::GetDevHeaderLength() { return sizeof(_tagNET_DATAHEAD); }

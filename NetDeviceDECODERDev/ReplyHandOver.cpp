@@ -1,18 +1,30 @@
 #include "ReplyHandOver.h"
 
-CReplyHandOver::~CReplyHandOver() { TakePublished(); }
+#include <utility>
 
-std::unique_ptr<S_DeviceReply> CReplyHandOver::TakePublished()
+CReplyHandOver::~CReplyHandOver()
 {
-    return std::unique_ptr<S_DeviceReply>(m_pPublished.exchange(nullptr, std::memory_order_acq_rel));
+    TakeFrom(m_pExpected);
+    TakeFrom(m_pOther);
+}
+
+void CReplyHandOver::Put(Slot& slot, std::unique_ptr<S_DeviceReply> pReply)
+{
+    delete slot.exchange(pReply.release(), std::memory_order_acq_rel);
+}
+
+std::unique_ptr<S_DeviceReply> CReplyHandOver::TakeFrom(Slot& slot)
+{
+    return std::unique_ptr<S_DeviceReply>(slot.exchange(nullptr, std::memory_order_acq_rel));
 }
 
 void CReplyHandOver::Expect(int nSeq)
 {
+    TakeFrom(m_pExpected); // of an exchange before
     m_nExpectedSeq.store(nSeq, std::memory_order_release);
-    // A decoder may have guessed the number and answered before the question. A receive that still saw no
-    // number expected can replace that copy, so it is taken aside now.
-    m_pEarly = TakePublished();
+    // The look at the other messages comes after the store: one that is published later finds its number
+    // expected (see Publish).
+    m_pEarly = TakeFrom(m_pOther);
     if (m_pEarly && m_pEarly->nSeq != nSeq) {
         m_pEarly.reset();
     }
@@ -24,7 +36,7 @@ std::unique_ptr<S_DeviceReply> CReplyHandOver::Take()
     if (nReceives % 2 == 1) {
         m_nReceives.wait(nReceives, std::memory_order_acquire);
     }
-    auto pReply = TakePublished();
+    auto pReply = TakeFrom(m_pExpected);
     if (pReply && pReply->nSeq == m_nExpectedSeq.load(std::memory_order_relaxed)) {
         return pReply;
     }
@@ -45,7 +57,7 @@ CReplyHandOver::CReceiveScope::CReceiveScope(CReplyHandOver& handOver) : m_handO
 CReplyHandOver::CReceiveScope::~CReceiveScope()
 {
     if (m_handOver.m_pPrepared) {
-        delete m_handOver.m_pPublished.exchange(m_handOver.m_pPrepared.release(), std::memory_order_acq_rel);
+        m_handOver.Publish();
     }
     m_handOver.m_nReceives.fetch_add(1, std::memory_order_release);
     m_handOver.m_nReceives.notify_all();
@@ -53,8 +65,23 @@ CReplyHandOver::CReceiveScope::~CReceiveScope()
 
 void CReplyHandOver::Prepare(int nSeq, const char* data, unsigned long len)
 {
-    const int nExpected = m_nExpectedSeq.load(std::memory_order_acquire);
-    if (nSeq == nExpected || nExpected == NO_SEQ) {
-        m_pPrepared = std::make_unique<S_DeviceReply>(S_DeviceReply{nSeq, std::string(data, len)});
+    m_pPrepared = std::make_unique<S_DeviceReply>(S_DeviceReply{nSeq, std::string(data, len)});
+}
+
+void CReplyHandOver::Publish()
+{
+    const int nSeq = m_pPrepared->nSeq;
+    if (nSeq != m_nExpectedSeq.load(std::memory_order_acquire)) {
+        Put(m_pOther, std::move(m_pPrepared));
+        // The worker may have begun to expect this number in between and have looked before the message was
+        // there; then the exchange in Put has made its store visible.
+        if (nSeq != m_nExpectedSeq.load(std::memory_order_acquire)) {
+            return;
+        }
+        m_pPrepared = TakeFrom(m_pOther);
+        if (!m_pPrepared) {
+            return; // the worker has it
+        }
     }
+    Put(m_pExpected, std::move(m_pPrepared));
 }

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-// The text of one reply, private to whoever holds it.
+// The text of one numbered message, private to whoever holds it.
 struct S_DeviceReply {
     int nSeq;
     std::string strText;
@@ -14,9 +14,10 @@ struct S_DeviceReply {
 //
 // The sequence number of a message becomes visible to the waiting worker before its text is stored, and the
 // session's own reply buffer is overwritten by the next message while the worker may still read. So the
-// receive thread makes a private copy of the reply that is expected and publishes it through one atomic
-// pointer once the message is stored; a worker that has seen the number lets the receive that is under way
-// finish and takes the copy.
+// receive thread makes a private copy of each message that carries a number and publishes it through an
+// atomic pointer once the message is stored; a worker that has seen the number lets the receive that is under
+// way finish and takes the copy. There are two such pointers, so that no stranger's message pushes out the
+// reply that is expected; a decoder may also guess a number and answer before the question.
 class CReplyHandOver {
 public:
     CReplyHandOver() = default;
@@ -28,7 +29,7 @@ public:
 
     // From now on the reply with this number is wanted. Call it before the request is sent.
     void Expect(int nSeq);
-    // The expected reply, or null when none was published. Call it after its number has been seen.
+    // The message with the expected number; null when none has come. Call it after its number has been seen.
     std::unique_ptr<S_DeviceReply> Take();
     // No reply is wanted any more.
     void ExpectNone();
@@ -46,18 +47,21 @@ public:
     private:
         CReplyHandOver& m_handOver;
     };
-    // Makes the copy if the number is wanted; call it inside the scope, before the number becomes visible.
-    // Throws std::bad_alloc; nothing has been published then.
+    // Makes the copy; call it inside the scope, before the number becomes visible. Throws std::bad_alloc.
     void Prepare(int nSeq, const char* data, unsigned long len);
 
 private:
     static constexpr int NO_SEQ = -1; // never a sequence number of a request
 
-    std::unique_ptr<S_DeviceReply> TakePublished();
+    using Slot = std::atomic<S_DeviceReply*>; // owns what it points to
+    static void Put(Slot& slot, std::unique_ptr<S_DeviceReply> pReply);
+    static std::unique_ptr<S_DeviceReply> TakeFrom(Slot& slot);
+    void Publish();
 
     std::atomic<int> m_nExpectedSeq{NO_SEQ};
-    std::atomic<unsigned int> m_nReceives{0}; // odd while a receive scope is open
-    std::atomic<S_DeviceReply*> m_pPublished{nullptr};
+    std::atomic<unsigned int> m_nReceives{0};   // odd while a receive scope is open
+    Slot m_pExpected{nullptr};                  // the expected reply
+    Slot m_pOther{nullptr};                     // the last other numbered message
     std::unique_ptr<S_DeviceReply> m_pPrepared; // receive thread only
     std::unique_ptr<S_DeviceReply> m_pEarly;    // worker only: came before it was expected
 };
