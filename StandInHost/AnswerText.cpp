@@ -35,7 +35,7 @@ std::string FailureText(uint32_t nCode)
 std::string CodeText(uint32_t nCode)
 {
     char szCode[11];
-    std::snprintf(szCode, sizeof szCode, "0x%08X", nCode);
+    (void)std::snprintf(szCode, sizeof szCode, "0x%08X", nCode);
     return szCode;
 }
 

@@ -1,4 +1,5 @@
-#include <system_error>
+#include <mutex>
+#include <optional>
 #include <utility>
 
 #include <asio/connect.hpp>

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
+#include <iostream>
 
 #include "Text.h"
 
@@ -31,8 +32,8 @@ std::string TimeOfDay()
     std::tm local{};
     ::localtime_r(&nSeconds, &local);
     char szTime[32];
-    std::snprintf(szTime, sizeof szTime, "%02d:%02d:%02d.%03d", local.tm_hour, local.tm_min, local.tm_sec,
-                  static_cast<int>(nMillis));
+    (void)std::snprintf(szTime, sizeof szTime, "%02d:%02d:%02d.%03d", local.tm_hour, local.tm_min,
+                        local.tm_sec, static_cast<int>(nMillis));
     return szTime;
 }
 
@@ -91,8 +92,7 @@ void CFrameTrace::Print(CFrameSplitter& splitter, const char* szDirection, std::
     splitter.Feed(bytes);
     CFrameSplitter::SFrame frame;
     while (splitter.Next(frame)) {
-        const std::string strLine = TimeOfDay() + ' ' + szDirection + ' ' + Describe(frame) + '\n';
-        std::fwrite(strLine.data(), 1, strLine.size(), stderr);
+        std::cerr << TimeOfDay() + ' ' + szDirection + ' ' + Describe(frame) + '\n';
     }
 }
 

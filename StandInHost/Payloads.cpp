@@ -20,7 +20,7 @@ CByteWriter ListRecord(std::size_t nItems)
 
 CByteWriter& CByteWriter::Zeros(std::size_t nCount)
 {
-    m_bytes.insert(m_bytes.end(), nCount, 0);
+    m_bytes.resize(m_bytes.size() + nCount);
     return *this;
 }
 

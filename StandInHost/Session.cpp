@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <csignal>
-#include <cstdio>
+#include <iostream>
 #include <utility>
 
 #include "AnswerText.h"
@@ -55,7 +55,7 @@ int CSession::Run(const SConsoleCommand& command, CLineInput* pScript)
     return m_nStatus;
 }
 
-void CSession::Execute(SConsoleCommand command)
+void CSession::Execute(const SConsoleCommand& command)
 {
     switch (command.kind) {
     case EKind::Login:
@@ -230,7 +230,7 @@ void CSession::Complain(const SConsoleCommand& command, int nStatus, const std::
     if (command.kind == EKind::Login) {
         throw CExitError(nStatus, Where() + strText);
     }
-    std::fprintf(stderr, "tvwall-host: %s%s\n", Where().c_str(), strText.c_str());
+    std::cerr << "tvwall-host: " + Where() + strText + '\n';
     m_nStatus = std::max(m_nStatus, nStatus);
 }
 

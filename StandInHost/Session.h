@@ -26,7 +26,7 @@ public:
     int Run(const SConsoleCommand& command, CLineInput* pScript);
 
 private:
-    void Execute(SConsoleCommand command);
+    void Execute(const SConsoleCommand& command);
     void Login();
     void Request(const SConsoleCommand& command);
     void Watch(const SConsoleCommand& command);

@@ -34,9 +34,9 @@ std::string GuidText(const GUID& guid)
 {
     const uint8_t* tail = guid.Data4;
     char szText[39];
-    std::snprintf(szText, sizeof szText, "{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}", guid.Data1,
-                  guid.Data2, guid.Data3, tail[0], tail[1], tail[2], tail[3], tail[4], tail[5], tail[6],
-                  tail[7]);
+    (void)std::snprintf(szText, sizeof szText, "{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}",
+                        guid.Data1, guid.Data2, guid.Data3, tail[0], tail[1], tail[2], tail[3], tail[4],
+                        tail[5], tail[6], tail[7]);
     return szText;
 }
 

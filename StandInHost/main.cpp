@@ -1,5 +1,5 @@
 #include <csignal>
-#include <cstdio>
+#include <iostream>
 #include <memory>
 #include <string>
 
@@ -69,7 +69,7 @@ int Run(const SOptions& options)
 void CheckBalance(const char* szWhat, long nCount)
 {
     if (nCount != 0) {
-        std::fprintf(stderr, "tvwall-host: out of balance: %ld %s\n", nCount, szWhat);
+        std::cerr << "tvwall-host: out of balance: " + std::to_string(nCount) + ' ' + szWhat + '\n';
     }
 }
 
@@ -89,13 +89,13 @@ int RunToStatus(int argc, const char* const* argv)
         return Run(ParseOptions(argc, argv));
     } catch (const CExitError& error) {
         if (error.Status() == EXIT_ALL_ANSWERED) {
-            std::puts(error.what());
+            std::cout << error.what() << '\n';
         } else if (*error.what() != '\0') {
-            std::fprintf(stderr, "tvwall-host: %s\n", error.what());
+            std::cerr << "tvwall-host: " << error.what() << '\n';
         }
         return error.Status();
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "tvwall-host: %s\n", error.what());
+        std::cerr << "tvwall-host: " << error.what() << '\n';
         return EXIT_USAGE;
     }
 }
@@ -104,7 +104,7 @@ int RunToStatus(int argc, const char* const* argv)
 
 int main(int argc, char** argv)
 {
-    std::signal(SIGPIPE, SIG_IGN); // a closed pipe shows as a failed write
+    (void)std::signal(SIGPIPE, SIG_IGN); // a closed pipe shows as a failed write
     const int nStatus = RunToStatus(argc, argv);
     CheckBalances();
     return nStatus;
