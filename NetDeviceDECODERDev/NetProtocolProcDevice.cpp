@@ -51,8 +51,8 @@ void CNetProtocolProcDevice::AddOneCmd(CCmdProcObject* cmd, unsigned char* buf, 
         copy.reset(new BYTE[len]);
         memcpy(copy.get(), buf, len);
     }
-    m_pCmdProcList->push_back({cmd, copy.get(), len});
-    copy.release();
+    m_pCmdProcList->push_back({cmd, nullptr, len});
+    m_pCmdProcList->back().pBuf = copy.release();
     reference.Release();
 }
 

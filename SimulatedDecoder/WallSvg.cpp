@@ -238,8 +238,9 @@ private:
         const Colour& colour = ColourOf(window);
         std::size_t cell = 0;
         for (const SubWindow& subWindow : window.split.subWindows) {
+            const std::size_t row = cell / grid.columns;
             const double x = area.x + width * static_cast<double>(cell % grid.columns);
-            const double y = area.y + height * static_cast<double>(cell / grid.columns);
+            const double y = area.y + height * static_cast<double>(row);
             ++cell;
             DrawRect({x, y, width, height},
                      fmt::format("fill=\"none\" stroke=\"{}\" stroke-width=\"0.8\"", colour.line));
@@ -267,7 +268,8 @@ private:
         for (std::size_t i = 0; i < shown; ++i) {
             const std::size_t layer = windows.size() - i;
             const Window& window = windows[layer - 1];
-            const double x = kMargin + static_cast<double>(i / lines) * kListColumn;
+            const std::size_t column = i / lines;
+            const double x = kMargin + static_cast<double>(column) * kListColumn;
             const double y = top + static_cast<double>(i % lines) * kListLine;
             const Colour& colour = ColourOf(window);
             DrawRect({x, y - 10, 12, 12}, fmt::format("fill=\"{}\" stroke=\"{}\"", colour.fill, colour.line));

@@ -87,8 +87,10 @@ bool CNetPacketNew::TakeFront(unsigned long nLen, Take take) const
 
 bool CNetPacketNew::GetPacketHead(char* pDst, unsigned long nLen) const
 {
-    return TakeFront(nLen, [&pDst](const char* pData, unsigned long nChunk) {
-        pDst = std::copy_n(pData, nChunk, pDst);
+    unsigned long nCopied = 0;
+    return TakeFront(nLen, [pDst, &nCopied](const char* pData, unsigned long nChunk) {
+        std::copy_n(pData, nChunk, pDst + nCopied);
+        nCopied += nChunk;
         return true;
     });
 }
