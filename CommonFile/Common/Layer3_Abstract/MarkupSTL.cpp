@@ -1,7 +1,6 @@
 #include "MarkupSTL.h"
 
 #include <climits>
-#include <cstring>
 
 #include "MarkupSTLToken.h"
 

@@ -121,13 +121,15 @@ private:
     void x_AddNodeError(std::string_view strError);
     static void x_ParseNode(TokenPos& token, NodePos& node);
 
-    bool x_AddElem(std::string_view strName, std::string_view strData, int nFlags);
+    bool x_AddText(std::string_view strName, std::string_view strData, int nFlags);
+    template <class Number>
+    bool x_AddNumber(std::string_view strName, Number nData, int nFlags);
+    bool x_AddElem(const NewElem& elem);
     bool x_InsertNew(const NewElem& elem);
     bool x_InsertIntoEmpty(const NewElem& elem);
     size_t x_FindInsertOffset() const;
     char* x_MakeGap(size_t nOffset, size_t nReplace, size_t nGap);
     void x_IndexNew(const NewElem& elem, size_t nStart, size_t nShift);
-    void x_MakeRoom();
     void x_LinkElem(int iPos, int iPosParent, int iPosPrev);
     int x_LastChild(int iPosParent) const;
     bool x_IsEmptyElem(int iPos) const;

@@ -12,27 +12,13 @@ constexpr size_t kGrowth = 4; // large steps, as memory that was not touched yet
 
 std::string_view View(const char* szText) { return szText == nullptr ? std::string_view() : szText; }
 
-// Decimal text of a number.
-class NumberText {
-public:
-    template <class Number>
-    explicit NumberText(Number n) : m_pEnd(std::to_chars(std::begin(m_szText), std::end(m_szText), n).ptr)
-    {
-    }
-    std::string_view View() const { return {m_szText, static_cast<size_t>(m_pEnd - m_szText)}; }
-
-private:
-    char m_szText[24];
-    char* m_pEnd;
-};
-
 char* Put(char* p, std::string_view strText) { return std::copy(strText.begin(), strText.end(), p); }
 
 char* PutEndTag(char* p, std::string_view strName)
 {
-    p = Put(p, "</");
-    p = Put(p, strName);
-    return Put(p, ">");
+    p = Put(Put(p, "</"), strName);
+    *p = '>';
+    return p + 1;
 }
 
 size_t EndTagLen(std::string_view strName) { return strName.size() + 3; }
@@ -41,66 +27,94 @@ size_t EndTagLen(std::string_view strName) { return strName.size() + 3; }
 
 // An element that is about to be added, its data already encoded.
 struct CMarkupSTL::NewElem {
+    NewElem(std::string_view name, std::string_view data, int nNodeFlags)
+        : strName(name), strData(data), nFlags(nNodeFlags), bLines((nNodeFlags & MNF_WITHNOLINES) == 0)
+    {
+        if (strData.empty() && (nFlags & MNF_WITHNOEND) == 0) {
+            strTagClose = (nFlags & MNF_WITHXHTMLSPACE) != 0 ? " />" : "/>";
+        }
+        nStartTag = 1 + strName.size() + strTagClose.size();
+        nEndTag = strData.empty() ? 0 : EndTagLen(strName);
+    }
+
+    bool IsValid() const
+    {
+        const bool bDataWithoutEnd = (nFlags & MNF_WITHNOEND) != 0 && !strData.empty();
+        return !strName.empty() && !bDataWithoutEnd && ElemPos::FitsTags(nStartTag, nEndTag);
+    }
+    size_t Length() const { return nStartTag + strData.size() + nEndTag; }
+    size_t LineEndLen() const { return bLines ? 2 : 0; }
+
+    char* PutLineEnd(char* p) const { return bLines ? Put(p, "\r\n") : p; }
+    char* PutElem(char* p) const
+    {
+        *p = '<';
+        p = Put(p + 1, strName);
+        if (strData.empty()) {
+            return Put(p, strTagClose);
+        }
+        *p = '>';
+        return PutEndTag(Put(p + 1, strData), strName);
+    }
+
     std::string_view strName;
     std::string_view strData;
+    std::string_view strTagClose = ">";
     int nFlags;
-
-    std::string_view TagClose() const
-    {
-        if (!strData.empty() || (nFlags & MNF_WITHNOEND) != 0) {
-            return ">";
-        }
-        return (nFlags & MNF_WITHXHTMLSPACE) != 0 ? " />" : "/>";
-    }
-    std::string_view LineEnd() const { return (nFlags & MNF_WITHNOLINES) != 0 ? "" : "\r\n"; }
-    size_t StartTagLen() const { return 1 + strName.size() + TagClose().size(); }
-    size_t EndTagLen() const { return strData.empty() ? 0 : ::EndTagLen(strName); }
-    size_t Length() const { return StartTagLen() + strData.size() + EndTagLen(); }
-    bool Fits() const { return ElemPos::FitsTags(StartTagLen(), EndTagLen()); }
-
-    char* Write(char* p) const
-    {
-        p = Put(p, "<");
-        p = Put(p, strName);
-        p = Put(p, TagClose());
-        return strData.empty() ? p : PutEndTag(Put(p, strData), strName);
-    }
+    bool bLines;
+    size_t nStartTag;
+    size_t nEndTag;
 };
 
 bool CMarkupSTL::AddElem(const char* szName, const char* szData, int nFlags)
 {
-    return x_AddElem(View(szName), View(szData), nFlags);
+    return x_AddText(View(szName), View(szData), nFlags);
 }
 
 bool CMarkupSTL::AddElem(const char* szName, int nData, int nFlags)
 {
-    return x_AddElem(View(szName), NumberText(nData).View(), nFlags);
+    return x_AddNumber(View(szName), nData, nFlags);
 }
 
 bool CMarkupSTL::AddElem(const char* szName, unsigned int nData, int nFlags)
 {
-    return x_AddElem(View(szName), NumberText(nData).View(), nFlags);
+    return x_AddNumber(View(szName), nData, nFlags);
 }
 
 bool CMarkupSTL::AddElem(const char* szName, unsigned long long nData, int nFlags)
 {
-    return x_AddElem(View(szName), NumberText(static_cast<long long>(nData)).View(), nFlags);
+    return x_AddNumber(View(szName), static_cast<long long>(nData), nFlags);
 }
 
-bool CMarkupSTL::x_AddElem(std::string_view strName, std::string_view strData, int nFlags)
+bool CMarkupSTL::x_AddText(std::string_view strName, std::string_view strData, int nFlags)
 {
-    if (m_aPos.Size() == 0 || strName.empty() || ((nFlags & MNF_WITHNOEND) != 0 && !strData.empty())) {
-        return false;
+    if (strData.empty()) {
+        return x_AddElem(NewElem(strName, strData, nFlags));
     }
     std::string strBuffer;
-    if (!strData.empty()) {
-        strData = x_EncodeData(strData, nFlags, strBuffer);
+    return x_AddElem(NewElem(strName, x_EncodeData(strData, nFlags, strBuffer), nFlags));
+}
+
+template <class Number>
+bool CMarkupSTL::x_AddNumber(std::string_view strName, Number nData, int nFlags)
+{
+    char szNumber[24];
+    const char* pEnd = std::to_chars(std::begin(szNumber), std::end(szNumber), nData).ptr;
+    const std::string_view strNumber(szNumber, static_cast<size_t>(pEnd - szNumber));
+    if ((nFlags & MNF_WITHCDATA) != 0) {
+        return x_AddText(strName, strNumber, nFlags);
     }
-    const NewElem elem{strName, strData, nFlags};
-    if (!elem.Fits()) {
+    return x_AddElem(NewElem(strName, strNumber, nFlags)); // digits need no escaping
+}
+
+bool CMarkupSTL::x_AddElem(const NewElem& elem)
+{
+    if (m_aPos.Size() == 0 || !elem.IsValid()) {
         return false;
     }
-    x_MakeRoom();
+    if (m_iPosFree == m_aPos.Size()) {
+        m_aPos.Grow();
+    }
     return x_IsEmptyElem(m_iPosParent) ? x_InsertIntoEmpty(elem) : x_InsertNew(elem);
 }
 
@@ -108,15 +122,16 @@ bool CMarkupSTL::x_AddElem(std::string_view strName, std::string_view strData, i
 bool CMarkupSTL::x_InsertNew(const NewElem& elem)
 {
     const bool bFirstContent = m_iPosParent != 0 && m_aPos[m_iPosParent].ContentLen() == 0;
-    const std::string_view strLead = bFirstContent ? elem.LineEnd() : "";
-    const size_t nShift = strLead.size() + elem.Length() + elem.LineEnd().size();
+    const size_t nLead = bFirstContent ? elem.LineEndLen() : 0;
+    const size_t nGap = nLead + elem.Length() + elem.LineEndLen();
     const size_t nOffset = x_FindInsertOffset();
-    char* p = x_MakeGap(nOffset, 0, nShift);
+    char* p = x_MakeGap(nOffset, 0, nGap);
     if (p == nullptr) {
         return false;
     }
-    Put(elem.Write(Put(p, strLead)), elem.LineEnd());
-    x_IndexNew(elem, nOffset + strLead.size(), nShift);
+    p = bFirstContent ? elem.PutLineEnd(p) : p;
+    elem.PutLineEnd(elem.PutElem(p));
+    x_IndexNew(elem, nOffset + nLead, nGap);
     return true;
 }
 
@@ -126,20 +141,21 @@ bool CMarkupSTL::x_InsertIntoEmpty(const NewElem& elem)
     constexpr size_t kReplaced = 2;
     const std::string strParent(x_FindTagName(m_iPosParent).GetToken()); // the text is about to move
     const size_t nStartTag = static_cast<size_t>(m_aPos[m_iPosParent].StartTagLen()) - 1;
-    if (!ElemPos::FitsTags(nStartTag, EndTagLen(strParent))) {
+    const size_t nEndTag = EndTagLen(strParent);
+    if (!ElemPos::FitsTags(nStartTag, nEndTag)) {
         return false;
     }
-    const size_t nGap =
-        1 + elem.LineEnd().size() + elem.Length() + elem.LineEnd().size() + EndTagLen(strParent);
     const size_t nOffset = static_cast<size_t>(m_aPos[m_iPosParent].StartContent()) - kReplaced;
+    const size_t nLead = 1 + elem.LineEndLen();
+    const size_t nGap = nLead + elem.Length() + elem.LineEndLen() + nEndTag;
     char* p = x_MakeGap(nOffset, kReplaced, nGap);
     if (p == nullptr) {
         return false;
     }
-    p = elem.Write(Put(Put(p, ">"), elem.LineEnd()));
-    PutEndTag(Put(p, elem.LineEnd()), strParent);
-    m_aPos[m_iPosParent].SetTagLengths(nStartTag, EndTagLen(strParent));
-    x_IndexNew(elem, nOffset + 1 + elem.LineEnd().size(), nGap - kReplaced);
+    p = elem.PutLineEnd(Put(p, ">"));
+    PutEndTag(elem.PutLineEnd(elem.PutElem(p)), strParent);
+    m_aPos[m_iPosParent].SetTagLengths(nStartTag, nEndTag);
+    x_IndexNew(elem, nOffset + nLead, nGap - kReplaced);
     return true;
 }
 
@@ -163,7 +179,7 @@ char* CMarkupSTL::x_MakeGap(size_t nOffset, size_t nReplace, size_t nGap)
         return nullptr;
     }
     if (m_strDoc.size() + nGap > m_strDoc.capacity()) {
-        m_strDoc.reserve(kGrowth * (m_strDoc.size() + nGap));
+        m_strDoc.reserve(std::min<size_t>(kGrowth * (m_strDoc.size() + nGap), INT_MAX));
     }
     m_strDoc.replace(nOffset, nReplace, nGap, '\0');
     return &m_strDoc[nOffset];
@@ -177,19 +193,12 @@ void CMarkupSTL::x_IndexNew(const NewElem& elem, size_t nStart, size_t nShift)
     pos = ElemPos{};
     pos.nStart = static_cast<int>(nStart);
     pos.nLength = static_cast<int>(elem.Length());
-    pos.SetTagLengths(elem.StartTagLen(), elem.EndTagLen());
+    pos.SetTagLengths(elem.nStartTag, elem.nEndTag);
     pos.nFlags = (elem.nFlags & MNF_WITHNOEND) != 0 ? MNF_NONENDED : 0;
     x_LinkElem(iPos, m_iPosParent, m_iPos != 0 ? m_iPos : x_LastChild(m_iPosParent));
     x_GrowParent(iPos, static_cast<int>(nShift));
     m_iPos = iPos;
     m_iPosChild = 0;
-}
-
-void CMarkupSTL::x_MakeRoom()
-{
-    if (m_iPosFree == m_aPos.Size()) {
-        m_aPos.Grow();
-    }
 }
 
 int CMarkupSTL::x_LastChild(int iPosParent) const

@@ -121,11 +121,14 @@ void ParseStartTag(TokenPos& token, NodePos& node)
         SetUnterminated(node, "Element tag");
         return;
     }
-    if (token.szDoc[static_cast<size_t>(token.nNext - 1)] == '/') {
+    ++token.nNext;
+    const std::string_view strTag =
+        token.szDoc.substr(static_cast<size_t>(node.nStart), static_cast<size_t>(token.nNext - node.nStart));
+    if (strTag.ends_with("/>")) {
         node.nFlags |= CMarkupSTL::MNF_EMPTY;
     }
-    ++token.nNext;
-    if (!ElemPos::FitsTags(static_cast<size_t>(token.nNext - node.nStart), 0)) {
+    // With "//>" the tag would still be an empty one after it has got a child.
+    if (strTag.ends_with("//>") || !ElemPos::FitsTags(strTag.size(), 0)) {
         SetIncorrect(node, "Element tag");
     }
 }
@@ -235,7 +238,9 @@ void CMarkupSTL::x_ParseNode(TokenPos& token, NodePos& node)
 
 void CMarkupSTL::x_ParseElem(NodeStack& open, const TokenPos& token, const NodePos& node)
 {
-    x_MakeRoom();
+    if (m_iPosFree == m_aPos.Size()) {
+        m_aPos.Grow();
+    }
     const int iPos = m_iPosFree++;
     ElemPos& elem = m_aPos[iPos];
     elem = ElemPos{};

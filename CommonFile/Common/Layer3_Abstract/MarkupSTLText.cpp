@@ -1,7 +1,6 @@
 #include "MarkupSTL.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <optional>
 

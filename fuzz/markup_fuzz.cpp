@@ -1,0 +1,103 @@
+// Parses hostile text as an XML document, then moves about in it and adds elements. Input: a byte with the
+// number of steps, a byte for each step, the text.
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "MarkupSTL.h"
+
+namespace {
+
+void Require(bool bHolds)
+{
+    if (!bHolds) {
+        std::abort();
+    }
+}
+
+// All elements as navigation finds them.
+std::string Outline(CMarkupSTL& doc)
+{
+    std::string text;
+    doc.ResetPos();
+    do {
+        while (doc.FindElem()) {
+            text += "[" + doc.GetTagName() + "=" + doc.GetData();
+            Require(doc.IntoElem());
+        }
+        text += "]";
+    } while (doc.OutOfElem());
+    return text;
+}
+
+// False when an element without end tag was added: the text is no longer well formed.
+bool Step(CMarkupSTL& doc, unsigned int nStep)
+{
+    constexpr int kFlags[] = {0,
+                              CMarkupSTL::MNF_WITHNOLINES,
+                              CMarkupSTL::MNF_WITHCDATA,
+                              CMarkupSTL::MNF_WITHREFS,
+                              CMarkupSTL::MNF_WITHXHTMLSPACE,
+                              CMarkupSTL::MNF_WITHNOEND};
+    constexpr const char* kData[] = {nullptr, "1", "<&amp;]]>'\"", "&#x"};
+    const unsigned int nChoice = nStep / 6;
+    const int nFlags = kFlags[nChoice % std::size(kFlags)];
+    switch (nStep % 6) {
+    case 0:
+        doc.FindElem(nChoice % 2 == 0 ? nullptr : "a");
+        return true;
+    case 1:
+        doc.IntoElem();
+        return true;
+    case 2:
+        doc.OutOfElem();
+        return true;
+    case 3:
+        if (nChoice == 0) {
+            doc.ResetPos();
+        }
+        return true;
+    case 4:
+        doc.AddElem("b", nChoice, nFlags);
+        return true;
+    default:
+        return !doc.AddElem("a", kData[nChoice % std::size(kData)], nFlags) ||
+               nFlags != CMarkupSTL::MNF_WITHNOEND;
+    }
+}
+
+void Exercise(CMarkupSTL& doc, bool bWellFormed, const std::vector<uint8_t>& steps)
+{
+    for (const unsigned int nStep : steps) {
+        bWellFormed = Step(doc, nStep) && bWellFormed;
+    }
+    CMarkupSTL copy;
+    copy = doc;
+    const std::string strOutline = Outline(doc);
+    Require(Outline(copy) == strOutline);
+    const bool bOneRoot = copy.IsWellFormed();
+    const bool bParses = copy.SetDoc(doc.GetDoc().data(), static_cast<unsigned int>(doc.GetDoc().size()));
+    Require(!bWellFormed || (bParses == bOneRoot && Outline(copy) == strOutline));
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    if (size == 0) {
+        return 0;
+    }
+    const size_t nSteps = std::min<size_t>(data[0], size - 1);
+    const std::vector<uint8_t> steps(data + 1, data + 1 + nSteps);
+    CMarkupSTL parsed(reinterpret_cast<const char*>(data + 1 + nSteps),
+                      static_cast<unsigned int>(size - 1 - nSteps));
+    Outline(parsed);
+    parsed.ResetPos();
+    Exercise(parsed, parsed.IsWellFormed(), steps);
+    CMarkupSTL composed;
+    Exercise(composed, true, steps);
+    return 0;
+}

@@ -1,0 +1,380 @@
+#include "ElemScope.h"
+#include "MarkupSTL.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// The elements as navigation finds them: "a[b=text c[d]]".
+std::string Outline(CMarkupSTL& doc)
+{
+    std::string text;
+    while (doc.FindElem()) {
+        text += (text.empty() ? "" : " ") + doc.GetTagName();
+        if (!doc.GetData().empty()) {
+            text += "=" + doc.GetData();
+        }
+        doc.IntoElem();
+        const std::string children = Outline(doc);
+        doc.OutOfElem();
+        text += children.empty() ? "" : "[" + children + "]";
+    }
+    return text;
+}
+
+std::string OutlineOf(const std::string& text)
+{
+    CMarkupSTL doc(text.data(), static_cast<unsigned int>(text.size()));
+    return Outline(doc);
+}
+
+// A document whose main position is the element at the end of a path of names.
+CMarkupSTL At(const std::string& text, std::initializer_list<const char*> path)
+{
+    CMarkupSTL doc(text.data(), static_cast<unsigned int>(text.size()));
+    for (const char* name : path) {
+        doc.IntoElem();
+        EXPECT_TRUE(doc.FindElem(name)) << name << " in " << text;
+    }
+    return doc;
+}
+
+std::string DataOf(const std::string& content) { return At("<x>" + content + "</x>", {"x"}).GetData(); }
+
+std::string Repeat(const char* text, int count)
+{
+    std::string all;
+    for (int i = 0; i < count; ++i) {
+        all += text;
+    }
+    return all;
+}
+
+bool Parses(CMarkupSTL& doc, const std::string& text)
+{
+    return doc.SetDoc(text.data(), static_cast<unsigned int>(text.size()));
+}
+
+constexpr int MANY = 100'000;
+
+TEST(Markup, ComposesARequestHeaderLineByLine)
+{
+    CMarkupSTL doc;
+    {
+        CElemScope command(doc, "td_command");
+        {
+            CElemScope header(doc, "td_header");
+            doc.AddElem("url", "dowallclear");
+            doc.AddElem("seq", 5);
+        }
+        {
+            CElemScope refused(doc, "");
+        }
+        doc.AddElem("td_body");
+    }
+    EXPECT_EQ(doc.GetDoc(),
+              "<td_command>\r\n<td_header>\r\n<url>dowallclear</url>\r\n<seq>5</seq>\r\n</td_header>"
+              "\r\n<td_body/>\r\n</td_command>\r\n");
+    EXPECT_TRUE(doc.IsWellFormed());
+    EXPECT_EQ(doc.GetTagName(), "td_command");
+}
+
+TEST(Markup, WritesAnElementInItsForm)
+{
+    using M = CMarkupSTL;
+    const struct {
+        const char* data;
+        int flags;
+        const char* text;
+    } cases[] = {
+        {nullptr, 0, "<x/>\r\n"},
+        {"", 0, "<x/>\r\n"},
+        {"", M::MNF_WITHXHTMLSPACE, "<x />\r\n"},
+        {nullptr, M::MNF_WITHNOEND, "<x>\r\n"},
+        {nullptr, M::MNF_WITHNOLINES, "<x/>"},
+        {"1", M::MNF_WITHNOLINES, "<x>1</x>"},
+        {"a<b>&'\"\xE2\x82\xAC", 0, "<x>a&lt;b&gt;&amp;'\"\xE2\x82\xAC</x>\r\n"},
+        {"'\"", M::MNF_ESCAPEQUOTES, "<x>&apos;&quot;</x>\r\n"},
+        {"&amp;&#x20;&_a-1;& &1;&a", M::MNF_WITHREFS, "<x>&amp;&#x20;&_a-1;&amp; &amp;1;&amp;a</x>\r\n"},
+        {"<&]]>]]>", M::MNF_WITHCDATA, "<x><![CDATA[<&]]]]><![CDATA[>]]]]><![CDATA[>]]></x>\r\n"},
+    };
+    for (const auto& c : cases) {
+        CMarkupSTL doc;
+        EXPECT_TRUE(doc.AddElem("x", c.data, c.flags));
+        EXPECT_EQ(doc.GetDoc(), c.text);
+        const bool bKeepsReferences = (c.flags & M::MNF_WITHREFS) != 0;
+        EXPECT_TRUE(bKeepsReferences || doc.GetData() == (c.data == nullptr ? "" : c.data)) << c.text;
+    }
+}
+
+TEST(Markup, WritesNumbersAsDecimalText)
+{
+    CMarkupSTL doc;
+    doc.AddElem("n", -1);
+    doc.AddElem("n", 4294967295U);
+    doc.AddElem("n", 9223372036854775807ULL);
+    doc.AddElem("n", 18446744073709551615ULL); // as "%lld" writes it
+    doc.AddElem("n", 0, CMarkupSTL::MNF_WITHCDATA);
+    EXPECT_EQ(doc.GetDoc(), "<n>-1</n>\r\n<n>4294967295</n>\r\n<n>9223372036854775807</n>\r\n<n>-1</n>\r\n"
+                            "<n><![CDATA[0]]></n>\r\n");
+}
+
+TEST(Markup, AddsWhereTheCursorStands)
+{
+    const struct {
+        const char* text;
+        std::initializer_list<const char*> path;
+        bool bInto;
+        int flags;
+        const char* result;
+    } cases[] = {
+        {"<a>\r\n<b/>\r\n<c/>\r\n</a>", {"a", "b"}, false, 0, "<a>\r\n<b/>\r\n<x/>\r\n<c/>\r\n</a>"},
+        {"<a><b/> text</a>", {"a", "b"}, false, 0, "<a><b/><x/>\r\n text</a>"},
+        {"<a><b/> </a>", {"a", "b"}, false, 0, "<a><b/> <x/>\r\n</a>"},
+        {"<a><b/><c/></a>", {"a"}, true, 0, "<a><b/><c/><x/>\r\n</a>"},
+        {"<a></a>", {"a"}, true, 0, "<a>\r\n<x/>\r\n</a>"},
+        {"<a>1</a>", {"a"}, true, 0, "<a>1<x/>\r\n</a>"},
+        {"<a b='/'/>\r\n", {"a"}, true, 0, "<a b='/'>\r\n<x/>\r\n</a>\r\n"},
+        {"<a />", {"a"}, true, 0, "<a >\r\n<x/>\r\n</a>"},
+        {"<a/>", {"a"}, true, CMarkupSTL::MNF_WITHNOLINES, "<a><x/></a>"},
+        {"<a></a>", {"a"}, true, CMarkupSTL::MNF_WITHNOLINES, "<a><x/></a>"},
+        {"<a><b>1</a>", {"a", "b"}, true, 0, "<a><b>1<x/>\r\n</a>"},
+        {"<a/>\r\n", {}, false, 0, "<a/>\r\n<x/>\r\n"},
+    };
+    for (const auto& c : cases) {
+        CMarkupSTL doc = At(c.text, c.path);
+        EXPECT_TRUE(!c.bInto || doc.IntoElem());
+        EXPECT_TRUE(doc.AddElem("x", nullptr, c.flags));
+        EXPECT_EQ(doc.GetDoc(), c.result);
+        EXPECT_EQ(doc.GetTagName(), "x");
+    }
+}
+
+TEST(Markup, KnowsEveryElementAfterAddingInTheMiddle)
+{
+    CMarkupSTL doc = At("<a><b><c>1</c><d>2</d></b><e><f>3</f></e></a>", {"a", "b", "c"});
+    doc.AddElem("x", "4");
+    doc.OutOfElem();
+    EXPECT_TRUE(doc.FindElem("e"));
+    EXPECT_TRUE(doc.AddElem("y"));
+    EXPECT_TRUE(doc.IntoElem() && doc.AddElem("z", 5) && doc.AddElem("z", 6));
+    doc.ResetPos();
+    EXPECT_TRUE(doc.AddElem("second"));
+    doc.ResetPos();
+    EXPECT_EQ(Outline(doc), "a[b[c=1 x=4 d=2] e[f=3] y[z=5 z=6]] second");
+    EXPECT_EQ(OutlineOf(doc.GetDoc()), "a[b[c=1 x=4 d=2] e[f=3] y[z=5 z=6]] second");
+}
+
+TEST(Markup, RefusedOperationsLeaveDocumentAndCursor)
+{
+    CMarkupSTL doc;
+    EXPECT_FALSE(doc.IntoElem());
+    EXPECT_FALSE(doc.OutOfElem());
+    EXPECT_FALSE(doc.FindElem());
+    EXPECT_EQ(doc.GetDoc() + doc.GetData() + doc.GetTagName(), "");
+
+    doc.AddElem("a");
+    const std::string endTagTooLong(1021, 'n');
+    EXPECT_FALSE(doc.AddElem(nullptr));
+    EXPECT_FALSE(doc.AddElem("", "1"));
+    EXPECT_FALSE(doc.AddElem("b", "1", CMarkupSTL::MNF_WITHNOEND));
+    EXPECT_FALSE(doc.AddElem(endTagTooLong.c_str(), "1"));
+    EXPECT_FALSE(doc.AddElem(std::string(1 << 20, 'n').c_str()));
+    EXPECT_FALSE(doc.FindElem("a"));
+    EXPECT_EQ(doc.GetDoc(), "<a/>\r\n");
+    EXPECT_EQ(doc.GetTagName(), "a");
+
+    EXPECT_TRUE(doc.AddElem(endTagTooLong.c_str()));
+    EXPECT_TRUE(doc.IntoElem());
+    EXPECT_FALSE(doc.AddElem("child")); // would need an end tag
+    EXPECT_EQ(doc.GetDoc(), "<a/>\r\n<" + endTagTooLong + "/>\r\n");
+}
+
+TEST(Markup, ReportsWhatIsWrongAndKeepsWhatItRecognises)
+{
+    const struct {
+        const char* text;
+        const char* error;
+        const char* outline;
+    } cases[] = {
+        {"<?xml version='1.0'?><!DOCTYPE a [<!ENTITY b '>'>]><!-- <c> --><a b='<>'><![CDATA[<d>]]></a>", "",
+         "a=<d>"},
+        {"<a  b = \"/>\" c ><d/></a >", "", "a[d]"},
+        {"<a b' c=d\"><e/></a>", "", "a[e]"},
+        {"", "Empty document", ""},
+        {" text", "No root element", ""},
+        {"<a/><b/>", "Root element has sibling", "a b"},
+        {"<a><b></a>", "End tag 'a' at offset 6 does not match start tag 'b' at offset 3", "a[b]"},
+        {"<a><b><c><d></a>",
+         "End tag 'a' at offset 12 does not match start tag 'd' at offset 9, Element 'c' at offset 6 not "
+         "ended, "
+         "Element 'b' at offset 3 not ended",
+         "a[b[c[d]]]"},
+        {"<a><b>1</b>", "Element 'a' at offset 0 not ended", "a[b=1]"},
+        {"<a></b></a>", "No start tag for end tag 'b' at offset 3", "a"},
+        {"<r><a></b></a></a></r>",
+         "No start tag for end tag 'b' at offset 6, No start tag for end tag 'a' at offset 14", "r[a]"},
+        {"</a>", "No start tag for end tag 'a' at offset 0, No root element", ""},
+        {"<a/><!DOCTYPE [", "Doctype at offset 4 unterminated", "a"},
+        {"<a/><b c='>", "Element tag at offset 4 unterminated", "a"},
+        {"<a/><", "Element tag at offset 4 unterminated", "a"},
+        {"<a><b//></a>", "Incorrect Element tag at offset 3", "a"},
+        {"<a></a <b/>", "Element end tag at offset 3 unterminated, Element 'a' at offset 0 not ended",
+         "a[b]"},
+        {"<a/><![CDATA[ ]]", "CDATA Section at offset 4 unterminated", "a"},
+        {"<a/><?b", "Processing instruction at offset 4 unterminated", "a"},
+        {"<a/><!--->", "Comment at offset 4 unterminated", "a"},
+        {"<a>1 < 2</a>", "Incorrect tag name character at offset 5", "a=1  2"},
+        {"<a></></a>", "Incorrect tag name character at offset 3", "a=>"},
+        {"<a/><!b>", "Incorrect ! tag at offset 4", "a"},
+        {"<a/><!-b>", "Incorrect comment tag at offset 4", "a"},
+    };
+    CMarkupSTL doc;
+    for (const auto& c : cases) {
+        EXPECT_EQ(doc.SetDoc(c.text), c.error[0] == '\0') << c.text;
+        EXPECT_EQ(doc.GetError(), c.error) << c.text;
+        EXPECT_EQ(Outline(doc), c.outline) << c.text;
+    }
+}
+
+TEST(Markup, FindsTheNextSiblingOfAName)
+{
+    CMarkupSTL doc = At("<h><seqno>1</seqno><seq>2</seq><seq>3</seq></h>", {"h"});
+    doc.IntoElem();
+    EXPECT_TRUE(doc.FindElem("seq"));
+    EXPECT_EQ(doc.GetData(), "2");
+    EXPECT_TRUE(doc.FindElem("seq[1]"));
+    EXPECT_EQ(doc.GetData(), "3");
+    EXPECT_FALSE(doc.FindElem(""));
+    EXPECT_EQ(doc.GetData(), "3");
+    for (const char* name : {"seq", "seq/x", "seq 1", "seq=", "seq]"}) {
+        doc.ResetPos();
+        EXPECT_TRUE(doc.FindElem(nullptr) && doc.IntoElem() && doc.FindElem(name)) << name;
+        EXPECT_EQ(doc.GetData(), "2");
+    }
+    for (const char* name : {"Seq", "se", "seqn", "seq-", "x"}) {
+        doc.ResetPos();
+        EXPECT_TRUE(doc.FindElem() && doc.IntoElem());
+        EXPECT_FALSE(doc.FindElem(name)) << name;
+    }
+}
+
+TEST(Markup, ReadsTheDataOfAnElement)
+{
+    EXPECT_EQ(DataOf("x&amp;y"), "x&y");
+    EXPECT_EQ(DataOf("<y>1</y>"), "");
+    EXPECT_EQ(DataOf(" a<!-- b -->&lt;<![CDATA[&lt;]]><?c?> d<![CDATA[]]>"), " a<&lt; d");
+    EXPECT_EQ(At("<x><y>1</x>", {"x", "y"}).GetData(), ""); // no end tag, no data
+}
+
+TEST(Markup, UnescapesReferences)
+{
+    const std::pair<const char*, std::string> cases[] = {
+        {"&lt;&amp;&gt;&apos;&quot;", "<&>'\""},
+        {"&#65;&#x7f;&#x80;&#x7FF;&#x800;", "A\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80"},
+        {"&#x20AC;", "\xE2\x82\xAC"},
+        {"&#x10041;", "\xE0\x81\x81"}, // only the low 16 bits, in three bytes
+        {"&#0000065;&#00000065;", "A&#00000065;"},
+        {"&#0;", std::string("\0&#0;", 5)},
+        {"&nbsp;&lt &LT;&;&&#;&#x;&#X41;&#-1;&#4a;&#x4g;&amp",
+         "&nbsp;&lt &LT;&;&&#;&#x;&#X41;&#-1;&#4a;&#x4g;&amp"},
+    };
+    for (const auto& [text, expected] : cases) {
+        EXPECT_EQ(CMarkupSTL::UnescapeText(text), expected);
+    }
+    EXPECT_EQ(CMarkupSTL::UnescapeText("&#65;", 4), "&#65");
+    EXPECT_EQ(CMarkupSTL::UnescapeText(nullptr), "");
+    EXPECT_EQ(CMarkupSTL::EscapeText("<'&lt;", CMarkupSTL::MNF_WITHREFS), "&lt;'&lt;");
+}
+
+TEST(Markup, CopiesAreIndependentAndKeepTheCursor)
+{
+    CMarkupSTL doc;
+    for (int i = 0; i < MANY; ++i) { // more than one segment of the index
+        doc.AddElem("n", i);
+    }
+    doc.AddElem("a");
+    doc.IntoElem();
+    doc.AddElem("b", 1);
+    CMarkupSTL copy;
+    copy = doc;
+    EXPECT_EQ(copy.GetData(), "1");
+    copy.AddElem("c", 2);
+    EXPECT_TRUE(copy.OutOfElem() && copy.AddElem("d"));
+    EXPECT_EQ(copy.GetDoc(),
+              doc.GetDoc().substr(0, doc.GetDoc().size() - 6) + "<c>2</c>\r\n</a>\r\n<d/>\r\n");
+    EXPECT_TRUE(doc.AddElem("e"));
+    copy.ResetPos();
+    EXPECT_TRUE(copy.FindElem("a") && copy.IntoElem() && copy.FindElem("c"));
+    EXPECT_EQ(copy.GetData(), "2");
+}
+
+// Each of these takes minutes or overflows the stack when the work is not linear.
+TEST(Markup, ParsesHostileTextsInLinearTime)
+{
+    const std::string longName(1'000'000, 'n');
+    const std::string texts[] = {
+        Repeat("<a>", MANY),
+        Repeat("<a>", MANY) + Repeat("</b>", MANY),
+        Repeat("<a>", MANY) + Repeat("</b></a>", MANY),
+        Repeat("<a><b>", MANY) + Repeat("</a>", MANY),
+        Repeat("</a>", MANY),
+        Repeat("</a", MANY),
+        Repeat("<", 10 * MANY),
+        Repeat("<!", MANY) + Repeat("<!-", MANY),
+        Repeat("<a b='<a b=\"", MANY),
+        Repeat("<?<![CDATA[<!--", MANY),
+        Repeat("<!DOCTYPE [\"'", MANY),
+        "<" + longName + ">" + Repeat("<a>", MANY) + "</" + longName.substr(0, 1000) + ">" +
+            Repeat("</b>", MANY),
+    };
+    CMarkupSTL doc;
+    for (const std::string& text : texts) {
+        EXPECT_FALSE(Parses(doc, text)) << text.substr(0, 20);
+        EXPECT_NE(doc.GetError(), "");
+        EXPECT_LT(doc.GetError().size(), 4'000'000U);
+        while (doc.FindElem() && doc.IntoElem()) {
+        }
+        EXPECT_TRUE(doc.AddElem("x", "1"));
+        EXPECT_EQ(doc.GetData(), "1");
+    }
+    EXPECT_TRUE(Parses(doc, "<a" + Repeat(" b='1'", MANY) + ">" + Repeat("&", MANY) + "</a>"));
+    EXPECT_TRUE(doc.FindElem());
+    EXPECT_EQ(doc.GetData().size(), static_cast<size_t>(MANY));
+}
+
+TEST(Markup, AddsInsideDeepNesting)
+{
+    CMarkupSTL doc;
+    EXPECT_TRUE(Parses(doc, Repeat("<a>", MANY) + "<b/>" + Repeat("</a>", MANY)));
+    while (doc.FindElem("a") && doc.IntoElem()) {
+    }
+    EXPECT_TRUE(doc.FindElem("b") && doc.IntoElem() && doc.AddElem("c"));
+    EXPECT_NE(doc.GetDoc().find("<a><b>\r\n<c/>\r\n</b></a>"), std::string::npos);
+    doc.ResetPos();
+    EXPECT_TRUE(doc.FindElem("a") && doc.IntoElem() && doc.AddElem("d"));
+    EXPECT_TRUE(doc.GetDoc().ends_with("</a><d/>\r\n</a>"));
+}
+
+TEST(Markup, DoesNotIndexTagsThatItsLengthFieldsCannotHold)
+{
+    const auto startTag = [](int length) {
+        return "<a " + std::string(static_cast<size_t>(length) - 4, ' ') + ">";
+    };
+    CMarkupSTL doc;
+    for (const int length : {(1 << 20) - 1, 1 << 21, 3145727}) {
+        EXPECT_TRUE(Parses(doc, startTag(length) + "1</a>")) << length;
+        EXPECT_EQ(Outline(doc), "a=1") << length;
+    }
+    for (const int length : {1 << 20, (1 << 21) - 1, 3145728, 1 << 22}) {
+        EXPECT_FALSE(Parses(doc, "<r>" + startTag(length) + "<b>1</b></r>")) << length;
+        EXPECT_EQ(doc.GetError(), "Incorrect Element tag at offset 3");
+        EXPECT_EQ(Outline(doc), "r[b=1]") << length;
+    }
+    EXPECT_TRUE(Parses(doc, "<a>1</a" + std::string(1019, ' ') + ">"));
+    EXPECT_EQ(Outline(doc), "a=1");
+    EXPECT_FALSE(Parses(doc, "<a>1</a" + std::string(1020, ' ') + ">"));
+    EXPECT_EQ(doc.GetError(), "Incorrect Element end tag at offset 4, Element 'a' at offset 0 not ended");
+}
+
+} // namespace
