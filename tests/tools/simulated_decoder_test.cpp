@@ -1,4 +1,4 @@
-// What the simulated decoder decides by itself: the wall and its refusals, the faults, the cutting of frames.
+// What the simulated decoder decides by itself: the wall and its refusals, the faults, lost links.
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,6 @@
 #include "Faults.h"
 #include "Frame.h"
 #include "Wall.h"
-#include "WallPictures.h"
 
 namespace simulated_decoder {
 namespace {
@@ -106,48 +105,6 @@ TEST(SimulatedWall, KeepsTheNewestOnTopAndRaisesWithoutDisorder)
     EXPECT_EQ(Ids(wall), (std::vector<std::uint32_t>{2, 1}));
 }
 
-TEST(SimulatedWall, HoldsNoMoreThanItsLimit)
-{
-    std::vector<Window> windows;
-    for (std::uint32_t id = 0; id < kMaxWindows; ++id) {
-        windows.push_back(MakeWindow(id));
-    }
-    Wall wall(1, 1);
-    ASSERT_EQ(wall.Create(windows), ErrorCode::Success);
-    EXPECT_EQ(wall.Create({MakeWindow(kMaxWindows)}), ErrorCode::TooManyWindows);
-}
-
-TEST(SimulatedWallText, ShowsTheUpperWindowWholeAndListsItFirst)
-{
-    Wall wall(2, 3);
-    ASSERT_EQ(wall.Create({MakeWindow(41, {0, 0, 1, 1}), MakeWindow(42, {960, 540, 1920, 1080}),
-                           MakeWindow(43, {0, 0, 1920, 1080}, 4)}),
-              ErrorCode::Success);
-    const std::string text = DrawText(wall);
-    EXPECT_EQ(text.find("■"), std::string::npos) << "41 lies under 43";
-    EXPECT_EQ(text.find("╔═ 42"), std::string::npos) << "this corner lies under 43";
-    EXPECT_NE(text.find("│╔═ 43 ════════════════════════╗│"), std::string::npos);
-    EXPECT_NE(text.find("layer\n        43       0       0    1920    1080     4      3\n"),
-              std::string::npos);
-}
-
-TEST(SimulatedWallText, StaysWithin100ColumnsWhateverTheWall)
-{
-    for (const auto& [rows, columns] :
-         {std::pair(1, 1), std::pair(1, 16), std::pair(16, 1), std::pair(16, 16)}) {
-        Wall wall(rows, columns);
-        ASSERT_EQ(wall.Create({MakeWindow(1, {0, 0, wall.Width(), wall.Height()}, 64),
-                               MakeWindow(2, {wall.Width() - 1, wall.Height() - 1, 1, 1})}),
-                  ErrorCode::Success);
-        std::size_t width = 0;
-        for (const char byte : DrawText(wall)) {
-            const bool continuation = (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-            width = byte == '\n' ? 0 : width + (continuation ? 0 : 1);
-            ASSERT_LE(width, 100U) << rows << " x " << columns;
-        }
-    }
-}
-
 TEST(SimulatedFaults, UnderstandsTheirFormsAndCombinesThem)
 {
     Faults faults;
@@ -192,25 +149,6 @@ TEST(SimulatedFaults, SaysWhatIsWrongWithABadOne)
         Faults faults;
         EXPECT_EQ(AddFault(faults, spec), problem);
         EXPECT_TRUE(faults.urls.empty() && faults.chunk == 0 && faults.cutAfter == 0 && !faults.deviceHead);
-    }
-}
-
-TEST(SimulatedFrames, ComeOutTheSameHoweverTheStreamIsSplit)
-{
-    const std::string stream = EncodeFrame("first") + EncodeFrame("") + EncodeFrame("1111");
-    for (std::size_t cut = 0; cut <= stream.size(); ++cut) {
-        FrameReader reader;
-        std::string seen;
-        std::string payload;
-        for (const std::string& part : {stream.substr(0, cut), stream.substr(cut)}) {
-            reader.Feed(part);
-            for (auto result = reader.Next(payload); result != FrameReader::Result::NeedMore;
-                 result = reader.Next(payload)) {
-                seen += result == FrameReader::Result::Heartbeat ? "beat" : payload;
-                seen += ' ';
-            }
-        }
-        EXPECT_EQ(seen, "first beat 1111 ") << "split at " << cut;
     }
 }
 

@@ -118,17 +118,6 @@ TEST(Script, SplitsLinesAsAShellDoes)
     EXPECT_EQ(SplitLine(" # nothing"), Words());
 }
 
-TEST(Text, ReadsAndWritesIdentifiersAndTamesBytesFromOutside)
-{
-    const auto guid = ParseGuid("00112233-4455-6677-8899-aabbccddeeff");
-    ASSERT_TRUE(guid);
-    EXPECT_EQ(guid->Data1, 0x00112233U);
-    EXPECT_EQ(GuidText(*guid), "{00112233-4455-6677-8899-AABBCCDDEEFF}");
-    EXPECT_FALSE(ParseGuid("0011223-34455-6677-8899-aabbccddeeff"));
-    EXPECT_FALSE(ParseGuid("{00112233-4455-6677-8899-aabbccddeeff"));
-    EXPECT_EQ(OneLine("a\r\n\tb\x1b[1mc\n"), "a \\x09b\\x1b[1mc");
-}
-
 TEST(MemPool, CountsReferencesAndRefusesDeadHandles)
 {
     CMemPool& pool = CMemPool::Instance();
@@ -240,20 +229,6 @@ TEST_F(Loopback, KeepsTheUnconsumedTailUntilEnoughHasCome)
     LetReceiveThreadRead();
     Write("d.");
     EXPECT_EQ(recorder.WaitForCalls(2), (Calls{"a.b", "bcd."}));
-    pConnection->ClearObserver();
-    pConnection->Close();
-}
-
-TEST_F(Loopback, PassesNoNeedLengthWhenTheObserverBuffers)
-{
-    Recorder recorder;
-    const auto pConnection = Open(true);
-    pConnection->SetObserver(&recorder, nullptr);
-    pConnection->Start(1);
-    Write("a.b");
-    recorder.WaitForCalls(1);
-    Write("c");
-    EXPECT_EQ(recorder.WaitForCalls(2), (std::vector<std::string>{"kept a.b", "kept c"}));
     pConnection->ClearObserver();
     pConnection->Close();
 }

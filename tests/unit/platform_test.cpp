@@ -119,23 +119,6 @@ TEST(PlatformTest, ASemaphoreCountsUpToItsMaximum)
     EXPECT_FALSE(semaphore.trylock());
 }
 
-TEST(PlatformTest, ANamedLockIsSharedByName)
-{
-    const std::string name = "/platform_test." + std::to_string(getpid());
-    int nShared = 0;
-    RunThreads(4, [&] {
-        CNameLock lock(name.c_str());
-        for (int i = 0; i < 200; ++i) {
-            EXPECT_TRUE(lock.Lock());
-            ++nShared;
-            EXPECT_TRUE(lock.Unlock());
-        }
-    });
-    EXPECT_EQ(nShared, 800);
-    EXPECT_EQ(sem_unlink(name.c_str()), 0); // it outlives its users
-    EXPECT_FALSE(CNameLock("/not/possible").Lock() || CNameLock(nullptr).Unlock());
-}
-
 TEST(PlatformTest, CountersAreAtomicAndAStorePublishesWhatWasWrittenBefore)
 {
     Interlocked counter(5), arrived(0), running(4);
