@@ -1,4 +1,4 @@
-// What the simulated decoder decides by itself: the wall and its refusals, the faults, lost links.
+// What the simulated decoder decides by itself: the wall and its refusals, the faults.
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "Faults.h"
-#include "Frame.h"
 #include "Wall.h"
 
 namespace simulated_decoder {
@@ -150,17 +149,6 @@ TEST(SimulatedFaults, SaysWhatIsWrongWithABadOne)
         EXPECT_EQ(AddFault(faults, spec), problem);
         EXPECT_TRUE(faults.urls.empty() && faults.chunk == 0 && faults.cutAfter == 0 && !faults.deviceHead);
     }
-}
-
-TEST(SimulatedFrames, EndWhereTheLinkIsLost)
-{
-    std::string payload;
-    FrameReader stranger;
-    stranger.Feed("GET / HTTP/1.0\r\n");
-    EXPECT_EQ(stranger.Next(payload), FrameReader::Result::BadHead);
-    FrameReader huge;
-    huge.Feed("1111\xF8\xFF\xFF\xFF");
-    EXPECT_EQ(huge.Next(payload), FrameReader::Result::TooLong);
 }
 
 } // namespace

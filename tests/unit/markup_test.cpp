@@ -287,28 +287,6 @@ TEST(Markup, UnescapesReferences)
     EXPECT_EQ(CMarkupSTL::EscapeText("<'&lt;", CMarkupSTL::MNF_WITHREFS), "&lt;'&lt;");
 }
 
-TEST(Markup, CopiesAreIndependentAndKeepTheCursor)
-{
-    CMarkupSTL doc;
-    for (int i = 0; i < MANY; ++i) { // more than one segment of the index
-        doc.AddElem("n", i);
-    }
-    doc.AddElem("a");
-    doc.IntoElem();
-    doc.AddElem("b", 1);
-    CMarkupSTL copy;
-    copy = doc;
-    EXPECT_EQ(copy.GetData(), "1");
-    copy.AddElem("c", 2);
-    EXPECT_TRUE(copy.OutOfElem() && copy.AddElem("d"));
-    EXPECT_EQ(copy.GetDoc(),
-              doc.GetDoc().substr(0, doc.GetDoc().size() - 6) + "<c>2</c>\r\n</a>\r\n<d/>\r\n");
-    EXPECT_TRUE(doc.AddElem("e"));
-    copy.ResetPos();
-    EXPECT_TRUE(copy.FindElem("a") && copy.IntoElem() && copy.FindElem("c"));
-    EXPECT_EQ(copy.GetData(), "2");
-}
-
 // Each of these takes minutes or overflows the stack when the work is not linear.
 TEST(Markup, ParsesHostileTextsInLinearTime)
 {
