@@ -1,10 +1,8 @@
 #include <cerrno>
 #include <csignal>
-#include <fcntl.h>
 #include <functional>
 #include <gtest/gtest.h>
 #include <list>
-#include <semaphore.h>
 #include <string>
 #include <thread>
 #include <unistd.h>
@@ -14,7 +12,6 @@
 #include "AtomicAccess.h"
 #include "Event.h"
 #include "Interlocked.h"
-#include "PFFile.h"
 #include "PFHelper.h"
 #include "PFTime.h"
 #include "Semaphore.h"
@@ -165,24 +162,6 @@ TEST(PlatformTest, ASleepGoesOnAfterASignal)
     EXPECT_GE(std::pair(now.tv_sec, now.tv_nsec), std::pair(end.tv_sec, end.tv_nsec));
     EXPECT_EQ(pthread_join(nThreadID, nullptr), 0);
     EXPECT_FALSE(CPFHelper::CreateThread(nullptr, &done, &nThreadID));
-}
-
-TEST(PlatformTest, AFileIsWrittenAndReadWhole)
-{
-    const std::string path = testing::TempDir() + "platform_test." + std::to_string(getpid());
-    CPFFile file;
-    char buffer[8] = {};
-    EXPECT_FALSE(file.Open(path, O_RDONLY));
-    EXPECT_EQ(CPFHelper::GetLastError(), ENOENT);
-    EXPECT_TRUE(file.GetSize() == -1 && file.Read(buffer, 1) == -1 && !file.Write(buffer, 1));
-    ASSERT_TRUE(file.Open(path, O_WRONLY | O_CREAT | O_TRUNC));
-    EXPECT_TRUE(file.Write("wall", 4));
-    ASSERT_TRUE(file.Open(path, O_RDONLY));
-    EXPECT_EQ(file.GetSize(), 4);
-    EXPECT_EQ(file.Read(buffer, 3), 3);
-    EXPECT_EQ(file.Read(buffer + 3, 5), 1);
-    EXPECT_STREQ(buffer, "wall");
-    unlink(path.c_str());
 }
 
 TEST(PlatformTest, GuidTextIsUpperCaseInBraces)
