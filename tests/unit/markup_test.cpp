@@ -321,7 +321,7 @@ TEST(Markup, ParsesHostileTextsInLinearTime)
     EXPECT_EQ(doc.GetData().size(), static_cast<size_t>(MANY));
 }
 
-TEST(Markup, AddsInsideDeepNesting)
+TEST(Markup, AddsInsideDeepNestingAndItsCopy)
 {
     CMarkupSTL doc;
     EXPECT_TRUE(Parses(doc, Repeat("<a>", MANY) + "<b/>" + Repeat("</a>", MANY)));
@@ -329,9 +329,13 @@ TEST(Markup, AddsInsideDeepNesting)
     }
     EXPECT_TRUE(doc.FindElem("b") && doc.IntoElem() && doc.AddElem("c"));
     EXPECT_NE(doc.GetDoc().find("<a><b>\r\n<c/>\r\n</b></a>"), std::string::npos);
-    doc.ResetPos();
-    EXPECT_TRUE(doc.FindElem("a") && doc.IntoElem() && doc.AddElem("d"));
-    EXPECT_TRUE(doc.GetDoc().ends_with("</a><d/>\r\n</a>"));
+    CMarkupSTL copy;
+    copy = doc;
+    EXPECT_EQ(copy.GetTagName(), "c");
+    copy.ResetPos();
+    EXPECT_TRUE(copy.FindElem("a") && copy.IntoElem() && copy.AddElem("d"));
+    EXPECT_TRUE(copy.GetDoc().ends_with("</a><d/>\r\n</a>"));
+    EXPECT_TRUE(doc.GetDoc().ends_with("</a></a>"));
 }
 
 TEST(Markup, DoesNotIndexTagsThatItsLengthFieldsCannotHold)

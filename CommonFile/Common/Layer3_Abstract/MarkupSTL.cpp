@@ -16,6 +16,27 @@ CMarkupSTL::CMarkupSTL(const char* szDoc, unsigned int nLen)
     SetDoc(szDoc, nLen);
 }
 
+// All copies are made first: text, index and cursor have to stay those of one document.
+CMarkupSTL& CMarkupSTL::operator=(const CMarkupSTL& other)
+{
+    CMarkupSTL copy(other);
+    m_strDoc.swap(copy.m_strDoc);
+    m_strError.swap(copy.m_strError);
+    m_mapSavedPos.swap(copy.m_mapSavedPos);
+    m_aPos.Swap(copy.m_aPos);
+    m_aGrown.swap(copy.m_aGrown);
+    m_iPosParent = copy.m_iPosParent;
+    m_iPos = copy.m_iPos;
+    m_iPosChild = copy.m_iPosChild;
+    m_iPosFree = copy.m_iPosFree;
+    m_iPosDeleted = copy.m_iPosDeleted;
+    m_nNodeType = copy.m_nNodeType;
+    m_nNodeOffset = copy.m_nNodeOffset;
+    m_nNodeLength = copy.m_nNodeLength;
+    m_nFlags = copy.m_nFlags;
+    return *this;
+}
+
 bool CMarkupSTL::SetDoc(const char* szDoc)
 {
     return x_SetDoc(szDoc == nullptr ? std::string_view() : std::string_view(szDoc));

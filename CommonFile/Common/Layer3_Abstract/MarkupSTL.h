@@ -16,8 +16,8 @@ struct TokenPos;
 //
 // The cursor has a parent and, among the children of that parent, a main position or none. Operations that
 // answer false leave document and cursor unchanged. A text has at most 2^31 - 1 bytes; what would be longer
-// is refused. Bad input never throws; std::bad_alloc may leave AddElem and SetDoc, with a document that can
-// still be used. A document is a value, used by one thread at a time.
+// is refused. Bad input never throws; std::bad_alloc may leave any operation that allocates, with a document
+// that can still be used. A document is a value, used by one thread at a time.
 class CMarkupSTL {
 public:
     enum MarkupNodeType {
@@ -63,7 +63,7 @@ public:
     // Copies and parses nLen bytes, which may hold zero bytes.
     CMarkupSTL(const char* szDoc, unsigned int nLen);
     CMarkupSTL(const CMarkupSTL&) = default; // no move: it would leave an index without its text
-    CMarkupSTL& operator=(const CMarkupSTL&) = default;
+    CMarkupSTL& operator=(const CMarkupSTL& other);
     ~CMarkupSTL() = default;
 
     // Replaces the text and parses it; a null pointer gives an empty text. Whether the new document is well

@@ -1,6 +1,7 @@
 #include "MarkupSTLIndex.h"
 
 #include <algorithm>
+#include <utility>
 
 PosArray::PosArray(const PosArray& other)
 {
@@ -15,9 +16,14 @@ PosArray::PosArray(const PosArray& other)
 PosArray& PosArray::operator=(const PosArray& other)
 {
     PosArray copy(other);
-    pSegs.swap(copy.pSegs);
-    nSize = copy.nSize;
+    Swap(copy);
     return *this;
+}
+
+void PosArray::Swap(PosArray& other) noexcept
+{
+    pSegs.swap(other.pSegs);
+    std::swap(nSize, other.nSize);
 }
 
 void PosArray::Reset(size_t nEntries)

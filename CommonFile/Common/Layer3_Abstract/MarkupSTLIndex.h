@@ -45,12 +45,13 @@ struct ElemPos {
 };
 
 // Entries in segments. The first segment grows by doubling; from then on whole segments are added and nothing
-// moves. Entries start zeroed.
+// moves. New entries are not initialised: memory that is never used is never touched.
 class PosArray {
 public:
     PosArray() = default;
     PosArray(const PosArray& other);
     PosArray& operator=(const PosArray& other);
+    void Swap(PosArray& other) noexcept;
 
     // Drops all entries and makes room for nEntries, at most one segment for a start.
     void Reset(size_t nEntries);
