@@ -17,6 +17,8 @@ public:
     }
 
     bool IsGood() const { return m_bGood; }
+    // False when the plain fields are to be dropped again.
+    bool KeepsHead() const { return true; }
 
     // Plain fields that follow each other without gaps, each with its own width: all of them, or none when
     // fewer bytes are left than they take together.
@@ -35,17 +37,10 @@ public:
     template <class Count, class Item>
     void List(Count nCount, std::list<std::shared_ptr<Item>>& items)
     {
-        if (!Has(Total(nCount, Item{}.GetLength()))) {
+        if (!HasItems<Item>(nCount)) {
             return;
         }
-        for (Count i = 0; i < nCount; ++i) {
-            auto item = std::make_shared<Item>();
-            m_bGood = item->SetData(m_pData, m_nLeft);
-            if (!m_bGood) {
-                return;
-            }
-            Skip(item->GetLength());
-            items.push_back(std::move(item));
+        for (Count i = 0; i < nCount && ReadItem(items); ++i) {
         }
     }
 
@@ -60,6 +55,27 @@ public:
         for (Count i = 0; i < nCount; ++i) {
             Copy(*images.emplace_back(std::make_shared<Image>()));
         }
+    }
+
+protected:
+    unsigned int GetLeft() const { return m_nLeft; }
+
+    template <class Item, class Count>
+    bool HasItems(Count nCount)
+    {
+        return Has(Total(nCount, Item{}.GetLength()));
+    }
+
+    template <class Item>
+    bool ReadItem(std::list<std::shared_ptr<Item>>& items)
+    {
+        auto item = std::make_shared<Item>();
+        m_bGood = item->SetData(m_pData, m_nLeft);
+        if (m_bGood) {
+            Skip(item->GetLength());
+            items.push_back(std::move(item));
+        }
+        return m_bGood;
     }
 
 private:
@@ -92,6 +108,38 @@ private:
     const char* m_pData;
     unsigned int m_nLeft;
     bool m_bGood = true;
+};
+
+// For records whose count is only an upper bound: a list that ends early, between two items, is good.
+class COpenListReader : public CRecordReader {
+public:
+    using CRecordReader::CRecordReader;
+
+    template <class Count, class Item>
+    void List(Count nCount, std::list<std::shared_ptr<Item>>& items)
+    {
+        for (Count i = 0; i < nCount && GetLeft() > 0 && ReadItem(items); ++i) {
+        }
+    }
+};
+
+// For records whose plain fields stand or fall with the count among them: they are dropped when the bytes
+// cannot hold the announced list, but kept when one of its items is bad.
+class CCheckedHeadReader : public CRecordReader {
+public:
+    using CRecordReader::CRecordReader;
+
+    bool KeepsHead() const { return m_bHoldsList; }
+
+    template <class Count, class Item>
+    void List(Count nCount, std::list<std::shared_ptr<Item>>& items)
+    {
+        m_bHoldsList = HasItems<Item>(nCount);
+        CRecordReader::List(nCount, items);
+    }
+
+private:
+    bool m_bHoldsList = true;
 };
 
 // A record without lists that is read where it lies in a payload; false, with the image untouched, when the

@@ -96,8 +96,9 @@ private:
 // The common operations. A record derives from this with itself as the argument and gives `SITE`, `Dump` and
 // one template `Fields(self, visitor)` that names its fields in wire order: all that precede the lists in one
 // `Plain`, then each `List` (or `ImageList`) with its count. Reading, writing, measuring, clearing and
-// verifying all follow that one list. A record belongs to one thread at a time.
-template <class Record>
+// verifying all follow that one list. Reader says how a payload is read that ends before the record does. A
+// record belongs to one thread at a time.
+template <class Record, class Reader = CRecordReader>
 class CTvwRecord {
 public:
     // Decodes from nLen bytes. False, with nothing changed, for null or no bytes; false for bytes that end
@@ -108,11 +109,14 @@ public:
             return false;
         }
         Self().ClearData();
-        CRecordReader reader(pData, nLen);
+        Reader reader(pData, nLen);
         try {
             Record::Fields(Self(), reader);
         } catch (const std::bad_alloc&) {
             return false;
+        }
+        if (!reader.KeepsHead()) {
+            Self().ClearData();
         }
         return reader.IsGood();
     }

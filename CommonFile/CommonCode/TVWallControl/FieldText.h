@@ -1,0 +1,23 @@
+#pragma once
+// Texts in the fixed fields of host records.
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <string>
+
+// The text up to its zero, or the whole field where there is none.
+template <size_t nSize>
+std::string FieldText(const char (&field)[nSize])
+{
+    return {field, strnlen(field, nSize)};
+}
+
+// Cuts the text to what leaves room for a terminating zero; the rest of the field becomes zero.
+template <size_t nSize>
+void SetFieldText(char (&field)[nSize], const std::string& text)
+{
+    const size_t nLen = std::min(text.size(), nSize - 1);
+    std::memcpy(field, text.data(), nLen);
+    std::memset(field + nLen, 0, nSize - nLen);
+}
