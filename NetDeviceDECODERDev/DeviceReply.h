@@ -18,6 +18,8 @@ public:
     unsigned int ErrorCode() const;
     // Replaces value by the element's text; where there is no such element it is left alone.
     void ReadIfThere(const char* szPath, std::string& value) const;
+    // For everything else in it; an unreadable reply has nothing.
+    const CVTXMLParse& Xml() const { return m_xml; }
 
 private:
     CVTXMLParse m_xml;

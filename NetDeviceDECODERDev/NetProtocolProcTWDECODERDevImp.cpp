@@ -1,6 +1,7 @@
 #include "NetProtocolProcTWDECODERDevImp.h"
 
 #include "AtomicAccess.h"
+#include "DeviceReply.h"
 
 namespace {
 

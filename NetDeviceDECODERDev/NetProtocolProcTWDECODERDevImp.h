@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -11,9 +12,13 @@
 #include "TvwallProtocol.h"
 
 class CCmdProcObject;
+class CDeviceReply;
 class CDeviceRequest;
 class CMarkupSTL;
 class CNetNode;
+namespace ORVA2_CLIENT_TVW {
+struct S_MTvw_Wall_Get_ChGroup_info;
+}
 
 // What the login has brought.
 struct DevReplyMessage {
@@ -110,6 +115,8 @@ private:
     bool Exchange(CCmdProcObject* cmd, const CDeviceRequest& request);
     // The reply to the last exchange; valid until the next one.
     std::string_view ReplyText() const;
+    // The same, opened for reading; one parse serves all who ask.
+    const CDeviceReply& Reply();
 
     // --- dispatch ---
 
@@ -149,6 +156,29 @@ private:
     void doClearWall(CCmdProcObject* cmd, char* data, unsigned int len);
     void SendCanvasWindows(CCmdProcObject* cmd, char* data, unsigned int len, const std::string& url);
 
+    // --- handlers: playback control ---
+
+    void PlayBackCtrl(CCmdProcObject* cmd, char* data, unsigned int len);
+
+    // --- handlers: audio ---
+
+    void PlayAudio(CCmdProcObject* cmd, char* data, unsigned int len);
+    void StopAudio(CCmdProcObject* cmd, char* data, unsigned int len);
+    void GetAudioConfig(CCmdProcObject* cmd, char* data, unsigned int len);
+
+    // --- handlers: channel groups and polling ---
+
+    void AddChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len);
+    void DeleteChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len);
+    void SetChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len);
+    void GetChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len);
+    void StartChlGroupPolling(CCmdProcObject* cmd, char* data, unsigned int len);
+    void SendChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len, const std::string& url,
+                          unsigned int nAnswerType);
+    // Appends the groups of a reply to the record's list; its count stays as it is.
+    static void GetChGroupInfoXml(ORVA2_CLIENT_TVW::S_MTvw_Wall_Get_ChGroup_info& info, const char* text,
+                                  unsigned int len);
+
     CNetNode* m_pCurNetNode = nullptr; // owned by the host
     char* m_pTmpBuffer = nullptr;      // the last request's frame; owned
     unsigned long m_TmpbufferLen;      // its capacity, and after a request the frame's length
@@ -173,6 +203,7 @@ private:
     bool m_sendOptin = false;      // between the start of "dooption" and the start of "dologin"
 
     CReplyHandOver m_replyHandOver;
-    std::unique_ptr<S_DeviceReply> m_pReply; // of the last exchange; worker only
-    bool m_bAnswered = false;                // the running command has its answer; worker only
+    std::unique_ptr<S_DeviceReply> m_pReply;    // of the last exchange; worker only
+    std::unique_ptr<CDeviceReply> m_pOpenReply; // likewise, once somebody has asked for it
+    bool m_bAnswered = false;                   // the running command has its answer; worker only
 };

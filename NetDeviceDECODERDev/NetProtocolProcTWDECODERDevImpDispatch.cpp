@@ -34,10 +34,22 @@ const CNetProtocolProcTWDECODERDevImp::S_CommandRow CNetProtocolProcTWDECODERDev
 
 // Likewise option types that are not listed for their command.
 const CNetProtocolProcTWDECODERDevImp::S_OptionRow CNetProtocolProcTWDECODERDevImp::OPTION_TABLE[] = {
+    {KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_CHANNEL_GROUP,
+     &CNetProtocolProcTWDECODERDevImp::GetChannelGroup},
+    {KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_AUDIO_CONFIG,
+     &CNetProtocolProcTWDECODERDevImp::GetAudioConfig},
+    {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_SET_CHANNEL_GROUP,
+     &CNetProtocolProcTWDECODERDevImp::SetChannelGroup},
     {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_CLEAR_WALL,
      &CNetProtocolProcTWDECODERDevImp::doClearWall},
     {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_SET_DECODERFRAME,
      &CNetProtocolProcTWDECODERDevImp::doSetCanvasSplit},
+    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_ADD_CHANNEL_GROUP,
+     &CNetProtocolProcTWDECODERDevImp::AddChannelGroup},
+    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DELETE_CHANNEL_GROUP,
+     &CNetProtocolProcTWDECODERDevImp::DeleteChannelGroup},
+    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_START_CHLGROUP_POLLING,
+     &CNetProtocolProcTWDECODERDevImp::StartChlGroupPolling},
     {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_CREATE_CANVAS,
      &CNetProtocolProcTWDECODERDevImp::CreateCanvas},
     {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DEL_CANVAS, &CNetProtocolProcTWDECODERDevImp::DelCanvas},
@@ -45,6 +57,10 @@ const CNetProtocolProcTWDECODERDevImp::S_OptionRow CNetProtocolProcTWDECODERDevI
      &CNetProtocolProcTWDECODERDevImp::ChangeCanvas},
     {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_TOP_CANVAS, &CNetProtocolProcTWDECODERDevImp::TopCanvas},
     {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_LOGOUT, &CNetProtocolProcTWDECODERDevImp::ProcLoginOutCmd},
+    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_PLAYBACK_CTRL,
+     &CNetProtocolProcTWDECODERDevImp::PlayBackCtrl},
+    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_PLAY_AUDIO, &CNetProtocolProcTWDECODERDevImp::PlayAudio},
+    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_STOP_AUDIO, &CNetProtocolProcTWDECODERDevImp::StopAudio},
 };
 
 void CNetProtocolProcTWDECODERDevImp::ProcOneCommand(CCmdProcObject* cmd, unsigned char* buf,
@@ -173,7 +189,7 @@ unsigned long CNetProtocolProcTWDECODERDevImp::DevToKESTDefaultResultBuf(const i
 void CNetProtocolProcTWDECODERDevImp::ReplyResult(CCmdProcObject* cmd, char* extra, unsigned int extraLen,
                                                   unsigned int optType)
 {
-    const unsigned int nErrorCode = CDeviceReply(ReplyText()).ErrorCode();
+    const unsigned int nErrorCode = Reply().ErrorCode();
     if (nErrorCode != 0) {
         DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
         return;

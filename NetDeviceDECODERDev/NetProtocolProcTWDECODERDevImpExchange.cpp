@@ -5,6 +5,7 @@
 #include <new>
 
 #include "AtomicAccess.h"
+#include "DeviceReply.h"
 #include "DeviceRequest.h"
 #include "HostFunctions.h"
 #include "NetNode.h"
@@ -147,6 +148,7 @@ CNetProtocolProcTWDECODERDevImp::E_Exchange
 CNetProtocolProcTWDECODERDevImp::SendAndWait(const CDeviceRequest& request, E_SendCheck sendCheck)
 {
     m_pReply.reset();
+    m_pOpenReply.reset();
     const unsigned long nFrameLen = KESTToDevXmltoBuf(request.Doc(), m_pTmpBuffer, m_TmpbufferLen);
     m_replyHandOver.Expect(static_cast<int>(request.Seq()));
     const bool bSent = SendDataToDev(AtomicLoad(m_pCurNetNode), m_pTmpBuffer, nFrameLen) >= 0;
@@ -183,4 +185,12 @@ std::string_view CNetProtocolProcTWDECODERDevImp::ReplyText() const
         return m_pReply->strText;
     }
     return {m_pBufferReply, AtomicLoad(m_BufReplayValidLen)};
+}
+
+const CDeviceReply& CNetProtocolProcTWDECODERDevImp::Reply()
+{
+    if (!m_pOpenReply) {
+        m_pOpenReply = std::make_unique<CDeviceReply>(ReplyText());
+    }
+    return *m_pOpenReply;
 }

@@ -10,6 +10,7 @@
 #include <list>
 #include <memory>
 #include <new>
+#include <string>
 #include <utility>
 
 #include "RecordReader.h"
@@ -128,6 +129,15 @@ public:
         CRecordWriter writer(pData, Self().GetLength());
         Record::Fields(Self(), writer);
         return writer.GetLength();
+    }
+
+    // The same as bytes of their own.
+    std::string Encode() const
+    {
+        std::string bytes(Self().GetLength(), '\0');
+        char* pData = bytes.data();
+        GetData(pData);
+        return bytes;
     }
 
     // Bytes that the record takes on the wire, with the items that its lists hold now.
