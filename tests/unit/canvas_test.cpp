@@ -1,4 +1,4 @@
-#include "SessionFixture.h"
+#include "WallCommandFixture.h"
 
 using namespace ORVA2_DECODER_TVW;
 
@@ -52,28 +52,7 @@ const std::string WINDOW_3 = Join({"<td_body>",
                                    "</td_body>"});
 const std::string NO_WINDOWS = Join({"<td_body>", "<td_windowlist/>", "</td_body>"});
 
-class CanvasTest : public SessionFixture {
-protected:
-    struct Case {
-        const char* what;
-        unsigned int nCmdID;
-        unsigned int nOptType;
-        std::string record;
-        const char* url;
-        std::string body;
-        unsigned int nAnswerType;
-    };
-    void Check(const Case& c)
-    {
-        SCOPED_TRACE(c.what);
-        ReplyWith(ReplyText(c.url, "%SEQ%"));
-        const auto nLen = static_cast<unsigned int>(c.record.size());
-        EXPECT_EQ(Run(c.nCmdID, Option(c.nOptType, c.record)),
-                  "buffer " + Hex(Bytes().U32(c.nAnswerType).U16(8).U16(nLen).U32(0).U32(0).Text(c.record)));
-        EXPECT_EQ(LastBody(), c.body);
-        EXPECT_EQ(Element(LastRequest(), "url"), c.url);
-    }
-};
+using CanvasTest = WallCommandFixture;
 
 TEST_F(CanvasTest, EveryOperationSendsItsBodyAndEchoesItsRecord)
 {
@@ -130,11 +109,7 @@ TEST_F(CanvasTest, FailuresHaveTheSameAnswersEverywhere)
                                                                 {0x50002, 0x60008}, {0x50002, 0x60009},
                                                                 {0x50001, 0x5000E}, {0x50001, 0x60011}};
     for (const auto& [id, type] : operations) {
-        ReplyWith(ReplyText("dowallclear", "%SEQ%", "5"));
-        EXPECT_EQ(Run(id, Option(type, "")), "failure 20000002");
-        node.sendErrors = {1};
-        EXPECT_EQ(Run(id, Option(type, "")), "failure 2000000f");
-        EXPECT_EQ(nPolls, 0);
+        CheckFailures(id, type);
     }
 }
 

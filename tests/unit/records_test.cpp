@@ -9,6 +9,7 @@
 
 #include "FakeHost.h"
 #include "MonitorTvwComm.h"
+#include "RecordChecks.h"
 
 using namespace ORVA2_CLIENT_TVW;
 using namespace ORVA2_DECODER_TVW;
@@ -23,22 +24,6 @@ struct Bytes : std::string {
         (append(reinterpret_cast<const char*>(&value), sizeof(value)), ...);
     }
 };
-
-template <class Record>
-bool Decode(Record& record, const std::string& bytes)
-{
-    const std::vector<char> exact(bytes.begin(), bytes.end()); // the sanitizer sees reads behind its end
-    return record.SetData(exact.data(), static_cast<unsigned int>(exact.size()));
-}
-
-template <class Record>
-std::string Encode(const Record& record)
-{
-    std::string bytes(record.GetLength(), '\xEE');
-    char* pData = bytes.data();
-    EXPECT_EQ(record.GetData(pData), bytes.size());
-    return bytes;
-}
 
 std::string Command(uint32_t count)
 {
@@ -69,25 +54,6 @@ std::string ScreenWindow(int id) { return Bytes(id, 0.5f, 1.5f, 2.5f, 3.5f) + "t
 std::string ScreenHead(int8_t windows, int8_t pips)
 {
     return ScreenWindow(7) + Bytes(uint8_t{1}, uint8_t{255}, windows, pips);
-}
-
-// Decodes, measures and encodes; then cuts the payload everywhere, and makes it longer, which changes
-// nothing.
-template <class Record>
-void RoundTrips(const std::string& bytes)
-{
-    SCOPED_TRACE(typeid(Record).name());
-    Record record;
-    ASSERT_TRUE(Decode(record, bytes));
-    EXPECT_EQ(Encode(record), bytes);
-    for (size_t n = 0; n < bytes.size(); ++n) {
-        EXPECT_FALSE(Decode(record, bytes.substr(0, n))) << n;
-    }
-    ASSERT_TRUE(Decode(record, bytes + "more"));
-    EXPECT_EQ(Encode(record), bytes);
-    record.ClearData();
-    EXPECT_EQ(Encode(record), Encode(Record()));
-    EXPECT_FALSE(record.SetData(nullptr, 100));
 }
 
 using Texts = std::vector<std::string>;

@@ -1,0 +1,92 @@
+#pragma once
+// Wall commands as rows: the record that goes in, the request that goes out, the answer that comes back.
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <string>
+
+#include "SessionFixture.h"
+
+// The end of a request as it goes over the link, from what stands between <td_body> and </td_body> without
+// line breaks.
+inline std::string Body(const std::string& inner)
+{
+    std::string text = inner.empty() ? "<td_body/>" : "<td_body>" + inner + "</td_body>";
+    text += "</td_command>";
+    for (auto at = text.find("><"); at != std::string::npos; at = text.find("><", at)) {
+        text.insert(at + 1, "\r\n");
+    }
+    return text + "\r\n";
+}
+
+// An element with a text, and one item of a list.
+template <class Value>
+std::string Elem(const std::string& name, const Value& value)
+{
+    std::string text;
+    if constexpr (std::is_arithmetic_v<Value>) {
+        text = std::to_string(value);
+    } else {
+        text = value;
+    }
+    return text.empty() ? "<" + name + "/>" : "<" + name + ">" + text + "</" + name + ">";
+}
+inline std::string Item(const std::string& inner) { return Elem("item", inner); }
+
+// The answer of success.
+inline std::string ResultOf(unsigned int nOptType, const std::string& extra)
+{
+    const auto nLen = static_cast<unsigned int>(extra.size());
+    return "buffer " + Hex(Bytes().U32(nOptType).U16(8).U16(nLen).U32(0).U32(0).Text(extra));
+}
+
+// Ten times the items may take 40 times as long on a busy machine, but not the 100 times of a reader that
+// starts anew for each item.
+inline void ExpectLinear(const std::function<void(size_t nItems)>& read)
+{
+    const auto best = [&read](size_t nItems) {
+        auto shortest = std::chrono::steady_clock::duration::max();
+        for (int i = 0; i < 3; ++i) {
+            const auto begin = std::chrono::steady_clock::now();
+            read(nItems);
+            shortest = std::min(shortest, std::chrono::steady_clock::now() - begin);
+        }
+        return shortest;
+    };
+    EXPECT_LT(best(100000), 40 * best(10000));
+}
+
+class WallCommandFixture : public SessionFixture {
+protected:
+    struct Case {
+        const char* what;
+        unsigned int nCmdID;
+        unsigned int nOptType;
+        std::string record;
+        const char* url;
+        std::string body; // of the request, see Body
+        unsigned int nAnswerType;
+    };
+
+    // A command that the decoder accepts and whose answer returns its record.
+    void Check(const Case& c)
+    {
+        SCOPED_TRACE(c.what);
+        ReplyWith(ReplyText(c.url, "%SEQ%"));
+        EXPECT_EQ(Run(c.nCmdID, Option(c.nOptType, c.record)), ResultOf(c.nAnswerType, c.record));
+        EXPECT_EQ(LastBody(), c.body);
+        EXPECT_EQ(Element(LastRequest(), "url"), c.url);
+    }
+
+    // A decoder that refuses, and one that cannot be reached.
+    void CheckFailures(unsigned int nCmdID, unsigned int nOptType)
+    {
+        SCOPED_TRACE(nOptType);
+        ReplyWith(ReplyText("dowallclear", "%SEQ%", "5"));
+        EXPECT_EQ(Run(nCmdID, Option(nOptType, "")), "failure 20000002");
+        node.sendErrors = {1};
+        EXPECT_EQ(Run(nCmdID, Option(nOptType, "")), "failure 2000000f");
+        EXPECT_EQ(nPolls, 0);
+    }
+};
