@@ -1,9 +1,6 @@
 #pragma once
 // Wall commands as rows: the record that goes in, the request that goes out, the answer that comes back.
 
-#include <algorithm>
-#include <chrono>
-#include <functional>
 #include <string>
 
 #include "SessionFixture.h"
@@ -39,22 +36,6 @@ inline std::string ResultOf(unsigned int nOptType, const std::string& extra)
 {
     const auto nLen = static_cast<unsigned int>(extra.size());
     return "buffer " + Hex(Bytes().U32(nOptType).U16(8).U16(nLen).U32(0).U32(0).Text(extra));
-}
-
-// Ten times the items may take 40 times as long on a busy machine, but not the 100 times of a reader that
-// starts anew for each item.
-inline void ExpectLinear(const std::function<void(size_t nItems)>& read)
-{
-    const auto best = [&read](size_t nItems) {
-        auto shortest = std::chrono::steady_clock::duration::max();
-        for (int i = 0; i < 3; ++i) {
-            const auto begin = std::chrono::steady_clock::now();
-            read(nItems);
-            shortest = std::min(shortest, std::chrono::steady_clock::now() - begin);
-        }
-        return shortest;
-    };
-    EXPECT_LT(best(100000), 40 * best(10000));
 }
 
 class WallCommandFixture : public SessionFixture {

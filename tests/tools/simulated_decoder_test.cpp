@@ -59,21 +59,6 @@ TEST(SimulatedWall, RefusesRectanglesThatAreEmptyOrLeaveIt)
     }
 }
 
-TEST(SimulatedWall, RefusesSplitsThatDoNotFitTheirMode)
-{
-    Split tooFew = SplitIn(3);
-    tooFew.mode = 4;
-    Split twice = SplitIn(2);
-    twice.subWindows[1].index = 0;
-    for (const Split& split : {SplitIn(0), SplitIn(65), tooFew, twice}) {
-        Wall wall(1, 1);
-        EXPECT_EQ(wall.Create({{1, {0, 0, 9, 9}, split}}), ErrorCode::WrongMode);
-        ASSERT_EQ(wall.Create({MakeWindow(1)}), ErrorCode::Success);
-        EXPECT_EQ(wall.Resplit({{1, split}}), ErrorCode::WrongMode);
-        EXPECT_EQ(wall.Windows()[0].split.mode, 1U);
-    }
-}
-
 TEST(SimulatedWall, ChangesAllWindowsOfARequestOrNone)
 {
     Wall wall(1, 1);

@@ -110,34 +110,6 @@ TEST(ConsoleCommands, SayWhatIsWrongWithALine)
     }
 }
 
-TEST(Script, SplitsLinesAsAShellDoes)
-{
-    using Words = std::vector<std::string>;
-    EXPECT_EQ(SplitLine("  a 'b  \"c' \"d\\\"e\"f\tg\\ h # i"), (Words{"a", "b  \"c", "d\"ef", "g h"}));
-    EXPECT_EQ(SplitLine("a#b ''"), (Words{"a#b", ""}));
-    EXPECT_EQ(SplitLine(" # nothing"), Words());
-}
-
-TEST(MemPool, CountsReferencesAndRefusesDeadHandles)
-{
-    CMemPool& pool = CMemPool::Instance();
-    const std::size_t nWrongBefore = pool.WrongHandles();
-    const char* hBuffer = pool.New("abcdef");
-    pool.AddRef(hBuffer);
-    pool.Append(hBuffer, "gh");
-    pool.TruncateFront(hBuffer, 1);
-    pool.TruncateBack(hBuffer, 2);
-    EXPECT_EQ(pool.Bytes(hBuffer), "bcdef");
-    pool.TruncateBack(hBuffer, 100);
-    EXPECT_EQ(pool.Bytes(hBuffer), "");
-    pool.Delete(hBuffer);
-    EXPECT_EQ(pool.LiveBuffers(), 1U);
-    pool.Delete(hBuffer);
-    EXPECT_EQ(pool.LiveBuffers(), 0U);
-    pool.Delete(hBuffer);
-    EXPECT_EQ(pool.WrongHandles(), nWrongBefore + 1);
-}
-
 TEST(HostCommand, KeepsTheFirstAnswerAndReportsBrokenRules)
 {
     const long nMisusesBefore = CHostCommand::Misuses();

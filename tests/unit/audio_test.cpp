@@ -82,18 +82,6 @@ TEST_F(AudioTest, TheAnswerHoldsTheHostsGuidsAndTheDecodersWindows)
         << "other order, entities, unknown names, missing values";
 }
 
-TEST_F(AudioTest, LongAnswersAreReadInOnePass)
-{
-    LogIn();
-    ExpectLinear([this](size_t n) {
-        std::string items;
-        for (size_t i = 0; i < n; ++i) {
-            items += "<item><id>1</id></item>";
-        }
-        EXPECT_EQ(Ask("", Elem("td_windowlist", items)).size(), 7 + 2 * (16 + 36 + 8 * n));
-    });
-}
-
 TEST(AudioRecords, KeepEveryByteAndDropTheHeadWithACountThatCannotBe)
 {
     RoundTrips<S_MTvw_Get_Audio_Config>(TWO);

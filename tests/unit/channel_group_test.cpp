@@ -114,18 +114,6 @@ TEST_F(ChannelGroupTest, TheAnswerHoldsTheDecodersGroups)
         << "other order, long texts, UTF-8, entities, unknown names, missing values";
 }
 
-TEST_F(ChannelGroupTest, LongAnswersAreReadInOnePass)
-{
-    LogIn();
-    ExpectLinear([this](size_t n) {
-        std::string items;
-        for (size_t i = 0; i < n; ++i) {
-            items += "<item/>";
-        }
-        EXPECT_EQ(Ask(WALL, Elem("channelgrouplist", items)).size(), 7 + 2 * (16 + 4 + 300 * n));
-    });
-}
-
 TEST(ChannelGroupRecords, KeepEveryByteAndRefuseEveryShorterPayload)
 {
     RoundTrips<S_MTvw_Wall_Channel_Group_Info>(Group(WALL, 1, 2, 3, std::string(256, 'n'), "1,2"));
