@@ -214,7 +214,7 @@ std::string CMarkupSTL::x_GetData(int iPos) const
         x_ParseNode(token, node);
         const std::string_view strNode =
             strUpToEnd.substr(static_cast<size_t>(node.nStart), static_cast<size_t>(node.nLength));
-        if ((node.nNodeType & (MNT_TEXT | MNT_WHITESPACE)) != 0) {
+        if (node.nNodeType == MNT_TEXT) {
             AppendUnescaped(strData, strNode);
         } else if (node.nNodeType == MNT_CDATA_SECTION) {
             strData += CDataContent(strNode);
