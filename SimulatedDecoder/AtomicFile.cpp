@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <system_error>
 
@@ -9,15 +10,22 @@ namespace simulated_decoder {
 
 std::string WriteFileAtomically(const std::string& path, std::string_view content)
 {
-    const std::string passing = path + ".new";
+    // Only a regular file may be replaced; a device, a pipe or the target of a link is written in place.
+    std::error_code error;
+    const auto type = std::filesystem::symlink_status(path, error).type();
+    const bool replace =
+        type == std::filesystem::file_type::not_found || type == std::filesystem::file_type::regular;
+    const std::string passing = replace ? path + ".new" : path;
     std::ofstream file(passing, std::ios::binary | std::ios::trunc);
     file << content;
     file.close();
-    if (file && std::rename(passing.c_str(), path.c_str()) == 0) {
+    if (file && (!replace || std::rename(passing.c_str(), path.c_str()) == 0)) {
         return {};
     }
     const std::string reason = std::generic_category().message(errno);
-    std::remove(passing.c_str());
+    if (replace) {
+        std::remove(passing.c_str());
+    }
     return "cannot write " + path + ": " + reason;
 }
 

@@ -58,7 +58,11 @@ std::string ReadPassword(const std::string& path)
     }
     std::ifstream file(path);
     std::string line;
-    if (!std::getline(file, line) || line.empty()) {
+    std::getline(file, line);
+    if (line.ends_with('\r')) {
+        line.pop_back();
+    }
+    if (line.empty()) {
         throw CLI::RuntimeError("cannot read a password from " + path, kExitUsage);
     }
     return line;

@@ -329,14 +329,19 @@ void CheckParsedCommand(const CLI::App& app)
     const CLI::App* pApp = &app;
     std::string strPath;
     while (!pApp->get_subcommands().empty()) {
-        pApp = pApp->get_subcommands().front();
+        const auto commands = pApp->get_subcommands();
+        if (commands.size() > 1) {
+            throw CUsageError("one command at a time, '" + commands[1]->get_name() + "' begins another");
+        }
+        pApp = commands.front();
         strPath += pApp->get_name() + ' ';
     }
     const bool bComplete =
         pApp != &app && pApp->get_subcommands([](const CLI::App*) { return true; }).empty();
     const auto left = app.remaining(true);
     if (!left.empty() && (bComplete || left.front().starts_with('-'))) {
-        throw CUsageError("unexpected argument '" + left.front() + "'");
+        // Without the value of an option: it may be a password.
+        throw CUsageError("unexpected argument '" + left.front().substr(0, left.front().find('=')) + "'");
     }
     if (!left.empty()) {
         throw CUsageError("unknown command '" + strPath + left.front() + "'");

@@ -1,5 +1,6 @@
 #include "Options.h"
 
+#include <cmath>
 #include <map>
 
 #include <CLI/CLI.hpp>
@@ -109,6 +110,9 @@ void Interpret(const SRawOptions& raw, SOptions& options)
         throw CUsageError("--node-id takes a GUID, not '" + raw.strNodeId + "'");
     }
     options.nodeID = *nodeID;
+    if (std::isnan(raw.dAnswerTimeout)) {
+        throw CUsageError("--answer-timeout takes a number of seconds");
+    }
     options.answerTimeout = std::chrono::milliseconds(static_cast<long>(raw.dAnswerTimeout * 1000.0));
     if (options.strPluginFile.empty()) {
         options.strPluginFile = DefaultPluginFile();

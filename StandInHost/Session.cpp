@@ -136,7 +136,8 @@ void CSession::Judge(const SConsoleCommand& command, const CHostCommand& host, b
         Complain(command, bLogin ? EXIT_LOGIN_REFUSED : EXIT_COMMAND_FAILED,
                  strTitle + (bLogin ? " was refused: " : " failed: ") + DescribeAnswer(command, *answer));
     } else if (!bInTime) {
-        Complain(command, EXIT_NO_ANSWER, strTitle + " got no answer in time");
+        // The plug-in still works on it; nothing is queued behind a command that may yet be carried out.
+        throw CExitError(EXIT_NO_ANSWER, Where() + strTitle + " got no answer in time");
     } else if (!answer && command.bHasReply) {
         Complain(command, EXIT_NO_ANSWER, strTitle + " got no answer from the plug-in");
     }

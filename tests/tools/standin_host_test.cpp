@@ -96,6 +96,8 @@ TEST(ConsoleCommands, SayWhatIsWrongWithALine)
         {"window create 1 0 0 5 5 --osd 1,2", "more ids"},
         {"window move 1 2147483648 0 5 5", "'2147483648'"},
         {"raw 0x50002 --hex 123", "pairs of hexadecimal"},
+        {"window raise 1 wall clear", "one command at a time"},
+        {"window raise 1 --password=secret", "'--password'"},
         {"script other.txt", "unknown command 'script'"},
         {"wall 'clear", "inside a quotation"},
     };

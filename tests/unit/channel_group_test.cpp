@@ -67,7 +67,7 @@ TEST_F(ChannelGroupTest, EveryRequestSendsItsBodyAndEchoesItsRecord)
     for (const auto& c : cases) {
         Check(c);
     }
-    for (const unsigned int nOptType : {0x6000A, 0x6000B, 0x6000E}) {
+    for (const unsigned int nOptType : {0x6000AU, 0x6000BU, 0x6000EU}) {
         CheckFailures(0x50002, nOptType);
     }
     CheckFailures(0x50001, 0x6000C);
