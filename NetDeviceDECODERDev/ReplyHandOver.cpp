@@ -23,10 +23,10 @@ void CReplyHandOver::Expect(int nSeq)
     TakeFrom(m_pExpected); // of an exchange before
     m_nExpectedSeq.store(nSeq, std::memory_order_release);
     // The look at the other messages comes after the store: one that is published later finds its number
-    // expected (see Publish).
-    m_pEarly = TakeFrom(m_pOther);
-    if (m_pEarly && m_pEarly->nSeq != nSeq) {
-        m_pEarly.reset();
+    // expected (see Publish). One with another number is kept, too: it may be the guessed reply of a later
+    // exchange.
+    if (auto pOther = TakeFrom(m_pOther)) {
+        m_pEarly = std::move(pOther);
     }
 }
 
@@ -36,18 +36,15 @@ std::unique_ptr<S_DeviceReply> CReplyHandOver::Take()
     if (nReceives % 2 == 1) {
         m_nReceives.wait(nReceives, std::memory_order_acquire);
     }
+    const int nExpected = m_nExpectedSeq.load(std::memory_order_relaxed);
     auto pReply = TakeFrom(m_pExpected);
-    if (pReply && pReply->nSeq == m_nExpectedSeq.load(std::memory_order_relaxed)) {
+    if (pReply && pReply->nSeq == nExpected) {
         return pReply;
     }
-    return std::move(m_pEarly);
+    return m_pEarly && m_pEarly->nSeq == nExpected ? std::move(m_pEarly) : nullptr;
 }
 
-void CReplyHandOver::ExpectNone()
-{
-    m_nExpectedSeq.store(NO_SEQ, std::memory_order_release);
-    m_pEarly.reset();
-}
+void CReplyHandOver::ExpectNone() { m_nExpectedSeq.store(NO_SEQ, std::memory_order_release); }
 
 CReplyHandOver::CReceiveScope::CReceiveScope(CReplyHandOver& handOver) : m_handOver(handOver)
 {

@@ -63,5 +63,5 @@ private:
     Slot m_pExpected{nullptr};                  // the expected reply
     Slot m_pOther{nullptr};                     // the last other numbered message
     std::unique_ptr<S_DeviceReply> m_pPrepared; // receive thread only
-    std::unique_ptr<S_DeviceReply> m_pEarly;    // worker only: came before it was expected
+    std::unique_ptr<S_DeviceReply> m_pEarly;    // worker only: the last one that came before it was expected
 };

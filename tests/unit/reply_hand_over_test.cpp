@@ -46,16 +46,22 @@ TEST_F(ReplyHandOverTest, AGuessedReplyIsTakenWheneverItCame)
     Receive(9, "stranger");
     EXPECT_EQ(Taken(), "guessed during 7");
 
+    Receive(10, "guessed two ahead");
+    handOver.Expect(9); // fails
+    handOver.ExpectNone();
+    handOver.Expect(10);
+    EXPECT_EQ(Taken(), "guessed two ahead");
+
     // The receive is under way while the worker begins to expect its number.
     {
         CReplyHandOver::CReceiveScope scope(handOver);
-        handOver.Prepare(10, "crossing", 8);
-        handOver.Expect(10);
+        handOver.Prepare(11, "crossing", 8);
+        handOver.Expect(11);
     }
-    Receive(11, "stranger");
+    Receive(12, "stranger");
     EXPECT_EQ(Taken(), "crossing");
     handOver.ExpectNone();
-    Receive(12, "left for the destructor");
+    Receive(13, "left for the destructor");
 }
 
 } // namespace
