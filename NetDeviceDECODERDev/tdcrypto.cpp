@@ -266,18 +266,32 @@ void RsaPubKeyPKCS1toPKCS8(const std::string& pkcs1Pem, std::string& out) noexce
     });
 }
 
-std::string RsaPubEncrypt(const std::string& data, const std::string& pubKeyPem) noexcept
+void CRsaPubKey::Free::operator()(rsa_st* pKey) const noexcept { RSA_free(pKey); }
+
+CRsaPubKey::CRsaPubKey(const std::string& pubKeyPem) noexcept
+{
+    Contained(false, [&] {
+        m_key.reset(ReadKey(PEM_read_bio_RSAPublicKey, pubKeyPem).release());
+        return true;
+    });
+}
+
+std::string CRsaPubKey::Encrypt(const std::string& data) const noexcept
 {
     return Contained(std::string(), [&] {
-        const RsaKey key = ReadKey(PEM_read_bio_RSAPublicKey, pubKeyPem);
-        if (!key || !IsUsableLength(data.size())) {
+        if (!m_key || !IsUsableLength(data.size())) {
             return std::string();
         }
-        std::vector<unsigned char> cipher(static_cast<size_t>(RSA_size(key.get())) + 1);
+        std::vector<unsigned char> cipher(static_cast<size_t>(RSA_size(m_key.get())) + 1);
         const int nLen = RSA_public_encrypt(static_cast<int>(data.size()), Bytes(data.data()), cipher.data(),
-                                            key.get(), RSA_PKCS1_PADDING);
+                                            m_key.get(), RSA_PKCS1_PADDING);
         return nLen < 0 ? std::string() : ToBase64(cipher.data(), static_cast<size_t>(nLen));
     });
+}
+
+std::string RsaPubEncrypt(const std::string& data, const std::string& pubKeyPem) noexcept
+{
+    return CRsaPubKey(pubKeyPem).Encrypt(data);
 }
 
 std::string RsaPriDecrypt(const std::string& cipherBase64, const std::string& priKeyPem) noexcept
