@@ -18,7 +18,8 @@ class CMarkupSTL;
 class CNetNode;
 namespace ORVA2_CLIENT_TVW {
 struct S_MTvw_Wall_Get_ChGroup_info;
-}
+struct S_MTvw_Wall_Media;
+} // namespace ORVA2_CLIENT_TVW
 
 // What the login has brought.
 struct DevReplyMessage {
@@ -156,6 +157,15 @@ private:
     void doClearWall(CCmdProcObject* cmd, char* data, unsigned int len);
     void SendCanvasWindows(CCmdProcObject* cmd, char* data, unsigned int len, const std::string& url);
 
+    // --- handlers: media and whole walls ---
+
+    void PlayMedia(CCmdProcObject* cmd, char* data, unsigned int len);
+    // Composes the whole "doplaymedia" request in an empty document; the record is not null.
+    void AddPlayMediaXmlStr(CMarkupSTL& xml, ORVA2_CLIENT_TVW::S_MTvw_Wall_Media* record,
+                            unsigned int seq) const;
+    void StopPlayMedia(CCmdProcObject* cmd, char* data, unsigned int len);
+    void SetWallInfo(CCmdProcObject* cmd, char* data, unsigned int len);
+
     // --- handlers: playback control ---
 
     void PlayBackCtrl(CCmdProcObject* cmd, char* data, unsigned int len);
@@ -173,6 +183,7 @@ private:
     void SetChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len);
     void GetChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len);
     void StartChlGroupPolling(CCmdProcObject* cmd, char* data, unsigned int len);
+    void StopChlGroupPolling(CCmdProcObject* cmd, char* data, unsigned int len);
     void SendChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len, const std::string& url,
                           unsigned int nAnswerType);
     // Appends the groups of a reply to the record's list; its count stays as it is.
