@@ -8,6 +8,8 @@
 
 #include "FakeHost.h"
 #include "MonitorTvwComm.h"
+#include "MonitorTvwCommMedia.h"
+#include "MonitorTvwCommWallInfo.h"
 
 namespace {
 
@@ -54,6 +56,9 @@ constexpr void (*RECORDS[])(const std::vector<char>&) = {
     Exercise<ORVA2_DECODER_TVW::S_Cavans_Sub_WindowInfo>,
     Exercise<ORVA2_DECODER_TVW::S_Delete_Canvas_Window_Item>,
     Exercise<ORVA2_DECODER_TVW::S_Roar_CanvasWindow_Item>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Media>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Media_info>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Set_wall_V2>,
 };
 
 } // namespace
