@@ -126,7 +126,7 @@ private:
     void SaveDecoderConfig(CCmdProcObject* cmd, char* data, unsigned int len);
     void DecoderOption(CCmdProcObject* cmd, char* data, unsigned int len);
     enum class E_OptionLog { Quiet, Logged };
-    void RunOption(CCmdProcObject* cmd, const char* data, unsigned int len, E_OptionLog log);
+    void RunOption(CCmdProcObject* cmd, char* data, unsigned int len, E_OptionLog log);
 
     // --- answers to the host; a command that wants none gets none, and none gets two ---
 

@@ -121,7 +121,7 @@ void CNetProtocolProcTWDECODERDevImp::DecoderOption(CCmdProcObject* cmd, char* d
     RunOption(cmd, data, len, E_OptionLog::Quiet);
 }
 
-void CNetProtocolProcTWDECODERDevImp::RunOption(CCmdProcObject* cmd, const char* data, unsigned int len,
+void CNetProtocolProcTWDECODERDevImp::RunOption(CCmdProcObject* cmd, char* data, unsigned int len,
                                                 E_OptionLog log)
 {
     TVWALL_OPT_INFO option;
@@ -131,14 +131,13 @@ void CNetProtocolProcTWDECODERDevImp::RunOption(CCmdProcObject* cmd, const char*
     memcpy(&option, data, sizeof(option));
     // The stated length is a wish; the handler gets the bytes that are there.
     const unsigned int nLen = std::min(option.nLen, len - static_cast<unsigned int>(sizeof(option)));
-    std::string record(data + sizeof(option), nLen);
     if (log == E_OptionLog::Logged) {
         session_log::Normal(session_log::NO_LINE, "**************pOptType.opt:%d******************",
                             option.nOptType);
     }
     for (const S_OptionRow& row : OPTION_TABLE) {
         if (row.nCmdID == cmd->GetRequestCommand() && row.nOptType == option.nOptType) {
-            (this->*row.pHandler)(cmd, record.data(), nLen);
+            (this->*row.pHandler)(cmd, data + sizeof(option), nLen);
             return;
         }
     }
@@ -201,10 +200,11 @@ void CNetProtocolProcTWDECODERDevImp::ReplyResult(CCmdProcObject* cmd, char* ext
         DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
         return;
     }
-    char* buf = nullptr;
-    unsigned long nCapacity = 0;
+    // Large enough from the start, so that its bytes are written once.
+    unsigned long nCapacity = sizeof(S_Decoder_Default_Result) + extraLen;
+    const auto answer = std::make_unique_for_overwrite<char[]>(nCapacity);
+    char* buf = answer.get();
     const unsigned long nLen = DevToKESTDefaultResultBuf(
         static_cast<int>(optType), static_cast<int>(nErrorCode), buf, nCapacity, extra, extraLen);
-    const std::unique_ptr<char[]> owner(buf);
     ReplyBuffer(cmd, buf, nLen);
 }

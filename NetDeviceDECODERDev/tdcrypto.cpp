@@ -104,15 +104,14 @@ std::string TakeMemory(BIO* pMemory)
 
 std::string ToBase64(const unsigned char* data, size_t len)
 {
-    if (data == nullptr || !IsUsableLength(len)) {
+    const size_t nTextLen = (len + 2) / 3 * 4;
+    if (data == nullptr || !IsUsableLength(len) || !IsUsableLength(nTextLen)) {
         return {};
     }
-    const BioChain chain = PutBase64Filter(BioChain(BIO_new(BIO_s_mem())));
-    const int nLen = static_cast<int>(len);
-    if (!chain || BIO_write(chain.get(), data, nLen) != nLen || BIO_flush(chain.get()) != 1) {
-        return {};
-    }
-    return TakeMemory(BIO_next(chain.get()));
+    std::string text(nTextLen + 1, '\0'); // with the zero that the library puts behind it
+    EVP_EncodeBlock(Bytes(text), data, static_cast<int>(len));
+    text.pop_back();
+    return text;
 }
 
 struct Decoded {
