@@ -19,6 +19,7 @@ class CNetNode;
 namespace ORVA2_CLIENT_TVW {
 struct S_MTvw_Wall_Get_ChGroup_info;
 struct S_MTvw_Wall_Layout;
+struct S_MTvw_Wall_Media;
 } // namespace ORVA2_CLIENT_TVW
 
 // What the login has brought.
@@ -127,7 +128,7 @@ private:
     void SaveDecoderConfig(CCmdProcObject* cmd, char* data, unsigned int len);
     void DecoderOption(CCmdProcObject* cmd, char* data, unsigned int len);
     enum class E_OptionLog { Quiet, Logged };
-    void RunOption(CCmdProcObject* cmd, const char* data, unsigned int len, E_OptionLog log);
+    void RunOption(CCmdProcObject* cmd, char* data, unsigned int len, E_OptionLog log);
 
     // --- answers to the host; a command that wants none gets none, and none gets two ---
 
@@ -186,6 +187,15 @@ private:
     // Asks for the input channels and hands the reply to the host as a notification.
     void GetAndNotifyChannelInfo();
 
+    // --- handlers: media and whole walls ---
+
+    void PlayMedia(CCmdProcObject* cmd, char* data, unsigned int len);
+    // Composes the whole "doplaymedia" request in an empty document; the record is not null.
+    void AddPlayMediaXmlStr(CMarkupSTL& xml, ORVA2_CLIENT_TVW::S_MTvw_Wall_Media* record,
+                            unsigned int seq) const;
+    void StopPlayMedia(CCmdProcObject* cmd, char* data, unsigned int len);
+    void SetWallInfo(CCmdProcObject* cmd, char* data, unsigned int len);
+
     // --- handlers: playback control ---
 
     void PlayBackCtrl(CCmdProcObject* cmd, char* data, unsigned int len);
@@ -203,6 +213,7 @@ private:
     void SetChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len);
     void GetChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len);
     void StartChlGroupPolling(CCmdProcObject* cmd, char* data, unsigned int len);
+    void StopChlGroupPolling(CCmdProcObject* cmd, char* data, unsigned int len);
     void SendChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len, const std::string& url,
                           unsigned int nAnswerType);
     // Appends the groups of a reply to the record's list; its count stays as it is.

@@ -38,7 +38,8 @@ protected:
     // Runs one command; the answer as FakeCommand::Answer tells it.
     std::string Run(unsigned int nCmdID, const std::string& payload, bool bHasReply = true);
     // Logs in with real keys, session "SID" and token "TOK"; forgets the frames sent and the logs.
-    void LogIn();
+    // The decoder's second key enciphers the credentials of video sources.
+    void LogIn(const std::string& mediaKey = DecoderKeys().publicKey);
 
     // The last request's text, without its frame head; "" when nothing was sent.
     std::string LastRequest() const;
