@@ -1,7 +1,7 @@
 #include "CommandSamples.h"
 
+#include "DecoderKeys.h"
 #include "LinkTexts.h"
-#include "SessionFixture.h"
 
 namespace {
 
