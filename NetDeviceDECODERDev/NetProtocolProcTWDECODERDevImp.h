@@ -18,7 +18,8 @@ class CMarkupSTL;
 class CNetNode;
 namespace ORVA2_CLIENT_TVW {
 struct S_MTvw_Wall_Get_ChGroup_info;
-}
+struct S_MTvw_Wall_Layout;
+} // namespace ORVA2_CLIENT_TVW
 
 // What the login has brought.
 struct DevReplyMessage {
@@ -96,6 +97,7 @@ private:
     bool GetXmlUrlFromDevData(const char* data, unsigned long len, std::string& url);
     static bool IsSupportFunc(const std::string& url);
     void StoreReply(const char* data, unsigned long len);
+    // Also called by the worker.
     void NotifyHost(unsigned int nOptType, const char* data, unsigned long nDataLen, unsigned long nLen);
 
     // --- exchanges ---
@@ -146,6 +148,18 @@ private:
     void ProcLoginOutCmd(CCmdProcObject* cmd, char* data, unsigned int len);
     void ReplyLogin(CCmdProcObject* cmd, unsigned int nErrorCode);
 
+    // --- handlers: wall layout ---
+
+    void SetWallLayout(CCmdProcObject* cmd, char* data, unsigned int len);
+    void GetWallLayout(CCmdProcObject* cmd, char* data, unsigned int len);
+    void BindWall(CCmdProcObject* cmd, char* data, unsigned int len);
+    void unBindWall(CCmdProcObject* cmd, char* data, unsigned int len);
+    // True when the decoder has accepted; when it has refused, the command is answered.
+    bool ExchangeLayout(CCmdProcObject* cmd, const CDeviceRequest& request);
+    // Fills the layout from a reply, given as its text and opened; its count stays as it is.
+    static void GetWallLayoutMessage(ORVA2_CLIENT_TVW::S_MTvw_Wall_Layout& layout, std::string_view text,
+                                     const CDeviceReply& reply);
+
     // --- handlers: canvas windows ---
 
     void CreateCanvas(CCmdProcObject* cmd, char* data, unsigned int len);
@@ -155,6 +169,22 @@ private:
     void doSetCanvasSplit(CCmdProcObject* cmd, char* data, unsigned int len);
     void doClearWall(CCmdProcObject* cmd, char* data, unsigned int len);
     void SendCanvasWindows(CCmdProcObject* cmd, char* data, unsigned int len, const std::string& url);
+
+    // --- handlers: window display ---
+
+    void DrawBorder(CCmdProcObject* cmd, char* data, unsigned int len);
+    void PlanWndZoom(CCmdProcObject* cmd, char* data, unsigned int len);
+    void SetWindowConfig(CCmdProcObject* cmd, char* data, unsigned int len);
+    void GetWindowConfig(CCmdProcObject* cmd, char* data, unsigned int len);
+    void ReplyWindowConfig(CCmdProcObject* cmd, unsigned int nEnableBorder, unsigned int nEnableShowWinID,
+                           const char* szOperation, unsigned int nAnswerType);
+
+    // --- handlers: device information ---
+
+    void GetBasicCfg(CCmdProcObject* cmd, char* data, unsigned int len);
+    void GetDecSystemInfo(CCmdProcObject* cmd, char* data, unsigned int len);
+    // Asks for the input channels and hands the reply to the host as a notification.
+    void GetAndNotifyChannelInfo();
 
     // --- handlers: playback control ---
 

@@ -6,8 +6,10 @@
 #include <iterator>
 #include <vector>
 
+#include "DecodeCommDisplay.h"
 #include "FakeHost.h"
 #include "MonitorTvwComm.h"
+#include "MonitorTvwCommLayout.h"
 
 namespace {
 
@@ -54,6 +56,10 @@ constexpr void (*RECORDS[])(const std::vector<char>&) = {
     Exercise<ORVA2_DECODER_TVW::S_Cavans_Sub_WindowInfo>,
     Exercise<ORVA2_DECODER_TVW::S_Delete_Canvas_Window_Item>,
     Exercise<ORVA2_DECODER_TVW::S_Roar_CanvasWindow_Item>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Layout>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_WallLayout_Item>,
+    Exercise<ORVA2_DECODER_TVW::S_Decoder_Draw_Border>,
+    Exercise<ORVA2_DECODER_TVW::S_Decoder_Draw_Border_Wind>,
 };
 
 } // namespace

@@ -17,6 +17,9 @@ inline std::string Body(const std::string& inner)
     return text + "\r\n";
 }
 
+// The end of a request without a body.
+inline const std::string NO_BODY = "</td_command>\r\n";
+
 // An element with a text, and one item of a list.
 template <class Value>
 std::string Elem(const std::string& name, const Value& value)
@@ -61,13 +64,13 @@ protected:
     }
 
     // A decoder that refuses, and one that cannot be reached.
-    void CheckFailures(unsigned int nCmdID, unsigned int nOptType)
+    void CheckFailures(unsigned int nCmdID, unsigned int nOptType, const std::string& record = "")
     {
         SCOPED_TRACE(nOptType);
         ReplyWith(ReplyText("dowallclear", "%SEQ%", "5"));
-        EXPECT_EQ(Run(nCmdID, Option(nOptType, "")), "failure 20000002");
+        EXPECT_EQ(Run(nCmdID, Option(nOptType, record)), "failure 20000002");
         node.sendErrors = {1};
-        EXPECT_EQ(Run(nCmdID, Option(nOptType, "")), "failure 2000000f");
+        EXPECT_EQ(Run(nCmdID, Option(nOptType, record)), "failure 2000000f");
         EXPECT_EQ(nPolls, 0);
     }
 };
