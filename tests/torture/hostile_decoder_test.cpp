@@ -20,6 +20,16 @@ std::string Repeat(const std::string& text, size_t n)
     return all;
 }
 
+// Attributes of different names, whose values look like other things.
+std::string Attributes(int n)
+{
+    std::string all;
+    for (int i = 0; i < n; ++i) {
+        all += " a" + std::to_string(i) + "='\">-->]]><b/>'";
+    }
+    return all;
+}
+
 class HostileDecoderTest : public SessionFixture {
 protected:
     HostileDecoderTest() { LogIn(); }
@@ -48,16 +58,16 @@ TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
         {"a file as an entity",
          "<!DOCTYPE x [<!ENTITY f SYSTEM \"file:///etc/passwd\">]><devicename>&f;</devicename>", Hex("&f;")},
         {"known entities once", "<devicename>&amp;lt;&lt;&#65;</devicename>", Hex("&lt;<A")},
-        {"references to no character", "<devicename>&#0;&#x110000;&#;</devicename>",
-         Hex("&#0;&#x110000;&#;")},
+        {"a zero byte by reference", "<devicename>a&#0;b</devicename>", Hex("a")},
         {"CDATA and comments",
          "<!-- <devicename>no</devicename> --><devicename><![CDATA[<a>&amp;]]></devicename>",
          Hex("<a>&amp;")},
         {"a comment without end", "<!-- <devicename>no</devicename>", "failure 20000002"},
         {"the element twice", "<devicename>first</devicename><devicename>second</devicename>", Hex("first")},
         {"elements inside the text", "<devicename>a<b>c</b>d</devicename>", Hex("a")},
-        {"a million attributes", "<x " + Repeat("a='1' ", 1000000) + "/><devicename>n</devicename>",
-         Hex("n")},
+        {"many attributes", "<x " + Attributes(256) + "/><devicename>n</devicename>", Hex("n")},
+        {"too many, with marks in their values", "<x " + Attributes(300000) + "/>", "failure 20000002"},
+        {"marks outside of tags", "<!-- <x> ' --><![CDATA[<x ' ]]><devicename>n</devicename>", Hex("n")},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -100,7 +110,7 @@ TEST_F(HostileDecoderTest, FloodsLeaveNothingBehind)
     };
     flood(1);
     const long nLive = allocation_fault::Live();
-    flood(5000);
+    flood(1000);
     EXPECT_EQ(allocation_fault::Live(), nLive);
     EXPECT_EQ(NameFrom("<devicename>n</devicename>"), Hex("n"));
 }
@@ -112,7 +122,7 @@ TEST_F(HostileDecoderTest, SessionAndTokenAreEscaped)
     Run(0x101, LoginPayload("admin", "secret"));
     NameFrom("");
     EXPECT_EQ(Element(LastRequest(), "session"), "&lt;/session&gt;&amp;");
-    EXPECT_EQ(Element(LastRequest(), "token"), "&lt;/token&gt;&quot;");
+    EXPECT_EQ(Element(LastRequest(), "token"), "&lt;/token&gt;\"");
 }
 
 // A length and value of the encoding that keys are written in.
