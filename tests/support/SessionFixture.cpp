@@ -1,19 +1,8 @@
 #include "SessionFixture.h"
 
 #include "TestClock.h"
-#include "tdcrypto.h"
 
 using namespace ORVA_NET_PROTOCOL;
-
-const TestKeys& DecoderKeys()
-{
-    static const TestKeys keys = [] {
-        std::string texts[2];
-        tdcrypto::GenerateRsaKey(texts);
-        return TestKeys{texts[0], texts[1]};
-    }();
-    return keys;
-}
 
 SessionFixture::SessionFixture()
 {

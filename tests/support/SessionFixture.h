@@ -9,17 +9,11 @@
 
 #include <gtest/gtest.h>
 
+#include "DecoderKeys.h"
 #include "FakeCommand.h"
 #include "FakeNode.h"
 #include "LinkTexts.h"
 #include "NetProtocolProcTWDECODERDevImp.h"
-
-// A real key pair, made once.
-struct TestKeys {
-    std::string publicKey;
-    std::string privateKey;
-};
-const TestKeys& DecoderKeys();
 
 class SessionFixture : public testing::Test {
 protected:

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <string_view>
 #include <tinyxml2.h>
 
@@ -23,6 +24,51 @@ const char* TextOf(CVTXMLParse::Item item)
     return szText == nullptr ? "" : szText;
 }
 
+// More attributes on one element than this are refused. Decoders write none, and the parser compares each one
+// with all before it, so that a message of a few hundred kilobytes could keep a worker busy for minutes.
+constexpr size_t MAX_ATTRIBUTES = 256;
+
+// Behind the end of what begins at the start of the text; empty when it has no end.
+std::string_view SkipBehind(std::string_view text, std::string_view end)
+{
+    const size_t nAt = text.find(end);
+    return nAt == std::string_view::npos ? std::string_view() : text.substr(nAt + end.size());
+}
+
+// Consumes a tag, from behind its '<'; false when it has too many attributes. A value ends at its own quote,
+// whatever stands in it.
+bool SkipTag(std::string_view& text)
+{
+    for (size_t nAttributes = 0; nAttributes <= MAX_ATTRIBUTES; ++nAttributes) {
+        const size_t nAt = text.find_first_of("'\">");
+        if (nAt == std::string_view::npos || text[nAt] == '>') {
+            text.remove_prefix(std::min(nAt, text.size()));
+            return true;
+        }
+        text = SkipBehind(text.substr(nAt + 1), text.substr(nAt, 1));
+    }
+    return false;
+}
+
+bool HasTooManyAttributes(std::string_view text)
+{
+    for (size_t nAt = text.find('<'); nAt != std::string_view::npos; nAt = text.find('<')) {
+        text.remove_prefix(nAt + 1);
+        if (text.starts_with("!--")) {
+            text = SkipBehind(text, "-->");
+        } else if (text.starts_with("![CDATA[")) {
+            text = SkipBehind(text, "]]>");
+        } else if (text.starts_with("?")) {
+            text = SkipBehind(text, "?>");
+        } else if (text.starts_with("!")) {
+            text = SkipBehind(text, ">");
+        } else if (!SkipTag(text)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 CVTXMLParse::CVTXMLParse() : m_pDocument(std::make_unique<tinyxml2::XMLDocument>()) {}
@@ -33,6 +79,11 @@ CVTXMLParse::~CVTXMLParse() = default;
 
 bool CVTXMLParse::Parse(const char* pText, size_t nLen)
 {
+    if (pText == nullptr || HasTooManyAttributes({pText, strnlen(pText, nLen)})) {
+        m_pDocument->Clear();
+        m_bParsed = false;
+        return false;
+    }
     m_bParsed =
         m_pDocument->Parse(pText, nLen) == tinyxml2::XML_SUCCESS && m_pDocument->RootElement() != nullptr;
     return m_bParsed;
