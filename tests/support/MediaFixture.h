@@ -16,6 +16,10 @@ inline std::string Field(const std::string& text, size_t nSize)
 }
 
 class MediaFixture : public WallCommandFixture {
+public:
+    static constexpr auto USER = "camera user";
+    static constexpr auto PASSWORD = "camera secret";
+
 protected:
     MediaFixture() { tdcrypto::GenerateRsaKey(m_keys); }
     ~MediaFixture() override
@@ -31,8 +35,14 @@ protected:
     // The credentials as the decoder reads them.
     std::string SentBody() const override { return Deciphered("user", Deciphered("pwd", LastBody())); }
 
-    static constexpr auto USER = "camera user";
-    static constexpr auto PASSWORD = "camera secret";
+    // What the log says of a record last; the credentials are looked for at the end.
+    template <class Record>
+    void CheckDump(const Record& record, const std::string& part)
+    {
+        fake_host::Reset();
+        record.Dump();
+        EXPECT_NE(fake_host::Logs().back().text.find(part), std::string::npos);
+    }
 
 private:
     std::string Deciphered(const std::string& name, std::string xml) const
