@@ -200,6 +200,17 @@ bool RunAesCbc(AesKeySetter setKey, int nDirection, const char* key, const unsig
 
 bool HasKeyText(const char* key) { return key != nullptr && *key != '\0'; }
 
+// False for a key under which a text is not hidden or not recoverable, such as one with the exponent 1: a
+// text that would leave in the clear does not leave.
+bool Hides(const RSA& key)
+{
+    const BIGNUM* pModulus = nullptr;
+    const BIGNUM* pExponent = nullptr;
+    RSA_get0_key(&key, &pModulus, &pExponent, nullptr);
+    return !BN_is_negative(pModulus) && !BN_is_negative(pExponent) && BN_is_odd(pExponent) &&
+           !BN_is_one(pExponent);
+}
+
 } // namespace
 
 void Sha265_String(const void* data, unsigned int len, char* out) noexcept
@@ -270,7 +281,10 @@ void CRsaPubKey::Free::operator()(rsa_st* pKey) const noexcept { RSA_free(pKey);
 CRsaPubKey::CRsaPubKey(const std::string& pubKeyPem) noexcept
 {
     Contained(false, [&] {
-        m_key.reset(ReadKey(PEM_read_bio_RSAPublicKey, pubKeyPem).release());
+        RsaKey key = ReadKey(PEM_read_bio_RSAPublicKey, pubKeyPem);
+        if (key && Hides(*key)) {
+            m_key.reset(key.release());
+        }
         return true;
     });
 }

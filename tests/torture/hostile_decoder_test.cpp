@@ -155,9 +155,9 @@ TEST_F(HostileDecoderTest, KeysThatAreNoneCostNothing)
         {"a modulus of one byte", PemKey("\7", "\3")},
         {"a modulus of 100,000 bytes", PemKey(std::string(100000, '\x7F'), "\3")},
         {"a modulus of 10,000 bytes and an exponent as long", PemKey(std::string(10000, '\x7F'), odd + odd)},
+        {"an exponent that changes nothing", PemKey(odd, "\1")},
         {"an exponent of nothing", PemKey(odd, std::string(1, '\0'))},
         {"an exponent above the modulus", PemKey(odd, odd + odd)},
-        {"negative numbers", PemKey(std::string(128, '\xFF'), "\xFF")},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
