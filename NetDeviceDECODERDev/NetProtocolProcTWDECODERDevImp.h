@@ -244,7 +244,7 @@ private:
     bool m_sendOptin = false;      // between the start of "dooption" and the start of "dologin"
 
     CReplyHandOver m_replyHandOver;
-    std::unique_ptr<S_DeviceReply> m_pReply;    // of the last exchange; worker only
+    std::unique_ptr<S_DeviceReply> m_pReply;    // of the running command's last exchange; worker only
     std::unique_ptr<CDeviceReply> m_pOpenReply; // likewise, once somebody has asked for it
     bool m_bAnswered = false;                   // the running command has its answer; worker only
 };

@@ -103,6 +103,8 @@ void CNetProtocolProcTWDECODERDevImp::ProcOneCommand(CCmdProcObject* cmd, unsign
         m_replyHandOver.ExpectNone();
         DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
     }
+    m_pOpenReply.reset(); // a reply may be large, and the next command may be far
+    m_pReply.reset();
 }
 
 void CNetProtocolProcTWDECODERDevImp::RunCommand(CCmdProcObject* cmd, char* data, unsigned int len)

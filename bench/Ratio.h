@@ -1,10 +1,11 @@
 #pragma once
 
 #include <ctime>
+#include <type_traits>
 
 #include <benchmark/benchmark.h>
 
-// Processor time of this thread in seconds; what other processes take does not count.
+// Processor time of the calling thread: what other processes take does not count.
 inline double ThreadSeconds()
 {
     timespec now{};
@@ -13,14 +14,20 @@ inline double ThreadSeconds()
 }
 
 // Runs the measured work and its yardstick in turns, so that both see the same machine; the manual time is
-// that of the work, the counter the work's time divided by the yardstick's.
+// that of the work, the counter the work's time divided by the yardstick's. A work that returns seconds does
+// not count these.
 template <class Work, class Yardstick>
 void RunRatio(benchmark::State& state, const char* szCounter, Work work, Yardstick yardstick)
 {
     const auto Seconds = [](auto run) {
         const double start = ThreadSeconds();
-        run();
-        return ThreadSeconds() - start;
+        double uncounted = 0;
+        if constexpr (std::is_void_v<decltype(run())>) {
+            run();
+        } else {
+            uncounted = run();
+        }
+        return ThreadSeconds() - start - uncounted;
     };
     double workTime = 0;
     double yardstickTime = 0;

@@ -8,12 +8,21 @@
 
 namespace {
 
+bool HasName(const tinyxml2::XMLNode& node, std::string_view name)
+{
+    const char* szName = node.Value();
+    return std::strncmp(szName, name.data(), name.size()) == 0 && szName[name.size()] == '\0';
+}
+
 CVTXMLParse::Item Descend(const tinyxml2::XMLNode* pNode, std::string_view path)
 {
     while (pNode != nullptr && !path.empty()) {
-        const std::string strName(path.substr(0, path.find('/')));
-        path.remove_prefix(std::min(path.size(), strName.size() + 1));
-        pNode = pNode->FirstChildElement(strName.c_str());
+        const std::string_view name = path.substr(0, path.find('/'));
+        path.remove_prefix(std::min(path.size(), name.size() + 1));
+        pNode = pNode->FirstChildElement();
+        while (pNode != nullptr && !HasName(*pNode, name)) {
+            pNode = pNode->NextSiblingElement();
+        }
     }
     return pNode == nullptr ? nullptr : pNode->ToElement();
 }
