@@ -80,6 +80,7 @@ void CSession::Login()
     login.strTitle = "login " + m_credentials.User();
     login.nCmdID = ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN;
     login.payload = LoginRecord(m_credentials.User(), m_credentials.Password());
+    login.pForm = &kLoginForm;
     Request(login);
 }
 
@@ -87,7 +88,7 @@ void CSession::Request(const SConsoleCommand& command)
 {
     CheckInterrupted();
     const auto pHost = MakeCommand(command.nCmdID, command.bHasReply, &m_events);
-    m_link.Queue(*pHost, command.payload);
+    m_link.Queue(*pHost, command.payload.bytes);
     const bool bInTime = Await(*pHost);
     Judge(command, *pHost, bInTime);
 }
@@ -126,15 +127,20 @@ void CSession::Judge(const SConsoleCommand& command, const CHostCommand& host, b
     if (bLost) {
         answer.reset();
     }
-    m_output.Command(command, answer ? &*answer : nullptr);
+    SReadAnswer read;
+    if (answer) {
+        HideSecrets(command, *answer);
+        read = ReadAnswer(command, *answer);
+    }
+    m_output.Command(command, answer ? &*answer : nullptr, read);
     CheckOutput();
     if (bLost) {
         CheckLost();
     }
     const std::string strTitle = OneLine(command.strTitle);
-    if (answer && answer->kind == SAnswer::EKind::Failure) {
+    if (answer && !read.bGood) {
         Complain(command, bLogin ? EXIT_LOGIN_REFUSED : EXIT_COMMAND_FAILED,
-                 strTitle + (bLogin ? " was refused: " : " failed: ") + DescribeAnswer(command, *answer));
+                 strTitle + (bLogin ? " was refused: " : " failed: ") + read.strText);
     } else if (!bInTime) {
         // The plug-in still works on it; nothing is queued behind a command that may yet be carried out.
         throw CExitError(EXIT_NO_ANSWER, Where() + strTitle + " got no answer in time");
