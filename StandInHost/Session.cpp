@@ -91,6 +91,7 @@ void CSession::Request(const SConsoleCommand& command)
     m_link.Queue(*pHost, command.payload.bytes);
     const bool bInTime = Await(*pHost);
     Judge(command, *pHost, bInTime);
+    AwaitEnd(command, *pHost);
 }
 
 // Waits until the command is answered or no answer can come; false when the time ran out first.
@@ -104,6 +105,22 @@ bool CSession::Await(const CHostCommand& command)
         m_events.Wait(deadline);
     }
     return true;
+}
+
+// A command may go on behind its answer: system information is followed by the decoder's channels, which come
+// as a notification.
+void CSession::AwaitEnd(const SConsoleCommand& command, const CHostCommand& host)
+{
+    const auto deadline = CHostEvents::Clock::now() + m_options.answerTimeout;
+    while (!host.IsReleased() && !m_events.Lost()) {
+        CheckInterrupted();
+        if (CHostEvents::Clock::now() >= deadline) {
+            throw CExitError(EXIT_NO_ANSWER, Where() + OneLine(command.strTitle) +
+                                                 " was answered, but the plug-in still works on it");
+        }
+        m_events.Wait(deadline);
+        PrintNotifications();
+    }
 }
 
 bool CSession::AwaitStep(const CHostCommand& command, CHostEvents::Clock::time_point& deadline)
