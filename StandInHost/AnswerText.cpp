@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
+
+#include <nlohmann/json.hpp>
 
 #include "Text.h"
 #include "TvwallProtocol.h"
@@ -52,7 +55,7 @@ SReadAnswer ReadForm(const SAnswerForm& form, const std::vector<uint8_t>& bytes)
     }
     read.strText = form.pShow(fields);
     if (!fields.empty()) {
-        read.fields = std::move(fields);
+        read.pFields = std::make_shared<Fields>(std::move(fields));
     }
     return read;
 }
@@ -62,13 +65,12 @@ SReadAnswer ReadForm(const SAnswerForm& form, const std::vector<uint8_t>& bytes)
 SReadAnswer ReadAnswer(const SConsoleCommand& command, const SAnswer& answer)
 {
     if (answer.kind == SAnswer::EKind::Failure) {
-        return {FailureText(answer.nCode) + " (" + CodeText(answer.nCode) + ")", false, {}};
+        return {FailureText(answer.nCode) + " (" + CodeText(answer.nCode) + ")", false, nullptr};
     }
     if (command.pForm == nullptr) {
         return {"answered with " + std::to_string(answer.bytes.size()) + " bytes " +
                     HexText(answer.bytes.data(), answer.bytes.size()),
-                true,
-                {}};
+                true, nullptr};
     }
     return ReadForm(*command.pForm, answer.bytes);
 }

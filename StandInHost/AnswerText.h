@@ -1,8 +1,7 @@
 #pragma once
 
+#include <memory>
 #include <string>
-
-#include <nlohmann/json.hpp>
 
 #include "AnswerForms.h"
 #include "Command.h"
@@ -14,7 +13,7 @@ namespace standin_host {
 struct SReadAnswer {
     std::string strText; // in words: "done", "device error (0x20000002)", a table
     bool bGood = false;  // false for a failure, and for bytes that do not hold what they should
-    Fields fields;       // by name; null where there are none
+    std::shared_ptr<const Fields> pFields; // by name; null where there are none
 };
 
 SReadAnswer ReadAnswer(const SConsoleCommand& command, const SAnswer& answer);

@@ -6,14 +6,14 @@ namespace standin_host {
 
 std::shared_ptr<Words> AddWords(CLI::App& app, const char* szName, const char* szHelp)
 {
-    const auto pWords = std::make_shared<Words>();
+    auto pWords = std::make_shared<Words>();
     app.add_option(szName, *pWords, szHelp)->type_name("")->required();
     return pWords;
 }
 
 std::shared_ptr<std::string> AddWord(CLI::App& app, const char* szName, const char* szHelp)
 {
-    const auto pWord = std::make_shared<std::string>();
+    auto pWord = std::make_shared<std::string>();
     app.add_option(szName, *pWord, szHelp)->type_name("")->required();
     return pWord;
 }
@@ -35,7 +35,7 @@ void RequestOption(SConsoleCommand& command, unsigned int nCmdID, uint32_t nOptT
 void SetUpSubWindows(CLI::App& app, SConsoleCommand& command, const SSubWindowCommand& subWindows)
 {
     const std::string strHelp = std::string(subWindows.szGroup) + "; repeat for several sub-windows";
-    const auto pWords = AddWords(app, "SUBWINDOW", strHelp.c_str());
+    auto pWords = AddWords(app, "SUBWINDOW", strHelp.c_str());
     app.callback([&command, pWords, subWindows] {
         const std::string strShape = std::string("each sub-window takes ") + subWindows.szGroup;
         RequestOption(command, subWindows.nCmdID, subWindows.nOptType,

@@ -41,8 +41,8 @@ public:
             object["code"] = pAnswer->nCode;
             object["hex"] = HexText(pAnswer->bytes.data(), pAnswer->bytes.size());
         }
-        if (!read.fields.is_null()) {
-            object["fields"] = read.fields;
+        if (read.pFields != nullptr) {
+            object["fields"] = *read.pFields;
         } else if (!read.bGood && !read.strText.empty()) {
             object["problem"] = read.strText;
         }

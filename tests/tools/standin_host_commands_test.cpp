@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
 #include "AnswerText.h"
 #include "ExitStatus.h"
 #include "MemPool.h"
@@ -329,12 +331,9 @@ TEST(HostAnswers, AreReadByNameAndAsPeopleReadThem)
         EXPECT_TRUE(read.bGood) << expected.szLine;
         EXPECT_EQ(read.strText, expected.strText);
         const bool bHead = expected.strFields.front() == ',' || expected.strFields == "}";
-        EXPECT_EQ(read.fields.dump(),
+        EXPECT_EQ(read.pFields == nullptr ? "null" : read.pFields->dump(),
                   (bHead ? R"({"optType":393232,"result":0,"errorCode":0)" : "") + expected.strFields);
-        // One byte less: the decoder's name in the basic configuration is the only thing that may be shorter.
-        const bool bShortName = std::string(expected.szLine) == "config";
-        answer.bytes.resize(answer.bytes.size() -
-                            std::min<std::size_t>(answer.bytes.size(), bShortName ? 5 : 10));
+        answer.bytes.resize(answer.bytes.size() - std::min<std::size_t>(answer.bytes.size(), 10));
         if (!expected.strAnswer.empty()) {
             const SReadAnswer cut = ReadAnswer(command, answer);
             EXPECT_FALSE(cut.bGood) << expected.szLine;
