@@ -34,6 +34,7 @@ struct SWindowArguments {
         std::transform(osdIds.begin(), osdIds.end(), ids.begin(),
                        [](const std::string& strId) { return Unsigned(strId, "an OSD id"); });
         std::vector<SWindow> windows;
+        windows.reserve(groups.size());
         for (const WordGroup& group : groups) {
             windows.push_back({Unsigned(group[0], "the window id"), Unsigned(group[1], "X"),
                                Unsigned(group[2], "Y"), Unsigned(group[3], "the width"),
