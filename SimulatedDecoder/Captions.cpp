@@ -8,21 +8,21 @@ namespace simulated_decoder {
 
 namespace {
 
-constexpr std::size_t kMaxCells = 4096;
+constexpr std::size_t kMaxCells = 2048;
 
 Caption MediaCaption(const SubWindow& subWindow)
 {
     const Media& media = subWindow.media.front();
     Caption caption{fmt::format("{}:{}", media.address, media.port), ""};
-    if (!media.channel.empty()) {
-        caption.detail = fmt::format("ch {}, ", media.channel);
+    if (subWindow.control) {
+        caption.detail += fmt::format("control {}={}, ", subWindow.control->type, subWindow.control->value);
+    }
+    if (subWindow.media.size() > 1) {
+        caption.detail += fmt::format("+{} more, ", subWindow.media.size() - 1);
     }
     caption.detail += fmt::format("stream {}", media.streamType);
-    if (subWindow.media.size() > 1) {
-        caption.detail += fmt::format(", +{} more", subWindow.media.size() - 1);
-    }
-    if (subWindow.control) {
-        caption.detail += fmt::format(", control {}={}", subWindow.control->type, subWindow.control->value);
+    if (!media.channel.empty()) {
+        caption.detail += fmt::format(", ch {}", media.channel);
     }
     return caption;
 }

@@ -19,6 +19,9 @@ constexpr std::size_t kMaxNameLength = 255;
 
 InputChannel ReadChannel(const nlohmann::json& item)
 {
+    if (!item.at("id").is_number_integer()) {
+        throw std::runtime_error("an id is no whole number");
+    }
     const auto id = item.at("id").get<std::int64_t>();
     InputChannel channel{0, item.at("name").get<std::string>(), item.at("online").get<bool>()};
     if (id < 1 || id > INT32_MAX) {

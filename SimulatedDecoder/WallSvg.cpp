@@ -158,8 +158,8 @@ private:
             right -= TextWidth(channel, m_size * 0.75) + m_size * 0.5;
         }
         if (m_zoomed) {
-            m_svg.Text(right, m_area.y + m_size, "zoomed",
-                       {m_size * 0.75, kBorder, nullptr, true, Anchor::End});
+            const char* ink = m_subWindow.IsIdle() ? m_colour.line : kBorder;
+            m_svg.Text(right, m_area.y + m_size, "zoomed", {m_size * 0.75, ink, nullptr, true, Anchor::End});
         }
     }
 
