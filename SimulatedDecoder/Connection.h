@@ -29,7 +29,7 @@ public:
     Connection(asio::ip::tcp::socket socket, int number, Device& device, ClosedFunction closed);
 
     void Start();
-    // Tells the host, once it is logged in and nothing else is on its way, how the channels are then.
+    // Tells a host that is logged in how the channels are, once nothing else is on its way.
     void Notify(const ChannelChange& change);
     // Closes at once; what was not sent yet is lost.
     void Close(std::string_view reason);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
 #include <map>
 #include <string>
 
@@ -207,9 +208,8 @@ ErrorCode DoSetWall(RequestContext& context)
     std::stable_sort(layered.begin(), layered.end(),
                      [](const auto& one, const auto& other) { return one.layer < other.layer; });
     std::vector<Window> windows;
-    for (LayeredWindow& each : layered) {
-        windows.push_back(std::move(each.window));
-    }
+    std::transform(layered.begin(), layered.end(), std::back_inserter(windows),
+                   [](LayeredWindow& each) { return std::move(each.window); });
     return context.state.wall.Replace(std::move(windows));
 }
 
