@@ -17,6 +17,9 @@ struct Options {
     std::string password;
     int rows = 2;
     int columns = 2;
+    std::string name = "tvwall-decoder"; // of the device
+    std::string channels;                // the file
+    std::string sourceAccounts;          // the file
     std::string wallSvg;
     std::string wallText;
     std::string jsonLog;

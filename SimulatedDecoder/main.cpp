@@ -35,6 +35,17 @@ int Complain(const char* what, int status)
     return status;
 }
 
+// As long as the program runs, a hang-up has the channels read again.
+void ReloadOnHangUp(asio::signal_set& hangUps, Device& device, Server& server)
+{
+    hangUps.async_wait([&](const std::error_code& cancelled, int) {
+        if (!cancelled) {
+            server.Notify(device.ReloadChannels());
+            ReloadOnHangUp(hangUps, device, server);
+        }
+    });
+}
+
 int Run(const Options& options)
 {
     asio::io_context context(1);
@@ -42,8 +53,11 @@ int Run(const Options& options)
     asio::signal_set signals(context, SIGINT, SIGTERM);
     signals.async_wait([&](const std::error_code&, int) { context.stop(); });
 
+    asio::signal_set hangUps(context, SIGHUP);
+
     Device device(options);
-    const Server server(context, device, options.host, options.port);
+    Server server(context, device, options.host, options.port);
+    ReloadOnHangUp(hangUps, device, server);
     if (!options.portFile.empty()) {
         const std::string problem =
             WriteFileAtomically(options.portFile, std::to_string(server.Port()) + "\n");
