@@ -13,6 +13,7 @@
 #include "AtomicFile.h"
 #include "Device.h"
 #include "Options.h"
+#include "PcapFile.h"
 #include "Server.h"
 
 namespace {
@@ -43,7 +44,8 @@ int Run(const Options& options)
     signals.async_wait([&](const std::error_code&, int) { context.stop(); });
 
     Device device(options);
-    const Server server(context, device, options.host, options.port);
+    PcapFile capture(options.pcap);
+    const Server server(context, device, capture, options.host, options.port);
     if (!options.portFile.empty()) {
         const std::string problem =
             WriteFileAtomically(options.portFile, std::to_string(server.Port()) + "\n");
