@@ -7,6 +7,8 @@ local DEVICE_HEAD_LENGTH = 64
 -- Nobody sends more. A length beyond it is a stream out of step, and waiting for its bytes would hide all that follows.
 local MAX_PAYLOAD = 16 * 1024 * 1024
 
+local NOTIFICATIONS = { notifychannelchange = true, notifychannelstate = true }
+
 -- What the simulated decoder means by its codes; of a real one, only those of the login are known.
 local ERROR_WORDS = {
     [0] = "success",
@@ -129,10 +131,6 @@ local function read_header(payload)
     end
 end
 
-local function is_notification(message)
-    return message.url == "notifychannelchange" or message.url == "notifychannelstate" or not message.seq
-end
-
 -- Which exchange the message belongs to, and whether that was known: it is learnt at the first look at the frame.
 -- Wireshark's own mark for frames it has visited will not do, as tshark may set it without having shown us the frame.
 local function exchange_of(message, pinfo)
@@ -214,8 +212,12 @@ local function add_message(header, range, pinfo, tree)
         code:add_proto_expert_info(experts.refused, describe_code(message.code))
     end
 
-    if is_notification(message) then
+    if NOTIFICATIONS[message.url] then
         return "Notification " .. message.url
+    end
+    if not message.seq then
+        tree:add_proto_expert_info(experts.no_request, "Without a sequence number it answers no request")
+        return "Message " .. message.url .. " without a sequence number"
     end
     local exchange, was_known = exchange_of(message, pinfo)
     if exchange.request_in == pinfo.number then
