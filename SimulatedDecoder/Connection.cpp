@@ -19,10 +19,12 @@ constexpr std::chrono::microseconds kPiecePause{100};
 
 } // namespace
 
-Connection::Connection(asio::ip::tcp::socket socket, int number, Device& device, ClosedFunction closed)
+Connection::Connection(asio::ip::tcp::socket socket, int number, Device& device, CapturedConnection capture,
+                       ClosedFunction closed)
     : m_socket(std::move(socket)),
       m_number(number),
       m_device(device),
+      m_capture(std::move(capture)),
       m_closed(std::move(closed)),
       m_session(device.Desk()),
       m_pieceTimer(m_socket.get_executor()),
@@ -55,6 +57,7 @@ void Connection::Close(std::string_view reason)
     m_open = false;
     spdlog::info("host {}: closed: {}", m_number, reason);
     m_session.LogOut();
+    m_capture.End(CapturedConnection::Side::Decoder);
     std::error_code ignored;
     m_socket.shutdown(asio::ip::tcp::socket::shutdown_both, ignored);
     m_socket.close(ignored);
@@ -69,10 +72,13 @@ void Connection::Read()
     m_socket.async_read_some(asio::buffer(m_input),
                              [self = shared_from_this()](const std::error_code& error, std::size_t length) {
                                  if (error) {
+                                     self->m_capture.End(CapturedConnection::Side::Host);
                                      self->Close(error == asio::error::eof ? "by the host" : error.message());
                                      return;
                                  }
-                                 self->m_frames.Feed({self->m_input.data(), length});
+                                 const std::string_view bytes(self->m_input.data(), length);
+                                 self->m_capture.Sent(CapturedConnection::Side::Host, bytes);
+                                 self->m_frames.Feed(bytes);
                                  self->TakeFrames();
                              });
 }
@@ -184,7 +190,9 @@ void Connection::SendNextPiece()
         piece = asio::buffer(piece, chunk);
     }
     asio::async_write(m_socket, piece,
-                      [self = shared_from_this()](const std::error_code& error, std::size_t length) {
+                      [self = shared_from_this(), piece](const std::error_code& error, std::size_t length) {
+                          self->m_capture.Sent(CapturedConnection::Side::Decoder,
+                                               {static_cast<const char*>(piece.data()), length});
                           if (error) {
                               self->Close(error.message());
                               return;

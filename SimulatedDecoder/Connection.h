@@ -11,6 +11,7 @@
 #include <asio/ip/tcp.hpp>
 #include <asio/steady_timer.hpp>
 
+#include "CapturedConnection.h"
 #include "ChannelNotices.h"
 #include "Device.h"
 #include "Frame.h"
@@ -26,7 +27,8 @@ public:
 
     // `number` names the host in logs, from 1. `closed` is called once, when the connection has closed by
     // itself.
-    Connection(asio::ip::tcp::socket socket, int number, Device& device, ClosedFunction closed);
+    Connection(asio::ip::tcp::socket socket, int number, Device& device, CapturedConnection capture,
+               ClosedFunction closed);
 
     void Start();
     // Tells a host that is logged in how the channels are, once nothing else is on its way.
@@ -53,6 +55,7 @@ private:
     asio::ip::tcp::socket m_socket;
     int m_number;
     Device& m_device;
+    CapturedConnection m_capture;
     ClosedFunction m_closed;
     HostSession m_session;
     bool m_open = true;

@@ -132,6 +132,9 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
     app.add_option("--json-log", options.jsonLog,
                    "Log every request to this file, one JSON object a line; starts it anew")
         ->type_name("FILE");
+    app.add_option("--pcap", options.pcap,
+                   "Capture what is received and sent to this file, for Wireshark; starts it anew")
+        ->type_name("FILE");
     app.add_option("--fault", faults, "Misbehave on order; may be given several times")
         ->type_name("SPEC")
         ->allow_extra_args(false);

@@ -23,6 +23,7 @@ struct Options {
     std::string wallSvg;
     std::string wallText;
     std::string jsonLog;
+    std::string pcap;
     Faults faults;
 };
 

@@ -25,8 +25,14 @@ std::string Text(const Endpoint& endpoint)
 
 } // namespace
 
-Server::Server(asio::io_context& context, Device& device, const std::string& host, std::uint16_t port)
-    : m_context(context), m_device(device), m_acceptor(context), m_retryTimer(context), m_flapTimer(context)
+Server::Server(asio::io_context& context, Device& device, PcapFile& capture, const std::string& host,
+               std::uint16_t port)
+    : m_context(context),
+      m_device(device),
+      m_capture(capture),
+      m_acceptor(context),
+      m_retryTimer(context),
+      m_flapTimer(context)
 {
     try {
         Listen(host, port);
@@ -109,6 +115,7 @@ void Server::Welcome(tcp::socket socket)
 {
     std::error_code error;
     const tcp::endpoint peer = socket.remote_endpoint(error);
+    const tcp::endpoint local = error ? tcp::endpoint() : socket.local_endpoint(error);
     if (error) {
         return; // gone again
     }
@@ -119,6 +126,7 @@ void Server::Welcome(tcp::socket socket)
     const int number = ++m_lastNumber;
     spdlog::info("host {}: connected from {}", number, Text(peer));
     const auto connection = std::make_shared<Connection>(std::move(socket), number, m_device,
+                                                         CapturedConnection(m_capture, peer, local),
                                                          [this](int closed) { m_connections.erase(closed); });
     m_connections.emplace(number, connection);
     connection->Start();

@@ -12,6 +12,7 @@
 
 #include "Connection.h"
 #include "Device.h"
+#include "PcapFile.h"
 
 namespace simulated_decoder {
 
@@ -20,12 +21,13 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-// Accepts hosts, up to 64 at the same time, and keeps their connections. Context and device outlive it; runs
-// on the context's thread. The destructor closes all connections.
+// Accepts hosts, up to 64 at the same time, and keeps their connections. Context, device and capture outlive
+// it; runs on the context's thread. The destructor closes all connections.
 class Server {
 public:
     // Listens when it returns. ListenError, with a text for the user, when that cannot be done.
-    Server(asio::io_context& context, Device& device, const std::string& host, std::uint16_t port);
+    Server(asio::io_context& context, Device& device, PcapFile& capture, const std::string& host,
+           std::uint16_t port);
     ~Server();
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
@@ -44,6 +46,7 @@ private:
 
     asio::io_context& m_context;
     Device& m_device;
+    PcapFile& m_capture;
     asio::ip::tcp::acceptor m_acceptor;
     asio::steady_timer m_retryTimer;
     asio::steady_timer m_flapTimer;

@@ -13,6 +13,7 @@
 #include "AtomicFile.h"
 #include "Device.h"
 #include "Options.h"
+#include "PcapFile.h"
 #include "Server.h"
 
 namespace {
@@ -56,7 +57,8 @@ int Run(const Options& options)
     asio::signal_set hangUps(context, SIGHUP);
 
     Device device(options);
-    Server server(context, device, options.host, options.port);
+    PcapFile capture(options.pcap);
+    Server server(context, device, capture, options.host, options.port);
     ReloadOnHangUp(hangUps, device, server);
     if (!options.portFile.empty()) {
         const std::string problem =
