@@ -1,7 +1,11 @@
 #pragma once
 
+#include <cstddef>
+#include <memory>
+#include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "VTXMLParse.h"
 
@@ -24,3 +28,15 @@ public:
 private:
     CVTXMLParse m_xml;
 };
+
+// Appends what was read of one item of a reply. Throws std::length_error where no real decoder has so many:
+// each item of a few bytes takes some hundred in the host's record.
+template <class Items, class Item>
+void AppendReplied(Items& items, std::shared_ptr<Item> item)
+{
+    constexpr size_t MAX_ITEMS = 1 << 18;
+    if (items.size() == MAX_ITEMS) {
+        throw std::length_error("too many items in a reply");
+    }
+    items.push_back(std::move(item));
+}

@@ -25,7 +25,7 @@ std::shared_ptr<S_MTvw_Get_AuCfg_Cav> ReadWindow(const CVTXMLParse& xml, CVTXMLP
         subWindow->_index = xml.GetValue_i32(subItem, "index");
         // The decoder's name for what it takes as td_channel.
         subWindow->_channelId = xml.GetValue_i32(subItem, "channelid");
-        window->_subList.push_back(std::move(subWindow));
+        AppendReplied(window->_subList, std::move(subWindow));
         ++window->_subCnt;
     }
     return window;
@@ -35,7 +35,7 @@ void ReadAudioConfig(const CVTXMLParse& xml, S_MTvw_Get_Audio_Config& answer)
 {
     for (auto item = xml.GetFirstItem("td_command/td_body/td_windowlist/item"); item != nullptr;
          item = xml.GetNextSiblingItem(item, "item")) {
-        answer._cavList.push_back(ReadWindow(xml, item));
+        AppendReplied(answer._cavList, ReadWindow(xml, item));
         ++answer._cavCnt;
     }
 }

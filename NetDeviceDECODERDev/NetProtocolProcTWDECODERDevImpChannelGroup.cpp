@@ -2,6 +2,7 @@
 // that is short or malformed still sends what was read of it.
 
 #include "CmdXmlFormat.h"
+#include "DeviceReply.h"
 #include "DeviceRequest.h"
 #include "FieldText.h"
 #include "MonitorTvwCommChannelGroup.h"
@@ -99,7 +100,7 @@ void CNetProtocolProcTWDECODERDevImp::GetChGroupInfoXml(S_MTvw_Wall_Get_ChGroup_
         SetFieldText(group->_name, xml.GetValueStr(item, "name"));
         group->_interval = xml.GetValueDWORD(item, "interval");
         SetFieldText(group->_td_channellist, xml.GetValueStr(item, "td_channellist"));
-        info.getChGroupList.push_back(std::move(group));
+        AppendReplied(info.getChGroupList, std::move(group));
     }
 }
 

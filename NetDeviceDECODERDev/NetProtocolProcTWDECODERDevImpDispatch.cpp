@@ -99,7 +99,7 @@ void CNetProtocolProcTWDECODERDevImp::ProcOneCommand(CCmdProcObject* cmd, unsign
     m_bAnswered = false;
     try {
         RunCommand(cmd, reinterpret_cast<char*>(buf), len);
-    } catch (const std::exception&) { // no memory for this command; the answer needs none
+    } catch (const std::exception&) { // no memory, or a reply without measure; the answer needs none
         m_replyHandOver.ExpectNone();
         DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
     }

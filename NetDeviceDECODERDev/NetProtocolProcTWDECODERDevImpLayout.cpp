@@ -93,7 +93,7 @@ void CNetProtocolProcTWDECODERDevImp::GetWallLayoutMessage(S_MTvw_Wall_Layout& l
     // A wall without screens is answered with one empty screen: the host expects it so.
     auto item = xml.GetFirstItem("td_command/td_body/td_channellist/item");
     do {
-        layout._channelList.push_back(ReadScreen(xml, item));
+        AppendReplied(layout._channelList, ReadScreen(xml, item));
         item = xml.GetNextSiblingItem(item);
     } while (item != nullptr);
 }

@@ -200,14 +200,17 @@ bool RunAesCbc(AesKeySetter setKey, int nDirection, const char* key, const unsig
 
 bool HasKeyText(const char* key) { return key != nullptr && *key != '\0'; }
 
-// False for a key under which a text is not hidden or not recoverable, such as one with the exponent 1: a
-// text that would leave in the clear does not leave.
-bool Hides(const RSA& key)
+// False for a key under which a text is not hidden or not recoverable, such as one with the exponent 1 (a
+// text that would leave in the clear does not leave), and for one made to keep the processor busy.
+bool IsUsableKey(const RSA& key)
 {
     const BIGNUM* pModulus = nullptr;
     const BIGNUM* pExponent = nullptr;
     RSA_get0_key(&key, &pModulus, &pExponent, nullptr);
-    return !BN_is_negative(pModulus) && !BN_is_negative(pExponent) && BN_is_odd(pExponent) &&
+    constexpr int MAX_MODULUS_BITS = 4096;
+    constexpr int MAX_EXPONENT_BITS = 64;
+    return BN_num_bits(pModulus) <= MAX_MODULUS_BITS && BN_num_bits(pExponent) <= MAX_EXPONENT_BITS &&
+           !BN_is_negative(pModulus) && !BN_is_negative(pExponent) && BN_is_odd(pExponent) &&
            !BN_is_one(pExponent);
 }
 
@@ -282,7 +285,7 @@ CRsaPubKey::CRsaPubKey(const std::string& pubKeyPem) noexcept
 {
     Contained(false, [&] {
         RsaKey key = ReadKey(PEM_read_bio_RSAPublicKey, pubKeyPem);
-        if (key && Hides(*key)) {
+        if (key && IsUsableKey(*key)) {
             m_key.reset(key.release());
         }
         return true;

@@ -67,6 +67,8 @@ TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
         {"elements inside the text", "<devicename>a<b>c</b>d</devicename>", Hex("a")},
         {"many attributes", "<x " + Attributes(256) + "/><devicename>n</devicename>", Hex("n")},
         {"too many, with marks in their values", "<x " + Attributes(300000) + "/>", "failure 20000002"},
+        {"too many, behind a comment that begins with its end",
+         "<!--><x \"--><x " + Attributes(300000) + "/>", "failure 20000002"},
         {"marks outside of tags", "<!-- <x> ' --><![CDATA[<x ' ]]><devicename>n</devicename>", Hex("n")},
     };
     for (const auto& c : cases) {
@@ -156,6 +158,8 @@ TEST_F(HostileDecoderTest, KeysThatAreNoneCostNothing)
         {"a modulus of 100,000 bytes", PemKey(std::string(100000, '\x7F'), "\3")},
         {"a modulus of 10,000 bytes and an exponent as long", PemKey(std::string(10000, '\x7F'), odd + odd)},
         {"an exponent that changes nothing", PemKey(odd, "\1")},
+        {"an exponent that takes long", PemKey(std::string(384, '\x7F'), std::string(383, '\x7F'))},
+        {"a modulus that takes long", PemKey(std::string(1024, '\x7F'), "\3")},
         {"an exponent of nothing", PemKey(odd, std::string(1, '\0'))},
         {"an exponent above the modulus", PemKey(odd, odd + odd)},
     };

@@ -56,8 +56,8 @@ TEST_F(DisplayTest, BordersAndZoomSendWhatWasReadAndEchoTheirRecord)
         Borders("id cut", Count(2, one + "\5"), oneSent + WindowElem(0, "")),
         Borders("no whole count", "\1\1\1", ""),
         Borders("nothing", "", ""),
-        {"zoom", 0x50002, 0x50014, Bytes().Text(GUIDS).U32(0xFFFFFFFE).U16(0).U16(65535), "dofullscreen",
-         Body(Elem("enable", 0) +
+        {"zoom", 0x50002, 0x50014, Bytes().Text(GUIDS).U32(0xFFFFFFFE).U16(65535).U16(65535), "dofullscreen",
+         Body(Elem("enable", 65535) +
               Elem("td_window", Elem("id", 4294967294) + Elem("td_subwindow", Elem("index", 65535)))),
          0x50014},
     };

@@ -72,11 +72,13 @@ TEST_F(LayoutTest, TheAnswerHoldsTheScreensAsTheyStandInTheReply)
     LogIn();
     const auto Get = [this](const std::string& body) { return Ask(0x50006, "any", "getwalllayout", body); };
     const auto answer = [](const std::string& bytes) { return "buffer " + Hex(bytes); };
-    EXPECT_EQ(Get("<row>2</row>"), answer(Layout(2, 0, 1, Screen(0, "", 0, 0)))) << "one empty screen";
+    EXPECT_EQ(Get("<row>2</row><td_channellist/>"), answer(Layout(2, 0, 1, Screen(0, "", 0, 0))))
+        << "one empty screen";
     EXPECT_EQ(LastBody(), NO_BODY);
     const std::string seq = Element(LastRequest(), "seq");
     EXPECT_EQ(fake_host::Logs().back().text,
-              "the xmlDoc:\n " + ReplyText("getwalllayout", seq, "0", "", "<row>2</row>") + "\n");
+              "the xmlDoc:\n " + ReplyText("getwalllayout", seq, "0", "", "<row>2</row><td_channellist/>") +
+                  "\n");
     EXPECT_EQ(fake_host::Logs().back().level, fake_host::LogLevel::Debug);
     Get(std::string(5000, ' '));
     EXPECT_EQ(fake_host::Logs().back().text.size(), 4095U);

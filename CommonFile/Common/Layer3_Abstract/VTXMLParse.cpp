@@ -37,10 +37,11 @@ const char* TextOf(CVTXMLParse::Item item)
 // with all before it, so that a message of a few hundred kilobytes could keep a worker busy for minutes.
 constexpr size_t MAX_ATTRIBUTES = 256;
 
-// Behind the end of what begins at the start of the text; empty when it has no end.
-std::string_view SkipBehind(std::string_view text, std::string_view end)
+// Behind the end of what begins at the start of the text with a mark of nMark characters, which are no part
+// of the end; empty when it has no end.
+std::string_view SkipBehind(std::string_view text, size_t nMark, std::string_view end)
 {
-    const size_t nAt = text.find(end);
+    const size_t nAt = text.find(end, nMark);
     return nAt == std::string_view::npos ? std::string_view() : text.substr(nAt + end.size());
 }
 
@@ -54,7 +55,7 @@ bool SkipTag(std::string_view& text)
             text.remove_prefix(std::min(nAt, text.size()));
             return true;
         }
-        text = SkipBehind(text.substr(nAt + 1), text.substr(nAt, 1));
+        text = SkipBehind(text.substr(nAt), 1, text.substr(nAt, 1));
     }
     return false;
 }
@@ -64,13 +65,13 @@ bool HasTooManyAttributes(std::string_view text)
     for (size_t nAt = text.find('<'); nAt != std::string_view::npos; nAt = text.find('<')) {
         text.remove_prefix(nAt + 1);
         if (text.starts_with("!--")) {
-            text = SkipBehind(text, "-->");
+            text = SkipBehind(text, 3, "-->");
         } else if (text.starts_with("![CDATA[")) {
-            text = SkipBehind(text, "]]>");
+            text = SkipBehind(text, 8, "]]>");
         } else if (text.starts_with("?")) {
-            text = SkipBehind(text, "?>");
+            text = SkipBehind(text, 1, "?>");
         } else if (text.starts_with("!")) {
-            text = SkipBehind(text, ">");
+            text = SkipBehind(text, 1, ">");
         } else if (!SkipTag(text)) {
             return true;
         }

@@ -6,7 +6,7 @@ unsigned int S_MTvw_Wall_Basic_Config::GetLength() const
 {
     CRecordLength length;
     length.Plain(_guidwall, _identidy, _runmode);
-    return length.GetLength() + static_cast<unsigned int>(_devicename.size());
+    return static_cast<unsigned int>(length.GetLength() + _devicename.size());
 }
 
 unsigned int S_MTvw_Wall_Basic_Config::GetData(char*& pData) const

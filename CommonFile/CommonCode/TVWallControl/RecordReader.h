@@ -16,6 +16,9 @@ public:
     {
     }
 
+    // A record that is given no bytes at all is left as it was.
+    static constexpr bool CLEARS_WITHOUT_DATA = false;
+
     bool IsGood() const { return m_bGood; }
     // False when the plain fields are to be dropped again.
     bool KeepsHead() const { return true; }
@@ -136,6 +139,8 @@ public:
 // that are whole, an image only when it is whole itself; what is missing still makes the reader fail.
 class CCutListReader : public CRecordReader {
 public:
+    static constexpr bool CLEARS_WITHOUT_DATA = true;
+
     using CRecordReader::CRecordReader;
 
     template <class Count, class Item>

@@ -9,12 +9,12 @@
 // Adds up the bytes that a record takes on the wire.
 class CRecordLength {
 public:
-    unsigned int GetLength() const { return m_nLen; }
+    uint64_t GetLength() const { return m_nLen; }
 
     template <class... Field>
     void Plain(const Field&...)
     {
-        m_nLen += static_cast<unsigned int>((sizeof(Field) + ...));
+        m_nLen += (sizeof(Field) + ...);
     }
 
     template <class Count, class Item>
@@ -28,11 +28,11 @@ public:
     template <class Count, class Image>
     void ImageList(Count, const std::list<std::shared_ptr<Image>>& images)
     {
-        m_nLen += static_cast<unsigned int>(images.size() * sizeof(Image));
+        m_nLen += images.size() * sizeof(Image);
     }
 
 private:
-    unsigned int m_nLen = 0;
+    uint64_t m_nLen = 0;
 };
 
 // Encodes a record into a buffer of known size and never writes behind its end: what does not fit is left

@@ -7,9 +7,11 @@
 
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <list>
 #include <memory>
 #include <new>
+#include <stdexcept>
 #include <string>
 #include <utility>
 
@@ -103,11 +105,15 @@ private:
 template <class Record, class Reader = CRecordReader>
 class CTvwRecord {
 public:
-    // Decodes from nLen bytes. False, with nothing changed, for null or no bytes; false for bytes that end
-    // before the record does, with the parts that were complete kept. Bytes behind the record are ignored.
+    // Decodes from nLen bytes. False, with nothing changed unless the reader says so, for null or no bytes;
+    // false for bytes that end before the record does, with the parts that were complete kept. Bytes behind
+    // the record are ignored.
     bool SetData(const char* pData, unsigned int nLen)
     {
         if (pData == nullptr || nLen == 0) {
+            if (Reader::CLEARS_WITHOUT_DATA) {
+                Self().ClearData();
+            }
             return false;
         }
         Self().ClearData();
@@ -132,9 +138,12 @@ public:
         return writer.GetLength();
     }
 
-    // The same as bytes of their own.
+    // The same as bytes of their own. Throws std::length_error for a record whose length no field can hold.
     std::string Encode() const
     {
+        if (Measure() > std::numeric_limits<unsigned int>::max()) {
+            throw std::length_error("a record of 4 GiB or more");
+        }
         std::string bytes(Self().GetLength(), '\0');
         char* pData = bytes.data();
         GetData(pData);
@@ -142,12 +151,7 @@ public:
     }
 
     // Bytes that the record takes on the wire, with the items that its lists hold now.
-    unsigned int GetLength() const
-    {
-        CRecordLength length;
-        Record::Fields(Self(), length);
-        return length.GetLength();
-    }
+    unsigned int GetLength() const { return static_cast<unsigned int>(Measure()); }
 
     // Sets every count to the size of its list; one "ASSERT" in the host's log for each that was another.
     void VerifyData()
@@ -163,6 +167,12 @@ public:
     }
 
 private:
+    uint64_t Measure() const
+    {
+        CRecordLength length;
+        Record::Fields(Self(), length);
+        return length.GetLength();
+    }
     Record& Self() { return static_cast<Record&>(*this); }
     const Record& Self() const { return static_cast<const Record&>(*this); }
 };
