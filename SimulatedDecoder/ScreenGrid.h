@@ -1,7 +1,6 @@
 #pragma once
 // The screens of the wall in rows and columns, and the outputs of the decoder that feed them.
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -23,7 +22,13 @@ inline constexpr std::uint32_t kOutputs = std::uint32_t{kMaxScreens} * kMaxScree
 struct GridPosition {
     std::uint32_t column = 0;
     std::uint32_t row = 0;
-    auto operator<=>(const GridPosition&) const = default;
+
+    bool operator==(const GridPosition&) const = default;
+    // Row by row.
+    bool operator<(const GridPosition& other) const
+    {
+        return row != other.row ? row < other.row : column < other.column;
+    }
 };
 
 struct Binding {

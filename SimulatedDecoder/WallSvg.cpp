@@ -361,11 +361,10 @@ private:
             return;
         }
         for (std::size_t cell = 0; cell < subWindows.size(); ++cell) {
-            const auto column = static_cast<double>(cell % grid.columns);
-            const auto row = static_cast<double>(cell / grid.columns);
-            CellDrawing(m_svg, m_state, window, *subWindows[cell],
-                        {area.x + width * column, area.y + height * row, width, height})
-                .Draw();
+            const std::size_t row = cell / grid.columns;
+            const double x = area.x + width * static_cast<double>(cell % grid.columns);
+            const double y = area.y + height * static_cast<double>(row);
+            CellDrawing(m_svg, m_state, window, *subWindows[cell], {x, y, width, height}).Draw();
         }
     }
 
@@ -379,7 +378,8 @@ private:
         for (std::size_t i = 0; i < shown; ++i) {
             const std::size_t layer = windows.size() - i;
             const Window& window = windows[layer - 1];
-            const double x = kMargin + static_cast<double>(i / lines) * kListColumn;
+            const std::size_t listColumn = i / lines;
+            const double x = kMargin + static_cast<double>(listColumn) * kListColumn;
             const double y = top + static_cast<double>(i % lines) * kListLine;
             const Colour& colour = ColourOf(window);
             m_svg.Rect({x, y - 6, 12, 12},
