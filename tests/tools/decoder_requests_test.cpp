@@ -13,6 +13,7 @@
 
 #include "Captions.h"
 #include "Device.h"
+#include "PcapFile.h"
 #include "Server.h"
 
 namespace simulated_decoder {
@@ -393,7 +394,7 @@ protected:
             ASSERT_EQ(AddFault(options.faults, fault), "");
         }
         device = std::make_unique<Device>(options);
-        server = std::make_unique<Server>(context, *device, "127.0.0.1", 0);
+        server = std::make_unique<Server>(context, *device, capture, "127.0.0.1", 0);
         host.connect({asio::ip::address_v4::loopback(), server->Port()});
         thread = std::thread([this] { context.run(); });
     }
@@ -429,6 +430,7 @@ protected:
     asio::io_context context{1};
     asio::ip::tcp::socket host{context};
     FrameReader frames;
+    PcapFile capture{""}; // none
     std::unique_ptr<Server> server;
     std::thread thread;
 };
