@@ -28,7 +28,7 @@ std::string Notice(const char* url, const char* listName, std::uint32_t channels
 std::string ChannelNotices::Next()
 {
     if (!m_states) {
-        m_channels = m_channels % kMaxChannels + 1;
+        m_channels = m_fixed != 0 ? m_fixed : m_channels % kMaxChannels + 1;
     }
     std::string text = m_states ? States() : Channels();
     m_states = !m_states;

@@ -25,6 +25,7 @@ Connection::Connection(asio::ip::tcp::socket socket, int number, Device& device,
       m_device(device),
       m_closed(std::move(closed)),
       m_session(device.Desk()),
+      m_notices(device.Channels()),
       m_pieceTimer(m_socket.get_executor()),
       m_beatTimer(m_socket.get_executor()),
       m_noticeTimer(m_socket.get_executor())

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include <spdlog/spdlog.h>
 
@@ -41,12 +42,13 @@ std::optional<std::uint32_t> ReplySeq(const Request& request, const UrlFaults& f
 
 } // namespace
 
-Device::Device(const Options& options)
-    : m_desk(options.user, options.password),
+Device::Device(const Options& options, std::shared_ptr<const DeskKeys> keys)
+    : m_desk(options.user, options.password, std::move(keys)),
       m_wall(options.rows, options.columns),
       m_pictures(options.wallSvg, options.wallText),
       m_log(options.jsonLog),
-      m_faults(options.faults)
+      m_faults(options.faults),
+      m_channels(options.channels)
 {
     if (const std::string problem = m_pictures.Write(m_wall); !problem.empty()) {
         throw std::runtime_error(problem);

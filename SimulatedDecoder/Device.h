@@ -2,6 +2,7 @@
 // The decoder itself, without its connections: account, wall, pictures, log of requests.
 
 #include <chrono>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -22,8 +23,8 @@ struct Answer {
 
 class Device {
 public:
-    // Generates the keys and writes the first pictures; std::runtime_error when a file cannot be written.
-    explicit Device(const Options& options);
+    // Writes the first pictures; std::runtime_error when a file cannot be written.
+    Device(const Options& options, std::shared_ptr<const DeskKeys> keys);
 
     // Carries out one request of the connection with this number, faults included. When it returns, the
     // pictures and the log are up to date, so that whoever has the reply sees them.
@@ -31,6 +32,8 @@ public:
 
     LoginDesk& Desk() { return m_desk; }
     const Faults& ActiveFaults() const { return m_faults; }
+    // That its notifications tell of; 0: by turns 1 to 256.
+    std::uint32_t Channels() const { return m_channels; }
 
 private:
     ErrorCode CarryOutAndDraw(const Request& request, Message& reply, HostSession& session);
@@ -40,6 +43,7 @@ private:
     WallPictures m_pictures;
     JsonLog m_log;
     Faults m_faults;
+    std::uint32_t m_channels;
 };
 
 } // namespace simulated_decoder

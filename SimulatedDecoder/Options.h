@@ -17,6 +17,8 @@ struct Options {
     std::string password;
     int rows = 2;
     int columns = 2;
+    std::uint32_t decoders = 1; // each with a wall of its own, on successive ports from `port` on
+    std::uint32_t channels = 0; // that notifications tell of; 0: by turns 1 to 256
     std::string wallSvg;
     std::string wallText;
     std::string jsonLog;

@@ -11,7 +11,7 @@
 #include <spdlog/spdlog.h>
 
 #include "AtomicFile.h"
-#include "Device.h"
+#include "Fleet.h"
 #include "Options.h"
 #include "Server.h"
 
@@ -42,16 +42,14 @@ int Run(const Options& options)
     asio::signal_set signals(context, SIGINT, SIGTERM);
     signals.async_wait([&](const std::error_code&, int) { context.stop(); });
 
-    Device device(options);
-    const Server server(context, device, options.host, options.port);
+    const Fleet fleet(context, options);
     if (!options.portFile.empty()) {
-        const std::string problem =
-            WriteFileAtomically(options.portFile, std::to_string(server.Port()) + "\n");
+        const std::string problem = WriteFileAtomically(options.portFile, fleet.Ports());
         if (!problem.empty()) {
             throw std::runtime_error(problem);
         }
     }
-    std::cout << "listening on " << server.Where() << std::endl;
+    std::cout << fleet.Announcement() << std::flush;
     context.run();
     return 0;
 }
