@@ -113,10 +113,11 @@ private:
     E_Exchange SendAndWait(const CDeviceRequest& request, E_SendCheck sendCheck);
     // SendAndWait with the failure answers that most commands share; false when the command is answered.
     bool Exchange(CCmdProcObject* cmd, const CDeviceRequest& request);
-    // The reply to the last exchange; valid until the next one.
+    // The reply to the running command's last exchange; valid until the next one.
     std::string_view ReplyText() const;
     // The same, opened for reading; one parse serves all who ask.
     const CDeviceReply& Reply();
+    void ReleaseReply();
 
     // --- dispatch ---
 

@@ -81,6 +81,7 @@ void CNetProtocolProcTWDECODERDevImp::ProcOneCommand(CCmdProcObject* cmd, unsign
         m_replyHandOver.ExpectNone();
         DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
     }
+    ReleaseReply(); // a host has many sessions, and most of them are idle
 }
 
 void CNetProtocolProcTWDECODERDevImp::RunCommand(CCmdProcObject* cmd, char* data, unsigned int len)

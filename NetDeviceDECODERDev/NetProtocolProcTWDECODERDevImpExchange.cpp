@@ -147,8 +147,7 @@ bool CNetProtocolProcTWDECODERDevImp::WaitProc(unsigned int cmdID, unsigned int 
 CNetProtocolProcTWDECODERDevImp::E_Exchange
 CNetProtocolProcTWDECODERDevImp::SendAndWait(const CDeviceRequest& request, E_SendCheck sendCheck)
 {
-    m_pReply.reset();
-    m_pOpenReply.reset();
+    ReleaseReply();
     const unsigned long nFrameLen = KESTToDevXmltoBuf(request.Doc(), m_pTmpBuffer, m_TmpbufferLen);
     m_replyHandOver.Expect(static_cast<int>(request.Seq()));
     const bool bSent = SendDataToDev(AtomicLoad(m_pCurNetNode), m_pTmpBuffer, nFrameLen) >= 0;
@@ -177,6 +176,12 @@ bool CNetProtocolProcTWDECODERDevImp::Exchange(CCmdProcObject* cmd, const CDevic
         return false;
     }
     return false;
+}
+
+void CNetProtocolProcTWDECODERDevImp::ReleaseReply()
+{
+    m_pReply.reset();
+    m_pOpenReply.reset();
 }
 
 std::string_view CNetProtocolProcTWDECODERDevImp::ReplyText() const

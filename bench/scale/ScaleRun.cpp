@@ -45,12 +45,11 @@ void CScaleRun::Run(const std::string& strUser, const std::string& strPassword,
     SStages& stages = m_result.stages;
     m_nodes.reserve(ports.size());
     m_result.samples.reserve(static_cast<std::size_t>(m_options.loadTime / m_options.sampleEvery) + 2);
+    WarmUp(strUser, strPassword, ports.front());
     stages.begin = Settled();
     Connect(ports);
     stages.host = Settled();
-    for (const auto& pNode : m_nodes) {
-        pNode->StartSession(m_plugin);
-    }
+    StartSessions();
     stages.sessions = Settled();
     LogIn(strUser, strPassword);
     stages.loggedIn = Settled();
@@ -62,6 +61,21 @@ void CScaleRun::Run(const std::string& strUser, const std::string& strPassword,
     stages.noSession = Settled();
     m_nodes.clear();
     stages.end = Settled();
+}
+
+void CScaleRun::WarmUp(const std::string& strUser, const std::string& strPassword, const std::string& strPort)
+{
+    Connect({strPort});
+    StartSessions();
+    LogIn(strUser, strPassword);
+    m_nodes.clear();
+}
+
+void CScaleRun::StartSessions()
+{
+    for (const auto& pNode : m_nodes) {
+        pNode->StartSession(m_plugin);
+    }
 }
 
 void CScaleRun::Connect(const std::vector<std::string>& ports)
@@ -91,8 +105,8 @@ void CScaleRun::LogIn(const std::string& strUser, const std::string& strPassword
     }
     Drain(m_logins);
     m_result.loginTime = Clock::now() - begin;
-    if (m_logins.nDone != m_nodes.size()) {
-        throw CExitError(standin_host::EXIT_CONNECTION, "of " + std::to_string(m_nodes.size()) +
+    if (m_logins.nDone != m_logins.nQueued) {
+        throw CExitError(standin_host::EXIT_CONNECTION, "of " + std::to_string(m_logins.nQueued) +
                                                             " logins only " + std::to_string(m_logins.nDone) +
                                                             " succeeded");
     }

@@ -22,7 +22,7 @@ class CLoadNode;
 
 // The process at the end of each stage, when nothing is under way.
 struct SStages {
-    SProcessFigures begin;    // plug-in loaded, decoders listen
+    SProcessFigures begin;    // plug-in loaded and warm, decoders listen
     SProcessFigures host;     // connections, nodes and worker threads stand; the plug-in has no session
     SProcessFigures sessions; // each has its session
     SProcessFigures loggedIn;
@@ -70,7 +70,10 @@ public:
 private:
     using Clock = standin_host::CHostEvents::Clock;
 
+    // What the libraries set up once in a process is no cost of a session: one session, alone, pays for it.
+    void WarmUp(const std::string& strUser, const std::string& strPassword, const std::string& strPort);
     void Connect(const std::vector<std::string>& ports);
+    void StartSessions();
     void LogIn(const std::string& strUser, const std::string& strPassword);
     void Load();
     void QueueDue(Clock::time_point begin, Clock::time_point now);
