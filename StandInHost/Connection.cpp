@@ -121,8 +121,8 @@ void CConnection::Read()
 
 void CConnection::OnReadable(asio::error_code error)
 {
-    // One for all connections: a host with a thousand of them cannot keep one for each. Made by the thread that
-    // reads; an array would lie in the memory of every thread.
+    // One for all connections: a host with a thousand of them cannot keep one for each. Made by the thread
+    // that reads; an array would lie in the memory of every thread.
     static thread_local std::vector<char> t_chunk(kReadSize);
     m_bReading = false;
     const std::size_t nLen = error ? 0 : m_socket.read_some(asio::buffer(t_chunk), error);

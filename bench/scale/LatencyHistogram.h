@@ -22,7 +22,7 @@ public:
 private:
     // Each power of two is cut into that many buckets.
     static constexpr unsigned int kStepBits = 5;
-    static constexpr std::size_t kBuckets = std::size_t{64 - kStepBits} << kStepBits;
+    static constexpr std::size_t kBuckets = std::size_t{64 - kStepBits + 1} << kStepBits;
 
     static std::size_t Bucket(uint64_t nValue);
     static uint64_t UpperEnd(std::size_t nBucket);

@@ -1,6 +1,11 @@
 #include "LoadNode.h"
 
+#include <algorithm>
 #include <utility>
+
+#include <pthread.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include "Connection.h"
 #include "ExitStatus.h"
@@ -87,6 +92,25 @@ void CLoadNode::SendHeartbeat()
     unsigned long nLen = 0;
     const char* pBeat = m_pProcessor->GetBeatData(nLen);
     m_node.SendData(pBeat, nLen); // one that fails is as good as none
+}
+
+std::size_t CLoadNode::StackUsed()
+{
+    const auto nPage = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    pthread_attr_t attributes;
+    void* pStack = nullptr;
+    std::size_t nSize = 0;
+    if (::pthread_getattr_np(m_worker.native_handle(), &attributes) != 0) {
+        return 0;
+    }
+    ::pthread_attr_getstack(&attributes, &pStack, &nSize);
+    ::pthread_attr_destroy(&attributes);
+    std::vector<unsigned char> pages(nSize / nPage); // bit 0: the page is in memory
+    if (::mincore(pStack, pages.size() * nPage, pages.data()) != 0) {
+        return 0;
+    }
+    return nPage * static_cast<std::size_t>(std::count_if(
+                       pages.begin(), pages.end(), [](unsigned char page) { return (page & 1U) != 0; }));
 }
 
 void CLoadNode::Work()

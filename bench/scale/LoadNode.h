@@ -42,6 +42,9 @@ public:
     void SendHeartbeat();
     bool IsOnline() { return m_pProcessor->IsOnline(); }
 
+    // Bytes of the worker's stack that have been used so far, in whole pages.
+    std::size_t StackUsed();
+
 private:
     void Work();
 

@@ -1,6 +1,7 @@
 #include "ScaleReport.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iomanip>
 
 #include <nlohmann/json.hpp>
@@ -39,6 +40,15 @@ std::size_t Median(std::vector<SSample>::const_iterator first, std::vector<SSamp
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());
     return *middle;
+}
+
+// Without the longest message, which a session keeps. It has the decoder's keys, a login and two buffers to
+// hold.
+constexpr double kMaxSessionHeap = 8 * 1024;
+
+double SessionHeap(const SScaleOptions& options, const SScaleResult& result)
+{
+    return PerNode(result.stages.loaded.nHeap, result.stages.noSession.nHeap, options.nDecoders);
 }
 
 constexpr std::size_t kMinSamples = 8;
@@ -113,6 +123,10 @@ std::vector<std::string> Complaints(const SScaleOptions& options, const SScaleRe
     if (const long nThreads = PluginThreads(result); nThreads != 0) {
         complaints.push_back(std::to_string(nThreads) + " threads are not the host's");
     }
+    const double dHeap = SessionHeap(options, result);
+    if (dHeap > kMaxSessionHeap + static_cast<double>(result.nLongestNotification)) {
+        complaints.push_back("a session holds " + std::to_string(std::lround(dHeap)) + " bytes of heap");
+    }
     if (options.soakMinutes) {
         JudgeSoak(complaints, result.samples);
     }
@@ -162,9 +176,11 @@ Json ToJson(const SScaleOptions& options, const SScaleResult& result)
         {"plugin_threads", PluginThreads(result)},
         {"session_heap",
          {{"created", PerNode(stages.sessions.nHeap, stages.host.nHeap, nNodes)},
-          {"after_load", PerNode(stages.loaded.nHeap, stages.noSession.nHeap, nNodes)}}},
+          {"after_load", SessionHeap(options, result)}}},
+        {"session_stack", PerNode(result.nStacks, result.nHostStacks, nNodes)},
         {"session_resident", PerNode(stages.loaded.nResident, stages.host.nResident, nNodes)},
         {"host_heap", PerNode(stages.host.nHeap, stages.begin.nHeap, nNodes)},
+        {"host_stack", PerNode(result.nHostStacks, 0, nNodes)},
         {"host_resident", PerNode(stages.host.nResident, stages.begin.nResident, nNodes)},
         {"host_heap_gained", PerNode(stages.noSession.nHeap, stages.host.nHeap, nNodes)},
         {"left_heap", static_cast<long>(stages.end.nHeap) - static_cast<long>(stages.begin.nHeap)},
@@ -206,10 +222,12 @@ void PrintTable(std::ostream& out, const Json& report)
     Row("threads of the plug-in", report["plugin_threads"].get<long>(), "");
     Row("session: heap when created", KiB(report["session_heap"]["created"]), "KiB");
     Row("session: heap after the load", KiB(report["session_heap"]["after_load"]), "KiB");
-    Row("session: resident, used stack included", KiB(report["session_resident"]), "KiB");
+    Row("session: resident memory in all", KiB(report["session_resident"]), "KiB");
+    Row("  of these stack of the worker", KiB(report["session_stack"]), "KiB");
     Row("host's own part a decoder: heap", KiB(report["host_heap"]), "KiB");
-    Row("  and gained meanwhile", KiB(report["host_heap_gained"]), "KiB");
+    Row("  and held by it after the load", KiB(report["host_heap_gained"]), "KiB");
     Row("host's own part a decoder: resident", KiB(report["host_resident"]), "KiB");
+    Row("  of these stack of the worker", KiB(report["host_stack"]), "KiB");
     Row("heap left when all is gone, in all", KiB(report["left_heap"]), "KiB");
 }
 

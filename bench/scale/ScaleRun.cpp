@@ -24,6 +24,12 @@ constexpr std::chrono::seconds s_connectTimeout{10};
 constexpr std::chrono::seconds s_drainTimeout{70};
 constexpr std::chrono::seconds s_heartbeatEvery{5};
 
+CExitError ConnectError(const std::string& strPort, const std::string& strReason)
+{
+    return {standin_host::EXIT_CONNECTION,
+            "cannot connect to the decoder at port " + strPort + ": " + strReason};
+}
+
 } // namespace
 
 CScaleRun::CScaleRun(const SScaleOptions& options, const standin_host::CPlugin& plugin,
@@ -49,12 +55,14 @@ void CScaleRun::Run(const std::string& strUser, const std::string& strPassword,
     stages.begin = Settled();
     Connect(ports);
     stages.host = Settled();
+    m_result.nHostStacks = StacksUsed();
     StartSessions();
     stages.sessions = Settled();
     LogIn(strUser, strPassword);
     stages.loggedIn = Settled();
     Load();
     stages.loaded = Settled();
+    m_result.nStacks = StacksUsed();
     for (const auto& pNode : m_nodes) {
         pNode->EndSession();
     }
@@ -78,6 +86,15 @@ void CScaleRun::StartSessions()
     }
 }
 
+std::size_t CScaleRun::StacksUsed() const
+{
+    std::size_t nBytes = 0;
+    for (const auto& pNode : m_nodes) {
+        nBytes += pNode->StackUsed();
+    }
+    return nBytes;
+}
+
 void CScaleRun::Connect(const std::vector<std::string>& ports)
 {
     for (const std::string& strPort : ports) {
@@ -88,8 +105,7 @@ void CScaleRun::Connect(const std::vector<std::string>& ports)
                                                  std::move(settings), strReason);
         if (pConnection == nullptr) {
             Attend();
-            throw CExitError(standin_host::EXIT_CONNECTION,
-                             "cannot connect to the decoder at port " + strPort + ": " + strReason);
+            throw ConnectError(strPort, strReason);
         }
         m_nodes.push_back(std::make_unique<CLoadNode>(static_cast<uint32_t>(m_nodes.size() + 1),
                                                       std::move(pConnection), m_events));
@@ -105,10 +121,11 @@ void CScaleRun::LogIn(const std::string& strUser, const std::string& strPassword
     }
     Drain(m_logins);
     m_result.loginTime = Clock::now() - begin;
-    if (m_logins.nDone != m_logins.nQueued) {
-        throw CExitError(standin_host::EXIT_CONNECTION, "of " + std::to_string(m_logins.nQueued) +
-                                                            " logins only " + std::to_string(m_logins.nDone) +
-                                                            " succeeded");
+    if (m_logins.nDone != m_logins.nQueued || m_logins.nDoubled != 0) {
+        throw CExitError(standin_host::EXIT_COMMAND_FAILED,
+                         "of " + std::to_string(m_logins.nQueued) + " logins " +
+                             std::to_string(m_logins.nDone) + " succeeded, and " +
+                             std::to_string(m_logins.nDoubled) + " were answered twice");
     }
 }
 
@@ -186,7 +203,10 @@ void CScaleRun::Drain(const STally& tally)
 
 void CScaleRun::Attend()
 {
-    m_result.nNotifications += m_events.TakeNotifications().size();
+    for (const standin_host::SNotification& notification : m_events.TakeNotifications()) {
+        ++m_result.nNotifications;
+        m_result.nLongestNotification = std::max(m_result.nLongestNotification, notification.strData.size());
+    }
     if (const int nSignal = m_events.Interrupted()) {
         throw CExitError(standin_host::EXIT_SIGNAL_BASE + nSignal, "interrupted");
     }

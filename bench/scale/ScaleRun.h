@@ -45,9 +45,12 @@ struct SScaleResult {
     SStages stages;
     std::vector<SSample> samples;
     STally load;
-    CLatencyHistogram latency; // of all answers
+    CLatencyHistogram latency;   // of all answers
+    std::size_t nHostStacks = 0; // bytes of all workers' stacks in memory before there are sessions
+    std::size_t nStacks = 0;     // after the load
     uint64_t nNotifications = 0;
-    uint64_t nOfflineAnswers = 0; // liveness checks that took a decoder for gone
+    std::size_t nLongestNotification = 0; // bytes
+    uint64_t nOfflineAnswers = 0;         // liveness checks that took a decoder for gone
     std::chrono::duration<double> loginTime{};
     std::chrono::duration<double> loadTime{};
     std::chrono::microseconds processorTime{}; // of the load
@@ -74,6 +77,7 @@ private:
     void WarmUp(const std::string& strUser, const std::string& strPassword, const std::string& strPort);
     void Connect(const std::vector<std::string>& ports);
     void StartSessions();
+    std::size_t StacksUsed() const;
     void LogIn(const std::string& strUser, const std::string& strPassword);
     void Load();
     void QueueDue(Clock::time_point begin, Clock::time_point now);
