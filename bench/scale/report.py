@@ -116,7 +116,7 @@ class Panel:
         self.left, self.top, self.title, self.unit = left, top, title, unit
         self.horizontal, self.series, self.log = horizontal, series, log
         self.most = max(max(values) for _, _, values in series) * 1.15 or 1
-        self.ends = min(horizontal), max(horizontal)
+        self.ends = min(horizontal) if log else 0, max(horizontal)
 
     def x(self, value):
         scale = math.log10 if self.log else float
@@ -127,19 +127,20 @@ class Panel:
     def y(self, value):
         return self.top + self.HEIGHT - 40 - value / self.most * (self.HEIGHT - 120)
 
-    def ticks(self):
-        step = 10 ** math.floor(math.log10(self.most / 2))
-        step *= next(factor for factor in (1, 2, 5, 10) if self.most / (step * factor) <= 6)
-        return [step * i for i in range(int(self.most / step) + 1)]
+    @staticmethod
+    def ticks(most):
+        step = 10 ** math.floor(math.log10(most / 2))
+        step *= next(factor for factor in (1, 2, 5, 10) if most / (step * factor) <= 6)
+        return [step * i for i in range(int(most / step) + 1)]
 
     def draw(self):
         right = self.left + self.WIDTH - 20
         yield f'<text x="{self.left + self.MARGIN}" y="{self.top + 20}" class="title">{self.title}, {self.unit}</text>'
-        for tick in self.ticks():
+        for tick in self.ticks(self.most):
             y = self.y(tick)
             yield f'<path class="grid" d="M{self.left + self.MARGIN} {y:.1f}H{right}"/>'
             yield f'<text x="{self.left + self.MARGIN - 6}" y="{y + 4:.1f}" text-anchor="end">{tick:g}</text>'
-        marks = self.horizontal if self.log else [self.ends[1] * i / 5 for i in range(6) if self.ends[1] * i / 5 >= self.ends[0]]
+        marks = self.horizontal if self.log else self.ticks(self.ends[1])
         for mark in marks:
             yield f'<text x="{self.x(mark):.1f}" y="{self.top + self.HEIGHT - 22}" text-anchor="middle">{mark:g}</text>'
         label = "decoders" if self.log else "minutes"
