@@ -2,6 +2,8 @@
 
 #include "NetProtocolProcTWDECODERDevImp.h"
 
+CDeviceRequest::CDeviceRequest() : m_nSeq(CNetProtocolProcTWDECODERDevImp::GetCmdID()) {}
+
 CDeviceRequest::CDeviceRequest(const CNetProtocolProcTWDECODERDevImp& session, const std::string& url)
 {
     CNetProtocolProcTWDECODERDevImp::AddRequestXmfHeader(m_doc);

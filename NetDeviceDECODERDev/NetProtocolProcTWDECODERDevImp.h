@@ -18,7 +18,9 @@ class CMarkupSTL;
 class CNetNode;
 namespace ORVA2_CLIENT_TVW {
 struct S_MTvw_Wall_Get_ChGroup_info;
-}
+struct S_MTvw_Wall_Layout;
+struct S_MTvw_Wall_Media;
+} // namespace ORVA2_CLIENT_TVW
 
 // What the login has brought.
 struct DevReplyMessage {
@@ -96,6 +98,7 @@ private:
     bool GetXmlUrlFromDevData(const char* data, unsigned long len, std::string& url);
     static bool IsSupportFunc(const std::string& url);
     void StoreReply(const char* data, unsigned long len);
+    // Also called by the worker.
     void NotifyHost(unsigned int nOptType, const char* data, unsigned long nDataLen, unsigned long nLen);
 
     // --- exchanges ---
@@ -113,11 +116,10 @@ private:
     E_Exchange SendAndWait(const CDeviceRequest& request, E_SendCheck sendCheck);
     // SendAndWait with the failure answers that most commands share; false when the command is answered.
     bool Exchange(CCmdProcObject* cmd, const CDeviceRequest& request);
-    // The reply to the running command's last exchange; valid until the next one.
+    // The reply to the last exchange; valid until the next one.
     std::string_view ReplyText() const;
     // The same, opened for reading; one parse serves all who ask.
     const CDeviceReply& Reply();
-    void ReleaseReply();
 
     // --- dispatch ---
 
@@ -126,7 +128,7 @@ private:
     void SaveDecoderConfig(CCmdProcObject* cmd, char* data, unsigned int len);
     void DecoderOption(CCmdProcObject* cmd, char* data, unsigned int len);
     enum class E_OptionLog { Quiet, Logged };
-    void RunOption(CCmdProcObject* cmd, const char* data, unsigned int len, E_OptionLog log);
+    void RunOption(CCmdProcObject* cmd, char* data, unsigned int len, E_OptionLog log);
 
     // --- answers to the host; a command that wants none gets none, and none gets two ---
 
@@ -147,6 +149,18 @@ private:
     void ProcLoginOutCmd(CCmdProcObject* cmd, char* data, unsigned int len);
     void ReplyLogin(CCmdProcObject* cmd, unsigned int nErrorCode);
 
+    // --- handlers: wall layout ---
+
+    void SetWallLayout(CCmdProcObject* cmd, char* data, unsigned int len);
+    void GetWallLayout(CCmdProcObject* cmd, char* data, unsigned int len);
+    void BindWall(CCmdProcObject* cmd, char* data, unsigned int len);
+    void unBindWall(CCmdProcObject* cmd, char* data, unsigned int len);
+    // True when the decoder has accepted; when it has refused, the command is answered.
+    bool ExchangeLayout(CCmdProcObject* cmd, const CDeviceRequest& request);
+    // Fills the layout from a reply, given as its text and opened; its count stays as it is.
+    static void GetWallLayoutMessage(ORVA2_CLIENT_TVW::S_MTvw_Wall_Layout& layout, std::string_view text,
+                                     const CDeviceReply& reply);
+
     // --- handlers: canvas windows ---
 
     void CreateCanvas(CCmdProcObject* cmd, char* data, unsigned int len);
@@ -156,6 +170,31 @@ private:
     void doSetCanvasSplit(CCmdProcObject* cmd, char* data, unsigned int len);
     void doClearWall(CCmdProcObject* cmd, char* data, unsigned int len);
     void SendCanvasWindows(CCmdProcObject* cmd, char* data, unsigned int len, const std::string& url);
+
+    // --- handlers: window display ---
+
+    void DrawBorder(CCmdProcObject* cmd, char* data, unsigned int len);
+    void PlanWndZoom(CCmdProcObject* cmd, char* data, unsigned int len);
+    void SetWindowConfig(CCmdProcObject* cmd, char* data, unsigned int len);
+    void GetWindowConfig(CCmdProcObject* cmd, char* data, unsigned int len);
+    void ReplyWindowConfig(CCmdProcObject* cmd, unsigned int nEnableBorder, unsigned int nEnableShowWinID,
+                           const char* szOperation, unsigned int nAnswerType);
+
+    // --- handlers: device information ---
+
+    void GetBasicCfg(CCmdProcObject* cmd, char* data, unsigned int len);
+    void GetDecSystemInfo(CCmdProcObject* cmd, char* data, unsigned int len);
+    // Asks for the input channels and hands the reply to the host as a notification.
+    void GetAndNotifyChannelInfo();
+
+    // --- handlers: media and whole walls ---
+
+    void PlayMedia(CCmdProcObject* cmd, char* data, unsigned int len);
+    // Composes the whole "doplaymedia" request in an empty document; the record is not null.
+    void AddPlayMediaXmlStr(CMarkupSTL& xml, ORVA2_CLIENT_TVW::S_MTvw_Wall_Media* record,
+                            unsigned int seq) const;
+    void StopPlayMedia(CCmdProcObject* cmd, char* data, unsigned int len);
+    void SetWallInfo(CCmdProcObject* cmd, char* data, unsigned int len);
 
     // --- handlers: playback control ---
 
@@ -174,6 +213,7 @@ private:
     void SetChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len);
     void GetChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len);
     void StartChlGroupPolling(CCmdProcObject* cmd, char* data, unsigned int len);
+    void StopChlGroupPolling(CCmdProcObject* cmd, char* data, unsigned int len);
     void SendChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len, const std::string& url,
                           unsigned int nAnswerType);
     // Appends the groups of a reply to the record's list; its count stays as it is.
@@ -204,7 +244,7 @@ private:
     bool m_sendOptin = false;      // between the start of "dooption" and the start of "dologin"
 
     CReplyHandOver m_replyHandOver;
-    std::unique_ptr<S_DeviceReply> m_pReply;    // of the last exchange; worker only
+    std::unique_ptr<S_DeviceReply> m_pReply;    // of the running command's last exchange; worker only
     std::unique_ptr<CDeviceReply> m_pOpenReply; // likewise, once somebody has asked for it
     bool m_bAnswered = false;                   // the running command has its answer; worker only
 };

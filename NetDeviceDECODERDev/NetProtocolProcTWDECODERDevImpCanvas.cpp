@@ -5,22 +5,13 @@
 #include "DeviceRequest.h"
 #include "MonitorTvwComm.h"
 #include "NetProtocolProcTWDECODERDevImp.h"
+#include "WindowListXml.h"
 
 using namespace DECODE_XML_CMD_HEADER;
 using namespace ORVA2_CLIENT_TVW;
 using namespace ORVA2_DECODER_TVW;
 
 namespace {
-
-template <class Number>
-void AddRect(CMarkupSTL& doc, Number x, Number y, Number width, Number height)
-{
-    CElemScope rect(doc, "rect");
-    doc.AddElem("xpos", x);
-    doc.AddElem("ypos", y);
-    doc.AddElem("width", width);
-    doc.AddElem("height", height);
-}
 
 void AddCanvasWindow(CMarkupSTL& doc, const S_Create_Cavans_WindowInfo& window)
 {

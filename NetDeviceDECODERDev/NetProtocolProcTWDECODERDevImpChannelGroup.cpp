@@ -119,3 +119,10 @@ void CNetProtocolProcTWDECODERDevImp::StartChlGroupPolling(CCmdProcObject* cmd, 
         ReplyResult(cmd, data, len, TVWALL_DECODE_START_CHLGROUP_POLLING);
     }
 }
+
+// To the decoder the end of polling is the end of the media in those sub-windows; the host sends the record
+// of that command.
+void CNetProtocolProcTWDECODERDevImp::StopChlGroupPolling(CCmdProcObject* cmd, char* data, unsigned int len)
+{
+    StopPlayMedia(cmd, data, len);
+}

@@ -30,26 +30,47 @@ const CNetProtocolProcTWDECODERDevImp::S_CommandRow CNetProtocolProcTWDECODERDev
     {KEST_CMD_TVWALL_DECODE_GET_CONFIG, &CNetProtocolProcTWDECODERDevImp::GetDecoderConfig},
     {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, &CNetProtocolProcTWDECODERDevImp::SaveDecoderConfig},
     {KEST_CMD_TVWALL_DECODE_OPTION, &CNetProtocolProcTWDECODERDevImp::DecoderOption},
+    {KEST_CMD_TVWALL_DECODE_SET_WALL_LAYOUT, &CNetProtocolProcTWDECODERDevImp::SetWallLayout},
+    {KEST_CMD_TVWALL_DECODE_GET_WALL_LAYOUT, &CNetProtocolProcTWDECODERDevImp::GetWallLayout},
+    {KEST_CMD_TVWALL_DECODE_DO_BIND_WALL, &CNetProtocolProcTWDECODERDevImp::BindWall},
+    {KEST_CMD_TVWALL_DECODE_DO_UNBIND_WALL, &CNetProtocolProcTWDECODERDevImp::unBindWall},
 };
 
 // Likewise option types that are not listed for their command.
 const CNetProtocolProcTWDECODERDevImp::S_OptionRow CNetProtocolProcTWDECODERDevImp::OPTION_TABLE[] = {
+    {KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_BASICCFG,
+     &CNetProtocolProcTWDECODERDevImp::GetBasicCfg},
     {KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_CHANNEL_GROUP,
      &CNetProtocolProcTWDECODERDevImp::GetChannelGroup},
+    {KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_WINDOW_CONFIG,
+     &CNetProtocolProcTWDECODERDevImp::GetWindowConfig},
+    {KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_SYSINFO,
+     &CNetProtocolProcTWDECODERDevImp::GetDecSystemInfo},
     {KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_AUDIO_CONFIG,
      &CNetProtocolProcTWDECODERDevImp::GetAudioConfig},
     {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_SET_CHANNEL_GROUP,
      &CNetProtocolProcTWDECODERDevImp::SetChannelGroup},
+    {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_SET_WALL_INFO,
+     &CNetProtocolProcTWDECODERDevImp::SetWallInfo},
     {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_CLEAR_WALL,
      &CNetProtocolProcTWDECODERDevImp::doClearWall},
     {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_SET_DECODERFRAME,
      &CNetProtocolProcTWDECODERDevImp::doSetCanvasSplit},
+    {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_SET_WINDOW_CONFIG,
+     &CNetProtocolProcTWDECODERDevImp::SetWindowConfig},
+    {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_DRAWBODER,
+     &CNetProtocolProcTWDECODERDevImp::DrawBorder},
+    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DO_PLAY_MEDIA, &CNetProtocolProcTWDECODERDevImp::PlayMedia},
+    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DO_STOP_PLAY_MEDIA,
+     &CNetProtocolProcTWDECODERDevImp::StopPlayMedia},
     {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_ADD_CHANNEL_GROUP,
      &CNetProtocolProcTWDECODERDevImp::AddChannelGroup},
     {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DELETE_CHANNEL_GROUP,
      &CNetProtocolProcTWDECODERDevImp::DeleteChannelGroup},
     {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_START_CHLGROUP_POLLING,
      &CNetProtocolProcTWDECODERDevImp::StartChlGroupPolling},
+    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_STOP_CHLGROUP_POLLING,
+     &CNetProtocolProcTWDECODERDevImp::StopChlGroupPolling},
     {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_CREATE_CANVAS,
      &CNetProtocolProcTWDECODERDevImp::CreateCanvas},
     {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DEL_CANVAS, &CNetProtocolProcTWDECODERDevImp::DelCanvas},
@@ -57,6 +78,7 @@ const CNetProtocolProcTWDECODERDevImp::S_OptionRow CNetProtocolProcTWDECODERDevI
      &CNetProtocolProcTWDECODERDevImp::ChangeCanvas},
     {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_TOP_CANVAS, &CNetProtocolProcTWDECODERDevImp::TopCanvas},
     {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_LOGOUT, &CNetProtocolProcTWDECODERDevImp::ProcLoginOutCmd},
+    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_ZOOMOUT, &CNetProtocolProcTWDECODERDevImp::PlanWndZoom},
     {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_PLAYBACK_CTRL,
      &CNetProtocolProcTWDECODERDevImp::PlayBackCtrl},
     {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_PLAY_AUDIO, &CNetProtocolProcTWDECODERDevImp::PlayAudio},
@@ -81,7 +103,8 @@ void CNetProtocolProcTWDECODERDevImp::ProcOneCommand(CCmdProcObject* cmd, unsign
         m_replyHandOver.ExpectNone();
         DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
     }
-    ReleaseReply(); // a host has many sessions, and most of them are idle
+    m_pOpenReply.reset(); // a reply may be large, and the next command may be far
+    m_pReply.reset();
 }
 
 void CNetProtocolProcTWDECODERDevImp::RunCommand(CCmdProcObject* cmd, char* data, unsigned int len)
@@ -115,7 +138,7 @@ void CNetProtocolProcTWDECODERDevImp::DecoderOption(CCmdProcObject* cmd, char* d
     RunOption(cmd, data, len, E_OptionLog::Quiet);
 }
 
-void CNetProtocolProcTWDECODERDevImp::RunOption(CCmdProcObject* cmd, const char* data, unsigned int len,
+void CNetProtocolProcTWDECODERDevImp::RunOption(CCmdProcObject* cmd, char* data, unsigned int len,
                                                 E_OptionLog log)
 {
     TVWALL_OPT_INFO option;
@@ -125,14 +148,13 @@ void CNetProtocolProcTWDECODERDevImp::RunOption(CCmdProcObject* cmd, const char*
     memcpy(&option, data, sizeof(option));
     // The stated length is a wish; the handler gets the bytes that are there.
     const unsigned int nLen = std::min(option.nLen, len - static_cast<unsigned int>(sizeof(option)));
-    std::string record(data + sizeof(option), nLen);
     if (log == E_OptionLog::Logged) {
         session_log::Normal(session_log::NO_LINE, "**************pOptType.opt:%d******************",
                             option.nOptType);
     }
     for (const S_OptionRow& row : OPTION_TABLE) {
         if (row.nCmdID == cmd->GetRequestCommand() && row.nOptType == option.nOptType) {
-            (this->*row.pHandler)(cmd, record.data(), nLen);
+            (this->*row.pHandler)(cmd, data + sizeof(option), nLen);
             return;
         }
     }
@@ -195,10 +217,11 @@ void CNetProtocolProcTWDECODERDevImp::ReplyResult(CCmdProcObject* cmd, char* ext
         DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
         return;
     }
-    char* buf = nullptr;
-    unsigned long nCapacity = 0;
+    // Large enough from the start, so that its bytes are written once.
+    unsigned long nCapacity = sizeof(S_Decoder_Default_Result) + extraLen;
+    const auto answer = std::make_unique_for_overwrite<char[]>(nCapacity);
+    char* buf = answer.get();
     const unsigned long nLen = DevToKESTDefaultResultBuf(
         static_cast<int>(optType), static_cast<int>(nErrorCode), buf, nCapacity, extra, extraLen);
-    const std::unique_ptr<char[]> owner(buf);
     ReplyBuffer(cmd, buf, nLen);
 }

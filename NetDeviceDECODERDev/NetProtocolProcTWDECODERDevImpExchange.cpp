@@ -147,7 +147,8 @@ bool CNetProtocolProcTWDECODERDevImp::WaitProc(unsigned int cmdID, unsigned int 
 CNetProtocolProcTWDECODERDevImp::E_Exchange
 CNetProtocolProcTWDECODERDevImp::SendAndWait(const CDeviceRequest& request, E_SendCheck sendCheck)
 {
-    ReleaseReply();
+    m_pReply.reset();
+    m_pOpenReply.reset();
     const unsigned long nFrameLen = KESTToDevXmltoBuf(request.Doc(), m_pTmpBuffer, m_TmpbufferLen);
     m_replyHandOver.Expect(static_cast<int>(request.Seq()));
     const bool bSent = SendDataToDev(AtomicLoad(m_pCurNetNode), m_pTmpBuffer, nFrameLen) >= 0;
@@ -176,12 +177,6 @@ bool CNetProtocolProcTWDECODERDevImp::Exchange(CCmdProcObject* cmd, const CDevic
         return false;
     }
     return false;
-}
-
-void CNetProtocolProcTWDECODERDevImp::ReleaseReply()
-{
-    m_pReply.reset();
-    m_pOpenReply.reset();
 }
 
 std::string_view CNetProtocolProcTWDECODERDevImp::ReplyText() const

@@ -1,4 +1,5 @@
-// The session's receive path: everything here runs on the host's receive thread.
+// The session's receive path: everything here runs on the host's receive thread, NotifyHost on the worker,
+// too.
 
 #include <cstdlib>
 #include <cstring>

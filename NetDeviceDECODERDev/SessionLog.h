@@ -2,6 +2,7 @@
 // Reports of the session to the host's log. The line numbers are fixed names of the places, not the places'
 // own lines: the host's operators search for them.
 
+#include <array>
 #include <cstdio>
 
 #include "HostFunctions.h"
@@ -17,11 +18,23 @@ inline void Assert(int nLine) { SHARESDK_AbnormalOutput("ASSERT", SOURCE, nLine)
 
 // printf-like; at most 4095 characters arrive.
 template <class... Args>
+std::array<char, 4096> Text(const char* szFormat, Args... args)
+{
+    std::array<char, 4096> text{};
+    snprintf(text.data(), text.size(), szFormat, args...);
+    return text;
+}
+
+template <class... Args>
 void Normal(int nLine, const char* szFormat, Args... args)
 {
-    char szText[4096] = {};
-    snprintf(szText, sizeof(szText), szFormat, args...);
-    SHARESDK_NormalOutput(szText, SOURCE, nLine);
+    SHARESDK_NormalOutput(Text(szFormat, args...).data(), SOURCE, nLine);
+}
+
+template <class... Args>
+void Debug(int nLine, const char* szFormat, Args... args)
+{
+    SHARESDK_DebugOutput(Text(szFormat, args...).data(), SOURCE, nLine);
 }
 
 } // namespace session_log

@@ -104,15 +104,14 @@ std::string TakeMemory(BIO* pMemory)
 
 std::string ToBase64(const unsigned char* data, size_t len)
 {
-    if (data == nullptr || !IsUsableLength(len)) {
+    const size_t nTextLen = (len + 2) / 3 * 4;
+    if (data == nullptr || !IsUsableLength(len) || !IsUsableLength(nTextLen)) {
         return {};
     }
-    const BioChain chain = PutBase64Filter(BioChain(BIO_new(BIO_s_mem())));
-    const int nLen = static_cast<int>(len);
-    if (!chain || BIO_write(chain.get(), data, nLen) != nLen || BIO_flush(chain.get()) != 1) {
-        return {};
-    }
-    return TakeMemory(BIO_next(chain.get()));
+    std::string text(nTextLen + 1, '\0'); // with the zero that the library puts behind it
+    EVP_EncodeBlock(Bytes(text), data, static_cast<int>(len));
+    text.pop_back();
+    return text;
 }
 
 struct Decoded {
@@ -201,6 +200,17 @@ bool RunAesCbc(AesKeySetter setKey, int nDirection, const char* key, const unsig
 
 bool HasKeyText(const char* key) { return key != nullptr && *key != '\0'; }
 
+// False for a key under which a text is not hidden or not recoverable, such as one with the exponent 1: a
+// text that would leave in the clear does not leave.
+bool Hides(const RSA& key)
+{
+    const BIGNUM* pModulus = nullptr;
+    const BIGNUM* pExponent = nullptr;
+    RSA_get0_key(&key, &pModulus, &pExponent, nullptr);
+    return !BN_is_negative(pModulus) && !BN_is_negative(pExponent) && BN_is_odd(pExponent) &&
+           !BN_is_one(pExponent);
+}
+
 } // namespace
 
 void Sha265_String(const void* data, unsigned int len, char* out) noexcept
@@ -266,18 +276,35 @@ void RsaPubKeyPKCS1toPKCS8(const std::string& pkcs1Pem, std::string& out) noexce
     });
 }
 
-std::string RsaPubEncrypt(const std::string& data, const std::string& pubKeyPem) noexcept
+void CRsaPubKey::Free::operator()(rsa_st* pKey) const noexcept { RSA_free(pKey); }
+
+CRsaPubKey::CRsaPubKey(const std::string& pubKeyPem) noexcept
+{
+    Contained(false, [&] {
+        RsaKey key = ReadKey(PEM_read_bio_RSAPublicKey, pubKeyPem);
+        if (key && Hides(*key)) {
+            m_key.reset(key.release());
+        }
+        return true;
+    });
+}
+
+std::string CRsaPubKey::Encrypt(const std::string& data) const noexcept
 {
     return Contained(std::string(), [&] {
-        const RsaKey key = ReadKey(PEM_read_bio_RSAPublicKey, pubKeyPem);
-        if (!key || !IsUsableLength(data.size())) {
+        if (!m_key || !IsUsableLength(data.size())) {
             return std::string();
         }
-        std::vector<unsigned char> cipher(static_cast<size_t>(RSA_size(key.get())) + 1);
+        std::vector<unsigned char> cipher(static_cast<size_t>(RSA_size(m_key.get())) + 1);
         const int nLen = RSA_public_encrypt(static_cast<int>(data.size()), Bytes(data.data()), cipher.data(),
-                                            key.get(), RSA_PKCS1_PADDING);
+                                            m_key.get(), RSA_PKCS1_PADDING);
         return nLen < 0 ? std::string() : ToBase64(cipher.data(), static_cast<size_t>(nLen));
     });
+}
+
+std::string RsaPubEncrypt(const std::string& data, const std::string& pubKeyPem) noexcept
+{
+    return CRsaPubKey(pubKeyPem).Encrypt(data);
 }
 
 std::string RsaPriDecrypt(const std::string& cipherBase64, const std::string& priKeyPem) noexcept

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <memory>
 #include <string>
+
+struct rsa_st;
 
 // Hashing, RSA, AES and Base64 for the traffic with the decoder. Keys are PEM texts, header and footer lines
 // included. Nothing here throws or logs, keeps state, or leaves entries in OpenSSL's error queue; every
@@ -29,8 +32,25 @@ void GenerateRsaKey(std::string* keys) noexcept;
 void RsaPubKeyPKCS1toPKCS8(const std::string& pkcs1Pem, std::string& out) noexcept;
 
 // Enciphers data, at most the key's size minus 11 bytes, under a PKCS#1 public key ("RSA PUBLIC KEY"; other
-// forms are refused). Returns the Base64 text of the ciphertext, or an empty string on failure.
+// forms are refused, and so are keys under which the text could be read, such as one with the exponent 1).
+// Returns the Base64 text of the ciphertext, or an empty string on failure.
 std::string RsaPubEncrypt(const std::string& data, const std::string& pubKeyPem) noexcept;
+
+// The same key, read once for many texts.
+class CRsaPubKey {
+public:
+    // A key that cannot be read enciphers nothing.
+    explicit CRsaPubKey(const std::string& pubKeyPem) noexcept;
+
+    // What RsaPubEncrypt returns.
+    std::string Encrypt(const std::string& data) const noexcept;
+
+private:
+    struct Free {
+        void operator()(rsa_st* pKey) const noexcept;
+    };
+    std::unique_ptr<rsa_st, Free> m_key;
+};
 
 // The reverse, with the PKCS#1 private key; an empty string on failure.
 std::string RsaPriDecrypt(const std::string& cipherBase64, const std::string& priKeyPem) noexcept;

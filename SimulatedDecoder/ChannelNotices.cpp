@@ -8,47 +8,54 @@ namespace simulated_decoder {
 
 namespace {
 
-constexpr std::uint32_t kMaxChannels = 256;
+constexpr std::int32_t kMostMadeUp = 256;
 
-template <typename Fill>
-std::string Notice(const char* url, const char* listName, std::uint32_t channels, Fill fill)
+const char* StateOf(const InputChannels& channels, const InputChannel& channel)
 {
-    Message message("notify", url, std::nullopt);
-    tinyxml2::XMLElement& list = AddChild(message.Body(), listName);
-    for (std::uint32_t id = 1; id <= channels; ++id) {
-        tinyxml2::XMLElement& item = AddChild(list, "item");
-        AddChild(item, "id", std::to_string(id));
-        fill(item, id);
-    }
-    return message.Text();
+    return channels.IsOnline(channel) ? "online" : "offline";
 }
 
 } // namespace
 
-std::string ChannelNotices::Next()
+void AddChannelList(tinyxml2::XMLElement& body, const InputChannels& channels)
+{
+    tinyxml2::XMLElement& list = AddChild(body, "td_channellist");
+    for (const InputChannel& channel : channels.All()) {
+        tinyxml2::XMLElement& item = AddChild(list, "item");
+        AddChild(item, "id", channel.id);
+        AddChild(item, "name", channel.name);
+        AddChild(item, "state", StateOf(channels, channel));
+    }
+}
+
+std::string ChannelChangeNotice(const InputChannels& channels)
+{
+    Message message("notify", "notifychannelchange", std::nullopt);
+    AddChannelList(message.Body(), channels);
+    return message.Text();
+}
+
+std::string ChannelStateNotice(const InputChannels& channels)
+{
+    Message message("notify", "notifychannelstate", std::nullopt);
+    tinyxml2::XMLElement& list = AddChild(message.Body(), "td_channelstatelist");
+    for (const InputChannel& channel : channels.All()) {
+        tinyxml2::XMLElement& item = AddChild(list, "item");
+        AddChild(item, "id", channel.id);
+        AddChild(item, "state", StateOf(channels, channel));
+    }
+    return message.Text();
+}
+
+std::string MadeUpNotices::Next()
 {
     if (!m_states) {
-        m_channels = m_fixed != 0 ? m_fixed : m_channels % kMaxChannels + 1;
+        m_channels = m_fixed != 0 ? m_fixed : m_channels % kMostMadeUp + 1;
     }
-    std::string text = m_states ? States() : Channels();
+    const InputChannels channels = InputChannels::MadeUp(m_channels);
+    std::string text = m_states ? ChannelStateNotice(channels) : ChannelChangeNotice(channels);
     m_states = !m_states;
     return text;
-}
-
-std::string ChannelNotices::Channels() const
-{
-    return Notice("notifychannelchange", "td_channellist", m_channels,
-                  [](tinyxml2::XMLElement& item, std::uint32_t id) {
-                      AddChild(item, "name", "Camera " + std::to_string(id));
-                  });
-}
-
-std::string ChannelNotices::States() const
-{
-    return Notice("notifychannelstate", "td_channelstatelist", m_channels,
-                  [this](tinyxml2::XMLElement& item, std::uint32_t id) {
-                      AddChild(item, "state", (id + m_channels) % 3 != 0 ? "online" : "offline");
-                  });
 }
 
 } // namespace simulated_decoder

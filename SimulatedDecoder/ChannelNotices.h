@@ -1,28 +1,35 @@
 #pragma once
+// The messages about input channels: what hosts are told unasked, and what they get when they ask.
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 
+#include <tinyxml2.h>
+
+#include "InputChannels.h"
+
 namespace simulated_decoder {
 
-// The notifications about input channels, made up: by turns the list of the channels and the list of their
+// Adds td_channellist: the channels with names and states.
+void AddChannelList(tinyxml2::XMLElement& body, const InputChannels& channels);
+
+// The XML texts of the notifications, without `seq`: they answer nothing.
+std::string ChannelChangeNotice(const InputChannels& channels);
+std::string ChannelStateNotice(const InputChannels& channels);
+
+// Notifications about channels that are made up: by turns the list of the channels and the list of their
 // states. Unless their length is fixed, both lists grow by one channel from pair to pair and start over at
 // 256, so that the lengths vary.
-class ChannelNotices {
+class MadeUpNotices {
 public:
     // The number of channels in every list; 0: it varies.
-    explicit ChannelNotices(std::uint32_t fixed) : m_fixed(fixed) {}
+    explicit MadeUpNotices(std::int32_t fixed) : m_fixed(fixed) {}
 
-    // The XML text of the next notification. It carries no `seq`: it answers nothing.
     std::string Next();
 
 private:
-    std::string Channels() const;
-    std::string States() const;
-
-    std::uint32_t m_fixed;
-    std::uint32_t m_channels = 0;
+    std::int32_t m_fixed;
+    std::int32_t m_channels = 0;
     bool m_states = false;
 };
 

@@ -25,7 +25,7 @@ Connection::Connection(asio::ip::tcp::socket socket, int number, Device& device,
       m_device(device),
       m_closed(std::move(closed)),
       m_session(device.Desk()),
-      m_notices(device.Channels()),
+      m_madeUpNotices(device.MadeUpChannels()),
       m_pieceTimer(m_socket.get_executor()),
       m_beatTimer(m_socket.get_executor()),
       m_noticeTimer(m_socket.get_executor())
@@ -37,8 +37,15 @@ void Connection::Start()
     std::error_code ignored;
     m_socket.set_option(asio::ip::tcp::no_delay(true), ignored);
     Repeat(m_beatTimer, m_device.ActiveFaults().beatEvery, m_beatDue);
-    Repeat(m_noticeTimer, m_device.ActiveFaults().notifyEvery, m_noticeDue);
+    Repeat(m_noticeTimer, m_device.ActiveFaults().notifyEvery, m_madeUpNoticeDue);
     Read();
+}
+
+void Connection::Notify(const ChannelChange& change)
+{
+    m_due.list = m_due.list || change.list;
+    m_due.states = m_due.states || change.states;
+    SendDue();
 }
 
 void Connection::Close(std::string_view reason)
@@ -97,17 +104,15 @@ void Connection::TakeFrames()
 
 void Connection::TakeRequest(std::string_view payload)
 {
-    ++m_requests;
     const Answer answer = m_device.Handle(m_number, m_session, payload);
-    std::string frame;
-    if (!answer.payload.empty()) {
-        frame = (m_device.ActiveFaults().deviceHead ? DeviceHead() : "") + EncodeFrame(answer.payload);
+    if (answer.payload.empty()) {
+        return;
     }
-    m_cutting = m_requests == m_device.ActiveFaults().cutAfter;
+    std::string frame =
+        (m_device.ActiveFaults().deviceHead ? DeviceHead() : "") + EncodeFrame(answer.payload);
+    m_cutting = ++m_replies == m_device.ActiveFaults().cutAfter;
     if (m_cutting) {
         frame.resize(frame.size() / 2);
-    } else if (frame.empty()) {
-        return;
     }
     Reply(std::move(frame), answer.delay);
 }
@@ -156,8 +161,19 @@ void Connection::SendDue()
     if (std::exchange(m_beatDue, false)) {
         Send(EncodeFrame({}));
     }
-    if (std::exchange(m_noticeDue, false) && m_session.IsLoggedIn()) {
-        Send(EncodeFrame(m_notices.Next()));
+    const ChannelChange due = std::exchange(m_due, {});
+    const bool madeUpDue = std::exchange(m_madeUpNoticeDue, false);
+    if (!m_session.IsLoggedIn()) {
+        return;
+    }
+    if (due.list) {
+        Send(EncodeFrame(ChannelChangeNotice(m_device.Channels())));
+    }
+    if (due.states) {
+        Send(EncodeFrame(ChannelStateNotice(m_device.Channels())));
+    }
+    if (madeUpDue) {
+        Send(EncodeFrame(m_madeUpNotices.Next()));
     }
 }
 

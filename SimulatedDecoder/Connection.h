@@ -29,6 +29,8 @@ public:
     Connection(asio::ip::tcp::socket socket, int number, Device& device, ClosedFunction closed);
 
     void Start();
+    // Tells a host that is logged in how the channels are, once nothing else is on its way.
+    void Notify(const ChannelChange& change);
     // Closes at once; what was not sent yet is lost.
     void Close(std::string_view reason);
 
@@ -39,7 +41,7 @@ private:
     void Reply(std::string frame, std::chrono::milliseconds delay);
 
     void Send(std::string bytes);
-    // Sends the heartbeat and the notification that are due, once nothing else is on its way: on a slow line
+    // Sends the heartbeat and the notifications that are due, once nothing else is on its way: on a slow line
     // there is never more than one of each in front of a reply.
     void SendDue();
     void SendNextPiece();
@@ -57,16 +59,17 @@ private:
 
     std::array<char, 65536> m_input{};
     FrameReader m_frames;
-    std::uint32_t m_requests = 0;
-    bool m_cutting = false;       // the last request is taken, nothing is read any more
+    std::uint32_t m_replies = 0;
+    bool m_cutting = false;       // the last reply is on its way, nothing is read any more
     bool m_closeWhenSent = false; // what is in m_output is the last
 
     std::deque<std::string> m_output;
     std::size_t m_outputSize = 0; // bytes in m_output that are not sent yet
     std::size_t m_sent = 0;       // bytes of m_output.front() that are sent
 
-    ChannelNotices m_notices;
-    bool m_noticeDue = false;
+    MadeUpNotices m_madeUpNotices;
+    bool m_madeUpNoticeDue = false;
+    ChannelChange m_due; // what the host is to be told about the channels
     bool m_beatDue = false;
     asio::steady_timer m_pieceTimer;
     asio::steady_timer m_beatTimer;

@@ -2,6 +2,7 @@
 // What the login needs of OpenSSL. Failures of OpenSSL itself (no randomness, no memory) throw
 // std::runtime_error.
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,6 +11,9 @@
 #include <openssl/evp.h>
 
 namespace simulated_decoder {
+
+// Base64 characters of a text that is enciphered under such a key.
+inline constexpr std::size_t kEncipheredLength = 172;
 
 // An RSA key pair of 1024 bits, generated with the object.
 class RsaKeyPair {

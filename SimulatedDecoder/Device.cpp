@@ -15,6 +15,8 @@ namespace {
 // Far enough from the real number that no request in flight has it.
 constexpr std::uint32_t kWrongSeqDistance = 100000;
 
+constexpr std::int32_t kMadeUpChannels = 64; // without a file of channels
+
 constexpr std::string_view kGarbage = "\x01\x02 this is <no <XML &\xff\xfe> at all";
 
 // A url from the link, fit for one line of the log.
@@ -26,10 +28,12 @@ std::string Printable(std::string_view url)
     return text.empty() ? "unreadable request" : text;
 }
 
-void LogOutcome(int connection, const Request& request, ErrorCode code)
+void LogOutcome(int connection, const RequestContext& context, ErrorCode code)
 {
-    spdlog::log(code == ErrorCode::Success ? spdlog::level::debug : spdlog::level::warn, "host {}: {}: {}",
-                connection, Printable(request.Url()), Words(code));
+    const std::string credentials =
+        context.credentials != 0 ? fmt::format(", source accounts deciphered: {}", context.credentials) : "";
+    spdlog::log(code == ErrorCode::Success ? spdlog::level::debug : spdlog::level::warn, "host {}: {}: {}{}",
+                connection, Printable(context.request.Url()), Words(code), credentials);
 }
 
 std::optional<std::uint32_t> ReplySeq(const Request& request, const UrlFaults& faults)
@@ -44,13 +48,19 @@ std::optional<std::uint32_t> ReplySeq(const Request& request, const UrlFaults& f
 
 Device::Device(const Options& options, std::shared_ptr<const DeskKeys> keys)
     : m_desk(options.user, options.password, std::move(keys)),
-      m_wall(options.rows, options.columns),
+      m_channelsPath(options.channels),
+      m_state{options.name, Wall(options.rows, options.columns)},
       m_pictures(options.wallSvg, options.wallText),
       m_log(options.jsonLog),
       m_faults(options.faults),
-      m_channels(options.channels)
+      m_madeUpChannels(options.notifyChannels)
 {
-    if (const std::string problem = m_pictures.Write(m_wall); !problem.empty()) {
+    m_state.channels =
+        m_channelsPath.empty() ? InputChannels::MadeUp(kMadeUpChannels) : InputChannels::Load(m_channelsPath);
+    if (!options.sourceAccounts.empty()) {
+        m_state.sources = SourceAccounts::Load(options.sourceAccounts);
+    }
+    if (const std::string problem = m_pictures.Write(m_state); !problem.empty()) {
         throw std::runtime_error(problem);
     }
     for (const auto& [url, faults] : m_faults.urls) {
@@ -60,13 +70,29 @@ Device::Device(const Options& options, std::shared_ptr<const DeskKeys> keys)
     }
 }
 
-ErrorCode Device::CarryOutAndDraw(const Request& request, Message& reply, HostSession& session)
+ChannelChange Device::ReloadChannels()
 {
-    const std::uint64_t revision = m_wall.Revision();
-    RequestContext context{request, reply, session, m_wall};
+    if (m_channelsPath.empty()) {
+        return {};
+    }
+    try {
+        const ChannelChange change = m_state.channels.Replace(InputChannels::Load(m_channelsPath));
+        spdlog::info("{} channels read from {}", m_state.channels.All().size(), m_channelsPath);
+        return change;
+    } catch (const std::runtime_error& error) {
+        spdlog::error("{}; the channels stay as they were", error.what());
+        return {};
+    }
+}
+
+void Device::TurnChannels() { m_state.channels.SetOutage(!m_state.channels.IsOutage()); }
+
+ErrorCode Device::CarryOutAndDraw(RequestContext& context)
+{
+    const std::uint64_t revision = m_state.PictureRevision();
     const ErrorCode code = CarryOut(context);
-    if (m_wall.Revision() != revision) {
-        if (const std::string problem = m_pictures.Write(m_wall); !problem.empty()) {
+    if (m_state.PictureRevision() != revision) {
+        if (const std::string problem = m_pictures.Write(m_state); !problem.empty()) {
             spdlog::error("{}", problem);
         }
     }
@@ -81,15 +107,16 @@ Answer Device::Handle(int connection, HostSession& session, std::string_view tex
 
     Message reply("response", request.Url(), ReplySeq(request, faults));
     reply.SetErrorCode(ErrorCode::Success); // its place is before what the handler adds
+    RequestContext context{request, reply, session, m_state};
     ErrorCode code = ErrorCode::MalformedRequest;
     if (readable) {
-        code = faults.errorCode ? *faults.errorCode : CarryOutAndDraw(request, reply, session);
+        code = faults.errorCode ? *faults.errorCode : CarryOutAndDraw(context);
     }
     reply.SetErrorCode(code);
 
     const bool codeIsSent = !faults.silent && !faults.garbage;
-    m_log.Write(connection, request, text, codeIsSent ? std::optional(code) : std::nullopt);
-    LogOutcome(connection, request, code);
+    m_log.Write(connection, context, text, codeIsSent ? std::optional(code) : std::nullopt);
+    LogOutcome(connection, context, code);
     if (faults.silent) {
         return {};
     }

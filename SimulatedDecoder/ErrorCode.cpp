@@ -35,6 +35,38 @@ const char* Words(ErrorCode code)
         return "wrong split mode";
     case ErrorCode::TooManyWindows:
         return "too many windows";
+    case ErrorCode::UnknownSubWindow:
+        return "unknown sub-window";
+    case ErrorCode::NothingPlaying:
+        return "nothing is playing";
+    case ErrorCode::TooManyMedia:
+        return "too many media";
+    case ErrorCode::UnreadableCredential:
+        return "unreadable credential";
+    case ErrorCode::RefusedCredential:
+        return "refused credential";
+    case ErrorCode::UnknownScreen:
+        return "unknown screen";
+    case ErrorCode::ScreenTaken:
+        return "screen taken";
+    case ErrorCode::ScreenNotBound:
+        return "screen not bound";
+    case ErrorCode::ScreenLeftOut:
+        return "bound screen left out";
+    case ErrorCode::UnknownOutput:
+        return "unknown output";
+    case ErrorCode::OutputTaken:
+        return "output taken";
+    case ErrorCode::UnknownChannel:
+        return "unknown channel";
+    case ErrorCode::UnknownGroup:
+        return "unknown channel group";
+    case ErrorCode::GroupExists:
+        return "channel group exists";
+    case ErrorCode::GroupInUse:
+        return "channel group in use";
+    case ErrorCode::TooManyGroups:
+        return "too many channel groups";
     }
     return "error made up by a fault";
 }

@@ -23,6 +23,22 @@ enum class ErrorCode : std::uint32_t {
     EmptyRectangle = 204,
     WrongMode = 205, // not from 1 to 64, not the number of sub-windows given, or an index given twice
     TooManyWindows = 206,
+    UnknownSubWindow = 207,
+    NothingPlaying = 208,       // in the sub-window whose playback is to be controlled
+    TooManyMedia = 209,         // for one sub-window
+    UnreadableCredential = 301, // empty, or not enciphered under the second key
+    RefusedCredential = 302,    // the source has no such account
+    UnknownScreen = 401,        // the position is not in the grid
+    ScreenTaken = 402,          // another output feeds it
+    ScreenNotBound = 403,
+    ScreenLeftOut = 404, // it is bound, and the new grid has no place for it
+    UnknownOutput = 405,
+    OutputTaken = 406, // it feeds another screen
+    UnknownChannel = 501,
+    UnknownGroup = 502,
+    GroupExists = 503,
+    GroupInUse = 504, // some sub-window cycles through it
+    TooManyGroups = 505,
 };
 
 // The code in words; never null. A number that a fault made up has words too.

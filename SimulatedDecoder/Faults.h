@@ -27,6 +27,7 @@ struct Faults {
     std::map<std::string, UrlFaults, std::less<>> urls;
     std::size_t chunk = 0;                    // all output in pieces of that many bytes; 0: whole
     std::uint32_t cutAfter = 0;               // cut in the middle of the n-th reply of a connection; 0: never
+    std::chrono::milliseconds flapEvery{0};   // 0: never
     std::chrono::milliseconds notifyEvery{0}; // 0: never
     std::chrono::milliseconds beatEvery{0};   // 0: never
     bool deviceHead = false;                  // in front of every reply

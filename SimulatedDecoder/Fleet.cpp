@@ -20,6 +20,13 @@ Fleet::Fleet(asio::io_context& context, const Options& options)
     }
 }
 
+void Fleet::ReloadChannels()
+{
+    for (const auto& decoder : m_decoders) {
+        decoder->server.Notify(decoder->device.ReloadChannels());
+    }
+}
+
 std::string Fleet::Ports() const
 {
     std::string text;

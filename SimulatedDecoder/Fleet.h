@@ -18,6 +18,9 @@ public:
     // All of them listen when it returns. Fails as Device and Server do.
     Fleet(asio::io_context& context, const Options& options);
 
+    // Each reads its channels again and tells its hosts.
+    void ReloadChannels();
+
     // One number a line.
     std::string Ports() const;
     // For standard output: where each can be reached, one a line.

@@ -1,5 +1,7 @@
 #include "JsonLog.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <chrono>
 #include <stdexcept>
@@ -8,6 +10,8 @@
 #include <nlohmann/json.hpp>
 #include <spdlog/fmt/chrono.h>
 #include <spdlog/spdlog.h>
+
+#include "Crypto.h"
 
 namespace simulated_decoder {
 
@@ -19,6 +23,40 @@ std::string Now()
     const auto now = floor<milliseconds>(system_clock::now());
     return fmt::format("{:%Y-%m-%dT%H:%M:%S}.{:03}Z", fmt::gmtime(system_clock::to_time_t(now)),
                        now.time_since_epoch().count() % 1000);
+}
+
+bool IsEnciphered(std::string_view text)
+{
+    return text.size() == kEncipheredLength && std::all_of(text.begin(), text.end(), [](char byte) {
+               return std::isalnum(static_cast<unsigned char>(byte)) != 0 || byte == '+' || byte == '/' ||
+                      byte == '=';
+           });
+}
+
+// Replaces what stands in elements with this name and is not enciphered. Works on the text, because what a
+// host puts there need not be well-formed.
+void HidePlain(std::string& text, const std::string& name)
+{
+    const std::string begin = "<" + name;
+    for (auto at = text.find(begin); at != std::string::npos; at = text.find(begin, at)) {
+        at += begin.size();
+        const std::string_view rest = std::string_view(text).substr(at);
+        if (rest.empty() || std::string_view("> \t\r\n").find(rest.front()) == std::string_view::npos) {
+            continue; // an element without content, or one whose name goes on
+        }
+        const std::string_view content = rest.substr(0, rest.find("</" + name));
+        if (content != ">" && !IsEnciphered(content.substr(1))) {
+            text.replace(at, content.size(), ">(not enciphered)");
+        }
+    }
+}
+
+std::string WithoutPlainAccounts(std::string_view request)
+{
+    std::string text(request);
+    HidePlain(text, "user");
+    HidePlain(text, "pwd");
+    return text;
 }
 
 } // namespace
@@ -34,16 +72,21 @@ JsonLog::JsonLog(const std::string& path)
     }
 }
 
-void JsonLog::Write(int connection, const Request& request, std::string_view text,
+void JsonLog::Write(int connection, const RequestContext& context, std::string_view text,
                     std::optional<ErrorCode> answered)
 {
     if (!m_file.is_open()) {
         return;
     }
-    nlohmann::ordered_json line{{"time", Now()},  {"connection", connection}, {"url", request.Url()},
-                                {"seq", nullptr}, {"request", text},          {"errorcode", nullptr}};
-    if (request.Seq()) {
-        line["seq"] = *request.Seq();
+    nlohmann::ordered_json line{{"time", Now()},
+                                {"connection", connection},
+                                {"url", context.request.Url()},
+                                {"seq", nullptr},
+                                {"request", WithoutPlainAccounts(text)},
+                                {"credentials", context.credentials},
+                                {"errorcode", nullptr}};
+    if (context.request.Seq()) {
+        line["seq"] = *context.request.Seq();
     }
     if (answered) {
         line["errorcode"] = static_cast<std::uint32_t>(*answered);

@@ -24,7 +24,8 @@ class LoginDesk {
 public:
     LoginDesk(std::string user, std::string_view password, std::shared_ptr<const DeskKeys> keys);
 
-    const DeskKeys& Keys() const { return *m_keys; }
+    const RsaKeyPair& LoginKey() const { return m_keys->login; }
+    const RsaKeyPair& SourceKey() const { return m_keys->source; }
 
     // Success when both Base64 texts, deciphered with the login key, are this account's name and digest.
     ErrorCode Check(std::string_view account, std::string_view authentication) const;

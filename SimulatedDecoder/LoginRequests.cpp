@@ -8,10 +8,10 @@ ErrorCode DoOption(RequestContext& context)
     if (ChildNumber<std::uint32_t>(context.request.Body(), "encryption") != kRsa) {
         return ErrorCode::BadValue;
     }
-    const DeskKeys& keys = context.session.Desk().Keys();
+    const LoginDesk& desk = context.session.Desk();
     context.reply.AddHeader("session", context.session.Open());
-    AddChild(context.reply.Body(), "pubkey1", keys.login.PublicPem());
-    AddChild(context.reply.Body(), "pubkey2", keys.source.PublicPem());
+    AddChild(context.reply.Body(), "pubkey1", desk.LoginKey().PublicPem());
+    AddChild(context.reply.Body(), "pubkey2", desk.SourceKey().PublicPem());
     return ErrorCode::Success;
 }
 

@@ -1,5 +1,7 @@
 #include "Message.h"
 
+#include <algorithm>
+
 namespace simulated_decoder {
 
 namespace {
@@ -23,6 +25,17 @@ tinyxml2::XMLElement& AddChild(tinyxml2::XMLElement& parent, const char* name)
 void AddChild(tinyxml2::XMLElement& parent, const char* name, std::string_view text)
 {
     AddChild(parent, name).SetText(std::string(text).c_str());
+}
+
+bool HasControls(std::string_view text)
+{
+    return std::any_of(text.begin(), text.end(),
+                       [](char byte) { return static_cast<unsigned char>(byte) < ' ' || byte == '\x7f'; });
+}
+
+bool IsPlain(std::string_view text)
+{
+    return std::all_of(text.begin(), text.end(), [](char byte) { return byte >= ' ' && byte <= '~'; });
 }
 
 bool Request::Parse(std::string_view text)

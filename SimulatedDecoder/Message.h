@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include <tinyxml2.h>
 
@@ -28,6 +29,11 @@ std::optional<Number> ParseNumber(std::string_view text)
     return value;
 }
 
+// Whether there are bytes in it that no XML text and no line of a terminal should hold.
+bool HasControls(std::string_view text);
+// Whether there is nothing but printable ASCII in it.
+bool IsPlain(std::string_view text);
+
 template <typename Number>
 std::optional<Number> ChildNumber(const tinyxml2::XMLElement* parent, const char* name)
 {
@@ -37,6 +43,11 @@ std::optional<Number> ChildNumber(const tinyxml2::XMLElement* parent, const char
 // Adds a child element at the end, empty or with a text.
 tinyxml2::XMLElement& AddChild(tinyxml2::XMLElement& parent, const char* name);
 void AddChild(tinyxml2::XMLElement& parent, const char* name, std::string_view text);
+template <typename Number, typename = std::enable_if_t<std::is_arithmetic_v<Number>>>
+void AddChild(tinyxml2::XMLElement& parent, const char* name, Number value)
+{
+    AddChild(parent, name, std::string_view(std::to_string(value)));
+}
 
 // A request as it came.
 class Request {

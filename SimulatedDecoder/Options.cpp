@@ -9,13 +9,13 @@
 #include <spdlog/fmt/fmt.h>
 
 #include "Message.h"
+#include "ScreenGrid.h"
 
 namespace simulated_decoder {
 
 namespace {
 
 constexpr const char* kPasswordVariable = "TVWALL_DECODER_PASSWORD";
-constexpr int kMaxScreens = 16; // in a row or in a column
 constexpr std::uint32_t kMaxDecoders = 4096;
 constexpr std::uint32_t kMaxPort = 65535;
 
@@ -26,9 +26,10 @@ std::string Footer()
 Examples:
   TVWALL_DECODER_PASSWORD=secret tvwall-decoder --listen 127.0.0.1:7000 --rows 2 --columns 3 --wall-svg wall.svg
   tvwall-decoder --port-file port --user operator --password-file password --json-log requests.json
+  tvwall-decoder --password-file password --channels channels.json --source-accounts accounts --wall-text wall.txt
   tvwall-decoder --password-file password --fault chunk=1 --fault delay=500@docreatewindow --fault beat-every=200
 
-Exit status: 0 stopped by SIGINT or SIGTERM, 1 a file cannot be written (or internal failure), 2 wrong usage, 3 cannot listen.
+Exit status: 0 stopped by SIGINT or SIGTERM, 1 a file cannot be read or written (or internal failure), 2 wrong usage, 3 cannot listen.
 SPDLOG_LEVEL=debug logs every request.)";
 }
 
@@ -130,12 +131,27 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
     app.add_option("--columns", options.columns, "Columns of screens")
         ->check(CLI::Range(1, kMaxScreens))
         ->capture_default_str();
+    app.add_option("--name", options.name, "The name of the device")
+        ->type_name("NAME")
+        ->check([](const std::string& name) {
+            return HasControls(name) ? std::string("a name has no control characters") : std::string();
+        })
+        ->capture_default_str();
+    app.add_option(
+           "--channels", options.channels,
+           "The input channels, a JSON list such as [{\"id\":1,\"name\":\"Gate\",\"online\":true}]; read "
+           "again on SIGHUP (else 64 made-up ones)")
+        ->type_name("FILE");
+    app.add_option("--source-accounts", options.sourceAccounts,
+                   "The accounts that open video sources, lines USER:PASSWORD (else any)")
+        ->type_name("FILE");
     app.add_option("--decoders", options.decoders,
                    "So many decoders in one process, each with a wall and a port of its own: from the one\n"
                    "named on, or free ones; account and keys are the same")
         ->check(CLI::Range(1U, kMaxDecoders))
         ->capture_default_str();
-    app.add_option("--channels", options.channels, "Channels in each notification (else by turns 1 to 256)")
+    app.add_option("--notify-channels", options.notifyChannels,
+                   "Channels in each notification of notify-every (else by turns 1 to 256)")
         ->check(CLI::Range(1, 256));
     app.add_option("--wall-svg", options.wallSvg, "Keep a picture of the wall in this file")
         ->type_name("FILE");

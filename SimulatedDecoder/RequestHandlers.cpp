@@ -17,6 +17,29 @@ constexpr RequestRow kRequests[] = {
     {"dowindowtop", Access::Login, DoWindowTop},
     {"dodestroywindow", Access::Login, DoDestroyWindow},
     {"dowallclear", Access::Login, DoWallClear},
+    {"setwallinfo", Access::Login, DoSetWall},
+    {"setwalllayout", Access::Login, DoSetLayout},
+    {"getwalllayout", Access::Login, DoGetLayout},
+    {"dobindwall", Access::Login, DoBind},
+    {"dounbindwall", Access::Login, DoUnbind},
+    {"doplaymedia", Access::Login, DoPlayMedia},
+    {"dostopplaymedia", Access::Login, DoStopMedia}, // also ends polling
+    {"doplaybackcontrol", Access::Login, DoPlaybackControl},
+    {"doopensound", Access::Login, DoOpenSound},
+    {"doclosesound", Access::Login, DoCloseSound},
+    {"getaudioconfig", Access::Login, DoGetSound},
+    {"doaddchannelgroup", Access::Login, DoAddGroup},
+    {"setchannelgroup", Access::Login, DoSetOrGetGroup}, // hosts ask for groups by this url
+    {"getchannelgroup", Access::Login, DoGetGroup},
+    {"dodeletechannelgroup", Access::Login, DoDeleteGroup},
+    {"dostartchlgrouppolling", Access::Login, DoStartPolling},
+    {"dodrawborder", Access::Login, DoDrawBorder},
+    {"dofullscreen", Access::Login, DoFullScreen},
+    {"setwindowconfig", Access::Login, DoSetWindowConfig},
+    {"getwindowconfig", Access::Login, DoGetWindowConfig},
+    {"getsysteminfo", Access::Login, DoGetSystemInfo},
+    {"getbasicconfig", Access::Login, DoGetBasicConfig},
+    {"getchannelinfo", Access::Login, DoGetChannels},
 };
 
 } // namespace

@@ -1,12 +1,13 @@
 #pragma once
 // What the decoder does with each kind of request.
 
+#include <cstddef>
 #include <string_view>
 
+#include "DeviceState.h"
 #include "ErrorCode.h"
 #include "Login.h"
 #include "Message.h"
-#include "Wall.h"
 
 namespace simulated_decoder {
 
@@ -14,7 +15,8 @@ struct RequestContext {
     const Request& request;
     Message& reply;
     HostSession& session;
-    Wall& wall;
+    DeviceState& state;
+    std::size_t credentials = 0; // source accounts that were deciphered on the way
 };
 
 // Carries out one request and puts into the reply what belongs there. Anything but success has changed
@@ -52,5 +54,40 @@ ErrorCode DoSplitWindow(RequestContext& context);
 ErrorCode DoWindowTop(RequestContext& context);
 ErrorCode DoDestroyWindow(RequestContext& context);
 ErrorCode DoWallClear(RequestContext& context);
+
+// LayoutRequests.cpp
+ErrorCode DoSetLayout(RequestContext& context);
+ErrorCode DoGetLayout(RequestContext& context);
+ErrorCode DoBind(RequestContext& context);
+ErrorCode DoUnbind(RequestContext& context);
+
+// MediaRequests.cpp
+ErrorCode DoPlayMedia(RequestContext& context);
+ErrorCode DoStopMedia(RequestContext& context);
+ErrorCode DoSetWall(RequestContext& context);
+ErrorCode DoPlaybackControl(RequestContext& context);
+
+// SoundRequests.cpp
+ErrorCode DoOpenSound(RequestContext& context);
+ErrorCode DoCloseSound(RequestContext& context);
+ErrorCode DoGetSound(RequestContext& context);
+
+// GroupRequests.cpp
+ErrorCode DoAddGroup(RequestContext& context);
+ErrorCode DoSetOrGetGroup(RequestContext& context);
+ErrorCode DoGetGroup(RequestContext& context);
+ErrorCode DoDeleteGroup(RequestContext& context);
+ErrorCode DoStartPolling(RequestContext& context);
+
+// DisplayRequests.cpp
+ErrorCode DoDrawBorder(RequestContext& context);
+ErrorCode DoFullScreen(RequestContext& context);
+ErrorCode DoSetWindowConfig(RequestContext& context);
+ErrorCode DoGetWindowConfig(RequestContext& context);
+
+// InfoRequests.cpp
+ErrorCode DoGetSystemInfo(RequestContext& context);
+ErrorCode DoGetBasicConfig(RequestContext& context);
+ErrorCode DoGetChannels(RequestContext& context);
 
 } // namespace simulated_decoder

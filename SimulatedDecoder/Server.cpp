@@ -26,7 +26,7 @@ std::string Text(const Endpoint& endpoint)
 } // namespace
 
 Server::Server(asio::io_context& context, Device& device, const std::string& host, std::uint16_t port)
-    : m_context(context), m_device(device), m_acceptor(context), m_retryTimer(context)
+    : m_context(context), m_device(device), m_acceptor(context), m_retryTimer(context), m_flapTimer(context)
 {
     try {
         Listen(host, port);
@@ -35,6 +35,9 @@ Server::Server(asio::io_context& context, Device& device, const std::string& hos
                           error.code().message());
     }
     Accept();
+    if (const auto period = device.ActiveFaults().flapEvery; period.count() != 0) {
+        FlapChannels(period);
+    }
 }
 
 Server::~Server()
@@ -45,6 +48,29 @@ Server::~Server()
 }
 
 std::string Server::Where() const { return Text(m_acceptor.local_endpoint()); }
+
+void Server::Notify(const ChannelChange& change)
+{
+    if (!change.list && !change.states) {
+        return;
+    }
+    const auto connections = m_connections; // a connection that closes leaves the original
+    for (const auto& [number, connection] : connections) {
+        connection->Notify(change);
+    }
+}
+
+void Server::FlapChannels(std::chrono::milliseconds period)
+{
+    m_flapTimer.expires_after(period);
+    m_flapTimer.async_wait([this, period](const std::error_code& cancelled) {
+        if (!cancelled) {
+            m_device.TurnChannels();
+            Notify({.list = false, .states = true});
+            FlapChannels(period);
+        }
+    });
+}
 
 void Server::Listen(const std::string& host, std::uint16_t port)
 {

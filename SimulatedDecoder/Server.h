@@ -31,18 +31,22 @@ public:
     Server& operator=(const Server&) = delete;
 
     std::uint16_t Port() const { return m_acceptor.local_endpoint().port(); }
+    // Tells every host that is logged in.
+    void Notify(const ChannelChange& change);
     // Address and port as numbers.
     std::string Where() const;
 
 private:
     void Listen(const std::string& host, std::uint16_t port);
     void Accept();
+    void FlapChannels(std::chrono::milliseconds period);
     void Welcome(asio::ip::tcp::socket socket);
 
     asio::io_context& m_context;
     Device& m_device;
     asio::ip::tcp::acceptor m_acceptor;
     asio::steady_timer m_retryTimer;
+    asio::steady_timer m_flapTimer;
     std::map<int, std::shared_ptr<Connection>> m_connections;
     int m_lastNumber = 0;
 };

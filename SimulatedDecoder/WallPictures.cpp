@@ -11,14 +11,14 @@ WallPictures::WallPictures(std::string svgPath, std::string textPath)
 {
 }
 
-std::string WallPictures::Write(const Wall& wall) const
+std::string WallPictures::Write(const DeviceState& state) const
 {
     std::string problem;
     if (!m_svgPath.empty()) {
-        problem = WriteFileAtomically(m_svgPath, DrawSvg(wall));
+        problem = WriteFileAtomically(m_svgPath, DrawSvg(state));
     }
     if (!m_textPath.empty() && problem.empty()) {
-        problem = WriteFileAtomically(m_textPath, DrawText(wall));
+        problem = WriteFileAtomically(m_textPath, DrawText(state));
     }
     return problem;
 }

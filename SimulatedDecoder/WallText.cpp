@@ -6,6 +6,7 @@
 
 #include <spdlog/fmt/fmt.h>
 
+#include "Captions.h"
 #include "SubWindowGrid.h"
 
 namespace simulated_decoder {
@@ -109,8 +110,11 @@ private:
 
 class Drawing {
 public:
-    explicit Drawing(const Wall& wall)
-        : m_wall(wall), m_screenColumns(ScreenColumns(wall)), m_sheet(Columns(), Lines())
+    explicit Drawing(const DeviceState& state)
+        : m_state(state),
+          m_wall(state.wall),
+          m_screenColumns(ScreenColumns(m_wall)),
+          m_sheet(Columns(), Lines())
     {
     }
 
@@ -121,8 +125,8 @@ public:
                 DrawScreen(row, column);
             }
         }
-        for (const Window& window : m_wall.Windows()) {
-            DrawWindow(window);
+        for (const VisibleWindow& visible : VisibleWindows(m_wall)) {
+            DrawWindow(visible);
         }
         return m_sheet.Text();
     }
@@ -157,6 +161,11 @@ private:
         const Box box{column * m_screenColumns, row * screenLines, (column + 1) * m_screenColumns,
                       (row + 1) * screenLines};
         m_sheet.Draw(box, kScreenPen);
+        const auto bound = m_wall.Screens().Bound().find(
+            {static_cast<std::uint32_t>(column), static_cast<std::uint32_t>(row)});
+        if (bound != m_wall.Screens().Bound().end()) {
+            WriteCentred(box, (box.top + box.bottom) / 2, {fmt::format("output {}", bound->second)});
+        }
         // Where screens meet, their corners do.
         const auto joint = [&](std::int64_t x, std::int64_t y) {
             const bool left = x > 0, right = x<Columns() - 1, up = y> 0, down = y < Lines() - 1;
@@ -173,21 +182,26 @@ private:
     }
 
     // Windows are drawn inside the lines of the screens, so that those stay visible between them.
-    void DrawWindow(const Window& window)
+    void DrawWindow(const VisibleWindow& visible)
     {
+        const Window& window = *visible.window;
         const Rect& rect = window.rect;
         const std::int64_t left = std::min(Column(rect.x) + 1, Columns() - 2);
         const std::int64_t top = std::min(Line(rect.y) + 1, Lines() - 2);
         const Box box{left, top, std::max(left, Column(rect.x + rect.width) - 1),
                       std::max(top, Line(rect.y + rect.height) - 1)};
         m_sheet.Draw(box, kWindowPen);
-        DrawSubWindows(box, window.split);
-        m_sheet.Write(box.left + 2, box.top, box.right, fmt::format(" {} ", window.id));
+        if (visible.withCells) {
+            DrawSubWindows(box, VisibleSubWindows(window));
+        }
+        if (m_wall.Switches().windowIds) {
+            m_sheet.Write(box.left + 2, box.top, box.right, fmt::format(" {} ", window.id));
+        }
     }
 
-    void DrawSubWindows(const Box& box, const Split& split)
+    void DrawSubWindows(const Box& box, const std::vector<const SubWindow*>& subWindows)
     {
-        const SubWindowGrid grid(split.subWindows.size());
+        const SubWindowGrid grid(subWindows.size());
         const auto columns = static_cast<std::int64_t>(grid.columns);
         const auto rows = static_cast<std::int64_t>(grid.rows);
         if ((box.right - box.left) / columns < 2 || (box.bottom - box.top) / rows < 2) {
@@ -211,46 +225,77 @@ private:
             }
         }
         std::int64_t cell = 0;
-        for (const SubWindow& subWindow : split.subWindows) {
+        for (const SubWindow* subWindow : subWindows) {
             const std::int64_t column = cell % columns;
             const std::int64_t row = cell / columns;
             ++cell;
-            WriteCentred({columnLine(column), rowLine(row), columnLine(column + 1), rowLine(row + 1)},
-                         subWindow);
+            DrawSubWindow({columnLine(column), rowLine(row), columnLine(column + 1), rowLine(row + 1)},
+                          *subWindow);
         }
     }
 
-    void WriteCentred(const Box& cell, const SubWindow& subWindow)
+    // What it is, and below, as far as there is room, what it shows.
+    void DrawSubWindow(const Box& cell, const SubWindow& subWindow)
+    {
+        const Caption caption = CaptionOf(subWindow, m_state.groups);
+        const std::int64_t lines = cell.bottom - cell.top - 1;
+        const std::int64_t used = caption.title.empty() ? 1 : std::min<std::int64_t>(lines, 3);
+        std::int64_t line = cell.top + 1 + (lines - used) / 2;
+        const std::string index = std::to_string(subWindow.index) + Marks(subWindow);
+        WriteCentred(cell, line, {fmt::format("{} osd {}", index, subWindow.osdId), index});
+        if (used > 1) {
+            WriteCentred(cell, ++line, {caption.title});
+        }
+        if (used > 2) {
+            WriteCentred(cell, ++line, {caption.detail});
+        }
+    }
+
+    // Of what can be seen in a small cell, too.
+    std::string Marks(const SubWindow& subWindow) const
+    {
+        std::string marks;
+        marks += subWindow.media.empty() ? "" : "p";
+        marks += subWindow.polledGroup ? "g" : "";
+        marks += subWindow.sound ? "s" : "";
+        marks += subWindow.border && m_wall.Switches().borders ? "b" : "";
+        return marks.empty() ? "" : " " + marks;
+    }
+
+    // The first of the texts for which there is room.
+    void WriteCentred(const Box& cell, std::int64_t line, const std::vector<std::string>& texts)
     {
         const std::int64_t room = cell.right - cell.left - 1;
-        std::string text = fmt::format("{} osd {}", subWindow.index, subWindow.osdId);
-        if (static_cast<std::int64_t>(text.size()) > room) {
-            text = std::to_string(subWindow.index);
+        for (const std::string& text : texts) {
+            const std::int64_t margin = room - static_cast<std::int64_t>(text.size());
+            if (margin >= 0) {
+                m_sheet.Write(cell.left + 1 + margin / 2, line, cell.right, text);
+                return;
+            }
         }
-        const std::int64_t margin =
-            std::max<std::int64_t>(0, (room - static_cast<std::int64_t>(text.size())) / 2);
-        m_sheet.Write(cell.left + 1 + margin, (cell.top + cell.bottom) / 2, cell.right, text);
     }
 
+    const DeviceState& m_state;
     const Wall& m_wall;
     std::int64_t m_screenColumns;
     Sheet m_sheet;
 };
 
-std::string DrawTable(const Wall& wall)
+std::string DrawWindowTable(const Wall& wall)
 {
     const std::vector<Window>& windows = wall.Windows();
     if (windows.empty()) {
         return "no windows\n";
     }
-    constexpr const char* kLine = "{:>10} {:>7} {:>7} {:>7} {:>7} {:>5} {:>6}\n";
-    std::string text = fmt::format(kLine, "window", "x", "y", "width", "height", "mode", "layer");
+    constexpr const char* kLine = "{:>10} {:>7} {:>7} {:>7} {:>7} {:>5} {:>6}  {}\n";
+    std::string text = fmt::format(kLine, "window", "x", "y", "width", "height", "mode", "layer", "zoomed");
     const std::size_t shown = std::min(windows.size(), kMaxTableLines);
     for (std::size_t i = 0; i < shown; ++i) {
         const std::size_t layer = windows.size() - i;
         const Window& window = windows[layer - 1];
         text += fmt::format(fmt::runtime(kLine), window.id, window.rect.x, window.rect.y, window.rect.width,
-                            window.rect.height, window.split.mode, layer);
+                            window.rect.height, window.split.mode, layer,
+                            window.zoomed ? std::to_string(*window.zoomed) : "-");
     }
     if (shown < windows.size()) {
         text += fmt::format("and {} more below\n", windows.size() - shown);
@@ -258,13 +303,43 @@ std::string DrawTable(const Wall& wall)
     return text;
 }
 
+// The sub-windows that show something, sound or have a border.
+std::string DrawShowTable(const DeviceState& state)
+{
+    constexpr const char* kLine = "{:>10} {:>4} {:>10} {:>6} {:>6}  {}\n";
+    std::string text;
+    std::size_t lines = 0;
+    const std::vector<Window>& windows = state.wall.Windows();
+    for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
+        for (const SubWindow& subWindow : window->split.subWindows) {
+            if ((subWindow.IsIdle() && !subWindow.sound && !subWindow.border) || ++lines > kMaxTableLines) {
+                continue;
+            }
+            const Caption caption = CaptionOf(subWindow, state.groups);
+            text += fmt::format(kLine, window->id, subWindow.index, subWindow.osdId,
+                                subWindow.sound ? std::to_string(*subWindow.sound) : "-",
+                                subWindow.border ? "yes" : "-",
+                                subWindow.IsIdle() ? "-" : caption.title + ", " + caption.detail);
+        }
+    }
+    if (lines > kMaxTableLines) {
+        text += fmt::format("and {} more below\n", lines - kMaxTableLines);
+    }
+    return text.empty() ? text
+                        : fmt::format(kLine, "window", "sub", "osd", "sound", "border", "shows") + text;
+}
+
 } // namespace
 
-std::string DrawText(const Wall& wall)
+std::string DrawText(const DeviceState& state)
 {
-    return fmt::format("TV wall, {} x {} screens, {} x {} pixels\n", wall.Rows(), wall.Columns(),
-                       wall.Width(), wall.Height()) +
-           Drawing(wall).Text() + DrawTable(wall);
+    const Wall& wall = state.wall;
+    const auto off = [](bool on, const char* what) { return on ? "" : fmt::format(", {} off", what); };
+    return fmt::format("TV wall, {} x {} screens, {} bound, {} x {} pixels{}{}\n{}\n", wall.Rows(),
+                       wall.Columns(), wall.Screens().Bound().size(), wall.Width(), wall.Height(),
+                       off(wall.Switches().borders, "borders"), off(wall.Switches().windowIds, "window ids"),
+                       TallyText(wall, ", ")) +
+           Drawing(state).Text() + DrawWindowTable(wall) + DrawShowTable(state);
 }
 
 } // namespace simulated_decoder

@@ -1,4 +1,4 @@
-#include "RequestHandlers.h"
+#include "RequestReading.h"
 
 #include <optional>
 #include <vector>
@@ -8,55 +8,6 @@ namespace simulated_decoder {
 namespace {
 
 using tinyxml2::XMLElement;
-
-// The items of a list under `parent`; nothing when there is no such list or one of its items cannot be read.
-template <typename Item>
-std::optional<std::vector<Item>> ReadList(const XMLElement* parent, const char* name,
-                                          std::optional<Item> (*readItem)(const XMLElement&))
-{
-    const XMLElement* list = parent != nullptr ? parent->FirstChildElement(name) : nullptr;
-    if (list == nullptr) {
-        return std::nullopt;
-    }
-    std::vector<Item> items;
-    for (const XMLElement* element = list->FirstChildElement("item"); element != nullptr;
-         element = element->NextSiblingElement("item")) {
-        std::optional<Item> item = readItem(*element);
-        if (!item) {
-            return std::nullopt;
-        }
-        items.push_back(std::move(*item));
-    }
-    return items;
-}
-
-std::optional<std::uint32_t> ReadId(const XMLElement& item)
-{
-    return ChildNumber<std::uint32_t>(&item, "id");
-}
-
-std::optional<Rect> ReadRect(const XMLElement& item)
-{
-    const XMLElement* rect = item.FirstChildElement("rect");
-    const auto x = ChildNumber<std::int64_t>(rect, "xpos");
-    const auto y = ChildNumber<std::int64_t>(rect, "ypos");
-    const auto width = ChildNumber<std::int64_t>(rect, "width");
-    const auto height = ChildNumber<std::int64_t>(rect, "height");
-    if (!x || !y || !width || !height) {
-        return std::nullopt;
-    }
-    return Rect{*x, *y, *width, *height};
-}
-
-std::optional<SubWindow> ReadSubWindow(const XMLElement& item)
-{
-    const auto index = ChildNumber<std::uint32_t>(&item, "index");
-    const auto osdId = ChildNumber<std::uint32_t>(&item, "osdid");
-    if (!index || !osdId) {
-        return std::nullopt;
-    }
-    return SubWindow{*index, *osdId};
-}
 
 std::optional<WindowMove> ReadMove(const XMLElement& item)
 {
@@ -90,16 +41,13 @@ std::optional<Window> ReadWindow(const XMLElement& item)
     return Window{split->id, *rect, std::move(split->split)};
 }
 
-// Reads the window list of the body and hands it to an operation of the wall. An empty list is no request.
+// Hands the windows of the body to an operation of the wall.
 template <typename Item>
 ErrorCode ChangeWindows(RequestContext& context, std::optional<Item> (*readItem)(const XMLElement&),
                         ErrorCode (Wall::*change)(const std::vector<Item>&))
 {
-    const auto items = ReadList(context.request.Body(), "td_windowlist", readItem);
-    if (!items || items->empty()) {
-        return ErrorCode::BadValue;
-    }
-    return (context.wall.*change)(*items);
+    return ChangeByList(context, "td_windowlist", readItem,
+                        [&](const auto& windows) { return (context.state.wall.*change)(windows); });
 }
 
 } // namespace
@@ -117,15 +65,14 @@ ErrorCode DoDestroyWindow(RequestContext& context) { return ChangeWindows(contex
 
 ErrorCode DoWindowTop(RequestContext& context)
 {
-    const XMLElement* body = context.request.Body();
-    const XMLElement* window = body != nullptr ? body->FirstChildElement("td_window") : nullptr;
+    const XMLElement* window = Child(context.request.Body(), "td_window");
     const auto id = ChildNumber<std::uint32_t>(window, "id");
-    return id ? context.wall.Raise(*id) : ErrorCode::BadValue;
+    return id ? context.state.wall.Raise(*id) : ErrorCode::BadValue;
 }
 
 ErrorCode DoWallClear(RequestContext& context)
 {
-    context.wall.Clear();
+    context.state.wall.Clear();
     return ErrorCode::Success;
 }
 

@@ -35,6 +35,17 @@ int Complain(const char* what, int status)
     return status;
 }
 
+// As long as the program runs, a hang-up has the channels read again.
+void ReloadOnHangUp(asio::signal_set& hangUps, Fleet& fleet)
+{
+    hangUps.async_wait([&](const std::error_code& cancelled, int) {
+        if (!cancelled) {
+            fleet.ReloadChannels();
+            ReloadOnHangUp(hangUps, fleet);
+        }
+    });
+}
+
 int Run(const Options& options)
 {
     asio::io_context context(1);
@@ -42,7 +53,10 @@ int Run(const Options& options)
     asio::signal_set signals(context, SIGINT, SIGTERM);
     signals.async_wait([&](const std::error_code&, int) { context.stop(); });
 
-    const Fleet fleet(context, options);
+    asio::signal_set hangUps(context, SIGHUP);
+
+    Fleet fleet(context, options);
+    ReloadOnHangUp(hangUps, fleet);
     if (!options.portFile.empty()) {
         const std::string problem = WriteFileAtomically(options.portFile, fleet.Ports());
         if (!problem.empty()) {

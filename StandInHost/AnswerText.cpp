@@ -1,7 +1,10 @@
 #include "AnswerText.h"
 
+#include <algorithm>
 #include <cstdio>
-#include <cstring>
+#include <utility>
+
+#include <nlohmann/json.hpp>
 
 #include "Text.h"
 #include "TvwallProtocol.h"
@@ -26,7 +29,7 @@ std::string FailureText(uint32_t nCode)
     case KEST_RESULT_LOGIN_DEVICE_106:
         return "wrong password";
     case KEST_RESULT_LOGIN_DEVICE_105:
-        return "account locked or refused";
+        return "too many hosts, or the account is refused";
     default:
         return "failure";
     }
@@ -39,34 +42,53 @@ std::string CodeText(uint32_t nCode)
     return szCode;
 }
 
-std::string LoginText(const std::vector<uint8_t>& bytes)
+SReadAnswer ReadForm(const SAnswerForm& form, const std::vector<uint8_t>& bytes)
 {
-    _net_login_success_info info;
-    if (bytes.size() != sizeof info) {
-        return "logged in, with an answer of " + std::to_string(bytes.size()) + " bytes";
+    SReadAnswer read;
+    CByteReader reader(bytes);
+    Fields fields = Fields::object();
+    form.pRead(reader, fields);
+    read.bGood = !reader.Failed();
+    if (!read.bGood) {
+        read.strText = "answered with " + std::to_string(bytes.size()) + " bytes that are no whole record";
+        return read;
     }
-    std::memcpy(&info, bytes.data(), sizeof info);
-    GUID nodeID;
-    std::memcpy(&nodeID, &info.remoteNodeID, sizeof nodeID);
-    return "logged in, answered by node " + GuidText(nodeID) + ", type " +
-           std::to_string(info.remoteNodeType);
+    read.strText = form.pShow(fields);
+    if (!fields.empty()) {
+        read.pFields = std::make_shared<Fields>(std::move(fields));
+    }
+    return read;
 }
 
 } // namespace
 
-std::string DescribeAnswer(const SConsoleCommand& command, const SAnswer& answer)
+SReadAnswer ReadAnswer(const SConsoleCommand& command, const SAnswer& answer)
 {
     if (answer.kind == SAnswer::EKind::Failure) {
-        return FailureText(answer.nCode) + " (" + CodeText(answer.nCode) + ")";
+        return {FailureText(answer.nCode) + " (" + CodeText(answer.nCode) + ")", false, nullptr};
     }
-    if (command.nCmdID == KEST_CMD_REQUEST_LOGIN) {
-        return LoginText(answer.bytes);
+    if (command.pForm == nullptr) {
+        return {"answered with " + std::to_string(answer.bytes.size()) + " bytes " +
+                    HexText(answer.bytes.data(), answer.bytes.size()),
+                true, nullptr};
     }
-    if (command.strTitle.starts_with("raw")) {
-        return "answered with " + std::to_string(answer.bytes.size()) + " bytes " +
-               HexText(answer.bytes.data(), answer.bytes.size());
+    return ReadForm(*command.pForm, answer.bytes);
+}
+
+void HideSecrets(const SConsoleCommand& command, SAnswer& answer)
+{
+    if (command.kind != SConsoleCommand::EKind::Request) {
+        return;
     }
-    return "done";
+    // The repeated record has a result head in front of it where the request has the option head.
+    constexpr std::size_t kShift =
+        sizeof(ORVA2_DECODER_TVW::S_Decoder_Default_Result) - sizeof(_kest_tvwall_opt_info);
+    for (const SSpan& secret : command.payload.secrets) {
+        const std::size_t nBegin = std::min(secret.nOffset + kShift, answer.bytes.size());
+        const std::size_t nEnd = std::min(nBegin + secret.nSize, answer.bytes.size());
+        std::fill(answer.bytes.begin() + static_cast<std::ptrdiff_t>(nBegin),
+                  answer.bytes.begin() + static_cast<std::ptrdiff_t>(nEnd), uint8_t{'*'});
+    }
 }
 
 } // namespace standin_host

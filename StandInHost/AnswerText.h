@@ -1,13 +1,24 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
+#include "AnswerForms.h"
 #include "Command.h"
 #include "ConsoleCommands.h"
 
 namespace standin_host {
 
-// What an answer says, in words: "done", "device error (0x20000002)".
-std::string DescribeAnswer(const SConsoleCommand& command, const SAnswer& answer);
+// What an answer says.
+struct SReadAnswer {
+    std::string strText; // in words: "done", "device error (0x20000002)", a table
+    bool bGood = false;  // false for a failure, and for bytes that do not hold what they should
+    std::shared_ptr<const Fields> pFields; // by name; null where there are none
+};
+
+SReadAnswer ReadAnswer(const SConsoleCommand& command, const SAnswer& answer);
+
+// Most answers repeat the request's record: blanks the passwords in it, so that they are printed nowhere.
+void HideSecrets(const SConsoleCommand& command, SAnswer& answer);
 
 } // namespace standin_host

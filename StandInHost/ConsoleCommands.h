@@ -6,11 +6,15 @@
 #include <string>
 #include <vector>
 
+#include "Bytes.h"
+
 namespace CLI {
 class App;
 }
 
 namespace standin_host {
+
+struct SAnswerForm;
 
 struct SConsoleCommand {
     enum class EKind {
@@ -26,7 +30,8 @@ struct SConsoleCommand {
 
     unsigned int nCmdID = 0;
     bool bHasReply = true;
-    std::vector<uint8_t> payload;
+    SRecord payload;
+    const SAnswerForm* pForm = nullptr; // how a good answer reads; null: as it is
 
     std::optional<std::size_t> nNotifications; // Watch: ends after so many
     std::string strScriptFile;                 // Script: "-" is standard input

@@ -1,7 +1,6 @@
 #include "Credentials.h"
 
 #include <cstdlib>
-#include <fstream>
 #include <string_view>
 
 #include <fcntl.h>
@@ -9,7 +8,9 @@
 #include <unistd.h>
 
 #include "ExitStatus.h"
+#include "Files.h"
 #include "HostEvents.h"
+#include "Media.h"
 #include "Options.h"
 #include "Payloads.h"
 #include "Script.h"
@@ -52,17 +53,12 @@ private:
     termios m_before{};
 };
 
-std::string FirstLine(const std::string& strFile)
+void CheckPassword(const std::string& strPassword, std::size_t nMax, const char* szWhose)
 {
-    std::ifstream file(strFile);
-    std::string strLine;
-    if (!std::getline(file, strLine) && (!file.eof() || !file.is_open())) {
-        throw CUsageError("cannot read the password file " + strFile);
+    if (strPassword.size() > nMax || strPassword.find('\0') != std::string::npos) {
+        throw CUsageError(std::string("the ") + szWhose + "password is longer than " + std::to_string(nMax) +
+                          " bytes or holds a zero byte");
     }
-    if (strLine.ends_with('\r')) {
-        strLine.pop_back();
-    }
-    return strLine;
 }
 
 } // namespace
@@ -79,9 +75,7 @@ const std::string& CCredentials::Password()
 {
     if (!m_password) {
         std::string strPassword = Find();
-        if (strPassword.size() > kMaxCredential || strPassword.find('\0') != std::string::npos) {
-            throw CUsageError("the password is longer than 63 bytes or holds a zero byte");
-        }
+        CheckPassword(strPassword, kMaxCredential, "");
         m_password = std::move(strPassword);
     }
     return *m_password;
@@ -90,7 +84,7 @@ const std::string& CCredentials::Password()
 std::string CCredentials::Find() const
 {
     if (!m_options.strPasswordFile.empty()) {
-        return FirstLine(m_options.strPasswordFile);
+        return ReadPasswordFile(m_options.strPasswordFile);
     }
     const char* szVariable = std::getenv("TVWALL_PASSWORD");
     return szVariable != nullptr ? szVariable : Prompt();
@@ -112,6 +106,15 @@ std::string CCredentials::Prompt() const
         }
     }
     return strLine;
+}
+
+std::string SourcePassword(const std::string& strFile)
+{
+    const char* szVariable = std::getenv("TVWALL_SOURCE_PASSWORD");
+    const std::string strVariable = szVariable == nullptr ? "" : szVariable;
+    std::string strPassword = strFile.empty() ? strVariable : ReadPasswordFile(strFile);
+    CheckPassword(strPassword, kMaxSourceCredential, "source's ");
+    return strPassword;
 }
 
 } // namespace standin_host

@@ -27,4 +27,8 @@ private:
     std::optional<std::string> m_password;
 };
 
+// The password of a video source: the first line of a file, or TVWALL_SOURCE_PASSWORD when no file is named,
+// or empty when neither is there. Throws CUsageError when it does not fit.
+std::string SourcePassword(const std::string& strFile);
+
 } // namespace standin_host

@@ -24,6 +24,12 @@ void CIoThread::WatchSignals(std::function<void(int)> handler)
 {
     m_signals.add(SIGINT);
     m_signals.add(SIGTERM);
+    for (const int nSignal : {SIGHUP, SIGQUIT}) {
+        struct sigaction before {};
+        if (::sigaction(nSignal, nullptr, &before) == 0 && before.sa_handler != SIG_IGN) {
+            m_signals.add(nSignal);
+        }
+    }
     AwaitSignal(std::move(handler));
 }
 

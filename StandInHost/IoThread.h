@@ -20,7 +20,8 @@ public:
     CIoThread& operator=(const CIoThread&) = delete;
 
     asio::io_context& Context() { return m_context; }
-    // From now on SIGINT and SIGTERM do not end the process; the handler gets their number on this thread.
+    // From now on SIGINT, SIGTERM, SIGHUP and SIGQUIT do not end the process; the handler gets their number
+    // on this thread. A hang-up or quit that was ignored from the start stays so.
     void WatchSignals(std::function<void(int)> handler);
 
 private:

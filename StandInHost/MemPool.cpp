@@ -21,6 +21,7 @@ const char* CMemPool::New(std::string_view bytes)
     buffer->strBytes = bytes;
     const char* hBuffer = reinterpret_cast<const char*>(buffer.get());
     const std::lock_guard guard(m_lock);
+    Reserve(sizeof(SBuffer) + bytes.size());
     m_buffers.emplace(hBuffer, std::move(buffer));
     return hBuffer;
 }
@@ -38,6 +39,7 @@ void CMemPool::Delete(const char* hBuffer)
     const std::lock_guard guard(m_lock);
     SBuffer* pBuffer = Find(hBuffer, "Delete");
     if (pBuffer != nullptr && --pBuffer->nReferences == 0) {
+        m_nBytes -= sizeof(SBuffer) + pBuffer->strBytes.size();
         m_buffers.erase(hBuffer);
     }
 }
@@ -56,6 +58,7 @@ bool CMemPool::Append(const char* hBuffer, std::string_view bytes)
     if (pBuffer == nullptr) {
         return false;
     }
+    Reserve(bytes.size());
     pBuffer->strBytes.append(bytes);
     return true;
 }
@@ -64,7 +67,9 @@ void CMemPool::TruncateFront(const char* hBuffer, std::size_t nLen)
 {
     const std::lock_guard guard(m_lock);
     if (SBuffer* pBuffer = Find(hBuffer, "TruncateFront")) {
+        nLen = std::min(nLen, pBuffer->strBytes.size());
         pBuffer->strBytes.erase(0, nLen);
+        m_nBytes -= nLen;
     }
 }
 
@@ -72,7 +77,9 @@ void CMemPool::TruncateBack(const char* hBuffer, std::size_t nLen)
 {
     const std::lock_guard guard(m_lock);
     if (SBuffer* pBuffer = Find(hBuffer, "TruncateBack")) {
-        pBuffer->strBytes.resize(pBuffer->strBytes.size() - std::min(nLen, pBuffer->strBytes.size()));
+        nLen = std::min(nLen, pBuffer->strBytes.size());
+        pBuffer->strBytes.resize(pBuffer->strBytes.size() - nLen);
+        m_nBytes -= nLen;
     }
 }
 
@@ -86,6 +93,15 @@ std::size_t CMemPool::WrongHandles() const
 {
     const std::lock_guard guard(m_lock);
     return m_nWrongHandles;
+}
+
+void CMemPool::Reserve(std::size_t nBytes)
+{
+    if (nBytes > kMaxBytes - m_nBytes) {
+        Log(ELogLevel::Error, "memory pool: more than 128 MiB are not given");
+        throw std::bad_alloc();
+    }
+    m_nBytes += nBytes;
 }
 
 CMemPool::SBuffer* CMemPool::Find(const char* hBuffer, const char* szOperation)

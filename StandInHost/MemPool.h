@@ -9,10 +9,14 @@
 namespace standin_host {
 
 // The process's pool of reference-counted byte buffers. Thread-safe. A handle that names no live buffer is
-// reported and counted, and the operation does nothing, so that a wrong plug-in cannot corrupt the host.
+// reported and counted, and the operation does nothing, so that a wrong plug-in cannot corrupt the host. What
+// would make the pool larger than kMaxBytes is refused, so that a decoder that never ends a message cannot
+// fill the memory.
 class CMemPool {
 public:
     static CMemPool& Instance();
+
+    static constexpr std::size_t kMaxBytes = 128 * 1024 * 1024;
 
     const char* New(std::string_view bytes); // one reference; throws std::bad_alloc
     void AddRef(const char* hBuffer);
@@ -32,10 +36,13 @@ private:
         unsigned long nReferences = 1;
     };
 
+    // The lock is held. Takes room for nBytes more; throws std::bad_alloc.
+    void Reserve(std::size_t nBytes);
     SBuffer* Find(const char* hBuffer, const char* szOperation); // the lock is held
 
     mutable std::mutex m_lock;
     std::unordered_map<const char*, std::unique_ptr<SBuffer>> m_buffers; // the key is the buffer's address
+    std::size_t m_nBytes = 0; // in all buffers, with what each takes itself
     std::size_t m_nWrongHandles = 0;
 };
 

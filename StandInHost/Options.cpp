@@ -18,12 +18,14 @@ constexpr char s_szDescription[] =
     "Loads the decoder plug-in, connects to a decoder and runs commands on its wall.";
 
 constexpr char s_szFooter[] = R"(The password comes from --password-file, else from the environment variable
-TVWALL_PASSWORD, else from a prompt.
+TVWALL_PASSWORD, else from a prompt. Passwords of video sources come from --source-password-file, else from
+TVWALL_SOURCE_PASSWORD, or stand in a wall file.
 
 Examples:
   tvwall-host --decoder 192.0.2.7:9000 --user admin login
   tvwall-host --decoder 192.0.2.7:9000 --user admin window create 1 0 0 960 540 --mode 4
   tvwall-host --decoder 192.0.2.7:9000 --user admin window move 1 -10 0 960 540
+  tvwall-host --decoder 192.0.2.7:9000 --user admin wall apply wall.json
   tvwall-host --decoder 192.0.2.7:9000 --user admin --json script evening.txt
   tvwall-host --decoder 192.0.2.7:9000 --user admin raw 0x50002 --option 0x60007 --payload record.bin
 
@@ -35,6 +37,7 @@ struct SRawOptions {
     std::string strDecoder;
     std::string strNodeId = "{00000201-0000-4000-8000-000000000001}";
     double dAnswerTimeout = 35.0;
+    std::string strLogLevel = "abnormal";
     bool bNoLogin = false;
 };
 
@@ -58,35 +61,38 @@ void AddOptions(CLI::App& app, SOptions& options, SRawOptions& raw)
     app.add_option("--node-id", raw.strNodeId, "identifier of the decoder's node")
         ->type_name("GUID")
         ->capture_default_str();
-    const std::map<std::string, ELogLevel> levels{{"off", ELogLevel::Off},
-                                                  {"error", ELogLevel::Error},
-                                                  {"abnormal", ELogLevel::Abnormal},
-                                                  {"normal", ELogLevel::Normal},
-                                                  {"debug", ELogLevel::Debug}};
-    app.add_option("--log-level", options.logLevel, "off, error, abnormal (default), normal or debug")
+    app.add_option("--log-level", raw.strLogLevel, "off, error, abnormal, normal or debug")
         ->type_name("LEVEL")
-        ->transform(CLI::CheckedTransformer(levels).description(""));
+        ->capture_default_str();
     app.add_option("--log-file", options.strLogFile, "write the log there instead of to standard error")
         ->type_name("FILE");
 }
 
-// "host:port" or "[address]:port".
-void SplitAddress(const std::string& strDecoder, SOptions& options)
+void InterpretDecoder(const std::string& strDecoder, SOptions& options)
 {
     if (strDecoder.empty()) {
         throw CUsageError("--decoder HOST:PORT is required");
     }
-    const std::size_t nColon = strDecoder.rfind(':');
-    if (nColon != std::string::npos) {
-        options.strHost = strDecoder.substr(0, nColon);
-        options.strPort = strDecoder.substr(nColon + 1);
+    const auto address = SplitAddress(strDecoder);
+    if (!address) {
+        throw CUsageError("--decoder takes HOST:PORT with a port from 1 to 65535, not '" + strDecoder + "'");
     }
-    if (options.strHost.size() > 2 && options.strHost.front() == '[' && options.strHost.back() == ']') {
-        options.strHost = options.strHost.substr(1, options.strHost.size() - 2);
+    options.strHost = address->strHost;
+    options.strPort = std::to_string(address->nPort);
+}
+
+ELogLevel LogLevel(const std::string& strName)
+{
+    static const std::map<std::string, ELogLevel> s_levels{{"off", ELogLevel::Off},
+                                                           {"error", ELogLevel::Error},
+                                                           {"abnormal", ELogLevel::Abnormal},
+                                                           {"normal", ELogLevel::Normal},
+                                                           {"debug", ELogLevel::Debug}};
+    const auto it = s_levels.find(strName);
+    if (it == s_levels.end()) {
+        throw CUsageError("--log-level takes off, error, abnormal, normal or debug, not '" + strName + "'");
     }
-    if (options.strHost.empty() || !ParseNumber(options.strPort, 1, 65535)) {
-        throw CUsageError("--decoder takes HOST:PORT, not '" + strDecoder + "'");
-    }
+    return it->second;
 }
 
 void CheckUser(const SOptions& options)
@@ -103,13 +109,14 @@ void CheckUser(const SOptions& options)
 void Interpret(const SRawOptions& raw, SOptions& options)
 {
     options.bLogin = !raw.bNoLogin;
-    SplitAddress(raw.strDecoder, options);
+    InterpretDecoder(raw.strDecoder, options);
     CheckUser(options);
     const auto nodeID = ParseGuid(raw.strNodeId);
     if (!nodeID) {
         throw CUsageError("--node-id takes a GUID, not '" + raw.strNodeId + "'");
     }
     options.nodeID = *nodeID;
+    options.logLevel = LogLevel(raw.strLogLevel);
     if (std::isnan(raw.dAnswerTimeout)) {
         throw CUsageError("--answer-timeout takes a number of seconds");
     }

@@ -13,12 +13,11 @@ namespace {
 
 class CTextOutput final : public COutput {
 public:
-    void Command(const SConsoleCommand& command, const SAnswer* pAnswer) override
+    void Command(const SConsoleCommand& command, const SAnswer* pAnswer, const SReadAnswer& read) override
     {
         const std::string strUnanswered =
             command.bHasReply ? "no answer" : "queued and run, no answer wanted";
-        Line(OneLine(command.strTitle) + ": " +
-             (pAnswer == nullptr ? strUnanswered : DescribeAnswer(command, *pAnswer)));
+        Line(OneLine(command.strTitle) + ": " + (pAnswer == nullptr ? strUnanswered : read.strText));
     }
 
     void Notification(const SNotification& notification) override
@@ -34,13 +33,18 @@ public:
 
 class CJsonOutput final : public COutput {
 public:
-    void Command(const SConsoleCommand& command, const SAnswer* pAnswer) override
+    void Command(const SConsoleCommand& command, const SAnswer* pAnswer, const SReadAnswer& read) override
     {
         Json object{{"command", command.nCmdID}, {"answer", "none"}, {"code", 0}, {"hex", ""}};
         if (pAnswer != nullptr) {
             object["answer"] = pAnswer->kind == SAnswer::EKind::Buffer ? "buffer" : "failure";
             object["code"] = pAnswer->nCode;
             object["hex"] = HexText(pAnswer->bytes.data(), pAnswer->bytes.size());
+        }
+        if (read.pFields != nullptr) {
+            object["fields"] = *read.pFields;
+        } else if (!read.bGood && !read.strText.empty()) {
+            object["problem"] = read.strText;
         }
         Print(object);
     }

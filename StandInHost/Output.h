@@ -9,14 +9,18 @@
 
 namespace standin_host {
 
-// What the program says on standard output: one line for each command and notification, flushed at once.
+struct SReadAnswer;
+
+// What the program says on standard output, flushed at once: one line for each command and notification, and
+// behind a command's line the indented rows of its table.
 class COutput {
 public:
     static std::unique_ptr<COutput> Create(bool bJson);
     virtual ~COutput() = default;
 
-    // pAnswer is null for a command that got no answer.
-    virtual void Command(const SConsoleCommand& command, const SAnswer* pAnswer) = 0;
+    // pAnswer is null for a command that got no answer; else it holds no password any more, and read says
+    // what it means.
+    virtual void Command(const SConsoleCommand& command, const SAnswer* pAnswer, const SReadAnswer& read) = 0;
     virtual void Notification(const SNotification& notification) = 0;
     // True once a line could not be written, such as to a closed pipe.
     bool Failed() const { return m_bFailed; }

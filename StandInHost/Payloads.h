@@ -1,32 +1,18 @@
 #pragma once
-// The host's records as they travel to the plug-in: little-endian, without padding.
+// The records that the host composes for its commands. Numbers are given wide, but fit their fields: who asks
+// for a record has checked them.
 
 #include <cstdint>
 #include <string>
-#include <utility>
 #include <vector>
+
+#include "Bytes.h"
 
 namespace standin_host {
 
-// Appends little-endian numbers and blocks.
-class CByteWriter {
-public:
-    CByteWriter& U16(uint16_t nValue) { return Number(nValue, 2); }
-    CByteWriter& U32(uint32_t nValue) { return Number(nValue, 4); }
-    CByteWriter& I32(int32_t nValue) { return Number(static_cast<uint32_t>(nValue), 4); }
-    CByteWriter& Zeros(std::size_t nCount);
-    // The text in a field of nSize bytes, filled up with zeros; the text must be shorter than the field.
-    CByteWriter& Text(const std::string& strText, std::size_t nSize);
+// --- canvas windows, in wall coordinates ---
 
-    std::vector<uint8_t> Take() { return std::move(m_bytes); }
-
-private:
-    CByteWriter& Number(uint32_t nValue, int nBytes);
-
-    std::vector<uint8_t> m_bytes;
-};
-
-// A canvas window to create or to split, in wall coordinates.
+// A window to create or to split.
 struct SWindow {
     uint32_t nID;
     uint32_t nX, nY, nWidth, nHeight;
@@ -34,23 +20,79 @@ struct SWindow {
     std::vector<uint32_t> osdIds; // one for each sub-window; their number is the split mode
 };
 
-// A canvas window's new place.
+// A window's new place.
 struct SWindowMove {
     int32_t nID;
     int32_t nX, nY, nWidth, nHeight;
 };
 
-std::vector<uint8_t> CreateRecord(const std::vector<SWindow>& windows);
-std::vector<uint8_t> MoveRecord(const std::vector<SWindowMove>& moves);
-std::vector<uint8_t> DeleteRecord(const std::vector<uint32_t>& ids);
-std::vector<uint8_t> RaiseRecord(uint32_t nID);
+SRecord CreateRecord(const std::vector<SWindow>& windows);
+SRecord MoveRecord(const std::vector<SWindowMove>& moves);
+SRecord DeleteRecord(const std::vector<uint32_t>& ids);
+SRecord RaiseRecord(uint32_t nID);
+
+// --- layout of the wall ---
+
+// A decoder output and its place in the grid of screens.
+struct SScreen {
+    uint32_t nID;
+    uint32_t nX, nY;
+};
+
+SRecord LayoutRecord(uint32_t nRows, uint32_t nColumns, const std::vector<SScreen>& screens);
+
+// --- channel groups ---
+
+struct SChannelGroup {
+    int32_t nID;
+    std::string strName;     // at most kMaxGroupName bytes
+    std::string strChannels; // at most kMaxGroupChannels bytes, in the decoder's own form
+    uint32_t nChannels;
+    uint32_t nInterval;
+};
+
+inline constexpr std::size_t kMaxGroupName = 255;
+inline constexpr std::size_t kMaxGroupChannels = 15;
+
+SRecord GroupRecord(const SChannelGroup& group);
+SRecord DeleteGroupsRecord(const std::vector<int32_t>& ids);
+SRecord GetGroupRecord(int32_t nID); // 0: all groups
+
+// --- sub-windows, each with what a command says of it ---
+
+struct SSubWindow {
+    int64_t nIndex;
+    int64_t nFirst;  // the record's first number behind the index
+    int64_t nSecond; // and its second one
+};
+
+struct SSubWindows {
+    int64_t nWindow;
+    std::vector<SSubWindow> subWindows;
+};
+
+// More would not fit the narrowest count.
+inline constexpr std::size_t kMaxSubWindows = 0xFFFF;
+
+SRecord StopMediaRecord(const std::vector<SSubWindows>& windows);
+SRecord PlaybackRecord(const std::vector<SSubWindows>& windows); // control type, control value
+SRecord AudioRecord(const std::vector<SSubWindows>& windows);    // channel
+SRecord PollingRecord(const std::vector<SSubWindows>& windows);  // channel group
+SRecord BorderRecord(const std::vector<SSubWindows>& windows);   // 1 to draw the border
+
+// --- display switches ---
+
+SRecord ZoomRecord(uint32_t nWindow, uint16_t nIndex, bool bZoom);
+SRecord WindowConfigRecord(bool bBorders, bool bWindowIds);
+
+// --- around the records ---
 
 // The record behind the head of the option commands: option type and record length.
-std::vector<uint8_t> OptionPayload(uint32_t nOptType, const std::vector<uint8_t>& record);
+SRecord OptionPayload(uint32_t nOptType, const SRecord& record);
 
 // Longest account name and password, in bytes: the record's fields hold a terminating zero too.
 inline constexpr std::size_t kMaxCredential = 63;
 
-std::vector<uint8_t> LoginRecord(const std::string& strUser, const std::string& strPassword);
+SRecord LoginRecord(const std::string& strUser, const std::string& strPassword);
 
 } // namespace standin_host

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "ExitStatus.h"
@@ -78,14 +79,20 @@ CLineInput::CLineInput(const std::string& strFile)
     : m_nDescriptor(strFile == "-" ? STDIN_FILENO : ::open(strFile.c_str(), O_RDONLY | O_CLOEXEC)),
       m_bOwned(strFile != "-")
 {
-    if (m_nDescriptor < 0) {
-        throw CUsageError("cannot read the script " + strFile);
+    struct stat status {};
+    const bool bOpen = m_nDescriptor >= 0 && ::fstat(m_nDescriptor, &status) == 0;
+    if (!bOpen || S_ISDIR(status.st_mode)) {
+        const std::string strReason = bOpen ? "it is a folder" : std::strerror(errno);
+        Close();
+        throw CUsageError("cannot read the script " + strFile + ": " + strReason);
     }
 }
 
-CLineInput::~CLineInput()
+CLineInput::~CLineInput() { Close(); }
+
+void CLineInput::Close() const
 {
-    if (m_bOwned) {
+    if (m_bOwned && m_nDescriptor >= 0) {
         ::close(m_nDescriptor);
     }
 }

@@ -31,6 +31,8 @@ public:
     int Descriptor() const { return m_nDescriptor; }
 
 private:
+    void Close() const;
+
     int m_nDescriptor;
     bool m_bOwned;
     bool m_bEnd = false;

@@ -80,6 +80,7 @@ void CSession::Login()
     login.strTitle = "login " + m_credentials.User();
     login.nCmdID = ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN;
     login.payload = LoginRecord(m_credentials.User(), m_credentials.Password());
+    login.pForm = &kLoginForm;
     Request(login);
 }
 
@@ -87,9 +88,10 @@ void CSession::Request(const SConsoleCommand& command)
 {
     CheckInterrupted();
     const auto pHost = MakeCommand(command.nCmdID, command.bHasReply, &m_events);
-    m_link.Queue(*pHost, command.payload);
+    m_link.Queue(*pHost, command.payload.bytes);
     const bool bInTime = Await(*pHost);
     Judge(command, *pHost, bInTime);
+    AwaitEnd(command, *pHost);
 }
 
 // Waits until the command is answered or no answer can come; false when the time ran out first.
@@ -103,6 +105,22 @@ bool CSession::Await(const CHostCommand& command)
         m_events.Wait(deadline);
     }
     return true;
+}
+
+// A command may go on behind its answer: system information is followed by the decoder's channels, which come
+// as a notification.
+void CSession::AwaitEnd(const SConsoleCommand& command, const CHostCommand& host)
+{
+    const auto deadline = CHostEvents::Clock::now() + m_options.answerTimeout;
+    while (!host.IsReleased() && !m_events.Lost()) {
+        CheckInterrupted();
+        if (CHostEvents::Clock::now() >= deadline) {
+            throw CExitError(EXIT_NO_ANSWER, Where() + OneLine(command.strTitle) +
+                                                 " was answered, but the plug-in still works on it");
+        }
+        m_events.Wait(deadline);
+        PrintNotifications();
+    }
 }
 
 bool CSession::AwaitStep(const CHostCommand& command, CHostEvents::Clock::time_point& deadline)
@@ -126,15 +144,20 @@ void CSession::Judge(const SConsoleCommand& command, const CHostCommand& host, b
     if (bLost) {
         answer.reset();
     }
-    m_output.Command(command, answer ? &*answer : nullptr);
+    SReadAnswer read;
+    if (answer) {
+        HideSecrets(command, *answer);
+        read = ReadAnswer(command, *answer);
+    }
+    m_output.Command(command, answer ? &*answer : nullptr, read);
     CheckOutput();
     if (bLost) {
         CheckLost();
     }
     const std::string strTitle = OneLine(command.strTitle);
-    if (answer && answer->kind == SAnswer::EKind::Failure) {
+    if (answer && !read.bGood) {
         Complain(command, bLogin ? EXIT_LOGIN_REFUSED : EXIT_COMMAND_FAILED,
-                 strTitle + (bLogin ? " was refused: " : " failed: ") + DescribeAnswer(command, *answer));
+                 strTitle + (bLogin ? " was refused: " : " failed: ") + read.strText);
     } else if (!bInTime) {
         // The plug-in still works on it; nothing is queued behind a command that may yet be carried out.
         throw CExitError(EXIT_NO_ANSWER, Where() + strTitle + " got no answer in time");

@@ -35,6 +35,7 @@ private:
 
     bool Await(const CHostCommand& command);
     bool AwaitStep(const CHostCommand& command, CHostEvents::Clock::time_point& deadline);
+    void AwaitEnd(const SConsoleCommand& command, const CHostCommand& host);
     void Judge(const SConsoleCommand& command, const CHostCommand& host, bool bInTime);
     void PrintNotifications();
     void CheckInterrupted() const;

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 namespace standin_host {
 
@@ -116,6 +117,25 @@ std::optional<std::vector<uint8_t>> ParseHex(std::string_view text)
         i += 2;
     }
     return bytes;
+}
+
+std::optional<SAddress> SplitAddress(const std::string& strAddress)
+{
+    const std::size_t nColon = strAddress.rfind(':');
+    if (nColon == std::string::npos) {
+        return std::nullopt;
+    }
+    std::string strHost = strAddress.substr(0, nColon);
+    if (strHost.size() > 2 && strHost.front() == '[' && strHost.back() == ']') {
+        strHost = strHost.substr(1, strHost.size() - 2);
+    }
+    const std::string strPort = strAddress.substr(nColon + 1);
+    const bool bDecimal = strPort.find_first_not_of("0123456789") == std::string::npos;
+    const auto nPort = ParseNumber(strPort, 1, 65535);
+    if (strHost.empty() || !bDecimal || !nPort) {
+        return std::nullopt;
+    }
+    return SAddress{std::move(strHost), static_cast<uint16_t>(*nPort)};
 }
 
 std::string OneLine(std::string_view text)

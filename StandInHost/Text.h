@@ -25,6 +25,14 @@ std::string HexText(const void* pData, std::size_t nLen);
 // Digit pairs of either case; white space between pairs is skipped.
 std::optional<std::vector<uint8_t>> ParseHex(std::string_view text);
 
+struct SAddress {
+    std::string strHost; // without the brackets of "[address]:port"
+    uint16_t nPort;
+};
+
+// "host:port" or "[address]:port" with a decimal port from 1 to 65535.
+std::optional<SAddress> SplitAddress(const std::string& strAddress);
+
 // Bytes from outside, fit for a terminal: line ends become one blank, other control bytes "\xNN".
 std::string OneLine(std::string_view text);
 

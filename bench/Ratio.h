@@ -1,19 +1,33 @@
 #pragma once
 
-#include <chrono>
+#include <ctime>
+#include <type_traits>
 
 #include <benchmark/benchmark.h>
 
+// Processor time of the calling thread: what other processes take does not count.
+inline double ThreadSeconds()
+{
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
 // Runs the measured work and its yardstick in turns, so that both see the same machine; the manual time is
-// that of the work, the counter the work's time divided by the yardstick's.
+// that of the work, the counter the work's time divided by the yardstick's. A work that returns seconds does
+// not count these.
 template <class Work, class Yardstick>
 void RunRatio(benchmark::State& state, const char* szCounter, Work work, Yardstick yardstick)
 {
-    using Clock = std::chrono::steady_clock;
     const auto Seconds = [](auto run) {
-        const auto start = Clock::now();
-        run();
-        return std::chrono::duration<double>(Clock::now() - start).count();
+        const double start = ThreadSeconds();
+        double uncounted = 0;
+        if constexpr (std::is_void_v<decltype(run())>) {
+            run();
+        } else {
+            uncounted = run();
+        }
+        return ThreadSeconds() - start - uncounted;
     };
     double workTime = 0;
     double yardstickTime = 0;

@@ -3,13 +3,13 @@
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
-#include <ctime>
 #include <pugixml.hpp>
 #include <string>
 #include <tinyxml2.h>
 #include <vector>
 
 #include "MarkupSTL.h"
+#include "Ratio.h"
 
 namespace {
 
@@ -153,14 +153,6 @@ std::string Compose(unsigned int nWindows)
     Sink sink;
     WriteRequest(sink, nWindows);
     return sink.Text();
-}
-
-// Processor time of this thread in seconds; what other processes take does not count.
-double ThreadSeconds()
-{
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
 // From an empty document to its text, and the end of both.

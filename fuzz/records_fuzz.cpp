@@ -6,8 +6,15 @@
 #include <iterator>
 #include <vector>
 
+#include "DecodeCommDisplay.h"
+#include "DecodeCommPlayback.h"
 #include "FakeHost.h"
 #include "MonitorTvwComm.h"
+#include "MonitorTvwCommAudio.h"
+#include "MonitorTvwCommChannelGroup.h"
+#include "MonitorTvwCommLayout.h"
+#include "MonitorTvwCommMedia.h"
+#include "MonitorTvwCommWallInfo.h"
 
 namespace {
 
@@ -54,6 +61,19 @@ constexpr void (*RECORDS[])(const std::vector<char>&) = {
     Exercise<ORVA2_DECODER_TVW::S_Cavans_Sub_WindowInfo>,
     Exercise<ORVA2_DECODER_TVW::S_Delete_Canvas_Window_Item>,
     Exercise<ORVA2_DECODER_TVW::S_Roar_CanvasWindow_Item>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Layout>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_WallLayout_Item>,
+    Exercise<ORVA2_DECODER_TVW::S_Decoder_Draw_Border>,
+    Exercise<ORVA2_DECODER_TVW::S_Decoder_Draw_Border_Wind>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Media>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Media_info>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Set_wall_V2>,
+    Exercise<ORVA2_DECODER_TVW::S_Playback_Ctrl_Items_V2>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Get_Audio_Config>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Channel_Group_Info>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Delete_Channel_Group>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Start_Chl_GrPolling>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Get_ChGroup_info>,
 };
 
 } // namespace

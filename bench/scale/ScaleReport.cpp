@@ -117,6 +117,7 @@ std::vector<std::string> Complaints(const SScaleOptions& options, const SScaleRe
     std::vector<std::string> complaints;
     Expect(complaints, Lost(result.load), "commands got no answer");
     Expect(complaints, result.load.nDoubled, "answers came a second time");
+    Expect(complaints, result.load.nRefused, "commands were refused by the decoder");
     Expect(complaints, result.load.nTimedOut, "commands saw no reply of the decoder");
     Expect(complaints, result.load.nOtherFailures, "commands failed in the plug-in");
     Expect(complaints, result.nOfflineAnswers, "liveness checks took a decoder for gone");

@@ -117,7 +117,7 @@ void CScaleRun::LogIn(const std::string& strUser, const std::string& strPassword
     const auto begin = Clock::now();
     for (const auto& pNode : m_nodes) {
         pNode->Queue(new CLoadCommand(ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN, m_logins),
-                     standin_host::LoginRecord(strUser, strPassword));
+                     standin_host::LoginRecord(strUser, strPassword).bytes);
     }
     Drain(m_logins);
     m_result.loginTime = Clock::now() - begin;

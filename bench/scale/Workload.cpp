@@ -1,5 +1,6 @@
 #include "Workload.h"
 
+#include "Media.h"
 #include "Payloads.h"
 #include "TvwallProtocol.h"
 
@@ -7,54 +8,45 @@ namespace scale {
 
 using namespace ORVA_NET_PROTOCOL;
 using namespace ORVA2_DECODER_TVW;
-using standin_host::CByteWriter;
+using standin_host::SRecord;
+using standin_host::SSubWindows;
 using standin_host::SWindow;
 
 namespace {
 
-constexpr uint32_t GROUP_ID = 7;
+constexpr int32_t GROUP_ID = 7;
 
-std::vector<uint8_t> SoundRecord(uint32_t nWindow, uint32_t nSubWindow, uint32_t nChannel)
+SStep GetConfig(uint32_t nOptType, const SRecord& record)
 {
-    return CByteWriter()
-        .Zeros(2 * sizeof(GUID))
-        .U32(1)
-        .U32(nWindow)
-        .U32(1)
-        .U32(nSubWindow)
-        .U32(nChannel)
-        .Take();
+    return {KEST_CMD_TVWALL_DECODE_GET_CONFIG, standin_host::OptionPayload(nOptType, record).bytes};
 }
 
-std::vector<uint8_t> GroupRecord()
+SStep SaveConfig(uint32_t nOptType, const SRecord& record)
 {
-    constexpr uint32_t CHANNELS = 3;
-    constexpr uint32_t INTERVAL = 10;
-    return CByteWriter()
-        .Zeros(sizeof(GUID))
-        .U32(GROUP_ID)
-        .U32(CHANNELS)
-        .U32(INTERVAL)
-        .Text("Entrances", 256)
-        .Text("1,2,3", 16)
-        .Take();
+    return {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, standin_host::OptionPayload(nOptType, record).bytes};
 }
 
-std::vector<uint8_t> GetGroupRecord() { return CByteWriter().Zeros(sizeof(GUID)).U32(GROUP_ID).Take(); }
-
-std::vector<uint8_t> DeleteGroupRecord()
+SStep Option(uint32_t nOptType, const SRecord& record)
 {
-    return CByteWriter().Zeros(sizeof(GUID)).U32(1).U32(GROUP_ID).Take();
+    return {KEST_CMD_TVWALL_DECODE_OPTION, standin_host::OptionPayload(nOptType, record).bytes};
 }
 
-std::vector<uint8_t> PollingRecord(uint32_t nWindow)
+// What a command says of the first sub-window of one window.
+std::vector<SSubWindows> First(int64_t nWindow, int64_t nFirst, int64_t nSecond = 0)
 {
-    return CByteWriter().Zeros(sizeof(GUID)).U32(1).U32(nWindow).U32(1).U32(0).U32(GROUP_ID).Take();
+    return {{nWindow, {{0, nFirst, nSecond}}}};
 }
 
-std::vector<uint8_t> PlaybackRecord(uint16_t nWindow)
+standin_host::SMedia Camera()
 {
-    return CByteWriter().U16(1).U16(nWindow).U16(1).U16(0).U16(1).U16(0).Take();
+    standin_host::SMedia media;
+    media.nRequestMode = standin_host::kNumericChannelMode;
+    media.strAddress = "192.0.2.20";
+    media.nPort = 9008;
+    media.nChannel = 3;
+    media.strUser = "viewer";
+    media.strPassword = "passage";
+    return media;
 }
 
 } // namespace
@@ -64,24 +56,24 @@ std::vector<SStep> RoundOfCommands()
     const std::vector<SWindow> windows = {{1, 0, 0, 960, 540, 0, {11, 12, 13, 14}},
                                           {2, 960, 0, 960, 540, 0, {21}}};
     const std::vector<SWindow> split = {{1, 0, 0, 960, 540, 0, {11, 12, 13, 14, 15, 16, 17, 18, 19}}};
-    const auto step = [](unsigned int nCmdID, uint32_t nOptType, const std::vector<uint8_t>& record) {
-        return SStep{nCmdID, standin_host::OptionPayload(nOptType, record)};
-    };
     return {
-        step(KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_CREATE_CANVAS, CreateRecord(windows)),
-        step(KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_MODIFY_CANVAS,
-             standin_host::MoveRecord({{2, 1920, 1080, 1920, 1080}})),
-        step(KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_TOP_CANVAS, standin_host::RaiseRecord(1)),
-        step(KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_SET_DECODERFRAME, CreateRecord(split)),
-        step(KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_PLAY_AUDIO, SoundRecord(1, 0, 1)),
-        step(KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_AUDIO_CONFIG, SoundRecord(1, 0, 1)),
-        step(KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_STOP_AUDIO, SoundRecord(1, 0, 1)),
-        step(KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_ADD_CHANNEL_GROUP, GroupRecord()),
-        step(KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_CHANNEL_GROUP, GetGroupRecord()),
-        step(KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_START_CHLGROUP_POLLING, PollingRecord(2)),
-        step(KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_PLAYBACK_CTRL, PlaybackRecord(1)),
-        step(KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DEL_CANVAS, standin_host::DeleteRecord({1, 2})),
-        step(KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DELETE_CHANNEL_GROUP, DeleteGroupRecord()),
+        Option(TVWALL_DECODE_CREATE_CANVAS, CreateRecord(windows)),
+        Option(TVWALL_DECODE_MODIFY_CANVAS, standin_host::MoveRecord({{2, 1920, 1080, 1920, 1080}})),
+        Option(TVWALL_DECODE_TOP_CANVAS, standin_host::RaiseRecord(1)),
+        SaveConfig(TVWALL_DECODE_SET_DECODERFRAME, CreateRecord(split)),
+        Option(TVWALL_DECODE_DO_PLAY_MEDIA, PlayMediaRecord(1, 0, Camera())),
+        Option(TVWALL_DECODE_PLAYBACK_CTRL, standin_host::PlaybackRecord(First(1, 1))),
+        Option(TVWALL_DECODE_PLAY_AUDIO, standin_host::AudioRecord(First(1, 1))),
+        GetConfig(TVWALL_DECODE_GET_AUDIO_CONFIG, standin_host::AudioRecord({})),
+        Option(TVWALL_DECODE_STOP_AUDIO, standin_host::AudioRecord(First(1, 1))),
+        Option(TVWALL_DECODE_DO_STOP_PLAY_MEDIA, standin_host::StopMediaRecord(First(1, 0))),
+        Option(TVWALL_DECODE_ADD_CHANNEL_GROUP,
+               standin_host::GroupRecord({GROUP_ID, "Entrances", "1,2,3", 3, 10})),
+        GetConfig(TVWALL_DECODE_GET_CHANNEL_GROUP, standin_host::GetGroupRecord(GROUP_ID)),
+        Option(TVWALL_DECODE_START_CHLGROUP_POLLING, standin_host::PollingRecord(First(2, GROUP_ID))),
+        Option(TVWALL_DECODE_DEL_CANVAS, standin_host::DeleteRecord({1, 2})),
+        Option(TVWALL_DECODE_DELETE_CHANNEL_GROUP, standin_host::DeleteGroupsRecord({GROUP_ID})),
+        {KEST_CMD_TVWALL_DECODE_GET_WALL_LAYOUT, {}},
     };
 }
 

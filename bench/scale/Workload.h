@@ -10,8 +10,8 @@ struct SStep {
     std::vector<uint8_t> payload;
 };
 
-// A round of commands for one wall of at least 2 x 2 screens, one of each kind: windows, sound, channel
-// groups, playback. It leaves the wall as it was.
+// A round of commands for one wall of 2 x 2 screens: windows, media, playback, sound, channel groups. The
+// decoder accepts all of them, and at the end the wall is as it was.
 std::vector<SStep> RoundOfCommands();
 
 } // namespace scale

@@ -40,7 +40,7 @@ std::string RandomPassword()
 std::vector<std::string> DecoderArguments(const SScaleOptions& options)
 {
     std::vector<std::string> arguments = {"--user", s_szUser, "--listen", "127.0.0.1:0"};
-    arguments.insert(arguments.end(), {"--decoders", std::to_string(options.nDecoders), "--channels",
+    arguments.insert(arguments.end(), {"--decoders", std::to_string(options.nDecoders), "--notify-channels",
                                        std::to_string(options.nChannels)});
     if (options.nNotifyEvery != 0) {
         arguments.insert(arguments.end(),

@@ -37,9 +37,9 @@ ROWS = [  # label, value of one result, format
 
 EXPLANATION = """\
 Each decoder has a session of the plug-in, a worker thread of the host, a TCP connection on loopback and a wall of its
-own in the simulated decoders' process; all log in with real keys. Then come commands for windows, sound, channel groups
-and playback in turns, {rate:g} a second for each decoder, and each decoder sends a notification about {channels} channels
-every {notify} ms.
+own in the simulated decoders' process; all log in with real keys. Then come commands for windows, media, playback, sound
+and channel groups in turns, {rate:g} a second for each decoder, and each decoder sends a notification about {channels}
+channels every {notify} ms.
 
 - *Session, heap after the load* is what the heap gives back when the sessions are destroyed after the load, counted at
   every allocation. Wanted are less than {aim} KiB. It grows with the longest message so far, which a session keeps.

@@ -5,11 +5,12 @@
 
 std::string Hex(const std::string& bytes)
 {
+    constexpr char DIGITS[] = "0123456789abcdef";
     std::string hex;
+    hex.reserve(2 * bytes.size());
     for (const char byte : bytes) {
-        char szByte[3];
-        snprintf(szByte, sizeof(szByte), "%02x", static_cast<unsigned char>(byte));
-        hex += szByte;
+        hex += DIGITS[static_cast<unsigned char>(byte) / 16];
+        hex += DIGITS[static_cast<unsigned char>(byte) % 16];
     }
     return hex;
 }

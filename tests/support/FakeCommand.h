@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "AllocationFault.h"
 #include "CmdProcObject.h"
 
 // A host command that records its references and every answer it gets.
@@ -26,6 +27,7 @@ public:
     }
     void ReplyBuffer(const char* pData, unsigned long nLen) override
     {
+        const allocation_fault::Pause pause;
         ++nAnswers;
         buffer.assign(pData == nullptr ? "" : pData, nLen);
     }

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "AllocationFault.h"
 #include "FakeHost.h"
 #include "NetNode.h"
 
@@ -20,12 +21,14 @@ public:
 
     void DeliverCommand(unsigned int nCmdID, CCmdProcParam* pParam) override
     {
+        const allocation_fault::Pause pause;
         const auto& param = dynamic_cast<CCmdProcParamMTvwall&>(*pParam);
         notifications.push_back({nCmdID, param.m_DataTvwallInfo.nOptType, param.m_DataTvwallInfo.nLen,
                                  param.m_destNodeID, std::string(param.GetData(), param.GetDataLen())});
     }
     bool SendData(const void* pData, unsigned long nLen) override
     {
+        const allocation_fault::Pause pause;
         if (onSend) {
             onSend();
         }

@@ -23,9 +23,9 @@ std::string Encode(const Record& record)
 }
 
 // Decodes, measures and encodes; then cuts the payload everywhere, and makes it longer, which changes
-// nothing.
+// nothing. Clearing leaves the bytes of an empty record, unless others are given.
 template <class Record>
-void RoundTrips(const std::string& bytes)
+void RoundTrips(const std::string& bytes, const std::string& cleared = Encode(Record()))
 {
     SCOPED_TRACE(typeid(Record).name());
     Record record;
@@ -37,6 +37,6 @@ void RoundTrips(const std::string& bytes)
     ASSERT_TRUE(Decode(record, bytes + "more"));
     EXPECT_EQ(Encode(record), bytes);
     record.ClearData();
-    EXPECT_EQ(Encode(record), Encode(Record()));
+    EXPECT_EQ(Encode(record), cleared);
     EXPECT_FALSE(record.SetData(nullptr, 100));
 }

@@ -1,19 +1,8 @@
 #include "SessionFixture.h"
 
 #include "TestClock.h"
-#include "tdcrypto.h"
 
 using namespace ORVA_NET_PROTOCOL;
-
-const TestKeys& DecoderKeys()
-{
-    static const TestKeys keys = [] {
-        std::string texts[2];
-        tdcrypto::GenerateRsaKey(texts);
-        return TestKeys{texts[0], texts[1]};
-    }();
-    return keys;
-}
 
 SessionFixture::SessionFixture()
 {
@@ -66,11 +55,11 @@ std::string SessionFixture::Run(unsigned int nCmdID, const std::string& payload,
     return command.Answer();
 }
 
-void SessionFixture::LogIn()
+void SessionFixture::LogIn(const std::string& mediaKey)
 {
-    ReplyWith(ReplyText("dooption", "%SEQ%", "0", "<session>SID</session>",
-                        "<pubkey1>" + DecoderKeys().publicKey + "</pubkey1><pubkey2>" +
-                            DecoderKeys().publicKey + "</pubkey2>"));
+    ReplyWith(
+        ReplyText("dooption", "%SEQ%", "0", "<session>SID</session>",
+                  "<pubkey1>" + DecoderKeys().publicKey + "</pubkey1><pubkey2>" + mediaKey + "</pubkey2>"));
     ReplyWith(ReplyText("dologin", "%SEQ%", "0", "<token>TOK</token>"));
     ASSERT_EQ(Run(KEST_CMD_REQUEST_LOGIN, LoginPayload("admin", "secret")).substr(0, 6), "buffer");
     node.frames.clear();

@@ -9,17 +9,11 @@
 
 #include <gtest/gtest.h>
 
+#include "DecoderKeys.h"
 #include "FakeCommand.h"
 #include "FakeNode.h"
 #include "LinkTexts.h"
 #include "NetProtocolProcTWDECODERDevImp.h"
-
-// A real key pair, made once.
-struct TestKeys {
-    std::string publicKey;
-    std::string privateKey;
-};
-const TestKeys& DecoderKeys();
 
 class SessionFixture : public testing::Test {
 protected:
@@ -38,7 +32,8 @@ protected:
     // Runs one command; the answer as FakeCommand::Answer tells it.
     std::string Run(unsigned int nCmdID, const std::string& payload, bool bHasReply = true);
     // Logs in with real keys, session "SID" and token "TOK"; forgets the frames sent and the logs.
-    void LogIn();
+    // The decoder's second key enciphers the credentials of video sources.
+    void LogIn(const std::string& mediaKey = DecoderKeys().publicKey);
 
     // The last request's text, without its frame head; "" when nothing was sent.
     std::string LastRequest() const;

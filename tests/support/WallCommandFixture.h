@@ -5,17 +5,23 @@
 
 #include "SessionFixture.h"
 
-// The end of a request as it goes over the link, from what stands between <td_body> and </td_body> without
-// line breaks.
-inline std::string Body(const std::string& inner)
+// An element text as it goes over the link, from one without line breaks.
+inline std::string Lines(std::string text)
 {
-    std::string text = inner.empty() ? "<td_body/>" : "<td_body>" + inner + "</td_body>";
-    text += "</td_command>";
     for (auto at = text.find("><"); at != std::string::npos; at = text.find("><", at)) {
         text.insert(at + 1, "\r\n");
     }
     return text + "\r\n";
 }
+
+// The end of a request, from what stands between <td_body> and </td_body>.
+inline std::string Body(const std::string& inner)
+{
+    return Lines((inner.empty() ? "<td_body/>" : "<td_body>" + inner + "</td_body>") + "</td_command>");
+}
+
+// The end of a request without a body.
+inline const std::string NO_BODY = "</td_command>\r\n";
 
 // An element with a text, and one item of a list.
 template <class Value>
@@ -56,18 +62,31 @@ protected:
         SCOPED_TRACE(c.what);
         ReplyWith(ReplyText(c.url, "%SEQ%"));
         EXPECT_EQ(Run(c.nCmdID, Option(c.nOptType, c.record)), ResultOf(c.nAnswerType, c.record));
-        EXPECT_EQ(LastBody(), c.body);
+        EXPECT_EQ(SentBody(), c.body);
         EXPECT_EQ(Element(LastRequest(), "url"), c.url);
     }
 
+    // LastBody as the rows of a test write it.
+    virtual std::string SentBody() const { return LastBody(); }
+
+    // The host's answer when the decoder's reply has this body.
+    std::string Ask(unsigned int nCmdID, const std::string& payload, const char* szUrl,
+                    const std::string& replyBody = "")
+    {
+        ReplyWith(ReplyText(szUrl, "%SEQ%", "0", "", replyBody));
+        const std::string answer = Run(nCmdID, payload);
+        EXPECT_EQ(Element(LastRequest(), "url"), szUrl);
+        return answer;
+    }
+
     // A decoder that refuses, and one that cannot be reached.
-    void CheckFailures(unsigned int nCmdID, unsigned int nOptType)
+    void CheckFailures(unsigned int nCmdID, unsigned int nOptType, const std::string& record = "")
     {
         SCOPED_TRACE(nOptType);
         ReplyWith(ReplyText("dowallclear", "%SEQ%", "5"));
-        EXPECT_EQ(Run(nCmdID, Option(nOptType, "")), "failure 20000002");
+        EXPECT_EQ(Run(nCmdID, Option(nOptType, record)), "failure 20000002");
         node.sendErrors = {1};
-        EXPECT_EQ(Run(nCmdID, Option(nOptType, "")), "failure 2000000f");
+        EXPECT_EQ(Run(nCmdID, Option(nOptType, record)), "failure 2000000f");
         EXPECT_EQ(nPolls, 0);
     }
 };

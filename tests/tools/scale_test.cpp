@@ -46,6 +46,11 @@ TEST(ScaleVerdict, NamesWhatWasLostOrGrew)
     const std::pair<std::string, std::function<void(SScaleResult&)>> cases[] = {
         {"3 commands got no answer;", [](SScaleResult& r) { r.load.nQueued += 3; }},
         {"1 answers came a second time;", [](SScaleResult& r) { ++r.load.nDoubled; }},
+        {"1 commands were refused by the decoder;",
+         [](SScaleResult& r) {
+             --r.load.nDone;
+             ++r.load.nRefused;
+         }},
         {"1 threads are not the host's;", [](SScaleResult& r) { ++r.stages.loaded.nThreads; }},
         {"a session holds 9000 bytes of heap;", [](SScaleResult& r) { r.stages.loaded.nHeap += 90'000; }},
         {"the heap grew from 40268000 to 40484000 bytes;",

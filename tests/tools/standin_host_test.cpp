@@ -77,7 +77,7 @@ TEST(ConsoleCommands, BecomeTheHostsRecords)
     for (const auto& expected : cases) {
         const SConsoleCommand command = Parse(expected.szLine);
         EXPECT_EQ(command.nCmdID, expected.nCmdID) << expected.szLine;
-        EXPECT_EQ(HexText(command.payload.data(), command.payload.size()), expected.strPayload)
+        EXPECT_EQ(HexText(command.payload.bytes.data(), command.payload.bytes.size()), expected.strPayload)
             << expected.szLine;
     }
 }

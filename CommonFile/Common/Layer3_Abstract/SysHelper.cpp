@@ -1,25 +1,37 @@
 #include "SysHelper.h"
 
-#include <cstdio>
-
 namespace {
 
-constexpr size_t GUID_TEXT_SIZE = 39; // with the terminating zero
+// All digits of a number, leading zeros included; answers where they end.
+template <class Number>
+char* PutHex(char* p, Number n)
+{
+    for (int nShift = 8 * sizeof(Number) - 4; nShift >= 0; nShift -= 4) {
+        *p++ = "0123456789ABCDEF"[(n >> nShift) & 0xF];
+    }
+    return p;
+}
 
 } // namespace
 
 std::string CSysHelper::GuidToString(const GUID& guid)
 {
-    char szText[GUID_TEXT_SIZE];
-    GuidToString(guid, szText, sizeof(szText));
+    char szText[] = "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}";
+    char* p = PutHex(szText + 1, guid.Data1);
+    p = PutHex(p + 1, guid.Data2);
+    p = PutHex(p + 1, guid.Data3);
+    for (int i = 0; i < 8; ++i) {
+        const bool bBehindDash = i == 0 || i == 2;
+        p = PutHex(bBehindDash ? p + 1 : p, guid.Data4[i]);
+    }
     return szText;
 }
 
 bool CSysHelper::GuidToString(const GUID& guid, char* szOut, size_t nSize)
 {
-    const auto& d = guid.Data4;
-    const int n =
-        std::snprintf(szOut, nSize, "{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}", guid.Data1,
-                      guid.Data2, guid.Data3, d[0], d[1], d[2], d[3], d[4], d[5], d[6], d[7]);
-    return n >= 0 && static_cast<size_t>(n) < nSize;
+    const std::string text = GuidToString(guid);
+    if (nSize > 0) {
+        szOut[text.copy(szOut, nSize - 1)] = '\0';
+    }
+    return text.size() < nSize;
 }

@@ -2,17 +2,27 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <string_view>
 #include <tinyxml2.h>
 
 namespace {
 
+bool HasName(const tinyxml2::XMLNode& node, std::string_view name)
+{
+    const char* szName = node.Value();
+    return std::strncmp(szName, name.data(), name.size()) == 0 && szName[name.size()] == '\0';
+}
+
 CVTXMLParse::Item Descend(const tinyxml2::XMLNode* pNode, std::string_view path)
 {
     while (pNode != nullptr && !path.empty()) {
-        const std::string strName(path.substr(0, path.find('/')));
-        path.remove_prefix(std::min(path.size(), strName.size() + 1));
-        pNode = pNode->FirstChildElement(strName.c_str());
+        const std::string_view name = path.substr(0, path.find('/'));
+        path.remove_prefix(std::min(path.size(), name.size() + 1));
+        pNode = pNode->FirstChildElement();
+        while (pNode != nullptr && !HasName(*pNode, name)) {
+            pNode = pNode->NextSiblingElement();
+        }
     }
     return pNode == nullptr ? nullptr : pNode->ToElement();
 }
@@ -21,6 +31,51 @@ const char* TextOf(CVTXMLParse::Item item)
 {
     const char* szText = item == nullptr ? nullptr : item->GetText();
     return szText == nullptr ? "" : szText;
+}
+
+// More attributes on one element than this are refused. Decoders write none, and the parser compares each one
+// with all before it, so that a message of a few hundred kilobytes could keep a worker busy for minutes.
+constexpr size_t MAX_ATTRIBUTES = 256;
+
+// Behind the end of what begins at the start of the text; empty when it has no end.
+std::string_view SkipBehind(std::string_view text, std::string_view end)
+{
+    const size_t nAt = text.find(end);
+    return nAt == std::string_view::npos ? std::string_view() : text.substr(nAt + end.size());
+}
+
+// Consumes a tag, from behind its '<'; false when it has too many attributes. A value ends at its own quote,
+// whatever stands in it.
+bool SkipTag(std::string_view& text)
+{
+    for (size_t nAttributes = 0; nAttributes <= MAX_ATTRIBUTES; ++nAttributes) {
+        const size_t nAt = text.find_first_of("'\">");
+        if (nAt == std::string_view::npos || text[nAt] == '>') {
+            text.remove_prefix(std::min(nAt, text.size()));
+            return true;
+        }
+        text = SkipBehind(text.substr(nAt + 1), text.substr(nAt, 1));
+    }
+    return false;
+}
+
+bool HasTooManyAttributes(std::string_view text)
+{
+    for (size_t nAt = text.find('<'); nAt != std::string_view::npos; nAt = text.find('<')) {
+        text.remove_prefix(nAt + 1);
+        if (text.starts_with("!--")) {
+            text = SkipBehind(text, "-->");
+        } else if (text.starts_with("![CDATA[")) {
+            text = SkipBehind(text, "]]>");
+        } else if (text.starts_with("?")) {
+            text = SkipBehind(text, "?>");
+        } else if (text.starts_with("!")) {
+            text = SkipBehind(text, ">");
+        } else if (!SkipTag(text)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace
@@ -33,6 +88,11 @@ CVTXMLParse::~CVTXMLParse() = default;
 
 bool CVTXMLParse::Parse(const char* pText, size_t nLen)
 {
+    if (pText == nullptr || HasTooManyAttributes({pText, strnlen(pText, nLen)})) {
+        m_pDocument->Clear();
+        m_bParsed = false;
+        return false;
+    }
     m_bParsed =
         m_pDocument->Parse(pText, nLen) == tinyxml2::XML_SUCCESS && m_pDocument->RootElement() != nullptr;
     return m_bParsed;

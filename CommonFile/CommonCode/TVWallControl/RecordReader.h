@@ -69,14 +69,23 @@ protected:
     template <class Item>
     bool ReadItem(std::list<std::shared_ptr<Item>>& items)
     {
-        auto item = std::make_shared<Item>();
-        m_bGood = item->SetData(m_pData, m_nLeft);
-        if (m_bGood) {
-            Skip(item->GetLength());
-            items.push_back(std::move(item));
+        if (!ReadCutItem(items)) {
+            items.pop_back();
         }
         return m_bGood;
     }
+
+    // The same, but a bad item is kept with what was read of it.
+    template <class Item>
+    bool ReadCutItem(std::list<std::shared_ptr<Item>>& items)
+    {
+        const auto& item = items.emplace_back(std::make_shared<Item>());
+        m_bGood = item->SetData(m_pData, m_nLeft) && m_bGood;
+        Skip(item->GetLength());
+        return m_bGood;
+    }
+
+    void Fail() { m_bGood = false; }
 
 private:
     template <class Count>
@@ -119,6 +128,35 @@ public:
     void List(Count nCount, std::list<std::shared_ptr<Item>>& items)
     {
         for (Count i = 0; i < nCount && GetLeft() > 0 && ReadItem(items); ++i) {
+        }
+    }
+};
+
+// For records that may be cut anywhere: all that is there is read. An item is kept with those of its fields
+// that are whole, an image only when it is whole itself; what is missing still makes the reader fail.
+class CCutListReader : public CRecordReader {
+public:
+    using CRecordReader::CRecordReader;
+
+    template <class Count, class Item>
+    void List(Count nCount, std::list<std::shared_ptr<Item>>& items)
+    {
+        Count i = 0;
+        for (; i < nCount && GetLeft() > 0; ++i) {
+            ReadCutItem(items);
+        }
+        if (i < nCount) {
+            Fail();
+        }
+    }
+
+    template <class Count, class Image>
+    void ImageList(Count nCount, std::list<std::shared_ptr<Image>>& images)
+    {
+        const Count nWhole = std::min<Count>(nCount, GetLeft() / sizeof(Image));
+        CRecordReader::ImageList(nWhole, images);
+        if (nWhole < nCount) {
+            Fail();
         }
     }
 };

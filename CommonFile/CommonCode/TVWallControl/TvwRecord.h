@@ -22,6 +22,7 @@ using tint16 = int16_t;
 using tuint16 = uint16_t;
 using tint32 = int32_t;
 using tuint32 = uint32_t;
+using tuint64 = unsigned long long; // not uint64_t: a request's text takes this type
 
 // Where a record's texts in the host's log say that they come from.
 struct RecordSite {

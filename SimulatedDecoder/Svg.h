@@ -1,0 +1,64 @@
+#pragma once
+// The elements of SVG that the picture of the wall is made of. All measures are in the picture's own units.
+
+#include <cstddef>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include <spdlog/fmt/fmt.h>
+
+namespace simulated_decoder {
+
+struct Area {
+    double x, y, width, height;
+
+    double Right() const { return x + width; }
+    double Bottom() const { return y + height; }
+    double CentreX() const { return x + width / 2; }
+    double CentreY() const { return y + height / 2; }
+    Area Shrunk(double by) const { return {x + by, y + by, width - 2 * by, height - 2 * by}; }
+};
+
+enum class Anchor { Start, Middle, End };
+
+// How a text looks. `rim` is a colour that keeps it apart from lines behind it; none when null.
+struct TextLook {
+    double size;
+    const char* fill;
+    const char* rim = nullptr;
+    bool bold = false;
+    Anchor anchor = Anchor::Start;
+};
+
+// What a UTF-8 text takes in a common sans-serif font.
+double TextWidth(std::string_view text, double size);
+// The text, shortened with an ellipsis to what there is room for; empty when not even a few characters have
+// room. Only ASCII texts are shortened well.
+std::string Fit(const std::string& text, double size, double room);
+
+class Svg {
+public:
+    Svg(double width, double height);
+
+    // `look` is the rest of the element's attributes.
+    void Rect(const Area& area, std::string_view look);
+    void Path(std::string_view d, std::string_view look);
+    // A text whose middle line is at `y`; markup in it is escaped.
+    void Text(double x, double y, std::string_view text, const TextLook& look);
+
+    template <typename... Values>
+    void Add(fmt::format_string<Values...> format, Values&&... values)
+    {
+        fmt::format_to(std::back_inserter(m_text), format, std::forward<Values>(values)...);
+    }
+
+    // Ends the picture.
+    std::string Finish();
+
+private:
+    std::string m_text;
+};
+
+} // namespace simulated_decoder

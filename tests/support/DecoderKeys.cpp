@@ -1,0 +1,13 @@
+#include "DecoderKeys.h"
+
+#include "tdcrypto.h"
+
+const TestKeys& DecoderKeys()
+{
+    static const TestKeys keys = [] {
+        std::string texts[2];
+        tdcrypto::GenerateRsaKey(texts);
+        return TestKeys{texts[0], texts[1]};
+    }();
+    return keys;
+}

@@ -1,0 +1,462 @@
+// The simulated decoder from a host's side: a request in, the reply and the picture of the wall out.
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+#include <asio.hpp>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <openssl/decoder.h>
+#include <spdlog/fmt/fmt.h>
+
+#include "Captions.h"
+#include "Device.h"
+#include "Server.h"
+
+namespace simulated_decoder {
+namespace {
+
+// What a host makes of a text and a public key.
+std::string Encipher(const std::string& pem, const std::string& text)
+{
+    EVP_PKEY* key = nullptr;
+    const auto* data = reinterpret_cast<const unsigned char*>(pem.data());
+    std::size_t length = pem.size();
+    OSSL_DECODER_CTX* decoder =
+        OSSL_DECODER_CTX_new_for_pkey(&key, "PEM", nullptr, "RSA", EVP_PKEY_PUBLIC_KEY, nullptr, nullptr);
+    EXPECT_EQ(OSSL_DECODER_from_data(decoder, &data, &length), 1);
+    EVP_PKEY_CTX* context = EVP_PKEY_CTX_new(key, nullptr);
+    EXPECT_EQ(EVP_PKEY_encrypt_init(context), 1); // PKCS#1 v1.5 padding unless told otherwise
+    std::array<unsigned char, 128> cipher{};
+    length = cipher.size();
+    EXPECT_EQ(EVP_PKEY_encrypt(context, cipher.data(), &length,
+                               reinterpret_cast<const unsigned char*>(text.data()), text.size()),
+              1);
+    std::string base64(173, '\0');
+    EVP_EncodeBlock(reinterpret_cast<unsigned char*>(base64.data()), cipher.data(), 128);
+    EVP_PKEY_CTX_free(context);
+    OSSL_DECODER_CTX_free(decoder);
+    EVP_PKEY_free(key);
+    return base64.c_str();
+}
+
+std::string RequestText(const std::string& url, const std::string& header, const std::string& body)
+{
+    return "<td_command><td_header><version>2.2</version><type>request</type><url>" + url +
+           "</url><seq>300</seq><identity>3</identity>" + header + "</td_header><td_body>" + body +
+           "</td_body></td_command>";
+}
+
+// A td_windowlist with one window and these items of its td_subwindowlist.
+std::string In(int window, const std::vector<std::string>& items)
+{
+    std::string text = "<td_windowlist><item><id>" + std::to_string(window) + "</id><td_subwindowlist>";
+    for (const std::string& item : items) {
+        text += "<item>" + item + "</item>";
+    }
+    return text + "</td_subwindowlist></item></td_windowlist>";
+}
+
+struct Step {
+    std::string url;
+    std::string body;
+    int code = 0;
+    std::string reply = "<td_body/>";
+};
+
+class DecoderRequests : public testing::Test {
+protected:
+    DecoderRequests()
+    {
+        char path[] = "/tmp/tvwall-decoder-XXXXXX";
+        folder = std::string(mkdtemp(path)) + "/";
+        options.password = "secret";
+        options.wallText = folder + "wall.txt";
+        options.wallSvg = folder + "wall.svg";
+        options.jsonLog = folder + "log";
+    }
+    ~DecoderRequests() override { std::filesystem::remove_all(folder); }
+
+    void WriteFile(const std::string& name, const std::string& text) const
+    {
+        std::ofstream(folder + name) << text;
+    }
+    std::string ReadFile(const std::string& name) const
+    {
+        std::ifstream file(folder + name);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    // With one window of two sub-windows on a wall of two by two screens.
+    void LogIn()
+    {
+        device = std::make_unique<Device>(options);
+        session = std::make_unique<HostSession>(device->Desk());
+        header = "<session>" + session->Open() + "</session>";
+        const std::string key = device->Desk().LoginKey().PublicPem();
+        ASSERT_EQ(session->LogIn(Encipher(key, "admin"), Encipher(key, Sha256Hex("secret"))),
+                  ErrorCode::Success);
+        header += "<token>" + session->Token() + "</token>";
+        Run({{"docreatewindow",
+              "<td_windowlist><item><id>1</id><rect><xpos>0</xpos><ypos>0</ypos><width>1920</width>"
+              "<height>1080</height></rect><mode>2</mode><td_subwindowlist><item><index>0</index>"
+              "<osdid>100</osdid></item><item><index>1</index><osdid>101</osdid></item>"
+              "</td_subwindowlist></item></td_windowlist>"}});
+    }
+
+    void Run(const std::vector<Step>& steps)
+    {
+        for (const auto& [url, body, code, expected] : steps) {
+            SCOPED_TRACE(url + " " + body);
+            const std::string reply = device->Handle(1, *session, RequestText(url, header, body)).payload;
+            EXPECT_NE(reply.find("<errorcode>" + std::to_string(code) + "</errorcode>"), std::string::npos)
+                << reply;
+            const auto at = reply.find("<td_body");
+            EXPECT_EQ(reply.substr(at, reply.rfind("</td_command>") - at), expected);
+        }
+    }
+
+    // One media of a mediainfo; the accounts as they stand there.
+    std::string Media(const std::string& address, const std::string& user, const std::string& password) const
+    {
+        return "<type>1</type><reqmode>2</reqmode><addr>" + address +
+               "</addr><port>554</port><channelid>3</channelid>"
+               "<user>" +
+               user + "</user><pwd>" + password +
+               "</pwd><begintime>0</begintime><endtime>-1</endtime>"
+               "<streamtype>0</streamtype><recordmask>2147483648</recordmask><source>0</source>";
+    }
+    std::string Media(const std::string& address) const
+    {
+        const std::string key = device->Desk().SourceKey().PublicPem();
+        return Media(address, Encipher(key, "cam"), Encipher(key, "hush"));
+    }
+
+    // The picture's lines about what sub-windows show, without the gaps between the columns.
+    std::vector<std::string> Shows() const
+    {
+        std::istringstream picture(ReadFile("wall.txt"));
+        std::vector<std::string> lines;
+        bool listed = false;
+        for (std::string line; std::getline(picture, line);) {
+            std::istringstream words(line);
+            std::string text;
+            for (std::string word; words >> word;) {
+                text += (text.empty() ? "" : " ") + word;
+            }
+            if (listed) {
+                lines.push_back(text);
+            }
+            listed = listed || text == "window sub osd sound border shows";
+        }
+        return lines;
+    }
+    using Lines = std::vector<std::string>;
+
+    std::string folder;
+    Options options;
+    std::unique_ptr<Device> device;
+    std::unique_ptr<HostSession> session;
+    std::string header;
+};
+
+TEST_F(DecoderRequests, ScreensAreBoundOnceAndTheGridKeepsWhatLiesOnIt)
+{
+    LogIn();
+    const auto at = [](int column, int row) {
+        return "<coordinate><xpos>" + std::to_string(column) + "</xpos><ypos>" + std::to_string(row) +
+               "</ypos></coordinate>";
+    };
+    const auto bind = [&](int output, int column, int row) {
+        return "<item><id>" + std::to_string(output) + "</id>" + at(column, row) + "</item>";
+    };
+    const auto list = [](const std::string& items) {
+        return "<td_channellist>" + items + "</td_channellist>";
+    };
+    Run({{"dobindwall", list(bind(7, 1, 0) + bind(8, 0, 1))},
+         {"dobindwall", list(bind(9, 0, 0) + bind(9, 1, 1)), 406},
+         {"dobindwall", list(bind(9, 0, 0) + bind(10, 1, 0)), 402},
+         {"dobindwall", list(bind(9, 2, 0)), 401},
+         {"dobindwall", list(bind(257, 0, 0)), 405},
+         {"dobindwall", "<td_channellist/>", 3},
+         {"dounbindwall", list("<item>" + at(0, 1) + "</item><item>" + at(0, 0) + "</item>"), 403},
+         {"setwalllayout", "<row>2</row><col>1</col>", 404},
+         {"setwalllayout", "<row>17</row><col>2</col>", 3},
+         {"dounbindwall", list("<item>" + at(0, 1) + "</item>")},
+         {"setwalllayout", "<row>1</row><col>3</col>"},
+         {"getwalllayout", "", 0,
+          "<td_body><row>1</row><col>3</col><td_channellist><item><id>7</id><name>Output 7</name>" +
+              at(1, 0) + "</item></td_channellist></td_body>"}});
+}
+
+TEST_F(DecoderRequests, SubWindowsShowWhatTheyAreTold)
+{
+    LogIn();
+    const std::string camera =
+        "<index>0</index><mediainfo>" + Media("10.0.0.5") + Media("10.0.0.6") + "</mediainfo>";
+    Run({{"doplaymedia", In(1, {camera, "<index>2</index><mediainfo>" + Media("cam") + "</mediainfo>"}),
+          207}});
+    EXPECT_EQ(Shows(), Lines{}); // not the first either
+    const std::string group =
+        "<channelgroup><id>5</id><name>\xc3\xa4</name><channelnum>2</channelnum><interval>10"
+        "</interval><td_channellist>1,64</td_channellist></channelgroup>";
+    const auto groupWith = [&](const std::string& what, const std::string& instead) {
+        return std::string(group).replace(group.find(what), what.size(), instead);
+    };
+    const std::string groups =
+        "<td_body><channelgrouplist><item><id>5</id><name>\xc3\xa4</name><interval>10</interval>"
+        "<td_channellist>1,64</td_channellist></item></channelgrouplist></td_body>";
+    Run({{"doplaybackcontrol", In(1, {"<index>0</index><pbctrltype>1</pbctrltype><pbctrlval>9</pbctrlval>"}),
+          208},
+         {"doplaymedia", In(1, {camera})},
+         {"doplaybackcontrol",
+          In(1, {"<index>0</index><pbctrltype>1</pbctrltype><pbctrlval>65535</pbctrlval>"})},
+         {"doaddchannelgroup", groupWith("1,64", "1,65"), 501},
+         {"doaddchannelgroup", groupWith(">2<", ">3<"), 3},
+         {"doaddchannelgroup", groupWith("1,64", "1,64,"), 3},
+         {"doaddchannelgroup", group},
+         {"doaddchannelgroup", group, 503},
+         {"setchannelgroup", groupWith(">5<", ">6<"), 502},
+         {"setchannelgroup", "", 0, groups}, // asks for all
+         {"setchannelgroup", "<channelgroup><id>5</id></channelgroup>", 0, groups},
+         {"dostartchlgrouppolling", In(1, {"<index>1</index><channelgroup>4</channelgroup>"}), 502},
+         {"dostartchlgrouppolling", In(1, {"<index>1</index><channelgroup>5</channelgroup>"})},
+         {"dodeletechannelgroup", "<channelgrouplist><item><id>5</id></item></channelgrouplist>", 504},
+         {"doopensound", In(1, {"<index>0</index><td_channel>65</td_channel>"}), 501},
+         {"doopensound", In(1, {"<index>0</index><td_channel>12</td_channel>"})},
+         {"getaudioconfig", "", 0,
+          "<td_body>" + In(1, {"<index>0</index><channelid>12</channelid>"}) + "</td_body>"},
+         {"dodrawborder", In(1, {"<index>1</index><drawborder>-1</drawborder>"})}});
+    EXPECT_EQ(Shows(), (Lines{"1 0 100 12 - 10.0.0.5:554, control 1=65535, +1 more, stream 0, ch 3",
+                              "1 1 101 - yes group 5, ch 1,64, every 10"}));
+    Run({{"dostopplaymedia", In(1, {"<index>0</index>", "<index>1</index>"})}, // also ends polling
+         {"dodeletechannelgroup", "<channelgrouplist><item><id>5</id></item></channelgrouplist>"},
+         {"doclosesound", In(1, {"<index>0</index>"})}});
+    EXPECT_EQ(Shows(), Lines{"1 1 101 - yes -"});
+}
+
+TEST_F(DecoderRequests, TheWholeWallAndItsDisplay)
+{
+    LogIn();
+    const std::string playing = Media("10.0.0.7");
+    const auto layered = [&](int id, int layer, const std::string& media) {
+        return "<item><id>" + std::to_string(id) +
+               "</id><rect><xpos>0</xpos><ypos>0</ypos><width>960</width><height>540"
+               "</height></rect><layerindex>" +
+               std::to_string(layer) +
+               "</layerindex><mode>1</mode><td_subwindowlist>"
+               "<item><index>0</index><osdid>1</osdid>" +
+               media + "</item></td_subwindowlist></item>";
+    };
+    const std::string info = "<mediainfo>" + playing.substr(0, playing.find("<begintime>")) +
+                             "<streamtype>4294967295</streamtype></mediainfo>";
+    const auto zoom = [](int window, int index, int enable) {
+        return "<enable>" + std::to_string(enable) + "</enable><td_window><id>" + std::to_string(window) +
+               "</id><td_subwindow><index>" + std::to_string(index) + "</index></td_subwindow></td_window>";
+    };
+    const std::string switches = "<enableborder>0</enableborder><enableshowwinid>1</enableshowwinid>";
+    Run({{"setwallinfo", "<td_windowlist>" + layered(8, 9, "") + layered(8, 1, "") + "</td_windowlist>", 202},
+         {"dofullscreen", zoom(1, 1, 1)}, // it is still there
+         {"setwallinfo", "<td_windowlist>" + layered(8, 9, "") + layered(9, 1, info) + "</td_windowlist>"},
+         {"dofullscreen", zoom(1, 0, 1), 201},
+         {"dofullscreen", zoom(9, 1, 1), 207},
+         {"dofullscreen", zoom(9, 0, 2), 3},
+         {"dofullscreen", zoom(9, 0, 1)},
+         {"setwindowconfig", "<enableborder>2</enableborder><enableshowwinid>1</enableshowwinid>", 3},
+         {"setwindowconfig", switches},
+         {"getwindowconfig", "", 0, "<td_body>" + switches + "</td_body>"},
+         {"getbasicconfig", "", 0,
+          "<td_body><identidy>1</identidy><runmode>0</runmode><devicename>tvwall-decoder</devicename></"
+          "td_body>"}});
+    EXPECT_EQ(Shows(), Lines{"9 0 1 - - 10.0.0.7:554, stream 4294967295, ch 3"});
+    const std::string picture = ReadFile("wall.txt");
+    EXPECT_NE(picture.find("1      2  -\n"), std::string::npos) << picture; // window 8, on top by its layer
+    EXPECT_NE(picture.find("1      1  0\n"), std::string::npos);            // window 9, zoomed
+    EXPECT_NE(picture.find("borders off"), std::string::npos);
+}
+
+TEST_F(DecoderRequests, AccountsOfSourcesAreDecipheredCheckedAndNeverShown)
+{
+    WriteFile("accounts", "cam:hush\r\nop:a:b\n");
+    options.sourceAccounts = folder + "accounts";
+    LogIn();
+    const std::string key = device->Desk().SourceKey().PublicPem();
+    const auto cipher = [&](const std::string& text) { return Encipher(key, text); };
+    const std::string underTheOtherKey = Encipher(device->Desk().LoginKey().PublicPem(), "hush");
+    const struct {
+        std::string user, password;
+        int code;
+    } cases[] = {
+        {cipher("cam"), cipher("hush"), 0},     {cipher("op"), cipher("a:b"), 0},
+        {cipher("cam"), cipher("a:b"), 302},    {cipher("you"), cipher("hush"), 302},
+        {cipher("cam"), "hush", 301},           {"cam", cipher("hush"), 301},
+        {cipher("cam"), underTheOtherKey, 301}, {cipher("cam"), "", 301},
+        {cipher("cam"), cipher(""), 301},       {cipher("cam"), "<![CDATA[hush]]>", 301},
+    };
+    for (const auto& [user, password, code] : cases) {
+        const std::string media = "<mediainfo>" + Media("10.0.0.5", user, password) + "</mediainfo>";
+        Run({{"doplaymedia", In(1, {"<index>0</index>" + media}), code}});
+    }
+    Run({{"doplaymedia", In(1, {"<index>0</index><mediainfo>" + Media("cam:hush@10.0.0.5") + "</mediainfo>"}),
+          3}});
+
+    std::vector<int> counts;
+    std::istringstream log(ReadFile("log"));
+    for (std::string line; std::getline(log, line);) {
+        counts.push_back(nlohmann::json::parse(line)["credentials"]);
+    }
+    EXPECT_EQ(counts, (std::vector<int>{0, 1, 1, 1, 1, 0, 0, 0, 0, 0, 0, 0}));
+    const std::string seen = ReadFile("wall.txt") + ReadFile("wall.svg") + ReadFile("log");
+    // The last request is left out, whose address is no place for an account.
+    EXPECT_EQ(seen.substr(0, seen.rfind("{\"time\"")).find("hush"), std::string::npos);
+    EXPECT_EQ(seen.find("<user>cam"), std::string::npos);
+}
+
+TEST_F(DecoderRequests, ChannelsComeFromTheFileWhenItIsGood)
+{
+    const std::string good =
+        R"([{"id":3,"name":"Gate <","online":true},{"id":9,"name":"Yard","online":false}])";
+    const auto item = [](const char* id, const char* name, const char* state) {
+        return fmt::format("<item><id>{}</id><name>{}</name><state>{}</state></item>", id, name, state);
+    };
+    WriteFile("channels", good);
+    options.channels = folder + "channels";
+    LogIn();
+    const std::string yard = item("9", "Yard", "offline");
+    const auto list = [](const std::string& items) {
+        return "<td_body><td_channellist>" + items + "</td_channellist></td_body>";
+    };
+    Run({{"getchannelinfo", "", 0, list(item("3", "Gate &lt;", "online") + yard)}});
+    for (const char* bad : {"", "{}", "[{\"id\":3}]", R"([{"id":1.5,"name":"a","online":true}])",
+                            R"([{"id":0,"name":"a","online":true}])",
+                            R"([{"id":1,"name":"a\n","online":true}])", R"([{"id":1,"name":"a","online":1}])",
+                            R"([{"id":1,"name":"a","online":true},{"id":1,"name":"b","online":true}])"}) {
+        WriteFile("channels", bad);
+        const ChannelChange change = device->ReloadChannels();
+        EXPECT_FALSE(change.list || change.states) << bad;
+        EXPECT_EQ(device->Channels().All().size(), 2U) << bad;
+    }
+    const struct {
+        std::size_t at;
+        const char* instead;
+        bool list, states;
+    } changes[] = {{good.find("true"), "null", false, false},
+                   {good.find("true"), "false", false, true},
+                   {good.find("Gate"), "Door", true, true}};
+    for (const auto& [at, instead, listed, states] : changes) {
+        WriteFile("channels", good);
+        device->ReloadChannels();
+        WriteFile("channels", std::string(good).replace(at, 4, instead));
+        const ChannelChange change = device->ReloadChannels();
+        EXPECT_EQ(change.list, listed) << instead;
+        EXPECT_EQ(change.states, states) << instead;
+    }
+    Run({{"getchannelinfo", "", 0, list(item("3", "Door &lt;", "online") + yard)}});
+}
+
+TEST_F(DecoderRequests, AWallFullOfWindowsIsDrawnWithoutWhatIsHidden)
+{
+    DeviceState state{"", Wall(2, 2)};
+    std::vector<Window> windows;
+    for (std::uint32_t id = 0; id < kMaxWindows; ++id) {
+        windows.push_back({id, {id / 4, 0, 2000, 2000}, {64, std::vector<SubWindow>(64)}});
+        for (std::uint32_t index = 0; index < 64; ++index) {
+            windows.back().split.subWindows[index].index = index;
+        }
+    }
+    ASSERT_EQ(state.wall.Create(windows), ErrorCode::Success);
+    const auto visible = VisibleWindows(state.wall);
+    EXPECT_EQ(visible.size(), kMaxWindows / 4); // each covers three that lie exactly below it
+    EXPECT_EQ(visible.back().layer, kMaxWindows);
+    EXPECT_TRUE(visible.back().withCells);
+    EXPECT_FALSE(visible.front().withCells);
+    tinyxml2::XMLDocument picture;
+    EXPECT_EQ(picture.Parse(DrawSvg(state).c_str()), tinyxml2::XML_SUCCESS);
+}
+
+// A host on the line.
+class DecoderLink : public DecoderRequests {
+protected:
+    ~DecoderLink() override
+    {
+        context.stop();
+        if (thread.joinable()) {
+            thread.join();
+        }
+        server.reset();
+    }
+    void Connect(const std::vector<const char*>& faults)
+    {
+        for (const char* fault : faults) {
+            ASSERT_EQ(AddFault(options.faults, fault), "");
+        }
+        device = std::make_unique<Device>(options);
+        server = std::make_unique<Server>(context, *device, "127.0.0.1", 0);
+        host.connect({asio::ip::address_v4::loopback(), server->Port()});
+        thread = std::thread([this] { context.run(); });
+    }
+    void Send(const std::string& text) { asio::write(host, asio::buffer(EncodeFrame(text))); }
+    // The next payload; empty when the line is cut.
+    std::string Receive()
+    {
+        std::string payload;
+        std::array<char, 4096> bytes{};
+        std::error_code error;
+        while (!error && frames.Next(payload) != FrameReader::Result::Payload) {
+            frames.Feed({bytes.data(), host.read_some(asio::buffer(bytes), error)});
+        }
+        return payload;
+    }
+    std::string Element(const std::string& text, const std::string& name) const
+    {
+        const auto at = text.find("<" + name + ">") + name.size() + 2;
+        return text.substr(at, text.find("</" + name, at) - at);
+    }
+    void LogInOverTheLine()
+    {
+        Send(RequestText("dooption", "", "<encryption>1</encryption>"));
+        const std::string option = Receive();
+        const std::string key = Element(option, "pubkey1");
+        Send(RequestText("dologin",
+                         "<session>" + Element(option, "session") + "</session><account>" +
+                             Encipher(key, "admin") + "</account><authentication>" +
+                             Encipher(key, Sha256Hex("secret")) + "</authentication>",
+                         ""));
+    }
+
+    asio::io_context context{1};
+    asio::ip::tcp::socket host{context};
+    FrameReader frames;
+    std::unique_ptr<Server> server;
+    std::thread thread;
+};
+
+TEST_F(DecoderLink, FlappingChannelsGoOffAndOnAgain)
+{
+    Connect({"flap-channels=1"});
+    LogInOverTheLine();
+    bool off = false;
+    bool onAgain = false;
+    for (int messages = 0; messages < 100 && !onAgain; ++messages) {
+        const std::string text = Receive();
+        ASSERT_NE(text, "");
+        if (Element(text, "url") == "notifychannelstate") {
+            onAgain = off && text.find("<item><id>64</id><state>online</state></item>") != std::string::npos;
+            off = off || text.find("<item><id>64</id><state>offline</state></item>") != std::string::npos;
+        }
+    }
+    EXPECT_TRUE(onAgain);
+}
+
+TEST_F(DecoderLink, TheLineIsCutInTheNthReplyWhateverIsLeftUnanswered)
+{
+    Connect({"cut-after=2", "silent@dowallclear"});
+    Send(RequestText("dowallclear", "", ""));
+    LogInOverTheLine();
+    EXPECT_EQ(Receive(), "");
+}
+
+} // namespace
+} // namespace simulated_decoder

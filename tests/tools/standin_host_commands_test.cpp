@@ -1,0 +1,381 @@
+// The stand-in host's wall commands: records as they go to the plug-in, answers as people and programs read
+// them, and what is said of wrong input.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "AnswerText.h"
+#include "ExitStatus.h"
+#include "MemPool.h"
+#include "Options.h"
+#include "Script.h"
+#include "Text.h"
+
+namespace standin_host {
+namespace {
+
+SConsoleCommand Parse(const std::string& strLine) { return ParseScriptLine(SplitLine(strLine)); }
+
+std::string Hex(const std::vector<uint8_t>& bytes) { return HexText(bytes.data(), bytes.size()); }
+
+std::string Zeros(std::size_t nBytes) { return std::string(2 * nBytes, '0'); }
+
+// A text in a field of nSize bytes.
+std::string Field(const std::string& strText, std::size_t nSize)
+{
+    return HexText(strText.data(), strText.size()) + Zeros(nSize - strText.size());
+}
+
+// Records of lines that need files and variables: each test has its own folder and source password.
+class WallCommands : public testing::Test {
+protected:
+    WallCommands()
+    {
+        char szFolder[] = "/tmp/tvwall-host-XXXXXX";
+        m_strFolder = mkdtemp(szFolder);
+        ::setenv("TVWALL_SOURCE_PASSWORD", "env-secret", 1);
+    }
+    ~WallCommands() override
+    {
+        ::unsetenv("TVWALL_SOURCE_PASSWORD");
+        std::filesystem::remove_all(m_strFolder);
+    }
+
+    std::string File(const std::string& strText) const
+    {
+        std::ofstream(m_strFolder + "/wall.json") << strText;
+        return m_strFolder + "/wall.json";
+    }
+
+    std::string m_strFolder;
+};
+
+// What the line is refused with, "" when it is taken.
+std::string Refusal(const std::string& strLine)
+{
+    try {
+        Parse(strLine);
+        return "";
+    } catch (const CUsageError& error) {
+        return error.what();
+    }
+}
+
+TEST_F(WallCommands, BecomeTheHostsRecords)
+{
+    const std::string strGuid = "40fc296b47ca6710b31d00dd010662da";
+    const auto mediaHead = [](const std::string& strChannel, const std::string& strRest) {
+        return "0400060074020000"
+               "01000000"
+               "0100000001000000"
+               "0200000001000000" +
+               strChannel + strRest;
+    };
+    const struct {
+        std::string strLine;
+        unsigned int nCmdID;
+        std::string strPayload;
+    } cases[] = {
+        {"info", 0x50000, "0a00050000000000"},
+        {"config", 0x50000, "0200050000000000"},
+        {"logout", 0x50002, "0000050000000000"},
+        {"layout get", 0x50006, ""},
+        {"layout set 2 3", 0x50005, "020000000300000000000000"},
+        {"layout bind 5 0 1 6 1 0", 0x50007,
+         "000000000000000002000000"
+         "05000000" +
+             Zeros(256) +
+             "0000000001000000"
+             "06000000" +
+             Zeros(256) + "0100000000000000"},
+        {"layout unbind 4294967295 1", 0x50008,
+         "000000000000000001000000"
+         "00000000" +
+             Zeros(256) + "ffffffff01000000"},
+        {"media play 1 2 [::1]:554 --channel 3 --source-user u --type -1 --stream 4 --record-mask 0x80000000 "
+         "--selector 5 --begin 6 --end 7",
+         0x50002,
+         mediaHead("03000000" + Zeros(16), "ffffffff060000002a020000040000000000008005000000"
+                                           "00000000"
+                                           "06000000000000000700000000000000" +
+                                               Field("::1", 32) + Field("u", 256) +
+                                               Field("env-secret", 256))},
+        {"media play 1 2 a:1 --channel {6B29FC40-CA47-1067-B31D-00DD010662DA} --request-mode 2", 0x50002,
+         mediaHead("ffffffff" + strGuid,
+                   "000000000200000001000000" + Zeros(12 + 4 + 16) + Field("a", 32) + Zeros(512))},
+        {"media stop 1 0 2 0 1 3", 0x50002,
+         "050006002c000000"
+         "02000000"
+         "0100000002000000"
+         "00000000000000000300000000000000"
+         "0200000001000000"
+         "0000000000000000"},
+        {"playback 65535 1 2 3", 0x50002, "1d0005000c0000000100ffff0100010002000300"},
+        {"audio play 1 2 -3", 0x50002,
+         "1400060034000000" + Zeros(32) + "01000000010000000100000002000000fdffffff"},
+        {"audio stop 1 2", 0x50002,
+         "1500060034000000" + Zeros(32) + "0100000001000000010000000200000000000000"},
+        {"audio get", 0x50000, "1600060024000000" + Zeros(36)},
+        {"group add 7 --name doors --channels 1,2,30 --interval 9", 0x50002,
+         "0a0006002c010000" + Zeros(16) + "070000000300000009000000" + Field("doors", 256) +
+             Field("1,2,30", 16)},
+        {"group set 7 --name '' --channels '1 2' --interval 0 --count 2", 0x50001,
+         "0c0006002c010000" + Zeros(16) + "070000000200000000000000" + Zeros(256) + Field("1 2", 16)},
+        {"group delete 7 -8", 0x50002, "0b0006001c000000" + Zeros(16) + "0200000007000000f8ffffff"},
+        {"group get", 0x50000, "0d00060014000000" + Zeros(20)},
+        {"group get 7", 0x50000, "0d00060014000000" + Zeros(16) + "07000000"},
+        {"polling start 1 0 7", 0x50002,
+         "0e00060024000000" + Zeros(16) + "0100000001000000010000000000000007000000"},
+        {"polling stop 1 2", 0x50002,
+         "0f00060014000000" + std::string("0100000001000000010000000200000000000000")},
+        {"border -1 0 on -1 1 off", 0x50001,
+         "0300060012000000"
+         "01000000ffff02000000"
+         "0000010001000000"},
+        {"zoom 1 65535 on", 0x50002, "1400050028000000" + Zeros(32) + "010000000100ffff"},
+        {"window-config get", 0x50000, "1300060000000000"},
+        {"window-config set off on", 0x50001, "1200060024000000" + Zeros(32) + "00000100"},
+    };
+    for (const auto& expected : cases) {
+        const SConsoleCommand command = Parse(expected.strLine);
+        EXPECT_EQ(command.nCmdID, expected.nCmdID) << expected.strLine;
+        EXPECT_EQ(Hex(command.payload.bytes), expected.strPayload) << expected.strLine;
+    }
+}
+
+TEST_F(WallCommands, ApplyAWallFileAndPrintNoPassword)
+{
+    const std::string strFile = File(R"({"windows": [
+        {"id": 1, "x": 2, "y": 3, "width": 4, "height": 65535, "layer": 5, "subWindows": [
+            {"index": 0, "osd": 6},
+            {"index": 1, "media": {"address": "a", "port": 7, "channel": 8, "user": "u", "password": "own-secret",
+                                   "type": 9, "streamType": 4294967295, "begin": 10, "end": 11}}]},
+        {"id": 2, "x": 0, "y": 0, "width": 1, "height": 1, "mode": 16, "subWindows": [
+            {"index": 0, "media": {"address": "b", "port": 1, "user": "v",
+                                   "channel": "6b29fc40-ca47-1067-b31d-00dd010662da"}}]}]})");
+    SConsoleCommand command = Parse("wall apply " + strFile);
+    EXPECT_EQ(command.nCmdID, 0x50001U);
+    EXPECT_EQ(Hex(command.payload.bytes),
+              "100006000c070000"
+              "02000000"
+              "010005000200020003000400ffff02000000"
+              "00000600" +
+                  Zeros(576) +
+                  "00000000ffffffff"
+                  "010000000900060007000000"
+                  "0a0000000b000000ffffffff" +
+                  Zeros(16) + Field("a", 32) + Field("u", 256) + Field("own-secret", 256) +
+                  "08000000"
+                  "02000000100000000000010001000100"
+                  "0000"
+                  "00000000000000000100" +
+                  Zeros(14) + "40fc296b47ca6710b31d00dd010662da" + Field("b", 32) + Field("v", 256) +
+                  Field("env-secret", 256) + "ffffffff");
+
+    // The answer repeats the record behind another head.
+    for (const std::string& strLine : {"wall apply " + strFile, std::string("media play 1 0 a:1 --channel 1 "
+                                                                            "--source-user u")}) {
+        command = Parse(strLine);
+        SAnswer answer{SAnswer::EKind::Buffer, 0,
+                       CByteWriter().Zeros(8).Append(command.payload).Take().bytes};
+        const std::size_t nBefore = answer.bytes.size();
+        HideSecrets(command, answer);
+        const std::string strBytes(answer.bytes.begin(), answer.bytes.end());
+        EXPECT_EQ(strBytes.find("secret"), std::string::npos) << strLine;
+        EXPECT_NE(strBytes.find('u'), std::string::npos) << strLine;
+        EXPECT_EQ(strBytes.size(), nBefore);
+        answer.bytes.resize(answer.bytes.size() - 300); // ends inside a password
+        HideSecrets(command, answer);
+    }
+}
+
+TEST_F(WallCommands, NameThePlaceOfWhatIsWrongInAWallFile)
+{
+    const std::string strWindow =
+        R"({"windows": [{"id": 1, "x": 0, "y": 0, "width": 5, "height": 5, "subWindows":
+        [{"index": 0}, {"index": 1, "media": {"address": "a", "port": 5, "channel": 1, "user": "u", "password": "top"MORE}}]}]})";
+    const auto with = [&](const std::string& strMore, std::string strText) {
+        return strText.replace(strText.find("MORE"), 4, strMore);
+    };
+    const std::string strMedia = "windows[0].subWindows[1].media";
+    const std::pair<std::string, std::string> cases[] = {
+        {"{\n \"windows\": [top}", "line 2, column 15: this is no valid JSON"},
+        {"[]", " must be an object"},
+        {"{}", ": windows must be a list"},
+        {R"({"windows": [], "window": []})", "unknown key 'window'"},
+        {R"({"windows": [{"id": 65536}]})", "windows[0].id must be a whole number from 0 to 65535"},
+        {R"({"windows": [{"id": 1, "x": 1.5}]})", "windows[0].x must be"},
+        {R"({"windows": [{"id": 1, "x": 18446744073709551615}]})", "windows[0].x must be"},
+        {R"({"windows": [{"id": 1e999}]})", "too large"},
+        {R"({"windows": [{"id": 1}, {"id": 2, "x": 0, "id": 3}]})", ": windows[1].id is given twice"},
+        {R"({"windows": [7]})", "windows[0] must be an object"},
+        {with(R"(, "user": "top")", strWindow), strMedia + ".user is given twice"},
+        {with(R"(, "pasword": "top")", strWindow), strMedia + " has the unknown key 'pasword'"},
+        {with(R"(, "streamType": "top")", strWindow), strMedia + ".streamType must be a whole number"},
+        {with(R"(, "begin": -1)", strWindow), strMedia + ".begin must be"},
+    };
+    for (const auto& [strText, strError] : cases) {
+        const std::string strRefusal = Refusal("wall apply " + File(strText));
+        EXPECT_NE(strRefusal.find(strError), std::string::npos) << strText << ": " << strRefusal;
+        EXPECT_EQ(strRefusal.find("top"), std::string::npos) << strRefusal;
+        EXPECT_EQ(strRefusal.find('\n'), std::string::npos) << strRefusal;
+    }
+    const auto media = [&](const std::string& strFields) {
+        return R"({"windows": [{"id": 1, "x": 0, "y": 0, "width": 5, "height": 5, "subWindows": [{"index": 0,
+            "media": {)" +
+               strFields + "}}]}]}";
+    };
+    for (const auto& [strFields, strKey] : {
+             std::pair(R"("address": ")" + std::string(32, 'a') + R"(", "port": 1, "channel": 1)", "address"),
+             std::pair(std::string(R"("address": "a\u0000b", "port": 1, "channel": 1)"), "address"),
+             std::pair(std::string(R"("address": "a", "port": 1)"), "channel"),
+             std::pair(std::string(R"("address": "a", "port": 1, "channel": -1)"), "channel"),
+             std::pair(R"("address": "a", "port": 1, "channel": 1, "password": ")" + std::string(256, 'p') +
+                           '"',
+                       "password"),
+         }) {
+        const std::string strRefusal = Refusal("wall apply " + File(media(strFields)));
+        EXPECT_NE(strRefusal.find(std::string("media.") + strKey + " must be"), std::string::npos)
+            << strRefusal;
+    }
+}
+
+TEST_F(WallCommands, SayWhatIsWrongWithALine)
+{
+    const std::pair<std::string, const char*> cases[] = {
+        {"layout bind 1 0", "three numbers"},
+        {"media play 1 0 a:0x50 --channel 1", "HOST:PORT"},
+        {"media play 1 0 " + std::string(32, 'a') + ":1 --channel 1", "31 bytes"},
+        {"media play 1 0 a:1 --channel door", "'door'"},
+        {"media play 1 0 a:1 --channel 1 --source-password top", "'--source-password'"},
+        {"media play 1 0 a:1 --channel 1 --source-user u --source-password-file /", "password file"},
+        {"playback 65536 0 0 0", "the window id must be a number from 0 to 65535, not '65536'"},
+        {"border 1 0 maybe", "the border must be on or off"},
+        {"group add 1 --name a --channels 1,2,3,4,5,6,7,8,9 --interval 1", "15 bytes"},
+        {"wall apply /nowhere.json", "wall file /nowhere.json"},
+        {"raw 1 --payload /", "payload file /"},
+    };
+    for (const auto& [strLine, szError] : cases) {
+        const std::string strRefusal = Refusal(strLine);
+        EXPECT_NE(strRefusal.find(szError), std::string::npos) << strLine << ": " << strRefusal;
+        EXPECT_EQ(strRefusal.find("top"), std::string::npos) << strRefusal;
+    }
+}
+
+TEST(HostAnswers, AreReadByNameAndAsPeopleReadThem)
+{
+    const std::string strHead = "10000600080000000000000000000000";
+    const std::string strXml =
+        R"(<?xml version="1.0"?><response><id>{A}</id><baseInfo><errorcode>0</errorcode>)"
+        "<enableborder>1</enableborder><enableshowwinid>0</enableshowwinid></baseInfo></response>";
+    const struct {
+        const char* szLine;
+        std::string strAnswer;
+        std::string strText;
+        std::string strFields; // as JSON, behind the head's fields
+    } cases[] = {
+        {"wall clear", strHead, "done", "}"},
+        {"layout set 1 1", "", "done", "null"},
+        {"info",
+         strHead + Zeros(16) + Field("north\x1b", 64) + "ffffffff" + Field("D-8", 64) + Field("", 64) +
+             Field("1.2", 64) + Field("2026", 64) + Field("5.4", 64) + Field("7", 64),
+         "the decoder says\n  name:              north\\x1b\n  model:             -1\n  device type:       "
+         "D-8\n"
+         "  MAC address:\n  software version:  1.2\n  build date:        2026\n  kernel version:    5.4\n"
+         "  data version:      7",
+         R"(,"decoder":"{00000000-0000-0000-0000-000000000000}","name":"north\u001b","model":-1,"deviceType":"D-8",)"
+         R"("mac":"","softwareVersion":"1.2","buildDate":"2026","kernelVersion":"5.4","dataVersion":"7"})"},
+        {"config", strHead + Zeros(16) + "0200000003000000" + Field("east", 4),
+         "the decoder says\n  name:      east\n  identity:  2\n  run mode:  3",
+         R"(,"wall":"{00000000-0000-0000-0000-000000000000}","identity":2,"runMode":3,"name":"east"})"},
+        {"layout get",
+         "020000000200000002000000"
+         "07000000" +
+             Field("left", 256) +
+             "0000000001000000"
+             "08000000" +
+             Field("", 256) + "ffffffff00000000",
+         "2 rows, 2 columns\n  row 0:  -       -\n  row 1:  7 left  -\n  at 4294967295 0:  8",
+         R"({"rows":2,"columns":2,"screens":[{"id":7,"name":"left","x":0,"y":1},{"id":8,"name":"","x":4294967295,"y":0}]})"},
+        {"window-config get", strHead + Field(strXml, strXml.size() + 1), "borders on, window ids off",
+         R"(,"node":"{A}","borders":true,"windowIds":false})"},
+        {"audio get",
+         strHead + Zeros(32) +
+             "02000000"
+             "0100000001000000"
+             "0000000009000000"
+             "fbffffff00000000",
+         "windows with sound\n  WINDOW  INDEX  CHANNEL\n  1       0      9\n  -5      -      -",
+         R"(,"wall":"{00000000-0000-0000-0000-000000000000}","decoder":"{00000000-0000-0000-0000-000000000000}",)"
+         R"("windows":[{"id":1,"subWindows":[{"index":0,"channel":9}]},{"id":-5,"subWindows":[]}]})"},
+        {"group get",
+         strHead + "01000000" + Zeros(16) + "070000000000000009000000" + Field("T\xc3\xbcren", 256) +
+             Field("1,2,3,4,5,6,7,89", 16),
+         "channel groups\n  ID  INTERVAL  CHANNELS          NAME\n  7   9         1,2,3,4,5,6,7,89  "
+         "T\xc3\xbcren",
+         R"(,"groups":[{"id":7,"interval":9,"name":"T)"
+         "\xc3\xbc"
+         R"(ren","channels":"1,2,3,4,5,6,7,89"}]})"},
+    };
+    for (const auto& expected : cases) {
+        const SConsoleCommand command = Parse(expected.szLine);
+        SAnswer answer{SAnswer::EKind::Buffer, 0, *ParseHex(expected.strAnswer)};
+        const SReadAnswer read = ReadAnswer(command, answer);
+        EXPECT_TRUE(read.bGood) << expected.szLine;
+        EXPECT_EQ(read.strText, expected.strText);
+        const bool bHead = expected.strFields.front() == ',' || expected.strFields == "}";
+        EXPECT_EQ(read.pFields == nullptr ? "null" : read.pFields->dump(),
+                  (bHead ? R"({"optType":393232,"result":0,"errorCode":0)" : "") + expected.strFields);
+        answer.bytes.resize(answer.bytes.size() - std::min<std::size_t>(answer.bytes.size(), 10));
+        if (!expected.strAnswer.empty()) {
+            const SReadAnswer cut = ReadAnswer(command, answer);
+            EXPECT_FALSE(cut.bGood) << expected.szLine;
+            EXPECT_NE(cut.strText.find("no whole record"), std::string::npos) << cut.strText;
+        }
+    }
+}
+
+TEST(Options, SayWhatIsWrongBeforeAnythingIsOpened)
+{
+    const auto parse = [](std::vector<const char*> words) -> std::string {
+        words.insert(words.begin(), {"tvwall-host", "--user", "u"});
+        try {
+            ParseOptions(static_cast<int>(words.size()), words.data());
+            return "";
+        } catch (const CExitError& error) {
+            return error.what();
+        }
+    };
+    EXPECT_EQ(parse({"--decoder", "h:1", "--log-level", "bogus", "login"}),
+              "--log-level takes off, error, abnormal, normal or debug, not 'bogus'");
+    EXPECT_EQ(parse({"--decoder", "h:0x50", "login"}),
+              "--decoder takes HOST:PORT with a port from 1 to 65535, not 'h:0x50'");
+    EXPECT_NE(parse({"window", "--help"}).find("admin window raise 1"), std::string::npos);
+    EXPECT_EQ(parse({"--decoder", "h:1", "wall", "apply", TVWALL_EXAMPLE_WALL}), "");
+    EXPECT_THROW(CLineInput("/"), CUsageError);
+}
+
+TEST(MemPool, RefusesWhatAnUnfinishedMessageTakesBeyondItsLimit)
+{
+    const std::string strBlock(CMemPool::kMaxBytes / 2, 'x');
+    CMemPool& pool = CMemPool::Instance();
+    const char* hBuffer = pool.New(strBlock);
+    EXPECT_THROW(pool.New(strBlock), std::bad_alloc);
+    EXPECT_THROW(pool.Append(hBuffer, strBlock), std::bad_alloc);
+    EXPECT_EQ(pool.Bytes(hBuffer).size(), strBlock.size());
+    pool.TruncateFront(hBuffer, strBlock.size());
+    EXPECT_TRUE(pool.Append(hBuffer, strBlock));
+    pool.Delete(hBuffer);
+    pool.Delete(pool.New(strBlock));
+    EXPECT_EQ(pool.LiveBuffers(), 0U);
+}
+
+} // namespace
+} // namespace standin_host

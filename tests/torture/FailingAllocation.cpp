@@ -1,0 +1,63 @@
+// Replaces the allocation functions of this program, for C++ and for OpenSSL, by ones that fail on order.
+
+#include <cstdlib>
+#include <new>
+
+#include <openssl/crypto.h>
+
+#include "AllocationFault.h"
+
+namespace {
+
+bool MayAllocate()
+{
+    using namespace allocation_fault;
+    return t_nPauses != 0 || t_nAllowed < 0 || t_nAllowed-- > 0;
+}
+
+void* Allocate(std::size_t nSize)
+{
+    void* pBytes = MayAllocate() ? std::malloc(nSize == 0 ? 1 : nSize) : nullptr;
+    allocation_fault::g_nLive += pBytes != nullptr ? 1 : 0;
+    return pBytes;
+}
+
+void Free(void* pBytes)
+{
+    allocation_fault::g_nLive -= pBytes != nullptr ? 1 : 0;
+    std::free(pBytes);
+}
+
+void* AllocateOrThrow(std::size_t nSize)
+{
+    if (void* pBytes = Allocate(nSize)) {
+        return pBytes;
+    }
+    throw std::bad_alloc();
+}
+
+void* CryptoAllocate(std::size_t nSize, const char*, int) { return Allocate(nSize); }
+void* CryptoReallocate(void* pBytes, std::size_t nSize, const char*, int)
+{
+    if (pBytes == nullptr) {
+        return Allocate(nSize);
+    }
+    return MayAllocate() ? std::realloc(pBytes, nSize) : nullptr;
+}
+void CryptoFree(void* pBytes, const char*, int) { Free(pBytes); }
+
+[[maybe_unused]] const int g_bCrypto =
+    CRYPTO_set_mem_functions(CryptoAllocate, CryptoReallocate, CryptoFree) == 1 ? 1 : (std::abort(), 0);
+
+} // namespace
+
+void* operator new(std::size_t nSize) { return AllocateOrThrow(nSize); }
+void* operator new[](std::size_t nSize) { return AllocateOrThrow(nSize); }
+void* operator new(std::size_t nSize, const std::nothrow_t&) noexcept { return Allocate(nSize); }
+void* operator new[](std::size_t nSize, const std::nothrow_t&) noexcept { return Allocate(nSize); }
+void operator delete(void* pBytes) noexcept { Free(pBytes); }
+void operator delete[](void* pBytes) noexcept { Free(pBytes); }
+void operator delete(void* pBytes, std::size_t) noexcept { Free(pBytes); }
+void operator delete[](void* pBytes, std::size_t) noexcept { Free(pBytes); }
+void operator delete(void* pBytes, const std::nothrow_t&) noexcept { Free(pBytes); }
+void operator delete[](void* pBytes, const std::nothrow_t&) noexcept { Free(pBytes); }

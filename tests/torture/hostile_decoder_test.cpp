@@ -1,0 +1,172 @@
+// A decoder that means ill, or that is none.
+
+#include "AllocationFault.h"
+#include "Base64Coder.h"
+#include "SessionFixture.h"
+
+namespace {
+
+constexpr unsigned int GET_CONFIG = 0x50000;
+constexpr unsigned int BASIC_CONFIG = 0x50002;
+constexpr unsigned int GET_LAYOUT = 0x50006;
+
+std::string Repeat(const std::string& text, size_t n)
+{
+    std::string all;
+    all.reserve(text.size() * n);
+    for (size_t i = 0; i < n; ++i) {
+        all += text;
+    }
+    return all;
+}
+
+// Attributes of different names, whose values look like other things.
+std::string Attributes(int n)
+{
+    std::string all;
+    for (int i = 0; i < n; ++i) {
+        all += " a" + std::to_string(i) + "='\">-->]]><b/>'";
+    }
+    return all;
+}
+
+class HostileDecoderTest : public SessionFixture {
+protected:
+    HostileDecoderTest() { LogIn(); }
+
+    // The device name that the host gets for this body, or the failure.
+    std::string NameFrom(const std::string& body)
+    {
+        ReplyWith(ReplyText("getbasicconfig", "%SEQ%", "0", "", body));
+        const std::string answer = Run(GET_CONFIG, Option(BASIC_CONFIG, ""));
+        constexpr size_t BEFORE_NAME = 7 + 2 * (16 + 24); // "buffer ", head and record in hexadecimal
+        return answer.starts_with("buffer") ? answer.substr(BEFORE_NAME) : answer;
+    }
+};
+
+TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
+{
+    const struct {
+        const char* what;
+        std::string body;
+        std::string name; // in hexadecimal, or the failure
+    } cases[] = {
+        {"nested deeply", Repeat("<a>", 100000) + Repeat("</a>", 100000), "failure 20000002"},
+        {"never closed", Repeat("<a>", 100000), "failure 20000002"},
+        {"entities that multiply",
+         "<!DOCTYPE x [<!ENTITY a \"&b;&b;\"><!ENTITY b \"xx\">]><devicename>&a;</devicename>", Hex("&a;")},
+        {"a file as an entity",
+         "<!DOCTYPE x [<!ENTITY f SYSTEM \"file:///etc/passwd\">]><devicename>&f;</devicename>", Hex("&f;")},
+        {"known entities once", "<devicename>&amp;lt;&lt;&#65;</devicename>", Hex("&lt;<A")},
+        {"a zero byte by reference", "<devicename>a&#0;b</devicename>", Hex("a")},
+        {"CDATA and comments",
+         "<!-- <devicename>no</devicename> --><devicename><![CDATA[<a>&amp;]]></devicename>",
+         Hex("<a>&amp;")},
+        {"a comment without end", "<!-- <devicename>no</devicename>", "failure 20000002"},
+        {"the element twice", "<devicename>first</devicename><devicename>second</devicename>", Hex("first")},
+        {"elements inside the text", "<devicename>a<b>c</b>d</devicename>", Hex("a")},
+        {"many attributes", "<x " + Attributes(256) + "/><devicename>n</devicename>", Hex("n")},
+        {"too many, with marks in their values", "<x " + Attributes(300000) + "/>", "failure 20000002"},
+        {"marks outside of tags", "<!-- <x> ' --><![CDATA[<x ' ]]><devicename>n</devicename>", Hex("n")},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        EXPECT_EQ(NameFrom(c.body), c.name);
+    }
+}
+
+TEST_F(HostileDecoderTest, LongListsAndTextsAreRead)
+{
+    constexpr size_t ITEMS = 100000;
+    constexpr size_t HEAD_LEN = 12;
+    constexpr size_t ITEM_LEN = 268;
+    const std::string item =
+        "<item><id>7</id><name>" + std::string(300, 'n') + "</name><c><x>1</x><y>2</y></c></item>";
+    ReplyWith(ReplyText("getwalllayout", "%SEQ%", "0", "",
+                        "<td_channellist>" + Repeat(item, ITEMS) + "</td_channellist>"));
+    const std::string answer = Run(GET_LAYOUT, "");
+    const std::string record = Hex(Bytes().U32(7).Text(std::string(255, 'n')).Zeros(1).U32(1).U32(2));
+    ASSERT_EQ(answer.size(), 7 + 2 * (HEAD_LEN + ITEMS * ITEM_LEN));
+    EXPECT_EQ(answer.substr(7 + 2 * HEAD_LEN, record.size()), record);
+    EXPECT_EQ(answer.substr(answer.size() - record.size()), record);
+
+    const std::string name(1000000, 'x');
+    EXPECT_EQ(NameFrom("<devicename>" + name + "</devicename>"), Hex(name));
+}
+
+TEST_F(HostileDecoderTest, FloodsLeaveNothingBehind)
+{
+    fake_host::SetLogRecording(false);
+    const std::string heads(64 * 100, '2');
+    const std::string beats = Repeat(Frame(""), 100);
+    const std::string strangers = Repeat(Frame(ReplyText("dowallclear", "4")), 10);
+    const std::string notices =
+        Repeat(Frame("<td_command><td_header><url>notifychannelstate</url></td_header></td_command>"), 10);
+    const auto flood = [&](int nRounds) {
+        for (int i = 0; i < nRounds; ++i) {
+            Receive(heads + beats + strangers + notices);
+            node.notifications.clear();
+        }
+    };
+    flood(1);
+    const long nLive = allocation_fault::Live();
+    flood(1000);
+    EXPECT_EQ(allocation_fault::Live(), nLive);
+    EXPECT_EQ(NameFrom("<devicename>n</devicename>"), Hex("n"));
+}
+
+TEST_F(HostileDecoderTest, SessionAndTokenAreEscaped)
+{
+    ReplyWith(ReplyText("dooption", "%SEQ%", "0", "<session>&lt;/session&gt;&amp;</session>", ""));
+    ReplyWith(ReplyText("dologin", "%SEQ%", "0", "<token><![CDATA[</token>\"]]></token>"));
+    Run(0x101, LoginPayload("admin", "secret"));
+    NameFrom("");
+    EXPECT_EQ(Element(LastRequest(), "session"), "&lt;/session&gt;&amp;");
+    EXPECT_EQ(Element(LastRequest(), "token"), "&lt;/token&gt;\"");
+}
+
+// A length and value of the encoding that keys are written in.
+std::string Der(char tag, const std::string& value)
+{
+    std::string length;
+    for (size_t n = value.size(); n != 0; n >>= 8) {
+        length.insert(0, 1, static_cast<char>(n));
+    }
+    return std::string(1, tag) + static_cast<char>(0x80 + length.size()) + length + value;
+}
+
+std::string PemKey(const std::string& modulus, const std::string& exponent)
+{
+    const std::string der = Der('\x30', Der('\x02', modulus) + Der('\x02', exponent));
+    return "-----BEGIN RSA PUBLIC KEY-----\n" + CBase64Coder::Encode(der.data(), der.size()) +
+           "\n-----END RSA PUBLIC KEY-----\n";
+}
+
+TEST_F(HostileDecoderTest, KeysThatAreNoneCostNothing)
+{
+    const std::string odd(128, '\x7F');
+    const struct {
+        const char* what;
+        std::string key;
+    } cases[] = {
+        {"no key at all", std::string(1000000, 'A')},
+        {"a head without a key", "-----BEGIN RSA PUBLIC KEY-----\n"},
+        {"a modulus of nothing", PemKey(std::string(1, '\0'), "\3")},
+        {"a modulus of one byte", PemKey("\7", "\3")},
+        {"a modulus of 100,000 bytes", PemKey(std::string(100000, '\x7F'), "\3")},
+        {"a modulus of 10,000 bytes and an exponent as long", PemKey(std::string(10000, '\x7F'), odd + odd)},
+        {"an exponent that changes nothing", PemKey(odd, "\1")},
+        {"an exponent of nothing", PemKey(odd, std::string(1, '\0'))},
+        {"an exponent above the modulus", PemKey(odd, odd + odd)},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        ReplyWith(ReplyText("dooption", "%SEQ%", "0", "", "<pubkey1>" + c.key + "</pubkey1>"));
+        Run(0x101, LoginPayload("admin", "secret"));
+        EXPECT_EQ(Element(LastRequest(), "url"), "dologin");
+        EXPECT_EQ(Element(LastRequest(), "account"), "");
+        EXPECT_EQ(Element(LastRequest(), "authentication"), "");
+    }
+}
+
+} // namespace

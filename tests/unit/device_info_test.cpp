@@ -1,0 +1,68 @@
+#include "WallCommandFixture.h"
+
+namespace {
+
+std::string Field(const std::string& text) { return Bytes().Text(text).Zeros(64 - text.size()); }
+
+const std::string CHANNELS = Elem("td_channellist", Item(Elem("id", 1)));
+
+using DeviceInfoTest = WallCommandFixture;
+
+TEST_F(DeviceInfoTest, TheBasicConfigurationEndsWithTheNameAsLongAsItIs)
+{
+    LogIn();
+    for (const std::string& name : {std::string(300, 'n'), std::string()}) {
+        EXPECT_EQ(Ask(0x50000, Option(0x50002, "not read"), "getbasicconfig",
+                      Elem("devicename", name) + Elem("runmode", 2) + Elem("identidy", 4294967295)),
+                  ResultOf(0x50002, Bytes().Zeros(16).U32(0xFFFFFFFF).U32(2).Text(name)));
+        EXPECT_EQ(LastBody(), NO_BODY);
+    }
+    CheckFailures(0x50000, 0x50002);
+}
+
+TEST_F(DeviceInfoTest, TheSystemInformationIsFollowedByTheChannels)
+{
+    LogIn();
+    ReplyWith(ReplyText("getsysteminfo", "%SEQ%", "0", "",
+                        Elem("dataversion", "d") + Elem("kernelversion", "k") + Elem("builddate", "b") +
+                            Elem("softversion", "s") + Elem("devicetype", "t") + Elem("model", -1) +
+                            Elem("name", std::string(64, 'n'))));
+    ReplyWith(ReplyText("getchannelinfo", "%SEQ%", "0", "", CHANNELS));
+    EXPECT_EQ(Run(0x50000, Option(0x5000A, "not read")),
+              ResultOf(0x5000A, Bytes()
+                                    .Zeros(16)
+                                    .Text(Field(std::string(63, 'n')))
+                                    .U32(-1UL)
+                                    .Text(Field("t") + Field("") + Field("s"))
+                                    .Text(Field("b") + Field("k") + Field("d"))))
+        << "other order, long text, no mac";
+    EXPECT_EQ(LastBody(), Body(""));
+    ASSERT_EQ(node.notifications.size(), 1U);
+    const auto& notification = node.notifications[0];
+    const std::string text = ReplyText("getchannelinfo", Element(LastRequest(), "seq"), "0", "", CHANNELS);
+    ASSERT_EQ(node.frames.size(), 2U);
+    EXPECT_EQ(Element(node.frames[0], "url") + Element(node.frames[1], "url"), "getsysteminfogetchannelinfo");
+    EXPECT_EQ(notification.nCmdID, 0x50003U);
+    EXPECT_EQ(notification.nOptType, 0x60000U);
+    EXPECT_EQ(notification.data, text);
+    EXPECT_EQ(notification.nLen, text.size());
+    EXPECT_EQ(memcmp(&notification.destination, &fake_host::Get().appNodeID, 16), 0);
+}
+
+TEST_F(DeviceInfoTest, WithoutSystemInformationOrChannelsTheHostIsNotNotified)
+{
+    LogIn();
+    CheckFailures(0x50000, 0x5000A);
+    EXPECT_EQ(node.frames.size(), 1U) << "no channels after a failure";
+    for (const std::string& channels :
+         {ReplyText("getchannelinfo", "%SEQ%", "5"),
+          ReplyText("getchannelinfo", "%SEQ%", "0", "", "</not-well-formed>"), std::string("no message")}) {
+        ReplyWith(ReplyText("getsysteminfo", "%SEQ%"));
+        ReplyWith(channels);
+        EXPECT_EQ(Run(0x50000, Option(0x5000A, "")), ResultOf(0x5000A, std::string(468, '\0'))) << channels;
+    }
+    EXPECT_EQ(node.frames.size(), 7U);
+    EXPECT_TRUE(node.notifications.empty());
+}
+
+} // namespace

@@ -1,0 +1,131 @@
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <sstream>
+#include <vector>
+
+#include "SessionFixture.h"
+
+namespace {
+
+std::string ReadWhole(const std::filesystem::path& path)
+{
+    std::ifstream file(path);
+    std::stringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+// docs/host-records.md lists every command by hand; here its table meets what the session really does.
+class HostRecordsDocTest : public SessionFixture {
+protected:
+    static constexpr unsigned int NO_OPTION = 0;
+    struct Row {
+        std::vector<std::string> urls;
+        std::string answerType;
+    };
+
+    HostRecordsDocTest()
+    {
+        std::istringstream doc(ReadWhole(TVWALL_SOURCE_DIR "/docs/host-records.md"));
+        for (std::string line; std::getline(doc, line);) {
+            if (line.starts_with("| 0x")) {
+                AddRow(line);
+            }
+        }
+    }
+
+    // The requests that a command led to, and the answer that it got.
+    std::pair<std::vector<std::string>, std::string> Observe(unsigned int nCmdID, unsigned int nOptType)
+    {
+        node.frames.clear();
+        const std::string record(64, '\0');
+        const std::string answer =
+            Run(nCmdID, nCmdID == 0x101 ? LoginPayload("admin", "secret") : Option(nOptType, record));
+        std::vector<std::string> urls;
+        for (const std::string& frame : node.frames) {
+            urls.push_back(Element(frame, "url"));
+        }
+        return {urls, answer};
+    }
+
+    std::map<std::pair<unsigned int, unsigned int>, Row> rows;
+    std::size_t nDispatchers = 0; // commands whose options have rows of their own
+
+private:
+    void AddRow(const std::string& line)
+    {
+        std::vector<std::string> cells;
+        std::istringstream text(line.substr(1));
+        for (std::string cell; std::getline(text, cell, '|');) {
+            cells.push_back(cell.substr(1, cell.size() - 2));
+        }
+        ASSERT_EQ(cells.size(), 7U) << line;
+        if (cells[1] == "any") {
+            ++nDispatchers;
+            return;
+        }
+        Row row{{}, cells[5]};
+        std::istringstream urls(cells[4]);
+        for (std::string url; std::getline(urls, url, '`') && std::getline(urls, url, '`');) {
+            row.urls.push_back(url);
+        }
+        const auto nOptType =
+            cells[1] == "none" ? NO_OPTION : static_cast<unsigned int>(std::stoul(cells[1], nullptr, 16));
+        const auto key = std::pair(static_cast<unsigned int>(std::stoul(cells[0], nullptr, 16)), nOptType);
+        EXPECT_TRUE(rows.emplace(key, row).second) << line;
+    }
+};
+
+TEST_F(HostRecordsDocTest, ItsTableIsWhatTheDispatchDoes)
+{
+    LogIn();
+    onPoll = [this] { Receive(Frame(ReplyText("dowallclear", Element(LastRequest(), "seq")))); };
+    EXPECT_EQ(rows.size() + nDispatchers, 34U);
+    std::vector<std::pair<unsigned int, unsigned int>> all = {{0x101, NO_OPTION}};
+    for (unsigned int nCmdID = 0x50000; nCmdID < 0x50010; ++nCmdID) {
+        all.emplace_back(nCmdID, NO_OPTION);
+        for (unsigned int nType = 0; nType < 0x20 && nCmdID < 0x50003; ++nType) {
+            all.emplace_back(nCmdID, 0x50000 + nType);
+            all.emplace_back(nCmdID, 0x60000 + nType);
+        }
+    }
+    for (const auto& [nCmdID, nOptType] : all) {
+        SCOPED_TRACE(std::to_string(nCmdID) + " option " + std::to_string(nOptType));
+        const auto [urls, answer] = Observe(nCmdID, nOptType);
+        const auto row = rows.find({nCmdID, nOptType});
+        if (row == rows.end()) {
+            EXPECT_TRUE(urls.empty());
+            EXPECT_EQ(answer, "none");
+            continue;
+        }
+        EXPECT_EQ(urls, row->second.urls);
+        if (row->second.answerType.starts_with("0x")) {
+            const auto nType = std::stoul(row->second.answerType, nullptr, 16);
+            EXPECT_TRUE(answer.starts_with("buffer " + Hex(Bytes().U32(nType).U16(8)))) << answer;
+        } else {
+            EXPECT_TRUE(answer.starts_with("buffer ")) << answer;
+        }
+    }
+}
+
+TEST(Docs, EveryTestThatTheyNameIsThere)
+{
+    std::string tests;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(TVWALL_SOURCE_DIR "/tests")) {
+        tests += entry.is_regular_file() ? ReadWhole(entry.path()) : "";
+    }
+    std::size_t nNamed = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(TVWALL_SOURCE_DIR "/docs")) {
+        const std::string doc = ReadWhole(entry.path());
+        const std::regex name("`([A-Z][A-Za-z]+)\\.([A-Z][A-Za-z]+)`");
+        for (std::sregex_iterator match(doc.begin(), doc.end(), name), end; match != end; ++match, ++nNamed) {
+            const std::string line = "(" + match->str(1) + ", " + match->str(2) + ")";
+            EXPECT_NE(tests.find(line), std::string::npos) << entry.path() << ": " << line;
+        }
+    }
+    EXPECT_GE(nNamed, 34U);
+}
+
+} // namespace

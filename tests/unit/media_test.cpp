@@ -1,0 +1,92 @@
+#include "MediaFixture.h"
+#include "MonitorTvwCommMedia.h"
+#include "RecordChecks.h"
+
+using namespace ORVA2_CLIENT_TVW;
+
+namespace {
+
+using MediaTest = MediaFixture;
+
+// A stream as the host holds it; without the gap it is the packed form.
+std::string Media(const std::string& guid, unsigned long nChannel, const std::string& user,
+                  const std::string& pwd, const std::string& gap = "gap!")
+{
+    Bytes media = Bytes().U32(nChannel).Text(guid).U32(-1UL).U32(2).U32(-3UL).U32(-4UL).U32(0x80000000);
+    media.U32(-6UL).Text(gap).U32(-1UL).U32(-1UL).U32(7).U32(1).Text(Field("10.0.0.<1>", 32));
+    return media.Text(Field(user, 256)).Text(Field(pwd, 256));
+}
+
+std::string Elements(const std::string& channel, const std::string& user, const std::string& pwd)
+{
+    return Elem("type", -1) + Elem("reqmode", 2) + Elem("addr", "10.0.0.&lt;1&gt;") + Elem("port", -3) +
+           channel + Elem("user", user) + Elem("pwd", pwd) + Elem("begintime", -1) +
+           Elem("endtime", 4294967303) + Elem("streamtype", -4) + Elem("recordmask", 2147483648) +
+           Elem("source", -6);
+}
+
+// A window with one sub-window.
+std::string Window(unsigned long id, unsigned long nMedia, const std::string& media)
+{
+    return Bytes().U32(id).U32(1).U32(-9UL).U32(nMedia).Text(media);
+}
+
+std::string WindowItem(const std::string& id, const std::string& mediaInfo)
+{
+    return Item(Elem("id", id) + Elem("td_subwindowlist", Item(Elem("index", -9) + mediaInfo)));
+}
+
+TEST_F(MediaTest, SendsEveryStreamThatCouldBeReadWithItsCredentialsEnciphered)
+{
+    LogInWithMediaKey();
+    const std::string full(85, 'p'); // all that the key takes; a longer text leaves its element empty
+    const std::string media1 = Media(GUID_BYTES, 5, USER, PASSWORD) + Media(NO_GUID, 0, "", full);
+    const std::string media2 = Media(NO_GUID, -1UL, full + "p", USER);
+    const std::string two = Bytes().U32(2).Text(Window(-8UL, 2, media1)).Text(Window(4, 1, media2));
+    const std::string packed = Bytes().U32(1).Text(Window(1, 1, Media(GUID_BYTES, 5, USER, PASSWORD, "")));
+    const std::string played1 =
+        WindowItem("-8", Elem("mediainfo", Elements(Elem("channelid", GUID_TEXT), USER, PASSWORD) +
+                                               Elements(Elem("channelid", 0), "", full)));
+    const std::string played2 = WindowItem("4", Elem("mediainfo", Elements("", "", USER)));
+    const std::string stopped = WindowItem("-8", "") + WindowItem("4", "");
+    const struct {
+        unsigned int nOptType;
+        std::string record, items;
+    } rows[] = {
+        {0x60004, two, played1 + played2},
+        {0x60004, two.substr(0, two.size() - 1), played1}, // second window cut
+        {0x60004, Bytes().U32(1).Text(Window(4, 0, "")), WindowItem("4", Elem("mediainfo", ""))},
+        {0x60004, packed, ""}, // is misread
+        {0x60004, "\1\1\1", ""},
+        {0x60005, two, stopped},
+        {0x6000F, two, stopped}, // the end of polling is answered as a stop
+        {0x6000F, "", ""},
+    };
+    for (const auto& [nOptType, record, items] : rows) {
+        const bool bPlay = nOptType == 0x60004;
+        Check({"media", 0x50002, nOptType, record, bPlay ? "doplaymedia" : "dostopplaymedia",
+               Body(Elem("td_windowlist", items)), bPlay ? 0x60004U : 0x60005U});
+        CheckFailures(0x50002, nOptType);
+    }
+}
+
+TEST_F(MediaTest, RecordsKeepEveryByteRefuseCountsThatDoNotFitAndHideCredentials)
+{
+    const std::string media = Media(GUID_BYTES, 5, USER, PASSWORD);
+    RoundTrips<S_MTvw_Wall_Media>(Bytes().U32(2).Text(Window(1, 1, media)).U32(2).U32(0));
+    RoundTrips<S_MTvw_Wall_Media_info>(Media(GUID_BYTES, 5, USER, PASSWORD, ""));
+    EXPECT_EQ(S_MTvw_Wall_Media_info().GetLength(), 604u);
+
+    S_MTvw_Wall_Media record;
+    const std::string head = Bytes().U32(1).U32(7);
+    for (const unsigned long count : {2UL, 0x08000000UL, 0x20000000UL, -1UL}) { // some wrap in 32 bits
+        EXPECT_FALSE(Decode(record, Bytes().U32(count).U32(7).U32(0)));
+        EXPECT_FALSE(Decode(record, Bytes().Text(head).U32(count).U32(7).U32(0)));
+        EXPECT_FALSE(Decode(record, Bytes().Text(head).U32(1).U32(3).U32(count).Text(media)));
+        EXPECT_TRUE(record._mediaWind.empty());
+    }
+    ASSERT_TRUE(Decode(record, Bytes().U32(1).Text(Window(1, 1, media))));
+    CheckDump(record, "addr:10.0.0.<1>");
+}
+
+} // namespace
