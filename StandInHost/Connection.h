@@ -7,7 +7,6 @@
 #include <mutex>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <asio/ip/tcp.hpp>
 
@@ -56,7 +55,8 @@ public:
 
 private:
     void Read();
-    void OnRead(const asio::error_code& error, std::size_t nLen);
+    void OnReadable(asio::error_code error);
+    void OnRead(std::string_view bytes);
     void DeliverDirect();
     void DeliverBuffered();
     unsigned int CallObserver(std::string_view bytes, unsigned int* pNeedLen);
@@ -73,7 +73,6 @@ private:
     int m_nHandle = 0;
     bool m_bStarted = false;
     bool m_bReading = false;   // receive thread only
-    std::vector<char> m_chunk; // receive thread only: what the last read brought
     std::string m_strKept;     // bytes that the observer has not consumed, and what came after them
     std::size_t m_nWanted = 0; // bytes that m_strKept must hold before the observer is called again
 

@@ -283,6 +283,19 @@ TEST_F(ProgramsTest, InterruptedCommandsStopCleanly)
     EXPECT_EQ(host->Wait(), 128 + SIGINT) << host->Err();
 }
 
+TEST_F(ProgramsTest, EachDecoderOfAProcessHasItsOwnWall)
+{
+    decoder = std::make_unique<Process>(Words{TVWALL_DECODER_PATH, "--decoders", "2"},
+                                        Words{"TVWALL_DECODER_PASSWORD=secret"});
+    for (int i = 0; i < 2; ++i) {
+        const std::string line = decoder->ReadUntil("listening on ");
+        ASSERT_NE(line, "") << decoder->Err();
+        address = line.substr(std::string("listening on ").size());
+        RunHost({"window", "create", "1", "0", "0", "960", "540"}, 0);
+    }
+    RunHost({"window", "create", "1", "0", "0", "960", "540"}, 1); // the last one has it now
+}
+
 TEST_F(ProgramsTest, RawCommandsGoInAsTheyAre)
 {
     StartDecoder();
