@@ -26,7 +26,7 @@ CConnection::CConnection(asio::ip::tcp::socket socket, SConnectionSettings setti
 
 void CConnection::SetObserver(CSocketDataObserver* pObserver, void* pContext)
 {
-    const std::lock_guard guard(m_receiveLock);
+    const TMutexGuard guard(m_receiveLock);
     m_pObserver = pObserver;
     m_pContext = pContext;
 }
@@ -34,7 +34,7 @@ void CConnection::SetObserver(CSocketDataObserver* pObserver, void* pContext)
 void CConnection::Start(int nHandle)
 {
     {
-        const std::lock_guard guard(m_receiveLock);
+        const TMutexGuard guard(m_receiveLock);
         m_nHandle = nHandle;
         m_bStarted = true;
     }
@@ -43,13 +43,13 @@ void CConnection::Start(int nHandle)
 
 void CConnection::Stop()
 {
-    const std::lock_guard guard(m_receiveLock);
+    const TMutexGuard guard(m_receiveLock);
     m_bStarted = false;
 }
 
 bool CConnection::Send(std::string_view bytes)
 {
-    const std::lock_guard guard(m_sendLock);
+    const TMutexGuard guard(m_sendLock);
     if (!m_bOpen || m_bRefuseSends) {
         SetLastSocketError(SOCKET_ERROR_NOT_CONNECTED);
         return false;
@@ -71,14 +71,14 @@ bool CConnection::Send(std::string_view bytes)
 
 void CConnection::RefuseSends()
 {
-    const std::lock_guard guard(m_sendLock);
+    const TMutexGuard guard(m_sendLock);
     m_bRefuseSends = true;
 }
 
 void CConnection::Fail(const std::string& strReason)
 {
     {
-        const std::lock_guard guard(m_sendLock);
+        const TMutexGuard guard(m_sendLock);
         // Reported before the first send can fail, so that nobody takes the lost link for a missing reply.
         if (m_bOpen && m_settings.pEvents != nullptr) {
             m_settings.pEvents->ReportLost(strReason);
@@ -91,7 +91,7 @@ void CConnection::Fail(const std::string& strReason)
 void CConnection::Close()
 {
     {
-        const std::lock_guard guard(m_sendLock);
+        const TMutexGuard guard(m_sendLock);
         m_bOpen = false;
     }
     CloseSocket();
@@ -127,7 +127,7 @@ void CConnection::OnRead(const asio::error_code& error, std::size_t nLen)
     if (m_settings.pTrace != nullptr) {
         m_settings.pTrace->Received({m_chunk.data(), nLen});
     }
-    const std::lock_guard guard(m_receiveLock);
+    const TMutexGuard guard(m_receiveLock);
     m_strKept.append(m_chunk.data(), nLen);
     if (!m_bStarted) {
         return;
@@ -183,7 +183,7 @@ void CConnection::Write()
 {
     asio::const_buffer buffer;
     {
-        const std::lock_guard guard(m_sendLock);
+        const TMutexGuard guard(m_sendLock);
         if (m_queue.empty()) {
             return;
         }
@@ -196,7 +196,7 @@ void CConnection::Write()
                               return;
                           }
                           {
-                              const std::lock_guard guard(self->m_sendLock);
+                              const TMutexGuard guard(self->m_sendLock);
                               self->m_nQueued -= self->m_queue.front().size();
                               self->m_queue.pop_front();
                           }
