@@ -29,7 +29,7 @@ CConnection::CConnection(asio::ip::tcp::socket socket, SConnectionSettings setti
 
 void CConnection::SetObserver(CSocketDataObserver* pObserver, void* pContext)
 {
-    const std::lock_guard guard(m_receiveLock);
+    const TMutexGuard guard(m_receiveLock);
     m_pObserver = pObserver;
     m_pContext = pContext;
 }
@@ -37,7 +37,7 @@ void CConnection::SetObserver(CSocketDataObserver* pObserver, void* pContext)
 void CConnection::Start(int nHandle)
 {
     {
-        const std::lock_guard guard(m_receiveLock);
+        const TMutexGuard guard(m_receiveLock);
         m_nHandle = nHandle;
         m_bStarted = true;
     }
@@ -46,13 +46,13 @@ void CConnection::Start(int nHandle)
 
 void CConnection::Stop()
 {
-    const std::lock_guard guard(m_receiveLock);
+    const TMutexGuard guard(m_receiveLock);
     m_bStarted = false;
 }
 
 bool CConnection::Send(std::string_view bytes)
 {
-    const std::lock_guard guard(m_sendLock);
+    const TMutexGuard guard(m_sendLock);
     if (!m_bOpen || m_bRefuseSends) {
         SetLastSocketError(SOCKET_ERROR_NOT_CONNECTED);
         return false;
@@ -74,14 +74,14 @@ bool CConnection::Send(std::string_view bytes)
 
 void CConnection::RefuseSends()
 {
-    const std::lock_guard guard(m_sendLock);
+    const TMutexGuard guard(m_sendLock);
     m_bRefuseSends = true;
 }
 
 void CConnection::Fail(const std::string& strReason)
 {
     {
-        const std::lock_guard guard(m_sendLock);
+        const TMutexGuard guard(m_sendLock);
         // Reported before the first send can fail, so that nobody takes the lost link for a missing reply.
         if (m_bOpen && m_settings.pEvents != nullptr) {
             m_settings.pEvents->ReportLost(strReason);
@@ -94,7 +94,7 @@ void CConnection::Fail(const std::string& strReason)
 void CConnection::Close()
 {
     {
-        const std::lock_guard guard(m_sendLock);
+        const TMutexGuard guard(m_sendLock);
         m_bOpen = false;
     }
     CloseSocket();
@@ -140,7 +140,7 @@ void CConnection::OnRead(std::string_view bytes)
     if (m_settings.pTrace != nullptr) {
         m_settings.pTrace->Received(bytes);
     }
-    const std::lock_guard guard(m_receiveLock);
+    const TMutexGuard guard(m_receiveLock);
     m_strKept.append(bytes);
     if (!m_bStarted) {
         return;
@@ -196,7 +196,7 @@ void CConnection::Write()
 {
     asio::const_buffer buffer;
     {
-        const std::lock_guard guard(m_sendLock);
+        const TMutexGuard guard(m_sendLock);
         if (m_queue.empty()) {
             return;
         }
@@ -209,7 +209,7 @@ void CConnection::Write()
                               return;
                           }
                           {
-                              const std::lock_guard guard(self->m_sendLock);
+                              const TMutexGuard guard(self->m_sendLock);
                               self->m_nQueued -= self->m_queue.front().size();
                               self->m_queue.pop_front();
                           }

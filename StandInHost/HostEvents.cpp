@@ -46,7 +46,7 @@ void CHostEvents::Changed()
 void CHostEvents::Interrupt(int nSignal)
 {
     {
-        const std::lock_guard guard(m_lock);
+        const TMutexGuard guard(m_lock);
         m_nSignal = nSignal;
     }
     Changed();
@@ -55,7 +55,7 @@ void CHostEvents::Interrupt(int nSignal)
 void CHostEvents::ReportLost(const std::string& strReason)
 {
     {
-        const std::lock_guard guard(m_lock);
+        const TMutexGuard guard(m_lock);
         if (!m_lost) {
             m_lost = strReason;
         }
@@ -66,7 +66,7 @@ void CHostEvents::ReportLost(const std::string& strReason)
 void CHostEvents::Deliver(SNotification notification)
 {
     {
-        const std::lock_guard guard(m_lock);
+        const TMutexGuard guard(m_lock);
         if (m_notifications.size() >= kMaxWaiting) {
             Log(ELogLevel::Abnormal, "a notification was dropped: too many wait to be printed");
             return;
@@ -78,19 +78,19 @@ void CHostEvents::Deliver(SNotification notification)
 
 int CHostEvents::Interrupted() const
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     return m_nSignal;
 }
 
 std::optional<std::string> CHostEvents::Lost() const
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     return m_lost;
 }
 
 std::deque<SNotification> CHostEvents::TakeNotifications()
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     return std::exchange(m_notifications, {});
 }
 

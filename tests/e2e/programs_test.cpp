@@ -238,16 +238,18 @@ TEST_F(ProgramsTest, EveryWayToFailHasItsStatusAndOneLine)
     EXPECT_NE(err.find("line 2"), std::string::npos) << err;
 }
 
-TEST_F(ProgramsTest, ADecoderThatDiesInTheMiddleEndsTheHostAtOnce)
+TEST_F(ProgramsTest, ADecoderThatDiesOrAnInterruptEndsTheHostAtOnce)
 {
     StartDecoder({"--fault", "cut-after=3"});
     RunHost({"wall", "clear"}, 3);
-    StartDecoder({"--fault", "silent@dowallclear"});
-    const auto host = StartHost({"script", "-"});
-    host->Write("window create 1 0 0 10 10\nwall clear\n");
-    ASSERT_NE(host->ReadUntil("window create"), "") << host->Err();
-    decoder->Signal(SIGKILL);
-    EXPECT_EQ(host->Wait(), 3) << host->Err();
+    for (const bool bDecoderDies : {true, false}) {
+        StartDecoder({"--fault", "silent@dowallclear"});
+        const auto host = StartHost({"script", "-"});
+        host->Write("window create 1 0 0 10 10\nwall clear\n");
+        ASSERT_NE(host->ReadUntil("window create"), "") << host->Err();
+        bDecoderDies ? decoder->Signal(SIGKILL) : host->Signal(SIGINT);
+        EXPECT_EQ(host->Wait(), bDecoderDies ? 3 : 128 + SIGINT) << host->Err();
+    }
 }
 
 TEST_F(ProgramsTest, WatchPrintsNotificationsUntilItIsInterrupted)
@@ -271,16 +273,6 @@ TEST_F(ProgramsTest, WatchPrintsNotificationsUntilItIsInterrupted)
     }
     host->Signal(SIGINT);
     EXPECT_EQ(host->Wait(), 0) << host->Err();
-}
-
-TEST_F(ProgramsTest, InterruptedCommandsStopCleanly)
-{
-    StartDecoder({"--fault", "silent@dowallclear"});
-    const auto host = StartHost({"script", "-"});
-    host->Write("window create 1 0 0 10 10\nwall clear\n");
-    ASSERT_NE(host->ReadUntil("window create"), "") << host->Err();
-    host->Signal(SIGINT);
-    EXPECT_EQ(host->Wait(), 128 + SIGINT) << host->Err();
 }
 
 TEST_F(ProgramsTest, EachDecoderOfAProcessHasItsOwnWall)

@@ -17,6 +17,8 @@ std::string ReadWhole(const std::filesystem::path& path)
     return text.str();
 }
 
+const std::string LINK_DOC = ReadWhole(TVWALL_SOURCE_DIR "/docs/link-protocol.md");
+
 // docs/host-records.md lists every command by hand; here its table meets what the session really does.
 class HostRecordsDocTest : public SessionFixture {
 protected:
@@ -94,6 +96,9 @@ TEST_F(HostRecordsDocTest, ItsTableIsWhatTheDispatchDoes)
     for (const auto& [nCmdID, nOptType] : all) {
         SCOPED_TRACE(std::to_string(nCmdID) + " option " + std::to_string(nOptType));
         const auto [urls, answer] = Observe(nCmdID, nOptType);
+        for (const std::string& url : urls) {
+            EXPECT_NE(LINK_DOC.find("`" + url + "`"), std::string::npos) << url;
+        }
         const auto row = rows.find({nCmdID, nOptType});
         if (row == rows.end()) {
             EXPECT_TRUE(urls.empty());
@@ -108,6 +113,47 @@ TEST_F(HostRecordsDocTest, ItsTableIsWhatTheDispatchDoes)
             EXPECT_TRUE(answer.starts_with("buffer ")) << answer;
         }
     }
+}
+
+std::string FromHex(const std::string& hex)
+{
+    std::stringstream words(hex);
+    std::string bytes;
+    for (std::string word; words >> word;) {
+        bytes += static_cast<char>(std::stoi(word, nullptr, 16));
+    }
+    return bytes;
+}
+
+std::string Replaced(std::string text, const std::string& what, const std::string& by)
+{
+    for (size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += by.size()) {
+        text.replace(at, what.size(), by);
+    }
+    return text;
+}
+
+// The lines of the first code block of this language in the document of the link.
+std::string Block(const std::string& language)
+{
+    const std::string fence = "```" + language + "\n";
+    const auto begin = LINK_DOC.find(fence) + fence.size();
+    return LINK_DOC.substr(begin, LINK_DOC.find("```", begin) - begin);
+}
+
+using LinkProtocolDocTest = SessionFixture;
+
+TEST_F(LinkProtocolDocTest, ItsExampleIsTheFrameThatTheSessionSends)
+{
+    LogIn();
+    Run(0x50002, Option(0x60009, std::string(32, '\0') + std::string(Bytes().U32(7))));
+    const std::string text = Replaced(Block("xml"), "\n", "\r\n");
+    EXPECT_EQ(FromHex(Block("hex")), Frame(text));
+
+    // The number differs from run to run.
+    const std::string ours = Element(LastRequest(), "seq");
+    const std::string withOurs = Replaced(text, "<seq>259</seq>", "<seq>" + ours + "</seq>");
+    EXPECT_EQ(node.frames.back(), Frame(withOurs));
 }
 
 TEST(Docs, EveryTestThatTheyNameIsThere)
