@@ -206,7 +206,7 @@ def main():
     parts = ["# Many decoders in one host", "", f"![Memory and latency over the number of decoders]({pathlib.Path(sys.argv[3]).name})", ""]
     parts += [EXPLANATION.format(rate=found[0]["rate"], channels=found[0]["channels"], notify=found[0]["notify_every_ms"], aim=AIM_KIB)]
     parts += [f"Machine: {machine(found)}. Made by `scripts/scale`, which ran:", ""]
-    parts += ["    " + command_line(r) for r in results + ([soak] if soak else [])] + [""]
+    parts += ["```sh", *map(command_line, results + ([soak] if soak else [])), "```", ""]
     if os.environ.get("SCALE_NOTE"):
         parts += [os.environ["SCALE_NOTE"], ""]
     if results:
