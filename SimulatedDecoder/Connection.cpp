@@ -27,6 +27,7 @@ Connection::Connection(asio::ip::tcp::socket socket, int number, Device& device,
       m_capture(std::move(capture)),
       m_closed(std::move(closed)),
       m_session(device.Desk()),
+      m_madeUpNotices(device.MadeUpChannels()),
       m_pieceTimer(m_socket.get_executor()),
       m_beatTimer(m_socket.get_executor()),
       m_noticeTimer(m_socket.get_executor())

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include <spdlog/spdlog.h>
 
@@ -45,13 +46,14 @@ std::optional<std::uint32_t> ReplySeq(const Request& request, const UrlFaults& f
 
 } // namespace
 
-Device::Device(const Options& options)
-    : m_desk(options.user, options.password),
+Device::Device(const Options& options, std::shared_ptr<const DeskKeys> keys)
+    : m_desk(options.user, options.password, std::move(keys)),
       m_channelsPath(options.channels),
       m_state{options.name, Wall(options.rows, options.columns)},
       m_pictures(options.wallSvg, options.wallText),
       m_log(options.jsonLog),
-      m_faults(options.faults)
+      m_faults(options.faults),
+      m_madeUpChannels(options.notifyChannels)
 {
     m_state.channels =
         m_channelsPath.empty() ? InputChannels::MadeUp(kMadeUpChannels) : InputChannels::Load(m_channelsPath);

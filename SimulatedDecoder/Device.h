@@ -2,6 +2,7 @@
 // The decoder itself, without its connections: account, state, pictures, log of requests.
 
 #include <chrono>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -24,9 +25,10 @@ struct RequestContext;
 
 class Device {
 public:
-    // Generates the keys and writes the first pictures; std::runtime_error when a file cannot be read or
-    // written.
-    explicit Device(const Options& options);
+    // Writes the first pictures; std::runtime_error when a file cannot be read or written. Keys of its own
+    // are generated unless some are given.
+    explicit Device(const Options& options,
+                    std::shared_ptr<const DeskKeys> keys = std::make_shared<const DeskKeys>());
 
     // Carries out one request of the connection with this number, faults included. When it returns, the
     // pictures and the log are up to date, so that whoever has the reply sees them.
@@ -40,6 +42,8 @@ public:
     LoginDesk& Desk() { return m_desk; }
     const InputChannels& Channels() const { return m_state.channels; }
     const Faults& ActiveFaults() const { return m_faults; }
+    // In each notification that the faults make up; 0: it varies.
+    std::int32_t MadeUpChannels() const { return m_madeUpChannels; }
 
 private:
     ErrorCode CarryOutAndDraw(RequestContext& context);
@@ -50,6 +54,7 @@ private:
     WallPictures m_pictures;
     JsonLog m_log;
     Faults m_faults;
+    std::int32_t m_madeUpChannels;
 };
 
 } // namespace simulated_decoder

@@ -16,6 +16,8 @@ namespace simulated_decoder {
 namespace {
 
 constexpr const char* kPasswordVariable = "TVWALL_DECODER_PASSWORD";
+constexpr std::uint32_t kMaxDecoders = 4096;
+constexpr std::uint32_t kMaxPort = 65535;
 
 std::string Footer()
 {
@@ -45,6 +47,22 @@ bool ParseEndpoint(const std::string& text, Options& options)
     const auto port = ParseNumber<std::uint16_t>(std::string_view(text).substr(colon + 1));
     options.port = port.value_or(0);
     return port.has_value() && !options.host.empty();
+}
+
+// One file holds one wall, one log the requests to one decoder.
+void CheckFleet(const Options& options)
+{
+    if (options.decoders == 1) {
+        return;
+    }
+    if (!options.wallSvg.empty() || !options.wallText.empty() || !options.jsonLog.empty()) {
+        throw CLI::RuntimeError("--wall-svg, --wall-text and --json-log take one decoder, not several",
+                                kExitUsage);
+    }
+    if (options.port != 0 && options.port + options.decoders - 1 > kMaxPort) {
+        throw CLI::RuntimeError(
+            fmt::format("there are no {} ports from {} on", options.decoders, options.port), kExitUsage);
+    }
 }
 
 std::string ReadPassword(const std::string& path)
@@ -97,7 +115,8 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
         ->type_name("HOST:PORT")
         ->capture_default_str();
     app.add_option("--port-file", options.portFile,
-                   "Write the port number to this file once hosts can connect")
+                   "Write the port number to this file once hosts can connect; of several\n"
+                   "decoders one a line")
         ->type_name("FILE");
     app.add_option("--user", options.user, "The account that may log in")
         ->type_name("NAME")
@@ -126,6 +145,14 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
     app.add_option("--source-accounts", options.sourceAccounts,
                    "The accounts that open video sources, lines USER:PASSWORD (else any)")
         ->type_name("FILE");
+    app.add_option("--decoders", options.decoders,
+                   "So many decoders in one process, each with a wall and a port of its own: from the one\n"
+                   "named on, or free ones; account and keys are the same")
+        ->check(CLI::Range(1U, kMaxDecoders))
+        ->capture_default_str();
+    app.add_option("--notify-channels", options.notifyChannels,
+                   "Channels in each notification of notify-every (else by turns 1 to 256)")
+        ->check(CLI::Range(1, 256));
     app.add_option("--wall-svg", options.wallSvg, "Keep a picture of the wall in this file")
         ->type_name("FILE");
     app.add_option("--wall-text", options.wallText, "Keep the wall as text in this file")->type_name("FILE");
@@ -144,6 +171,7 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
         if (!ParseEndpoint(listen, options)) {
             throw CLI::RuntimeError("--listen: '" + listen + "' is not HOST:PORT", kExitUsage);
         }
+        CheckFleet(options);
         for (const std::string& spec : faults) {
             if (const std::string problem = AddFault(options.faults, spec); !problem.empty()) {
                 throw CLI::RuntimeError("--fault: " + problem, kExitUsage);

@@ -11,9 +11,8 @@
 #include <spdlog/spdlog.h>
 
 #include "AtomicFile.h"
-#include "Device.h"
+#include "Fleet.h"
 #include "Options.h"
-#include "PcapFile.h"
 #include "Server.h"
 
 namespace {
@@ -37,12 +36,12 @@ int Complain(const char* what, int status)
 }
 
 // As long as the program runs, a hang-up has the channels read again.
-void ReloadOnHangUp(asio::signal_set& hangUps, Device& device, Server& server)
+void ReloadOnHangUp(asio::signal_set& hangUps, Fleet& fleet)
 {
     hangUps.async_wait([&](const std::error_code& cancelled, int) {
         if (!cancelled) {
-            server.Notify(device.ReloadChannels());
-            ReloadOnHangUp(hangUps, device, server);
+            fleet.ReloadChannels();
+            ReloadOnHangUp(hangUps, fleet);
         }
     });
 }
@@ -56,18 +55,15 @@ int Run(const Options& options)
 
     asio::signal_set hangUps(context, SIGHUP);
 
-    Device device(options);
-    PcapFile capture(options.pcap);
-    Server server(context, device, capture, options.host, options.port);
-    ReloadOnHangUp(hangUps, device, server);
+    Fleet fleet(context, options);
+    ReloadOnHangUp(hangUps, fleet);
     if (!options.portFile.empty()) {
-        const std::string problem =
-            WriteFileAtomically(options.portFile, std::to_string(server.Port()) + "\n");
+        const std::string problem = WriteFileAtomically(options.portFile, fleet.Ports());
         if (!problem.empty()) {
             throw std::runtime_error(problem);
         }
     }
-    std::cout << "listening on " << server.Where() << std::endl;
+    std::cout << fleet.Announcement() << std::flush;
     context.run();
     return 0;
 }

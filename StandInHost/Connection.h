@@ -6,7 +6,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <asio/ip/tcp.hpp>
 
@@ -56,7 +55,8 @@ public:
 
 private:
     void Read();
-    void OnRead(const asio::error_code& error, std::size_t nLen);
+    void OnReadable(asio::error_code error);
+    void OnRead(std::string_view bytes);
     void DeliverDirect() TVWALL_REQUIRES(m_receiveLock);
     void DeliverBuffered() TVWALL_REQUIRES(m_receiveLock);
     unsigned int CallObserver(std::string_view bytes, unsigned int* pNeedLen) TVWALL_REQUIRES(m_receiveLock);
@@ -73,7 +73,6 @@ private:
     int m_nHandle TVWALL_GUARDED_BY(m_receiveLock) = 0;
     bool m_bStarted TVWALL_GUARDED_BY(m_receiveLock) = false;
     bool m_bReading = false;   // receive thread only
-    std::vector<char> m_chunk; // receive thread only: what the last read brought
     std::string m_strKept;     // bytes that the observer has not consumed, and what came after them
     std::size_t m_nWanted = 0; // bytes that m_strKept must hold before the observer is called again
 

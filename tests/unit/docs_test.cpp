@@ -53,7 +53,6 @@ protected:
     }
 
     std::map<std::pair<unsigned int, unsigned int>, Row> rows;
-    std::size_t nDispatchers = 0; // commands whose options have rows of their own
 
 private:
     void AddRow(const std::string& line)
@@ -64,8 +63,7 @@ private:
             cells.push_back(cell.substr(1, cell.size() - 2));
         }
         ASSERT_EQ(cells.size(), 7U) << line;
-        if (cells[1] == "any") {
-            ++nDispatchers;
+        if (cells[1] == "any") { // its options have rows of their own
             return;
         }
         Row row{{}, cells[5]};
@@ -84,7 +82,7 @@ TEST_F(HostRecordsDocTest, ItsTableIsWhatTheDispatchDoes)
 {
     LogIn();
     onPoll = [this] { Receive(Frame(ReplyText("dowallclear", Element(LastRequest(), "seq")))); };
-    EXPECT_EQ(rows.size() + nDispatchers, 34U);
+    std::size_t nMet = 0;
     std::vector<std::pair<unsigned int, unsigned int>> all = {{0x101, NO_OPTION}};
     for (unsigned int nCmdID = 0x50000; nCmdID < 0x50010; ++nCmdID) {
         all.emplace_back(nCmdID, NO_OPTION);
@@ -105,6 +103,7 @@ TEST_F(HostRecordsDocTest, ItsTableIsWhatTheDispatchDoes)
             EXPECT_EQ(answer, "none");
             continue;
         }
+        ++nMet;
         EXPECT_EQ(urls, row->second.urls);
         if (row->second.answerType.starts_with("0x")) {
             const auto nType = std::stoul(row->second.answerType, nullptr, 16);
@@ -113,6 +112,7 @@ TEST_F(HostRecordsDocTest, ItsTableIsWhatTheDispatchDoes)
             EXPECT_TRUE(answer.starts_with("buffer ")) << answer;
         }
     }
+    EXPECT_EQ(nMet, rows.size()) << "a row for a command that nobody serves";
 }
 
 std::string FromHex(const std::string& hex)
