@@ -62,7 +62,7 @@ private:
 class BenchSession {
 public:
     explicit BenchSession(const std::string& body)
-        : m_text(ReplyText("reply", std::string(SEQ_WIDTH, '0'), "0", "", body))
+        : m_text(ReplyText("dologin", std::string(SEQ_WIDTH, '0'), "0", "", body))
     {
         fake_host::SetLogRecording(false);
         m_session.Start(&m_node, nullptr, 0);
