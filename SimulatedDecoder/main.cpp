@@ -1,6 +1,7 @@
 #include <csignal>
 #include <exception>
 #include <iostream>
+#include <optional>
 #include <stdexcept>
 #include <variant>
 
@@ -12,7 +13,9 @@
 
 #include "AtomicFile.h"
 #include "Device.h"
+#include "DeviceFeed.h"
 #include "Options.h"
+#include "PageServer.h"
 #include "PcapFile.h"
 #include "Server.h"
 
@@ -58,7 +61,13 @@ int Run(const Options& options)
 
     Device device(options);
     PcapFile capture(options.pcap);
+    DeviceFeed feed(context);
     Server server(context, device, capture, options.host, options.port);
+    std::optional<PageServer> page;
+    if (!options.pageHost.empty()) {
+        device.Watch([&feed] { feed.Changed(); });
+        page.emplace(context, feed, device, server, options.pageHost, options.pagePort);
+    }
     ReloadOnHangUp(hangUps, device, server);
     if (!options.portFile.empty()) {
         const std::string problem =
@@ -68,6 +77,9 @@ int Run(const Options& options)
         }
     }
     std::cout << "listening on " << server.Where() << std::endl;
+    if (page) {
+        std::cout << "page at http://" << page->Where() << "/" << std::endl;
+    }
     context.run();
     return 0;
 }
