@@ -384,6 +384,7 @@ function makeFaultRow(kind) {
     const unit = kind.form.match(/=(\w+)/)[1];
     input = document.createElement("input");
     Object.assign(input, { type: "number", min: kind.minimum, max: kind.maximum, step: 1, required: true });
+    input.id = toggle.id + "-number";
     input.value = unit === "MS" ? 1000 : kind.minimum;
     label.append(unit, input);
     controls.append(label);
