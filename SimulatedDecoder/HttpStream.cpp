@@ -12,7 +12,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds kRequestTime{10000}; // for all of a request
+constexpr milliseconds kRequestTime{30000}; // for all of a request
 constexpr milliseconds kWriteTime{10000};   // until the next bytes are taken
 constexpr std::size_t kMaxRequest = 65536;
 

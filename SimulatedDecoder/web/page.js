@@ -453,12 +453,12 @@ function showActivity() {
   element("requests-part").hidden = activity.requests.length === 0;
   fillRows("requests", activity.requests.map((request) => [
     timeText(request.time),
-    request.host,
     request.url,
-    request.seq ?? "–",
     (request.code === undefined ? "" : request.code + " ") + request.words,
+    request.seq ?? "–",
+    request.host,
   ]));
-  activity.requests.forEach((request, i) => element("requests").rows[i].cells[4].classList.toggle("refused", request.code !== 0));
+  activity.requests.forEach((request, i) => element("requests").rows[i].cells[2].classList.toggle("refused", request.code !== 0));
 }
 
 function showConnection(live) {
