@@ -16,8 +16,18 @@ namespace simulated_decoder {
 // that a thousand of them need not wait for two thousand keys.
 class Fleet {
 public:
+    struct Decoder {
+        Decoder(asio::io_context& context, PcapFile& capture, const Options& options,
+                std::shared_ptr<const DeskKeys> keys, std::uint16_t port);
+
+        Device device;
+        Server server;
+    };
+
     // All of them listen when it returns. Fails as Device, PcapFile and Server do.
     Fleet(asio::io_context& context, const Options& options);
+
+    Decoder& First() { return *m_decoders.front(); }
 
     // Each reads its channels again and tells its hosts.
     void ReloadChannels();
@@ -28,14 +38,6 @@ public:
     std::string Announcement() const;
 
 private:
-    struct Decoder {
-        Decoder(asio::io_context& context, PcapFile& capture, const Options& options,
-                std::shared_ptr<const DeskKeys> keys, std::uint16_t port);
-
-        Device device;
-        Server server;
-    };
-
     PcapFile m_capture; // of all of them
     std::vector<std::unique_ptr<Decoder>> m_decoders;
 };

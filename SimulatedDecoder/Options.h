@@ -13,6 +13,8 @@ struct Options {
     std::string host;
     std::uint16_t port = 0; // 0: any free one
     std::string portFile;
+    std::string pageHost; // empty: no page
+    std::uint16_t pagePort = 0;
     std::string user = "admin";
     std::string password;
     int rows = 2;

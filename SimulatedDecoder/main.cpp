@@ -1,6 +1,7 @@
 #include <csignal>
 #include <exception>
 #include <iostream>
+#include <optional>
 #include <stdexcept>
 #include <variant>
 
@@ -11,8 +12,10 @@
 #include <spdlog/spdlog.h>
 
 #include "AtomicFile.h"
+#include "DeviceFeed.h"
 #include "Fleet.h"
 #include "Options.h"
+#include "PageServer.h"
 #include "Server.h"
 
 namespace {
@@ -55,7 +58,14 @@ int Run(const Options& options)
 
     asio::signal_set hangUps(context, SIGHUP);
 
+    DeviceFeed feed(context);
     Fleet fleet(context, options);
+    std::optional<PageServer> page; // of one decoder, see the options
+    if (!options.pageHost.empty()) {
+        fleet.First().device.Watch([&feed] { feed.Changed(); });
+        page.emplace(context, feed, fleet.First().device, fleet.First().server, options.pageHost,
+                     options.pagePort);
+    }
     ReloadOnHangUp(hangUps, fleet);
     if (!options.portFile.empty()) {
         const std::string problem = WriteFileAtomically(options.portFile, fleet.Ports());
@@ -64,6 +74,9 @@ int Run(const Options& options)
         }
     }
     std::cout << fleet.Announcement() << std::flush;
+    if (page) {
+        std::cout << "page at http://" << page->Where() << "/" << std::endl;
+    }
     context.run();
     return 0;
 }
