@@ -208,7 +208,7 @@ bool IsUsableKey(const RSA& key)
     const BIGNUM* pExponent = nullptr;
     RSA_get0_key(&key, &pModulus, &pExponent, nullptr);
     constexpr int MAX_MODULUS_BITS = 4096;
-    constexpr int MAX_EXPONENT_BITS = 64;
+    constexpr int MAX_EXPONENT_BITS = 32;
     return BN_num_bits(pModulus) <= MAX_MODULUS_BITS && BN_num_bits(pExponent) <= MAX_EXPONENT_BITS &&
            !BN_is_negative(pModulus) && !BN_is_negative(pExponent) && BN_is_odd(pExponent) &&
            !BN_is_one(pExponent);

@@ -48,6 +48,8 @@ TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
         {"a file as an entity",
          "<!DOCTYPE x [<!ENTITY f SYSTEM \"file:///etc/passwd\">]><devicename>&f;</devicename>", Hex("&f;")},
         {"known entities once", "<devicename>&amp;lt;&lt;&#65;</devicename>", Hex("&lt;<A")},
+        {"references without an end", "<devicename>" + Repeat("&#1", 1000000) + "</devicename>",
+         "failure 20000002"},
         {"a zero byte by reference", "<devicename>a&#0;b</devicename>", Hex("a")},
         {"CDATA and comments",
          "<!-- <devicename>no</devicename> --><devicename><![CDATA[<a>&amp;]]></devicename>",

@@ -82,6 +82,21 @@ bool HasTooManyAttributes(std::string_view text)
     return false;
 }
 
+// Likewise character references without an end, for each of which the parser searches the rest of the text; a
+// few may stand in texts that are no references.
+bool HasTooManyEndlessReferences(std::string_view text)
+{
+    constexpr size_t MAX_ENDLESS = 64;
+    constexpr size_t MAX_REFERENCE_LEN = 16; // the longest is "&#x10FFFF;", some write zeros in front
+    size_t nEndless = 0;
+    for (size_t nAt = text.find("&#"); nAt != std::string_view::npos; nAt = text.find("&#", nAt + 2)) {
+        if (text.substr(nAt, MAX_REFERENCE_LEN).find(';') == std::string_view::npos) {
+            ++nEndless;
+        }
+    }
+    return nEndless > MAX_ENDLESS;
+}
+
 } // namespace
 
 CVTXMLParse::CVTXMLParse() : m_pDocument(std::make_unique<tinyxml2::XMLDocument>()) {}
@@ -92,7 +107,8 @@ CVTXMLParse::~CVTXMLParse() = default;
 
 bool CVTXMLParse::Parse(const char* pText, size_t nLen)
 {
-    if (pText == nullptr || HasTooManyAttributes({pText, strnlen(pText, nLen)})) {
+    const std::string_view text(pText, pText == nullptr ? 0 : strnlen(pText, nLen));
+    if (HasTooManyAttributes(text) || HasTooManyEndlessReferences(text)) {
         m_pDocument->Clear();
         m_bParsed = false;
         return false;

@@ -106,7 +106,7 @@ struct S_MTvw_Wall_Start_Chl_GrPolling : CTvwRecord<S_MTvw_Wall_Start_Chl_GrPoll
 };
 
 // A question for one group, or for all of them.
-struct S_MTvw_Wall_Get_ChGroup : CTvwRecord<S_MTvw_Wall_Get_ChGroup> {
+struct S_MTvw_Wall_Get_ChGroup : CTvwRecord<S_MTvw_Wall_Get_ChGroup, CClearingReader> {
     GUID _guidwall{};
     tint32 _id = 0; // 0 = all
 

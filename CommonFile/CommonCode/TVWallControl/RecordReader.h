@@ -122,6 +122,14 @@ private:
     bool m_bGood = true;
 };
 
+// For records that are emptied even when there are no bytes at all.
+class CClearingReader : public CRecordReader {
+public:
+    static constexpr bool CLEARS_WITHOUT_DATA = true;
+
+    using CRecordReader::CRecordReader;
+};
+
 // For records whose count is only an upper bound: a list that ends early, between two items, is good.
 class COpenListReader : public CRecordReader {
 public:
