@@ -189,8 +189,8 @@ TEST(Markup, ReportsWhatIsWrongAndKeepsWhatItRecognises)
         const char* error;
         const char* outline;
     } cases[] = {
-        {"<?xml version='1.0'?><!DOCTYPE a [<!ENTITY b '>'>]><!-- <c> --><a b='<>'><![CDATA[<d>]]></a>", "",
-         "a=<d>"},
+        {"<?xml version='1.0'?><!DOCTYPE a '>' [<!ENTITY b '>'>]><!-- <c> --><a b='<>'><![CDATA[<d>]]></a>",
+         "", "a=<d>"},
         {"<a  b = \"/>\" c ><d/></a >", "", "a[d]"},
         {"<a b' c=d\"><e/></a>", "", "a[e]"},
         {"", "Empty document", ""},

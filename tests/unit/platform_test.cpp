@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <functional>
@@ -114,6 +115,33 @@ TEST(PlatformTest, ASemaphoreCountsUpToItsMaximum)
     RunThreads(3, [&] { semaphore.lock(); });
     producer.join();
     EXPECT_FALSE(semaphore.trylock());
+}
+
+TEST(PlatformTest, ANamedLockIsHeldByOneOfItsHoldersWhereverTheyOpenedIt)
+{
+    const std::string name = "/platform_test." + std::to_string(getpid());
+    CNameLock first(name.c_str()), second(name.c_str());
+    int nInside = 0, nMost = 0;
+    std::vector<std::thread> threads;
+    for (CNameLock* pLock : {&first, &second}) {
+        threads.emplace_back([pLock, &nInside, &nMost] {
+            for (int i = 0; i < 10'000; ++i) {
+                EXPECT_TRUE(pLock->Lock());
+                nMost = std::max(nMost, ++nInside);
+                --nInside;
+                EXPECT_TRUE(pLock->Unlock());
+            }
+        });
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(nMost, 1);
+    sem_unlink(name.c_str());
+    for (const char* szName : {static_cast<const char*>(nullptr), "", "/no/such"}) {
+        CNameLock none(szName);
+        EXPECT_FALSE(none.Lock() || none.Unlock());
+    }
 }
 
 TEST(PlatformTest, CountersAreAtomicAndAStorePublishesWhatWasWrittenBefore)

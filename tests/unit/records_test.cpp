@@ -7,8 +7,11 @@
 #include <unistd.h>
 #include <vector>
 
+#include "DecodeCommPlayback.h"
 #include "FakeHost.h"
 #include "MonitorTvwComm.h"
+#include "MonitorTvwCommAudio.h"
+#include "MonitorTvwCommChannelGroup.h"
 #include "RecordChecks.h"
 
 using namespace ORVA2_CLIENT_TVW;
@@ -128,6 +131,39 @@ TEST_F(Records, TheLogShowsEveryFieldWhereTheHostPutsIt)
     EXPECT_EQ(top._id, 0u);
     EXPECT_TRUE(ReadImage(Command(77).data(), 36, top));
     EXPECT_EQ(top._id, 77u);
+}
+
+TEST_F(Records, TheLogShowsWhatListsHoldBehindTheirHead)
+{
+    const GUID guid{1, 2, 3, {}};
+    const std::string wall = "{00000001-0002-0003-0000-000000000000}";
+    const auto line = [](const std::string& text) { return "\n**************" + text + "\n"; };
+    EXPECT_EQ(Dumped<S_Playback_Ctrl_Items_V2>(
+                  Bytes(int16_t{1}, int16_t{-1}, int16_t{1}, int16_t{4}, int16_t{5}, int16_t{-6})),
+              (Texts{line("S_Playback_Ctrl_Items_V2 cavNum:1"), "window list \n",
+                     line("S_Playback_Ctrl_Cavs id:65535 wndNum:1"), "sub window list \n",
+                     line("S_Playback_Ctrl_Subwnd nIndex:4 nPbCtrlType:5 nPbCtrlVal:65530")}));
+    EXPECT_EQ(Dumped<S_MTvw_Get_Audio_Config>(Bytes(guid, guid, 1, -3, 1, 4, -5)),
+              (Texts{line("S_MTvw_Get_Audio_Config nwallGuid:" + wall + " DecGuid:" + wall + " cavCnt:1"),
+                     "window list \n", line("S_MTvw_Get_AuCfg_Cav id:-3 subCnt:1"), "sub window list \n",
+                     line("S_MTvw_Get_AuCfg_Subwnd index:4 channelId:-5")}));
+    EXPECT_EQ(
+        Dumped<S_MTvw_Wall_Start_Chl_GrPolling>(Bytes(guid, 1, -3, 1, 4, -1)),
+        (Texts{line("S_MTvw_Wall_Start_Chl_GrPolling guidwall:" + wall + " numgrpoll:1"), "window list \n",
+               line("S_MTvw_Wall_Chl_GrPolling_Winitem id:-3 subitemSize:1"), "sub window list \n",
+               line("S_MTvw_Wall_Chl_GrPolling_Subitem index:4 channelgroup:4294967295")}));
+    EXPECT_EQ(Dumped<S_MTvw_Wall_Delete_Channel_Group>(Bytes(guid, 1, -7)),
+              (Texts{line("S_MTvw_Wall_Delete_Channel_Group guidwall:" + wall + " numchgroup:1"),
+                     "channel group list \n", line("S_MTvw_Wall_Del_Ch_Group_item id:-7")}));
+    EXPECT_EQ(Dumped<S_MTvw_Wall_Get_ChGroup_info>(Bytes(1, guid, -7, -1, 9) + std::string(256, 'n') + "1,2" +
+                                                   std::string(13, '\0')),
+              (Texts{line("S_MTvw_Wall_Get_ChGroup_info numchgroup:1"), "channel group list \n",
+                     line("S_MTvw_Wall_Channel_Group_Info guidwall:" + wall +
+                          " nid:-7 channelnum:4294967295 interval:9 name:" + std::string(256, 'n') +
+                          " td_channellist:1,2")}))
+        << "fields without a terminator end with their size";
+    EXPECT_EQ(Dumped<S_MTvw_Wall_Get_ChGroup>(Bytes(guid, -7)),
+              Texts{line("S_MTvw_Wall_Get_ChGroup guidwall:" + wall + " id:-7")});
 }
 
 TEST_F(Records, ABadItemEndsTheListAndTheItemsBeforeItStay)

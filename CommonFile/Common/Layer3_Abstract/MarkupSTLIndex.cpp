@@ -13,13 +13,6 @@ PosArray::PosArray(const PosArray& other)
     nSize = other.nSize;
 }
 
-PosArray& PosArray::operator=(const PosArray& other)
-{
-    PosArray copy(other);
-    Swap(copy);
-    return *this;
-}
-
 void PosArray::Swap(PosArray& other) noexcept
 {
     pSegs.swap(other.pSegs);

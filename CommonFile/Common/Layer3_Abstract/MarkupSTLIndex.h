@@ -50,7 +50,7 @@ class PosArray {
 public:
     PosArray() = default;
     PosArray(const PosArray& other);
-    PosArray& operator=(const PosArray& other);
+    PosArray& operator=(const PosArray&) = delete;
     void Swap(PosArray& other) noexcept;
 
     // Drops all entries and makes room for nEntries, at most one segment for a start.
