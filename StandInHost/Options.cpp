@@ -136,7 +136,7 @@ SOptions ParseOptions(int argc, const char* const* argv)
     app.set_version_flag("--version", "tvwall-host " TVWALL_VERSION);
     app.set_help_all_flag("--help-all", "print the help of every command");
     AddOptions(app, options, raw);
-    AddConsoleCommands(app, options.command, false);
+    AddConsoleCommands(app, options.command, PLACE_COMMAND_LINE);
     app.footer(s_szFooter); // after the commands, which would take it over
     try {
         app.parse(argc, argv);
