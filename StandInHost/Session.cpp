@@ -160,8 +160,8 @@ void CSession::Judge(const SConsoleCommand& command, const CHostCommand& host, b
         CheckLost();
     }
     const std::string strTitle = OneLine(command.strTitle);
-    if (answer && read.bGood) {
-        NoteLogin(command);
+    if (answer) {
+        NoteLogin(command, read.bGood);
     }
     if (answer && !read.bGood) {
         Complain(command, bLogin ? EXIT_LOGIN_REFUSED : EXIT_COMMAND_FAILED,
@@ -175,13 +175,13 @@ void CSession::Judge(const SConsoleCommand& command, const CHostCommand& host, b
     }
 }
 
-void CSession::NoteLogin(const SConsoleCommand& command)
+void CSession::NoteLogin(const SConsoleCommand& command, bool bGood)
 {
     using namespace ORVA_NET_PROTOCOL;
     CByteReader payload(command.payload.bytes);
     if (command.nCmdID == KEST_CMD_REQUEST_LOGIN) {
-        m_bLoggedIn = true;
-    } else if (command.nCmdID == KEST_CMD_TVWALL_DECODE_OPTION &&
+        m_bLoggedIn = bGood; // a refused login ends the one before
+    } else if (bGood && command.nCmdID == KEST_CMD_TVWALL_DECODE_OPTION &&
                payload.U32() == ORVA2_DECODER_TVW::TVWALL_DECODE_LOGOUT) {
         m_bLoggedIn = false;
     }

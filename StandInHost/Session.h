@@ -46,7 +46,7 @@ private:
     bool AwaitStep(const CHostCommand& command, CHostEvents::Clock::time_point& deadline);
     void AwaitEnd(const SConsoleCommand& command, const CHostCommand& host);
     void Judge(const SConsoleCommand& command, const CHostCommand& host, bool bInTime);
-    void NoteLogin(const SConsoleCommand& command);
+    void NoteLogin(const SConsoleCommand& command, bool bGood);
     void CheckInterrupted() const;
     void CheckLost() const;
     void CheckOutput() const;
