@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <stdexcept>
 #include <utility>
 
 #include <histedit.h>
@@ -26,12 +27,26 @@ CLineEditor& Self(EditLine* pEditor)
 
 } // namespace
 
+template <class TResult, class TFunction>
+TResult CLineEditor::Guarded(TResult failed, TFunction function)
+{
+    try {
+        return function();
+    } catch (...) {
+        m_pThrown = std::current_exception();
+        return failed;
+    }
+}
+
 CLineEditor::CLineEditor(CHostEvents& events, SEditorHooks hooks)
     : m_events(events),
       m_hooks(std::move(hooks)),
       m_pHistory(history_init()),
       m_pEditor(el_init("tvwall-host", stdin, stderr, stderr))
 {
+    if (m_pHistory == nullptr || m_pEditor == nullptr) {
+        throw std::runtime_error("this terminal takes no line editor");
+    }
     HistEvent result;
     ::history(m_pHistory.get(), &result, H_SETSIZE, static_cast<int>(CHistoryFile::kMaxLines));
     ::history(m_pHistory.get(), &result, H_SETUNIQUE, 1);
@@ -43,15 +58,19 @@ CLineEditor::CLineEditor(CHostEvents& events, SEditorHooks hooks)
     el_set(
         pEditor, EL_PROMPT, +[](EditLine* pAsking) {
             CLineEditor& self = Self(pAsking);
-            self.m_strPrompt = self.m_hooks.prompt();
+            self.m_strPrompt = self.Guarded(std::string(), self.m_hooks.prompt);
             return self.m_strPrompt.data();
         });
     el_set(
-        pEditor, EL_GETCFN,
-        +[](EditLine* pAsking, wchar_t* pCharacter) { return Self(pAsking).ReadCharacter(pCharacter); });
+        pEditor, EL_GETCFN, +[](EditLine* pAsking, wchar_t* pCharacter) {
+            CLineEditor& self = Self(pAsking);
+            return self.Guarded(-1, [&] { return self.ReadCharacter(pCharacter); });
+        });
     el_set(
-        pEditor, EL_ADDFN, s_szComplete, "completes the word at the cursor",
-        +[](EditLine* pAsking, int) { return Self(pAsking).Complete(); });
+        pEditor, EL_ADDFN, s_szComplete, "completes the word at the cursor", +[](EditLine* pAsking, int) {
+            CLineEditor& self = Self(pAsking);
+            return self.Guarded(static_cast<unsigned char>(CC_ERROR), [&self] { return self.Complete(); });
+        });
     el_set(pEditor, EL_BIND, "^I", s_szComplete, nullptr);
     el_set(pEditor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
     el_set(pEditor, EL_BIND, "^W", "ed-delete-prev-word", nullptr);
@@ -73,6 +92,9 @@ CLineEditor::EResult CLineEditor::Read(std::string& strLine)
     el_resize(m_pEditor.get()); // the window may have another size by now
     int nLength = 0;
     const char* szLine = el_gets(m_pEditor.get(), &nLength);
+    if (const auto pThrown = std::exchange(m_pThrown, nullptr)) {
+        std::rethrow_exception(pThrown);
+    }
     if (szLine != nullptr && nLength > 0) {
         strLine.assign(szLine, static_cast<std::size_t>(nLength));
         strLine.erase(strLine.find_last_not_of("\r\n") + 1);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cwchar>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <string>
@@ -36,6 +37,7 @@ public:
         Cancelled, // by Ctrl-C, which is taken off the events
         Ended,     // by Ctrl-D on an empty line, the end of the terminal or another signal
     };
+    // Throws what a hook has thrown, once the library is out of the way.
     EResult Read(std::string& strLine);
 
     // Adds a line that the arrow keys bring back.
@@ -52,6 +54,9 @@ private:
         void operator()(struct history* pHistory) const;
     };
 
+    // Calls into our code come out of the library, which knows no exceptions.
+    template <class TResult, class TFunction>
+    TResult Guarded(TResult failed, TFunction function);
     int ReadCharacter(wchar_t* pCharacter);
     bool AwaitKey();
     unsigned char Complete();
@@ -60,6 +65,7 @@ private:
     const SEditorHooks m_hooks;
     std::string m_strPrompt; // what the library holds on to
     bool m_bCancelled = false;
+    std::exception_ptr m_pThrown;
     std::mbstate_t m_decoding{};
     std::unique_ptr<struct history, SCloseHistory> m_pHistory;
     std::unique_ptr<editline, SCloseEditor> m_pEditor;

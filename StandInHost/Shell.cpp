@@ -145,6 +145,9 @@ void CShell::RunInSession(const SConsoleCommand& command)
     } catch (const CExitError& error) {
         // What is still under way ends with its session, so that nothing is queued behind it.
         m_session.reset();
+        if (m_ground.output.Failed()) {
+            throw; // nobody reads what else could be said
+        }
         if (error.Status() == EXIT_LOGIN_REFUSED) {
             m_ground.credentials.Forget();
         }
