@@ -55,9 +55,10 @@ public:
     virtual void AddOneCmd(CCmdProcObject* cmd, unsigned char* buf, unsigned int len) = 0;
 
 protected:
-    CNetNode* m_pCurNetNode = nullptr;                  // the node this processor serves, owned by the host
-    std::list<CMD_PROC_INFO>* m_pCmdProcList = nullptr; // owned by the queue class
-    CLock m_CmdProcListLock;                            // guards m_pCmdProcList
+    CNetNode* m_pCurNetNode = nullptr; // the node this processor serves, owned by the host
+    // Owned by the queue class.
+    std::list<CMD_PROC_INFO>* m_pCmdProcList TVWALL_PT_GUARDED_BY(m_CmdProcListLock) = nullptr;
+    CLock m_CmdProcListLock;
 };
 
 static_assert(sizeof(CNetProtocolProc::CMD_PROC_INFO) == 24);

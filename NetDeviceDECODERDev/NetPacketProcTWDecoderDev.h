@@ -94,11 +94,11 @@ private:
 
     NET_COMBINED_INFO m_recvLiveCombinedInfo{};
     NET_COMBINED_INFO m_recvPlayCombinedInfo{};
-    CLock m_ComboDataMapLock; // guards m_combinedInfoMap
+    CLock m_ComboDataMapLock;
     NetPacketRoutine m_pNetPacketRoutine = nullptr;
     void* m_pNetPacketRoutineParam = nullptr;
     CNetPacketNew m_NetPacket; // bytes held between calls when the host keeps none
-    std::map<uint32_t, NET_COMBINED_INFO*> m_combinedInfoMap;
+    std::map<uint32_t, NET_COMBINED_INFO*> m_combinedInfoMap TVWALL_GUARDED_BY(m_ComboDataMapLock);
     [[maybe_unused]] NETHEAD_AND_COMBINEDINFO m_NetHeadAndCombinedInfo{};
     _tagNET_DATAHEAD m_TmpDataHead{};
 };

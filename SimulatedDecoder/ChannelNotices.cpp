@@ -50,7 +50,7 @@ std::string ChannelStateNotice(const InputChannels& channels)
 std::string MadeUpNotices::Next()
 {
     if (!m_states) {
-        m_channels = m_channels % kMostMadeUp + 1;
+        m_channels = m_fixed != 0 ? m_fixed : m_channels % kMostMadeUp + 1;
     }
     const InputChannels channels = InputChannels::MadeUp(m_channels);
     std::string text = m_states ? ChannelStateNotice(channels) : ChannelChangeNotice(channels);

@@ -18,12 +18,17 @@ std::string ChannelChangeNotice(const InputChannels& channels);
 std::string ChannelStateNotice(const InputChannels& channels);
 
 // Notifications about channels that are made up: by turns the list of the channels and the list of their
-// states. Both lists grow by one channel from pair to pair and start over at 256, so that the lengths vary.
+// states. Unless their length is fixed, both lists grow by one channel from pair to pair and start over at
+// 256, so that the lengths vary.
 class MadeUpNotices {
 public:
+    // The number of channels in every list; 0: it varies.
+    explicit MadeUpNotices(std::int32_t fixed) : m_fixed(fixed) {}
+
     std::string Next();
 
 private:
+    std::int32_t m_fixed;
     std::int32_t m_channels = 0;
     bool m_states = false;
 };

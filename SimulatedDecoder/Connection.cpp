@@ -7,6 +7,8 @@
 #include <asio/write.hpp>
 #include <spdlog/spdlog.h>
 
+#include "Acceptor.h"
+
 namespace simulated_decoder {
 
 namespace {
@@ -27,6 +29,7 @@ Connection::Connection(asio::ip::tcp::socket socket, int number, Device& device,
       m_capture(std::move(capture)),
       m_closed(std::move(closed)),
       m_session(device.Desk()),
+      m_madeUpNotices(device.MadeUpChannels()),
       m_pieceTimer(m_socket.get_executor()),
       m_beatTimer(m_socket.get_executor()),
       m_noticeTimer(m_socket.get_executor())
@@ -37,9 +40,21 @@ void Connection::Start()
 {
     std::error_code ignored;
     m_socket.set_option(asio::ip::tcp::no_delay(true), ignored);
-    Repeat(m_beatTimer, m_device.ActiveFaults().beatEvery, m_beatDue);
-    Repeat(m_noticeTimer, m_device.ActiveFaults().notifyEvery, m_madeUpNoticeDue);
+    ObeyFaults();
     Read();
+}
+
+void Connection::ObeyFaults()
+{
+    m_replies = 0;
+    Repeat(m_beatTimer, &Faults::beatEvery, m_beatDue);
+    Repeat(m_noticeTimer, &Faults::notifyEvery, m_madeUpNoticeDue);
+}
+
+HostStatus Connection::Status() const
+{
+    std::error_code gone;
+    return {m_number, Text(m_socket.remote_endpoint(gone)), m_since, m_session.IsLoggedIn(), m_requests};
 }
 
 void Connection::Notify(const ChannelChange& change)
@@ -109,6 +124,7 @@ void Connection::TakeFrames()
 
 void Connection::TakeRequest(std::string_view payload)
 {
+    ++m_requests;
     const Answer answer = m_device.Handle(m_number, m_session, payload);
     if (answer.payload.empty()) {
         return;
@@ -228,14 +244,15 @@ void Connection::PieceSent(std::size_t length)
     });
 }
 
-void Connection::Repeat(asio::steady_timer& timer, std::chrono::milliseconds period, bool& due)
+void Connection::Repeat(asio::steady_timer& timer, std::chrono::milliseconds Faults::*period, bool& due)
 {
-    if (period.count() == 0) {
+    timer.cancel();
+    if ((m_device.ActiveFaults().*period).count() == 0) {
         return;
     }
-    timer.expires_after(period);
-    timer.async_wait([self = shared_from_this(), &timer, period, &due](const std::error_code&) {
-        if (self->m_open) {
+    timer.expires_after(m_device.ActiveFaults().*period);
+    timer.async_wait([self = shared_from_this(), &timer, period, &due](const std::error_code& cancelled) {
+        if (!cancelled && self->m_open) {
             due = true;
             self->SendDue();
             self->Repeat(timer, period, due);

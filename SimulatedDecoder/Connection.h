@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -19,6 +20,15 @@
 
 namespace simulated_decoder {
 
+// One host on the line, for whoever looks after the decoder.
+struct HostStatus {
+    int number = 0;
+    std::string address; // and port
+    std::chrono::system_clock::time_point since;
+    bool loggedIn = false;
+    std::uint64_t requests = 0;
+};
+
 // One host on the line. Lives as long as an operation on its socket or timers is under way or its owner holds
 // it; all of it runs on the thread of the socket's context. The device must outlive the connection's closing.
 class Connection : public std::enable_shared_from_this<Connection> {
@@ -33,6 +43,9 @@ public:
     void Start();
     // Tells a host that is logged in how the channels are, once nothing else is on its way.
     void Notify(const ChannelChange& change);
+    // The faults of the device are others now: periods and the count of replies begin anew.
+    void ObeyFaults();
+    HostStatus Status() const;
     // Closes at once; what was not sent yet is lost.
     void Close(std::string_view reason);
 
@@ -49,8 +62,8 @@ private:
     void SendNextPiece();
     void PieceSent(std::size_t length);
 
-    // Makes something due every `period` until the connection closes; never when the period is 0.
-    void Repeat(asio::steady_timer& timer, std::chrono::milliseconds period, bool& due);
+    // Makes something due in the period of this fault, as long as it is active and the connection open.
+    void Repeat(asio::steady_timer& timer, std::chrono::milliseconds Faults::*period, bool& due);
 
     asio::ip::tcp::socket m_socket;
     int m_number;
@@ -58,6 +71,8 @@ private:
     CapturedConnection m_capture;
     ClosedFunction m_closed;
     HostSession m_session;
+    std::chrono::system_clock::time_point m_since = std::chrono::system_clock::now();
+    std::uint64_t m_requests = 0;
     bool m_open = true;
 
     std::array<char, 65536> m_input{};

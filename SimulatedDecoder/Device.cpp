@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include <spdlog/spdlog.h>
 
@@ -45,13 +46,14 @@ std::optional<std::uint32_t> ReplySeq(const Request& request, const UrlFaults& f
 
 } // namespace
 
-Device::Device(const Options& options)
-    : m_desk(options.user, options.password),
+Device::Device(const Options& options, std::shared_ptr<const DeskKeys> keys)
+    : m_desk(options.user, options.password, std::move(keys)),
       m_channelsPath(options.channels),
       m_state{options.name, Wall(options.rows, options.columns)},
       m_pictures(options.wallSvg, options.wallText),
       m_log(options.jsonLog),
-      m_faults(options.faults)
+      m_faults(options.faults),
+      m_madeUpChannels(options.notifyChannels)
 {
     m_state.channels =
         m_channelsPath.empty() ? InputChannels::MadeUp(kMadeUpChannels) : InputChannels::Load(m_channelsPath);
@@ -85,6 +87,27 @@ ChannelChange Device::ReloadChannels()
 
 void Device::TurnChannels() { m_state.channels.SetOutage(!m_state.channels.IsOutage()); }
 
+std::string Device::SwitchFault(std::string_view spec, bool on)
+{
+    if (const auto at = spec.find('@');
+        at != std::string_view::npos && FindRequest(spec.substr(at + 1)) == nullptr) {
+        return "this decoder serves no such request";
+    }
+    std::string problem = on ? AddFault(m_faults, spec) : RemoveFault(m_faults, spec);
+    if (problem.empty()) {
+        spdlog::info("fault {} switched {}", spec, on ? "on" : "off");
+        Changed();
+    }
+    return problem;
+}
+
+void Device::Changed() const
+{
+    if (m_changed) {
+        m_changed();
+    }
+}
+
 ErrorCode Device::CarryOutAndDraw(RequestContext& context)
 {
     const std::uint64_t revision = m_state.PictureRevision();
@@ -112,9 +135,16 @@ Answer Device::Handle(int connection, HostSession& session, std::string_view tex
     }
     reply.SetErrorCode(code);
 
-    const bool codeIsSent = !faults.silent && !faults.garbage;
-    m_log.Write(connection, context, text, codeIsSent ? std::optional(code) : std::nullopt);
+    const std::optional<ErrorCode> answered =
+        faults.silent || faults.garbage ? std::nullopt : std::optional(code);
+    m_log.Write(connection, context, text, answered);
     LogOutcome(connection, context, code);
+    m_requests.Add({std::chrono::system_clock::now(), connection, Printable(request.Url()), request.Seq(),
+                    answered,
+                    faults.silent    ? "no reply"
+                    : faults.garbage ? "garbage"
+                                     : Words(code)});
+    Changed();
     if (faults.silent) {
         return {};
     }

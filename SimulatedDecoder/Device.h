@@ -2,14 +2,18 @@
 // The decoder itself, without its connections: account, state, pictures, log of requests.
 
 #include <chrono>
+#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "DeviceState.h"
 #include "Faults.h"
 #include "JsonLog.h"
 #include "Login.h"
 #include "Options.h"
+#include "RequestHistory.h"
 #include "WallPictures.h"
 
 namespace simulated_decoder {
@@ -24,9 +28,10 @@ struct RequestContext;
 
 class Device {
 public:
-    // Generates the keys and writes the first pictures; std::runtime_error when a file cannot be read or
-    // written.
-    explicit Device(const Options& options);
+    // Writes the first pictures; std::runtime_error when a file cannot be read or written. Keys of its own
+    // are generated unless some are given.
+    explicit Device(const Options& options,
+                    std::shared_ptr<const DeskKeys> keys = std::make_shared<const DeskKeys>());
 
     // Carries out one request of the connection with this number, faults included. When it returns, the
     // pictures and the log are up to date, so that whoever has the reply sees them.
@@ -37,9 +42,21 @@ public:
     // All channels go off or come back.
     void TurnChannels();
 
+    // One fault as the command line gives it, for a request that is served; to be taken away, it needs no
+    // number. Empty when that went well, else what did not, in one line.
+    std::string SwitchFault(std::string_view spec, bool on);
+
+    // `changed` is called after each request, and whenever somebody says here that something has changed.
+    void Watch(std::function<void()> changed) { m_changed = std::move(changed); }
+    void Changed() const;
+
     LoginDesk& Desk() { return m_desk; }
     const InputChannels& Channels() const { return m_state.channels; }
+    const DeviceState& State() const { return m_state; }
+    const RequestHistory& Requests() const { return m_requests; }
     const Faults& ActiveFaults() const { return m_faults; }
+    // In each notification that the faults make up; 0: it varies.
+    std::int32_t MadeUpChannels() const { return m_madeUpChannels; }
 
 private:
     ErrorCode CarryOutAndDraw(RequestContext& context);
@@ -50,6 +67,9 @@ private:
     WallPictures m_pictures;
     JsonLog m_log;
     Faults m_faults;
+    std::int32_t m_madeUpChannels;
+    RequestHistory m_requests;
+    std::function<void()> m_changed;
 };
 
 } // namespace simulated_decoder

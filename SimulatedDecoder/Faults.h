@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ErrorCode.h"
 
@@ -39,6 +40,27 @@ struct Faults {
 // Adds one fault as the command line gives it: NAME, NAME=NUMBER, NAME@URL or NAME=NUMBER@URL. Given twice,
 // the last number counts. Empty when it was understood, else what is wrong with it, in one line.
 std::string AddFault(Faults& faults, std::string_view spec);
+// Takes one away again, NAME or NAME@URL; a number is of no account. Empty when it was understood.
+std::string RemoveFault(Faults& faults, std::string_view spec);
+
+// One that was asked for.
+struct ActiveFault {
+    std::string_view name;
+    std::string url;          // empty when it belongs to the connection
+    std::uint32_t number = 0; // 1 when it takes none
+};
+std::vector<ActiveFault> ListFaults(const Faults& faults);
+
+// One that can be asked for.
+struct FaultKind {
+    std::string_view name;
+    const char* form;
+    const char* help;
+    bool ofUrl; // it belongs to a url, else to the connection
+    std::uint32_t minimum;
+    std::uint32_t maximum; // 0: it takes no number
+};
+std::vector<FaultKind> FaultKinds();
 
 // The lines of the help text, one a fault.
 std::string DescribeFaults();

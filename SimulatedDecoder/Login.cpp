@@ -4,17 +4,17 @@
 
 namespace simulated_decoder {
 
-LoginDesk::LoginDesk(std::string user, std::string_view password)
-    : m_user(std::move(user)), m_digest(Sha256Hex(password))
+LoginDesk::LoginDesk(std::string user, std::string_view password, std::shared_ptr<const DeskKeys> keys)
+    : m_keys(std::move(keys)), m_user(std::move(user)), m_digest(Sha256Hex(password))
 {
 }
 
 ErrorCode LoginDesk::Check(std::string_view account, std::string_view authentication) const
 {
-    if (m_loginKey.Decipher(account) != m_user) {
+    if (m_keys->login.Decipher(account) != m_user) {
         return ErrorCode::WrongAccount;
     }
-    if (m_loginKey.Decipher(authentication) != m_digest) {
+    if (m_keys->login.Decipher(authentication) != m_digest) {
         return ErrorCode::WrongPassword;
     }
     return ErrorCode::Success;

@@ -1,6 +1,7 @@
 #pragma once
 // Who may use the decoder: the account, the keys under which it is asked for, and the session of each host.
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -12,14 +13,19 @@ namespace simulated_decoder {
 // Hosts that may be logged in at the same time.
 inline constexpr int kMaxLoggedIn = 32;
 
+// Under the first key hosts send account and digest, under the second the passwords of video sources.
+struct DeskKeys {
+    RsaKeyPair login;
+    RsaKeyPair source;
+};
+
 // The one account of the decoder and its two key pairs. Keeps the digest of the password, not the password.
 class LoginDesk {
 public:
-    LoginDesk(std::string user, std::string_view password);
+    LoginDesk(std::string user, std::string_view password, std::shared_ptr<const DeskKeys> keys);
 
-    // Under the first key hosts send account and digest, under the second the passwords of video sources.
-    const RsaKeyPair& LoginKey() const { return m_loginKey; }
-    const RsaKeyPair& SourceKey() const { return m_sourceKey; }
+    const RsaKeyPair& LoginKey() const { return m_keys->login; }
+    const RsaKeyPair& SourceKey() const { return m_keys->source; }
 
     // Success when both Base64 texts, deciphered with the login key, are this account's name and digest.
     ErrorCode Check(std::string_view account, std::string_view authentication) const;
@@ -27,8 +33,7 @@ public:
 private:
     friend class HostSession;
 
-    RsaKeyPair m_loginKey;
-    RsaKeyPair m_sourceKey;
+    std::shared_ptr<const DeskKeys> m_keys;
     std::string m_user;
     std::string m_digest;
     int m_loggedIn = 0;

@@ -16,6 +16,8 @@ namespace simulated_decoder {
 namespace {
 
 constexpr const char* kPasswordVariable = "TVWALL_DECODER_PASSWORD";
+constexpr std::uint32_t kMaxDecoders = 4096;
+constexpr std::uint32_t kMaxPort = 65535;
 
 std::string Footer()
 {
@@ -25,6 +27,7 @@ Examples:
   TVWALL_DECODER_PASSWORD=secret tvwall-decoder --listen 127.0.0.1:7000 --rows 2 --columns 3 --wall-svg wall.svg
   tvwall-decoder --port-file port --user operator --password-file password --json-log requests.json
   tvwall-decoder --password-file password --channels channels.json --source-accounts accounts --wall-text wall.txt
+  tvwall-decoder --password-file password --listen 127.0.0.1:7000 --http 127.0.0.1:8080
   tvwall-decoder --password-file password --fault chunk=1 --fault delay=500@docreatewindow --fault beat-every=200
 
 Environment:
@@ -42,19 +45,36 @@ Exit status:
 }
 
 // HOST:PORT, an IPv6 host in square brackets.
-bool ParseEndpoint(const std::string& text, Options& options)
+bool ParseEndpoint(const std::string& text, std::string& host, std::uint16_t& port)
 {
     const auto colon = text.rfind(':');
     if (colon == std::string::npos) {
         return false;
     }
-    options.host = text.substr(0, colon);
-    if (options.host.size() > 2 && options.host.front() == '[' && options.host.back() == ']') {
-        options.host = options.host.substr(1, options.host.size() - 2);
+    host = text.substr(0, colon);
+    if (host.size() > 2 && host.front() == '[' && host.back() == ']') {
+        host = host.substr(1, host.size() - 2);
     }
-    const auto port = ParseNumber<std::uint16_t>(std::string_view(text).substr(colon + 1));
-    options.port = port.value_or(0);
-    return port.has_value() && !options.host.empty();
+    const auto number = ParseNumber<std::uint16_t>(std::string_view(text).substr(colon + 1));
+    port = number.value_or(0);
+    return number.has_value() && !host.empty();
+}
+
+// One file holds one wall, one log the requests to one decoder.
+void CheckFleet(const Options& options)
+{
+    if (options.decoders == 1) {
+        return;
+    }
+    if (!options.wallSvg.empty() || !options.wallText.empty() || !options.jsonLog.empty() ||
+        !options.pageHost.empty()) {
+        throw CLI::RuntimeError(
+            "--wall-svg, --wall-text, --json-log and --http take one decoder, not several", kExitUsage);
+    }
+    if (options.port != 0 && options.port + options.decoders - 1 > kMaxPort) {
+        throw CLI::RuntimeError(
+            fmt::format("there are no {} ports from {} on", options.decoders, options.port), kExitUsage);
+    }
 }
 
 std::string ReadPassword(const std::string& path)
@@ -97,6 +117,7 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
 {
     Options options;
     std::string listen = "127.0.0.1:0";
+    std::string http;
     std::string passwordFile;
     std::vector<std::string> faults;
 
@@ -107,8 +128,14 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
         ->type_name("HOST:PORT")
         ->capture_default_str();
     app.add_option("--port-file", options.portFile,
-                   "Write the port number to this file once hosts can connect")
+                   "Write the port number to this file once hosts can connect; of several\n"
+                   "decoders one a line")
         ->type_name("FILE");
+    const auto* httpOption =
+        app.add_option("--http", http,
+                       "Show the wall as a page here, where faults can be switched, too; it asks for no "
+                       "password; port 0 picks a free one")
+            ->type_name("HOST:PORT");
     app.add_option("--user", options.user, "The account that may log in")
         ->type_name("NAME")
         ->capture_default_str();
@@ -136,6 +163,14 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
     app.add_option("--source-accounts", options.sourceAccounts,
                    "The accounts that open video sources, lines USER:PASSWORD (else any)")
         ->type_name("FILE");
+    app.add_option("--decoders", options.decoders,
+                   "So many decoders in one process, each with a wall and a port of its own: from the one\n"
+                   "named on, or free ones; account and keys are the same")
+        ->check(CLI::Range(1U, kMaxDecoders))
+        ->capture_default_str();
+    app.add_option("--notify-channels", options.notifyChannels,
+                   "Channels in each notification of notify-every (else by turns 1 to 256)")
+        ->check(CLI::Range(1, 256));
     app.add_option("--wall-svg", options.wallSvg, "Keep a picture of the wall in this file")
         ->type_name("FILE");
     app.add_option("--wall-text", options.wallText, "Keep the wall as text in this file")->type_name("FILE");
@@ -151,9 +186,13 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
     app.footer(Footer());
     try {
         app.parse(argc, argv);
-        if (!ParseEndpoint(listen, options)) {
+        if (!ParseEndpoint(listen, options.host, options.port)) {
             throw CLI::RuntimeError("--listen: '" + listen + "' is not HOST:PORT", kExitUsage);
         }
+        if (httpOption->count() != 0 && !ParseEndpoint(http, options.pageHost, options.pagePort)) {
+            throw CLI::RuntimeError("--http: '" + http + "' is not HOST:PORT", kExitUsage);
+        }
+        CheckFleet(options);
         for (const std::string& spec : faults) {
             if (const std::string problem = AddFault(options.faults, spec); !problem.empty()) {
                 throw CLI::RuntimeError("--fault: " + problem, kExitUsage);

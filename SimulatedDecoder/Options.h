@@ -13,10 +13,14 @@ struct Options {
     std::string host;
     std::uint16_t port = 0; // 0: any free one
     std::string portFile;
+    std::string pageHost; // empty: no page
+    std::uint16_t pagePort = 0;
     std::string user = "admin";
     std::string password;
     int rows = 2;
     int columns = 2;
+    std::uint32_t decoders = 1;          // each with a wall of its own, on successive ports from `port` on
+    std::int32_t notifyChannels = 0;     // in each notification of the fault; 0: by turns 1 to 256
     std::string name = "tvwall-decoder"; // of the device
     std::string channels;                // the file
     std::string sourceAccounts;          // the file

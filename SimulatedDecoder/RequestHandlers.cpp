@@ -51,6 +51,14 @@ const RequestRow* FindRequest(std::string_view url)
     return row != std::end(kRequests) ? row : nullptr;
 }
 
+std::vector<std::string_view> ServedUrls()
+{
+    std::vector<std::string_view> urls;
+    std::transform(std::begin(kRequests), std::end(kRequests), std::back_inserter(urls),
+                   [](const RequestRow& row) { return row.url; });
+    return urls;
+}
+
 ErrorCode CarryOut(RequestContext& context)
 {
     const RequestRow* row = FindRequest(context.request.Url());

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <string_view>
+#include <vector>
 
 #include "DeviceState.h"
 #include "ErrorCode.h"
@@ -38,6 +39,7 @@ struct RequestRow {
 
 // Null when the decoder serves no such request.
 const RequestRow* FindRequest(std::string_view url);
+std::vector<std::string_view> ServedUrls();
 
 // Checks session and token, then calls the handler.
 ErrorCode CarryOut(RequestContext& context);

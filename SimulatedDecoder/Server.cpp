@@ -1,6 +1,5 @@
 #include "Server.h"
 
-#include <sstream>
 #include <utility>
 
 #include <spdlog/spdlog.h>
@@ -12,38 +11,16 @@ namespace {
 using asio::ip::tcp;
 
 constexpr std::size_t kMaxConnections = 64;
-// After an accept that failed, most likely for want of file descriptors.
-constexpr std::chrono::milliseconds kAcceptRetry{100};
-
-template <typename Endpoint>
-std::string Text(const Endpoint& endpoint)
-{
-    std::ostringstream text;
-    text << endpoint;
-    return text.str();
-}
-
 } // namespace
 
 Server::Server(asio::io_context& context, Device& device, PcapFile& capture, const std::string& host,
                std::uint16_t port)
-    : m_context(context),
-      m_device(device),
+    : m_device(device),
       m_capture(capture),
-      m_acceptor(context),
-      m_retryTimer(context),
-      m_flapTimer(context)
+      m_flapTimer(context),
+      m_acceptor(context, host, port, [this](tcp::socket socket) { Welcome(std::move(socket)); })
 {
-    try {
-        Listen(host, port);
-    } catch (const std::system_error& error) {
-        throw ListenError("cannot listen on " + host + ":" + std::to_string(port) + ": " +
-                          error.code().message());
-    }
-    Accept();
-    if (const auto period = device.ActiveFaults().flapEvery; period.count() != 0) {
-        FlapChannels(period);
-    }
+    FlapChannels();
 }
 
 Server::~Server()
@@ -52,8 +29,6 @@ Server::~Server()
         connection->Close("the decoder stops");
     }
 }
-
-std::string Server::Where() const { return Text(m_acceptor.local_endpoint()); }
 
 void Server::Notify(const ChannelChange& change)
 {
@@ -66,49 +41,51 @@ void Server::Notify(const ChannelChange& change)
     }
 }
 
-void Server::FlapChannels(std::chrono::milliseconds period)
+std::string Server::SwitchFault(std::string_view spec, bool on)
 {
+    std::string problem = m_device.SwitchFault(spec, on);
+    if (!problem.empty()) {
+        return problem;
+    }
+    for (const auto& [number, connection] : m_connections) {
+        connection->ObeyFaults();
+    }
+    FlapChannels();
+    return {};
+}
+
+std::vector<HostStatus> Server::Hosts() const
+{
+    std::vector<HostStatus> hosts;
+    for (const auto& [number, connection] : m_connections) {
+        hosts.push_back(connection->Status());
+    }
+    return hosts;
+}
+
+void Server::FlapChannels()
+{
+    m_flapTimer.cancel();
+    const auto period = m_device.ActiveFaults().flapEvery;
+    if (period.count() == 0) {
+        if (m_device.Channels().IsOutage()) {
+            TurnChannels();
+        }
+        return;
+    }
     m_flapTimer.expires_after(period);
-    m_flapTimer.async_wait([this, period](const std::error_code& cancelled) {
+    m_flapTimer.async_wait([this](const std::error_code& cancelled) {
         if (!cancelled) {
-            m_device.TurnChannels();
-            Notify({.list = false, .states = true});
-            FlapChannels(period);
+            TurnChannels();
+            FlapChannels();
         }
     });
 }
 
-void Server::Listen(const std::string& host, std::uint16_t port)
+void Server::TurnChannels()
 {
-    tcp::resolver resolver(m_context);
-    const auto found =
-        resolver.resolve(host, std::to_string(port), tcp::resolver::passive | tcp::resolver::numeric_service);
-    const tcp::endpoint endpoint = found.begin()->endpoint();
-    m_acceptor.open(endpoint.protocol());
-    m_acceptor.set_option(tcp::acceptor::reuse_address(true));
-    m_acceptor.bind(endpoint);
-    m_acceptor.listen();
-}
-
-void Server::Accept()
-{
-    m_acceptor.async_accept([this](const std::error_code& error, tcp::socket socket) {
-        if (!error) {
-            Welcome(std::move(socket));
-            Accept();
-            return;
-        }
-        if (error == asio::error::operation_aborted) {
-            return;
-        }
-        spdlog::error("cannot accept a host: {}", error.message());
-        m_retryTimer.expires_after(kAcceptRetry);
-        m_retryTimer.async_wait([this](const std::error_code& cancelled) {
-            if (!cancelled) {
-                Accept();
-            }
-        });
-    });
+    m_device.TurnChannels();
+    Notify({.list = false, .states = true});
 }
 
 void Server::Welcome(tcp::socket socket)
@@ -125,11 +102,14 @@ void Server::Welcome(tcp::socket socket)
     }
     const int number = ++m_lastNumber;
     spdlog::info("host {}: connected from {}", number, Text(peer));
-    const auto connection = std::make_shared<Connection>(std::move(socket), number, m_device,
-                                                         CapturedConnection(m_capture, peer, local),
-                                                         [this](int closed) { m_connections.erase(closed); });
+    const auto connection = std::make_shared<Connection>(
+        std::move(socket), number, m_device, CapturedConnection(m_capture, peer, local), [this](int closed) {
+            m_connections.erase(closed);
+            m_device.Changed();
+        });
     m_connections.emplace(number, connection);
     connection->Start();
+    m_device.Changed();
 }
 
 } // namespace simulated_decoder

@@ -3,23 +3,20 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <stdexcept>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
 #include <asio/steady_timer.hpp>
 
+#include "Acceptor.h"
 #include "Connection.h"
 #include "Device.h"
 #include "PcapFile.h"
 
 namespace simulated_decoder {
-
-class ListenError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 // Accepts hosts, up to 64 at the same time, and keeps their connections. Context, device and capture outlive
 // it; runs on the context's thread. The destructor closes all connections.
@@ -32,26 +29,28 @@ public:
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
 
-    std::uint16_t Port() const { return m_acceptor.local_endpoint().port(); }
+    std::uint16_t Port() const { return m_acceptor.Port(); }
     // Tells every host that is logged in.
     void Notify(const ChannelChange& change);
+    // Switches a fault of the device, also for the hosts that are connected. Empty when that went well, else
+    // what did not, in one line.
+    std::string SwitchFault(std::string_view spec, bool on);
+    std::vector<HostStatus> Hosts() const;
     // Address and port as numbers.
-    std::string Where() const;
+    std::string Where() const { return m_acceptor.Where(); }
 
 private:
-    void Listen(const std::string& host, std::uint16_t port);
-    void Accept();
-    void FlapChannels(std::chrono::milliseconds period);
+    // In the period of this fault, as long as it is active.
+    void FlapChannels();
+    void TurnChannels();
     void Welcome(asio::ip::tcp::socket socket);
 
-    asio::io_context& m_context;
     Device& m_device;
     PcapFile& m_capture;
-    asio::ip::tcp::acceptor m_acceptor;
-    asio::steady_timer m_retryTimer;
     asio::steady_timer m_flapTimer;
     std::map<int, std::shared_ptr<Connection>> m_connections;
     int m_lastNumber = 0;
+    Acceptor m_acceptor;
 };
 
 } // namespace simulated_decoder

@@ -1,6 +1,7 @@
 #include <csignal>
 #include <exception>
 #include <iostream>
+#include <optional>
 #include <stdexcept>
 #include <variant>
 
@@ -11,9 +12,10 @@
 #include <spdlog/spdlog.h>
 
 #include "AtomicFile.h"
-#include "Device.h"
+#include "DeviceFeed.h"
+#include "Fleet.h"
 #include "Options.h"
-#include "PcapFile.h"
+#include "PageServer.h"
 #include "Server.h"
 
 namespace {
@@ -37,12 +39,12 @@ int Complain(const char* what, int status)
 }
 
 // As long as the program runs, a hang-up has the channels read again.
-void ReloadOnHangUp(asio::signal_set& hangUps, Device& device, Server& server)
+void ReloadOnHangUp(asio::signal_set& hangUps, Fleet& fleet)
 {
     hangUps.async_wait([&](const std::error_code& cancelled, int) {
         if (!cancelled) {
-            server.Notify(device.ReloadChannels());
-            ReloadOnHangUp(hangUps, device, server);
+            fleet.ReloadChannels();
+            ReloadOnHangUp(hangUps, fleet);
         }
     });
 }
@@ -56,18 +58,25 @@ int Run(const Options& options)
 
     asio::signal_set hangUps(context, SIGHUP);
 
-    Device device(options);
-    PcapFile capture(options.pcap);
-    Server server(context, device, capture, options.host, options.port);
-    ReloadOnHangUp(hangUps, device, server);
+    DeviceFeed feed(context);
+    Fleet fleet(context, options);
+    std::optional<PageServer> page; // of one decoder, see the options
+    if (!options.pageHost.empty()) {
+        fleet.First().device.Watch([&feed] { feed.Changed(); });
+        page.emplace(context, feed, fleet.First().device, fleet.First().server, options.pageHost,
+                     options.pagePort);
+    }
+    ReloadOnHangUp(hangUps, fleet);
     if (!options.portFile.empty()) {
-        const std::string problem =
-            WriteFileAtomically(options.portFile, std::to_string(server.Port()) + "\n");
+        const std::string problem = WriteFileAtomically(options.portFile, fleet.Ports());
         if (!problem.empty()) {
             throw std::runtime_error(problem);
         }
     }
-    std::cout << "listening on " << server.Where() << std::endl;
+    std::cout << fleet.Announcement() << std::flush;
+    if (page) {
+        std::cout << "page at http://" << page->Where() << "/" << std::endl;
+    }
     context.run();
     return 0;
 }

@@ -70,7 +70,7 @@ void CHostCommand::ReplyBuffer(const char* pData, unsigned long nLen)
 
 std::optional<SAnswer> CHostCommand::Answer() const
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     return m_answer;
 }
 
@@ -84,7 +84,7 @@ void CHostCommand::Record(SAnswer answer)
         ReportMisuse(m_nCmdID, "was answered although nobody waits for an answer");
     }
     {
-        const std::lock_guard guard(m_lock);
+        const TMutexGuard guard(m_lock);
         if (m_answer) {
             ReportMisuse(m_nCmdID, "was answered a second time");
             return;

@@ -3,11 +3,11 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <vector>
 
 #include "CmdProcObject.h"
+#include "Mutex.h"
 
 namespace standin_host {
 
@@ -59,8 +59,8 @@ private:
     CHostEvents* const m_pEvents;
     std::atomic<int> m_nReferences{1};
     std::atomic<long> m_nTagSum{kCreatorTag}; // tags of AddReference minus tags of DecReference
-    mutable std::mutex m_lock;                // guards m_answer
-    std::optional<SAnswer> m_answer;
+    mutable CMutex m_lock;
+    std::optional<SAnswer> m_answer TVWALL_GUARDED_BY(m_lock);
 };
 
 struct SReleaseCommand {

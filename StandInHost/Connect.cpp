@@ -1,4 +1,3 @@
-#include <mutex>
 #include <optional>
 #include <utility>
 
@@ -8,6 +7,7 @@
 #include "Connection.h"
 #include "HostEvents.h"
 #include "IoThread.h"
+#include "Mutex.h"
 
 namespace standin_host {
 
@@ -50,7 +50,7 @@ struct SAttempt : std::enable_shared_from_this<SAttempt> {
         asio::error_code ignored;
         socket.set_option(tcp::no_delay(true), ignored);
         {
-            const std::lock_guard guard(lock);
+            const TMutexGuard guard(lock);
             result = failure;
         }
         events.Changed();
@@ -58,7 +58,7 @@ struct SAttempt : std::enable_shared_from_this<SAttempt> {
 
     std::optional<asio::error_code> Result()
     {
-        const std::lock_guard guard(lock);
+        const TMutexGuard guard(lock);
         return result;
     }
 
@@ -75,8 +75,8 @@ struct SAttempt : std::enable_shared_from_this<SAttempt> {
     tcp::socket socket;
     CHostEvents& events;
     bool bAbandoned = false; // receive thread only
-    std::mutex lock;
-    std::optional<asio::error_code> result;
+    CMutex lock;
+    std::optional<asio::error_code> result TVWALL_GUARDED_BY(lock);
 };
 
 } // namespace

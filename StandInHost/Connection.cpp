@@ -1,6 +1,7 @@
 #include "Connection.h"
 
 #include <utility>
+#include <vector>
 
 #include <asio/buffer.hpp>
 #include <asio/post.hpp>
@@ -20,13 +21,15 @@ constexpr std::size_t kReadSize = 64 * 1024;
 } // namespace
 
 CConnection::CConnection(asio::ip::tcp::socket socket, SConnectionSettings settings)
-    : m_socket(std::move(socket)), m_settings(std::move(settings)), m_chunk(kReadSize)
+    : m_socket(std::move(socket)), m_settings(std::move(settings))
 {
+    asio::error_code ignored;
+    m_socket.non_blocking(true, ignored);
 }
 
 void CConnection::SetObserver(CSocketDataObserver* pObserver, void* pContext)
 {
-    const std::lock_guard guard(m_receiveLock);
+    const TMutexGuard guard(m_receiveLock);
     m_pObserver = pObserver;
     m_pContext = pContext;
 }
@@ -34,7 +37,7 @@ void CConnection::SetObserver(CSocketDataObserver* pObserver, void* pContext)
 void CConnection::Start(int nHandle)
 {
     {
-        const std::lock_guard guard(m_receiveLock);
+        const TMutexGuard guard(m_receiveLock);
         m_nHandle = nHandle;
         m_bStarted = true;
     }
@@ -43,13 +46,13 @@ void CConnection::Start(int nHandle)
 
 void CConnection::Stop()
 {
-    const std::lock_guard guard(m_receiveLock);
+    const TMutexGuard guard(m_receiveLock);
     m_bStarted = false;
 }
 
 bool CConnection::Send(std::string_view bytes)
 {
-    const std::lock_guard guard(m_sendLock);
+    const TMutexGuard guard(m_sendLock);
     if (!m_bOpen || m_bRefuseSends) {
         SetLastSocketError(SOCKET_ERROR_NOT_CONNECTED);
         return false;
@@ -71,14 +74,14 @@ bool CConnection::Send(std::string_view bytes)
 
 void CConnection::RefuseSends()
 {
-    const std::lock_guard guard(m_sendLock);
+    const TMutexGuard guard(m_sendLock);
     m_bRefuseSends = true;
 }
 
 void CConnection::Fail(const std::string& strReason)
 {
     {
-        const std::lock_guard guard(m_sendLock);
+        const TMutexGuard guard(m_sendLock);
         // Reported before the first send can fail, so that nobody takes the lost link for a missing reply.
         if (m_bOpen && m_settings.pEvents != nullptr) {
             m_settings.pEvents->ReportLost(strReason);
@@ -91,7 +94,7 @@ void CConnection::Fail(const std::string& strReason)
 void CConnection::Close()
 {
     {
-        const std::lock_guard guard(m_sendLock);
+        const TMutexGuard guard(m_sendLock);
         m_bOpen = false;
     }
     CloseSocket();
@@ -111,24 +114,34 @@ void CConnection::Read()
         return;
     }
     m_bReading = true;
-    m_socket.async_read_some(asio::buffer(m_chunk),
-                             [self = shared_from_this()](const asio::error_code& error, std::size_t nLen) {
-                                 self->OnRead(error, nLen);
-                             });
+    m_socket.async_wait(
+        asio::socket_base::wait_read,
+        [self = shared_from_this()](const asio::error_code& error) { self->OnReadable(error); });
 }
 
-void CConnection::OnRead(const asio::error_code& error, std::size_t nLen)
+void CConnection::OnReadable(asio::error_code error)
 {
+    // One for all connections: a host with a thousand of them cannot keep one for each. Made by the thread
+    // that reads; an array would lie in the memory of every thread.
+    static thread_local std::vector<char> t_chunk(kReadSize);
     m_bReading = false;
-    if (error) {
+    const std::size_t nLen = error ? 0 : m_socket.read_some(asio::buffer(t_chunk), error);
+    if (error == asio::error::would_block) {
+        Read();
+    } else if (error) {
         Fail(error == asio::error::eof ? "the decoder closed the connection" : error.message());
-        return;
+    } else {
+        OnRead({t_chunk.data(), nLen});
     }
+}
+
+void CConnection::OnRead(std::string_view bytes)
+{
     if (m_settings.pTrace != nullptr) {
-        m_settings.pTrace->Received({m_chunk.data(), nLen});
+        m_settings.pTrace->Received(bytes);
     }
-    const std::lock_guard guard(m_receiveLock);
-    m_strKept.append(m_chunk.data(), nLen);
+    const TMutexGuard guard(m_receiveLock);
+    m_strKept.append(bytes);
     if (!m_bStarted) {
         return;
     }
@@ -183,7 +196,7 @@ void CConnection::Write()
 {
     asio::const_buffer buffer;
     {
-        const std::lock_guard guard(m_sendLock);
+        const TMutexGuard guard(m_sendLock);
         if (m_queue.empty()) {
             return;
         }
@@ -196,7 +209,7 @@ void CConnection::Write()
                               return;
                           }
                           {
-                              const std::lock_guard guard(self->m_sendLock);
+                              const TMutexGuard guard(self->m_sendLock);
                               self->m_nQueued -= self->m_queue.front().size();
                               self->m_queue.pop_front();
                           }

@@ -4,14 +4,13 @@
 #include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <asio/ip/tcp.hpp>
 
 #include "FrameTrace.h"
+#include "Mutex.h"
 
 class CSocketDataObserver;
 
@@ -56,10 +55,11 @@ public:
 
 private:
     void Read();
-    void OnRead(const asio::error_code& error, std::size_t nLen);
-    void DeliverDirect();
-    void DeliverBuffered();
-    unsigned int CallObserver(std::string_view bytes, unsigned int* pNeedLen);
+    void OnReadable(asio::error_code error);
+    void OnRead(std::string_view bytes);
+    void DeliverDirect() TVWALL_REQUIRES(m_receiveLock);
+    void DeliverBuffered() TVWALL_REQUIRES(m_receiveLock);
+    unsigned int CallObserver(std::string_view bytes, unsigned int* pNeedLen) TVWALL_REQUIRES(m_receiveLock);
     void Write();
     void CloseSocket();
 
@@ -67,21 +67,20 @@ private:
     const SConnectionSettings m_settings;
 
     // Held while the observer runs; recursive, since an observer may stop its own connection.
-    std::recursive_mutex m_receiveLock;
-    CSocketDataObserver* m_pObserver = nullptr;
-    void* m_pContext = nullptr;
-    int m_nHandle = 0;
-    bool m_bStarted = false;
+    CRecursiveMutex m_receiveLock;
+    CSocketDataObserver* m_pObserver TVWALL_GUARDED_BY(m_receiveLock) = nullptr;
+    void* m_pContext TVWALL_GUARDED_BY(m_receiveLock) = nullptr;
+    int m_nHandle TVWALL_GUARDED_BY(m_receiveLock) = 0;
+    bool m_bStarted TVWALL_GUARDED_BY(m_receiveLock) = false;
     bool m_bReading = false;   // receive thread only
-    std::vector<char> m_chunk; // receive thread only: what the last read brought
     std::string m_strKept;     // bytes that the observer has not consumed, and what came after them
     std::size_t m_nWanted = 0; // bytes that m_strKept must hold before the observer is called again
 
-    std::mutex m_sendLock;
-    bool m_bOpen = true;
-    bool m_bRefuseSends = false;
-    std::deque<std::string> m_queue; // the front is being written
-    std::size_t m_nQueued = 0;       // bytes in m_queue
+    CMutex m_sendLock;
+    bool m_bOpen TVWALL_GUARDED_BY(m_sendLock) = true;
+    bool m_bRefuseSends TVWALL_GUARDED_BY(m_sendLock) = false;
+    std::deque<std::string> m_queue TVWALL_GUARDED_BY(m_sendLock); // the front is being written
+    std::size_t m_nQueued TVWALL_GUARDED_BY(m_sendLock) = 0;       // bytes in m_queue
 };
 
 // Resolves the name and connects. Returns null and the reason when that failed, took too long, or the events

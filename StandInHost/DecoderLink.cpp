@@ -36,7 +36,7 @@ CDecoderLink::~CDecoderLink()
     m_heartbeat.reset();
     m_pConnection->RefuseSends(); // a command that waits for room in the send queue ends
     {
-        const std::lock_guard guard(m_lock);
+        const TMutexGuard guard(m_lock);
         m_bStopping = true;
     }
     m_wakeWorker.notify_one();
@@ -53,7 +53,7 @@ void CDecoderLink::Queue(CHostCommand& command, std::vector<uint8_t> payload)
 {
     m_pProcessor->AddOneCmd(&command, payload.data(), static_cast<unsigned int>(payload.size()));
     {
-        const std::lock_guard guard(m_lock);
+        const TMutexGuard guard(m_lock);
         m_bQueued = true;
     }
     m_wakeWorker.notify_one();
@@ -61,20 +61,25 @@ void CDecoderLink::Queue(CHostCommand& command, std::vector<uint8_t> payload)
 
 void CDecoderLink::Work()
 {
-    std::unique_lock guard(m_lock);
-    while (!m_bStopping) {
-        m_wakeWorker.wait(guard, [this] { return m_bQueued || m_bStopping; });
-        m_bQueued = false;
-        guard.unlock();
+    while (AwaitQueued()) {
         RunQueuedCommands();
-        guard.lock();
     }
+}
+
+bool CDecoderLink::AwaitQueued()
+{
+    const TMutexGuard guard(m_lock);
+    while (!m_bQueued && !m_bStopping) {
+        m_wakeWorker.wait(m_lock);
+    }
+    m_bQueued = false;
+    return !m_bStopping;
 }
 
 void CDecoderLink::RunQueuedCommands()
 {
     const auto bStopping = [this] {
-        const std::lock_guard guard(m_lock);
+        const TMutexGuard guard(m_lock);
         return m_bStopping; // the processor's Stop takes what is left
     };
     try {

@@ -4,12 +4,12 @@
 #include <condition_variable>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <thread>
 #include <vector>
 
 #include "IoThread.h"
+#include "Mutex.h"
 #include "NetProtocolProc.h"
 #include "Node.h"
 
@@ -42,6 +42,7 @@ public:
 
 private:
     void Work();
+    bool AwaitQueued(); // false when the link ends
     void RunQueuedCommands();
     void SendHeartbeat();
     void CheckOnline();
@@ -51,10 +52,10 @@ private:
     std::unique_ptr<CNetProtocolProc> m_pProcessor;
     int m_nHandle = 0;
 
-    std::mutex m_lock; // guards the two fields below
-    std::condition_variable m_wakeWorker;
-    bool m_bQueued = false; // a command was queued since the worker last looked
-    bool m_bStopping = false;
+    CMutex m_lock;
+    std::condition_variable_any m_wakeWorker;
+    bool m_bQueued TVWALL_GUARDED_BY(m_lock) = false; // a command was queued since the worker last looked
+    bool m_bStopping TVWALL_GUARDED_BY(m_lock) = false;
     std::thread m_worker;
 
     bool m_bOnline = true; // receive thread only

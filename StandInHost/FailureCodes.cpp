@@ -13,7 +13,7 @@ namespace {
 using namespace ORVA_NET_PROTOCOL;
 
 constexpr SFailureCode s_codes[] = {
-    {KEST_RESULT_DEVICE_ERROR, 0, "device error", "the decoder refused it; why, its own log and --trace say"},
+    {KEST_RESULT_DEVICE_ERROR, 0, "device error", "the decoder's own code says why, see its log or --trace"},
     {KEST_RESULT_TIMEOUT, 0, "no reply in time",
      "the decoder is connected but silent; it may yet have carried the command out, so read before you "
      "repeat"},

@@ -88,7 +88,7 @@ void CFrameTrace::Received(std::string_view bytes) { Print(m_received, "received
 
 void CFrameTrace::Print(CFrameSplitter& splitter, const char* szDirection, std::string_view bytes)
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     splitter.Feed(bytes);
     CFrameSplitter::SFrame frame;
     while (splitter.Next(frame)) {

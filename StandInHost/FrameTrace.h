@@ -1,9 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <mutex>
 #include <string>
 #include <string_view>
+
+#include "Mutex.h"
 
 namespace standin_host {
 
@@ -35,7 +36,7 @@ public:
 private:
     void Print(CFrameSplitter& splitter, const char* szDirection, std::string_view bytes);
 
-    std::mutex m_lock; // both directions: a frame's lines stay together
+    CMutex m_lock; // both directions: a frame's lines stay together
     CFrameSplitter m_sent;
     CFrameSplitter m_received;
 };

@@ -47,7 +47,7 @@ void CHostEvents::Changed()
 void CHostEvents::Interrupt(int nSignal)
 {
     {
-        const std::lock_guard guard(m_lock);
+        const TMutexGuard guard(m_lock);
         // What ends the program is not hidden by a key that comes after it.
         m_nSignal = m_nSignal == 0 || nSignal != SIGINT ? nSignal : m_nSignal;
     }
@@ -57,7 +57,7 @@ void CHostEvents::Interrupt(int nSignal)
 void CHostEvents::ReportLost(const std::string& strReason)
 {
     {
-        const std::lock_guard guard(m_lock);
+        const TMutexGuard guard(m_lock);
         if (!m_lost) {
             m_lost = strReason;
         }
@@ -68,7 +68,7 @@ void CHostEvents::ReportLost(const std::string& strReason)
 void CHostEvents::Deliver(SNotification notification)
 {
     {
-        const std::lock_guard guard(m_lock);
+        const TMutexGuard guard(m_lock);
         if (m_notifications.size() >= kMaxWaiting) {
             Log(ELogLevel::Abnormal, "a notification was dropped: too many wait to be printed");
             return;
@@ -80,31 +80,31 @@ void CHostEvents::Deliver(SNotification notification)
 
 int CHostEvents::Interrupted() const
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     return m_nSignal;
 }
 
 bool CHostEvents::TakeKeyboardInterrupt()
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     return m_nSignal == SIGINT && std::exchange(m_nSignal, 0) != 0;
 }
 
 void CHostEvents::ForgetLost()
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     m_lost.reset();
 }
 
 std::optional<std::string> CHostEvents::Lost() const
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     return m_lost;
 }
 
 std::deque<SNotification> CHostEvents::TakeNotifications()
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     return std::exchange(m_notifications, {});
 }
 

@@ -2,11 +2,11 @@
 
 #include <chrono>
 #include <deque>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "Mutex.h"
 #include "TvwallProtocol.h"
 
 namespace standin_host {
@@ -61,10 +61,10 @@ public:
 private:
     static constexpr std::size_t kMaxWaiting = 4096;
 
-    mutable std::mutex m_lock;
-    int m_nSignal = 0;
-    std::optional<std::string> m_lost;
-    std::deque<SNotification> m_notifications;
+    mutable CMutex m_lock;
+    int m_nSignal TVWALL_GUARDED_BY(m_lock) = 0;
+    std::optional<std::string> m_lost TVWALL_GUARDED_BY(m_lock);
+    std::deque<SNotification> m_notifications TVWALL_GUARDED_BY(m_lock);
     int m_nWakeDescriptor; // readable while reports have not been seen by Wait
 };
 

@@ -1,7 +1,6 @@
 #include "IoThread.h"
 
 #include <csignal>
-#include <mutex>
 #include <string>
 #include <utility>
 
@@ -9,6 +8,7 @@
 #include <asio/steady_timer.hpp>
 
 #include "HostLog.h"
+#include "Mutex.h"
 
 namespace standin_host {
 
@@ -65,7 +65,7 @@ struct CPeriodicTimer::SState : std::enable_shared_from_this<SState> {
     {
         timer.expires_after(period);
         timer.async_wait([self = shared_from_this()](const asio::error_code& error) {
-            const std::lock_guard guard(self->lock);
+            const TMutexGuard guard(self->lock);
             if (!error && !self->bStopped) {
                 self->function();
                 self->Arm();
@@ -76,8 +76,8 @@ struct CPeriodicTimer::SState : std::enable_shared_from_this<SState> {
     asio::steady_timer timer; // receive thread only
     const std::chrono::milliseconds period;
     const std::function<void()> function;
-    std::mutex lock; // held while the function runs
-    bool bStopped = false;
+    CMutex lock; // held while the function runs
+    bool bStopped TVWALL_GUARDED_BY(lock) = false;
 };
 
 CPeriodicTimer::CPeriodicTimer(CIoThread& thread, std::chrono::milliseconds period,
@@ -90,7 +90,7 @@ CPeriodicTimer::CPeriodicTimer(CIoThread& thread, std::chrono::milliseconds peri
 CPeriodicTimer::~CPeriodicTimer()
 {
     {
-        const std::lock_guard guard(m_pState->lock);
+        const TMutexGuard guard(m_pState->lock);
         m_pState->bStopped = true;
     }
     asio::post(m_pState->timer.get_executor(), [pState = m_pState] { pState->timer.cancel(); });

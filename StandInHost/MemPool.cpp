@@ -20,7 +20,7 @@ const char* CMemPool::New(std::string_view bytes)
     auto buffer = std::make_unique<SBuffer>();
     buffer->strBytes = bytes;
     const char* hBuffer = reinterpret_cast<const char*>(buffer.get());
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     Reserve(sizeof(SBuffer) + bytes.size());
     m_buffers.emplace(hBuffer, std::move(buffer));
     return hBuffer;
@@ -28,7 +28,7 @@ const char* CMemPool::New(std::string_view bytes)
 
 void CMemPool::AddRef(const char* hBuffer)
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     if (SBuffer* pBuffer = Find(hBuffer, "AddRef")) {
         ++pBuffer->nReferences;
     }
@@ -36,7 +36,7 @@ void CMemPool::AddRef(const char* hBuffer)
 
 void CMemPool::Delete(const char* hBuffer)
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     SBuffer* pBuffer = Find(hBuffer, "Delete");
     if (pBuffer != nullptr && --pBuffer->nReferences == 0) {
         m_nBytes -= sizeof(SBuffer) + pBuffer->strBytes.size();
@@ -46,14 +46,14 @@ void CMemPool::Delete(const char* hBuffer)
 
 std::string_view CMemPool::Bytes(const char* hBuffer)
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     SBuffer* pBuffer = Find(hBuffer, "Bytes");
     return pBuffer == nullptr ? std::string_view() : pBuffer->strBytes;
 }
 
 bool CMemPool::Append(const char* hBuffer, std::string_view bytes)
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     SBuffer* pBuffer = Find(hBuffer, "Append");
     if (pBuffer == nullptr) {
         return false;
@@ -65,7 +65,7 @@ bool CMemPool::Append(const char* hBuffer, std::string_view bytes)
 
 void CMemPool::TruncateFront(const char* hBuffer, std::size_t nLen)
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     if (SBuffer* pBuffer = Find(hBuffer, "TruncateFront")) {
         nLen = std::min(nLen, pBuffer->strBytes.size());
         pBuffer->strBytes.erase(0, nLen);
@@ -75,7 +75,7 @@ void CMemPool::TruncateFront(const char* hBuffer, std::size_t nLen)
 
 void CMemPool::TruncateBack(const char* hBuffer, std::size_t nLen)
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     if (SBuffer* pBuffer = Find(hBuffer, "TruncateBack")) {
         nLen = std::min(nLen, pBuffer->strBytes.size());
         pBuffer->strBytes.resize(pBuffer->strBytes.size() - nLen);
@@ -85,13 +85,13 @@ void CMemPool::TruncateBack(const char* hBuffer, std::size_t nLen)
 
 std::size_t CMemPool::LiveBuffers() const
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     return m_buffers.size();
 }
 
 std::size_t CMemPool::WrongHandles() const
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     return m_nWrongHandles;
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+
+#include "Mutex.h"
 
 namespace standin_host {
 
@@ -36,14 +37,15 @@ private:
         unsigned long nReferences = 1;
     };
 
-    // The lock is held. Takes room for nBytes more; throws std::bad_alloc.
-    void Reserve(std::size_t nBytes);
-    SBuffer* Find(const char* hBuffer, const char* szOperation); // the lock is held
+    // Takes room for nBytes more; throws std::bad_alloc.
+    void Reserve(std::size_t nBytes) TVWALL_REQUIRES(m_lock);
+    SBuffer* Find(const char* hBuffer, const char* szOperation) TVWALL_REQUIRES(m_lock);
 
-    mutable std::mutex m_lock;
-    std::unordered_map<const char*, std::unique_ptr<SBuffer>> m_buffers; // the key is the buffer's address
-    std::size_t m_nBytes = 0; // in all buffers, with what each takes itself
-    std::size_t m_nWrongHandles = 0;
+    mutable CMutex m_lock;
+    // The key is the buffer's address.
+    std::unordered_map<const char*, std::unique_ptr<SBuffer>> m_buffers TVWALL_GUARDED_BY(m_lock);
+    std::size_t m_nBytes TVWALL_GUARDED_BY(m_lock) = 0; // in all buffers, with what each takes itself
+    std::size_t m_nWrongHandles TVWALL_GUARDED_BY(m_lock) = 0;
 };
 
 } // namespace standin_host

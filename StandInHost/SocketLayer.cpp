@@ -22,21 +22,21 @@ CSocketLayer& CSocketLayer::Instance()
 
 int CSocketLayer::Add(std::shared_ptr<CConnection> pConnection)
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     m_connections.emplace(++m_nLastHandle, std::move(pConnection));
     return m_nLastHandle;
 }
 
 std::shared_ptr<CConnection> CSocketLayer::Find(int nHandle) const
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     const auto it = m_connections.find(nHandle);
     return it == m_connections.end() ? nullptr : it->second;
 }
 
 std::shared_ptr<CConnection> CSocketLayer::Remove(int nHandle)
 {
-    const std::lock_guard guard(m_lock);
+    const TMutexGuard guard(m_lock);
     const auto node = m_connections.extract(nHandle);
     return node.empty() ? nullptr : node.mapped();
 }

@@ -2,10 +2,10 @@
 
 #include <map>
 #include <memory>
-#include <mutex>
 
 #include "Connection.h"
 #include "HostFunctions.h"
+#include "Mutex.h"
 
 namespace standin_host {
 
@@ -26,9 +26,9 @@ public:
     std::shared_ptr<CConnection> Remove(int nHandle);
 
 private:
-    mutable std::mutex m_lock;
-    std::map<int, std::shared_ptr<CConnection>> m_connections;
-    int m_nLastHandle = 0;
+    mutable CMutex m_lock;
+    std::map<int, std::shared_ptr<CConnection>> m_connections TVWALL_GUARDED_BY(m_lock);
+    int m_nLastHandle TVWALL_GUARDED_BY(m_lock) = 0;
 };
 
 } // namespace standin_host

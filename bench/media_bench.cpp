@@ -2,7 +2,6 @@
 // need: the counter "vs_rsa" is the ratio of the two. 16 windows of 16 sub-windows with one stream each make
 // 512 texts to encipher.
 
-#include <algorithm>
 #include <memory>
 #include <string>
 
@@ -12,13 +11,9 @@
 
 #include <benchmark/benchmark.h>
 
-#include "CmdProcObject.h"
-#include "FakeHost.h"
+#include "BenchSession.h"
 #include "LinkTexts.h"
-#include "NetNode.h"
-#include "NetProtocolProcTWDECODERDevImp.h"
 #include "Ratio.h"
-#include "TestClock.h"
 
 namespace {
 
@@ -56,84 +51,6 @@ private:
     unsigned char m_cipher[128];
 };
 
-// A host and a link that copy nothing: what they do with the bytes is theirs.
-class Node final : public CNetNode {
-public:
-    void DeliverCommand(unsigned int, CCmdProcParam*) override {}
-    bool SendData(const void* pData, unsigned long nLen) override
-    {
-        constexpr unsigned long ENVELOPE_LEN = 300;
-        m_envelope.assign(static_cast<const char*>(pData), std::min(nLen, ENVELOPE_LEN));
-        m_nLen = nLen;
-        return true;
-    }
-    bool IsDropRecvData() override { return false; }
-    void Disconnect() override {}
-    GUID GetNodeID() const override { return {}; }
-
-    std::string m_envelope; // of the last request
-    unsigned long m_nLen = 0;
-};
-
-class Command final : public CCmdProcObject {
-public:
-    explicit Command(unsigned int nCmdID) : m_nCmdID(nCmdID) {}
-    unsigned int GetRequestCommand() const override { return m_nCmdID; }
-    bool HasReply() const override { return true; }
-    void AddReference(int) override {}
-    void DecReference(int) override {}
-    void ReplyRecord(const ORVA_NET_PROTOCOL::_kest_net_reply&) override {}
-    void ReplyBuffer(const char* pData, unsigned long) override { m_bSucceeded = pData != nullptr; }
-
-    bool m_bSucceeded = false;
-
-private:
-    unsigned int m_nCmdID;
-};
-
-// A logged-in session whose decoder answers at the first poll.
-class Session {
-public:
-    explicit Session(const std::string& keyPem)
-    {
-        fake_host::SetLogRecording(false);
-        m_session.Start(&m_node, nullptr, 0);
-        test_clock::SetSleepHook([this, keyPem](unsigned int) {
-            const std::string keys = "<pubkey1>" + keyPem + "</pubkey1><pubkey2>" + keyPem + "</pubkey2>";
-            const std::string reply =
-                Frame(ReplyText("dologin", Element(m_node.m_envelope, "seq"), "0", "", keys));
-            unsigned int nNeed = 0;
-            m_session.OnSocketRecvData(0, reply.data(), static_cast<unsigned int>(reply.size()), &nNeed,
-                                       nullptr);
-        });
-        std::string login = LoginPayload("admin", "secret");
-        m_bLoggedIn = Run(0x101, login);
-    }
-    ~Session() { test_clock::SetSleepHook({}); }
-
-    bool IsLoggedIn() const { return m_bLoggedIn; }
-    size_t LastRequestLen() const { return m_node.m_nLen; }
-
-    // False when the host gets no success.
-    bool Run(unsigned int nCmdID, std::string& payload)
-    {
-        Command command(nCmdID);
-        m_session.ProcOneCommand(&command, reinterpret_cast<unsigned char*>(payload.data()),
-                                 static_cast<unsigned int>(payload.size()));
-        return command.m_bSucceeded;
-    }
-
-private:
-    Node m_node;
-    CNetProtocolProcTWDECODERDevImp m_session;
-    bool m_bLoggedIn = false;
-};
-
-std::string Field(const std::string& text, size_t nSize)
-{
-    return text + std::string(nSize - text.size(), '\0');
-}
-
 std::string Credentials() { return Field("10.0.0.9", 32) + Field(USER, 256) + Field(PASSWORD, 256); }
 
 std::string Media()
@@ -165,9 +82,9 @@ std::string Wall()
 void RunBeside(benchmark::State& state, unsigned int nCmdID, std::string payload)
 {
     DecoderKey key;
-    Session session(key.Pem());
-    if (!session.IsLoggedIn() || !session.Run(nCmdID, payload) ||
-        session.LastRequestLen() < size_t{CREDENTIALS} * 172) {
+    BenchSession session("<pubkey1>" + key.Pem() + "</pubkey1><pubkey2>" + key.Pem() + "</pubkey2>");
+    session.Run(nCmdID, payload);
+    if (!session.Succeeded() || session.RequestLen() < size_t{CREDENTIALS} * 172) {
         state.SkipWithError("the credentials were not sent");
         return;
     }

@@ -8,85 +8,11 @@
 #include <benchmark/benchmark.h>
 #include <tinyxml2.h>
 
-#include "CmdProcObject.h"
-#include "FakeHost.h"
-#include "FakeNode.h"
+#include "BenchSession.h"
 #include "LinkTexts.h"
-#include "NetProtocolProcTWDECODERDevImp.h"
 #include "Ratio.h"
-#include "TestClock.h"
 
 namespace {
-
-// Takes the answer without a copy.
-class Command final : public CCmdProcObject {
-public:
-    explicit Command(unsigned int nCmdID) : m_nCmdID(nCmdID) {}
-
-    unsigned int GetRequestCommand() const override { return m_nCmdID; }
-    bool HasReply() const override { return true; }
-    void AddReference(int) override {}
-    void DecReference(int) override {}
-    void ReplyRecord(const ORVA_NET_PROTOCOL::_kest_net_reply&) override {}
-    void ReplyBuffer(const char* pData, unsigned long nLen) override
-    {
-        benchmark::DoNotOptimize(pData);
-        nAnswerLen = nLen;
-    }
-
-    size_t nAnswerLen = 0;
-
-private:
-    unsigned int m_nCmdID;
-};
-
-// A logged-in session whose decoder gives the same reply to every request, at the first poll.
-class Session {
-public:
-    explicit Session(const std::string& body)
-        : m_text(ReplyText("getwalllayout", std::string(SEQ_WIDTH, '0'), "0", "", body))
-    {
-        fake_host::SetLogRecording(false);
-        m_session.Start(&m_node, nullptr, 0);
-        test_clock::SetSleepHook([this](unsigned int) { Reply(); });
-        Run(0x101, LoginPayload("admin", "secret"));
-    }
-    ~Session() { test_clock::SetSleepHook({}); }
-
-    const std::string& Text() const { return m_text; }
-    size_t AnswerLen() const { return m_nAnswerLen; }
-
-    // Returns the seconds until the reply has been received.
-    double Run(unsigned int nCmdID, std::string payload)
-    {
-        const double start = ThreadSeconds();
-        m_node.frames.clear();
-        Command command(nCmdID);
-        m_session.ProcOneCommand(&command, reinterpret_cast<unsigned char*>(payload.data()),
-                                 static_cast<unsigned int>(payload.size()));
-        m_nAnswerLen = command.nAnswerLen;
-        return m_received - start;
-    }
-
-private:
-    static constexpr size_t SEQ_WIDTH = 10; // of the longest number, so that all replies are as long
-
-    void Reply()
-    {
-        const std::string seq = Element(m_node.frames.back(), "seq");
-        m_text.replace(m_text.find("</seq>") - seq.size(), seq.size(), seq);
-        const std::string frame = Frame(m_text);
-        unsigned int nNeed = 0;
-        m_session.OnSocketRecvData(0, frame.data(), static_cast<unsigned int>(frame.size()), &nNeed, nullptr);
-        m_received = ThreadSeconds();
-    }
-
-    std::string m_text;
-    FakeNode m_node;
-    CNetProtocolProcTWDECODERDevImp m_session;
-    double m_received = 0;
-    size_t m_nAnswerLen = 0;
-};
 
 // A list with the same item again and again.
 std::string List(const std::string& name, const std::string& item, int64_t nItems)
@@ -98,14 +24,14 @@ std::string List(const std::string& name, const std::string& item, int64_t nItem
     return text + "</" + name + ">";
 }
 
-void RunBeside(benchmark::State& state, const std::string& body, unsigned int nCmdID,
-               const std::string& payload, size_t nItemLen)
+void RunBeside(benchmark::State& state, const std::string& body, unsigned int nCmdID, std::string payload,
+               size_t nItemLen)
 {
     // Memory that is freed stays with the process, as it does in a host's large heap; otherwise the kernel's
     // work on pages that come and go would be measured on both sides.
     mallopt(M_TRIM_THRESHOLD, 1 << 28);
     mallopt(M_MMAP_THRESHOLD, 1 << 25);
-    Session session(body);
+    BenchSession session(body);
     session.Run(nCmdID, payload);
     if (session.AnswerLen() < static_cast<size_t>(state.range(0)) * nItemLen) {
         state.SkipWithError("the answer does not hold every item");
@@ -115,7 +41,7 @@ void RunBeside(benchmark::State& state, const std::string& body, unsigned int nC
         state, "vs_parse", [&] { return session.Run(nCmdID, payload); },
         [&] {
             tinyxml2::XMLDocument document;
-            document.Parse(session.Text().data(), session.Text().size());
+            document.Parse(session.ReplySent().data(), session.ReplySent().size());
             benchmark::DoNotOptimize(document.RootElement());
         });
     state.SetComplexityN(state.range(0));

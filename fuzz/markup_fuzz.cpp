@@ -2,21 +2,13 @@
 // number of steps, a byte for each step, the text.
 
 #include <algorithm>
-#include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "FuzzScript.h"
 #include "MarkupSTL.h"
 
 namespace {
-
-void Require(bool bHolds)
-{
-    if (!bHolds) {
-        std::abort();
-    }
-}
 
 // All elements as navigation finds them.
 std::string Outline(CMarkupSTL& doc)

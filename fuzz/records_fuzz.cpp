@@ -2,13 +2,13 @@
 // payload.
 
 #include <algorithm>
-#include <cstdlib>
 #include <iterator>
 #include <vector>
 
 #include "DecodeCommDisplay.h"
 #include "DecodeCommPlayback.h"
 #include "FakeHost.h"
+#include "FuzzScript.h"
 #include "MonitorTvwComm.h"
 #include "MonitorTvwCommAudio.h"
 #include "MonitorTvwCommChannelGroup.h"
@@ -17,13 +17,6 @@
 #include "MonitorTvwCommWallInfo.h"
 
 namespace {
-
-void Require(bool bHolds)
-{
-    if (!bHolds) {
-        std::abort();
-    }
-}
 
 template <class Record>
 std::vector<char> Encode(const Record& record)

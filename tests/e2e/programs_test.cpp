@@ -139,6 +139,57 @@ TEST_F(ProgramsTest, TheWallFollowsTheCommandsOfAScript)
     EXPECT_EQ(decoder->Wait(), 0);
 }
 
+// Every family of commands, with a real login, real credentials and the decoder's notifications.
+TEST_F(ProgramsTest, AWholeWallIsSetUpShownAndTakenDown)
+{
+    std::ofstream(folder + "/accounts") << "viewer:hidden-1\n";
+    StartDecoder({"--source-accounts", folder + "/accounts"});
+    std::ofstream(folder + "/wall.json")
+        << R"({"windows": [{"id": 1, "x": 0, "y": 0, "width": 960, "height": 540,
+        "subWindows": [{"index": 0, "osd": 11, "media": {"address": "192.0.2.1", "port": 554, "channel": 1,
+        "user": "viewer", "password": "hidden-1"}}, {"index": 1, "osd": 12}]}]})";
+    std::ofstream(folder + "/password") << "hidden-1\n";
+    const std::string play =
+        " 192.0.2.2:554 --channel 2 --source-user viewer --source-password-file " + folder;
+    const std::string script =
+        "info\nconfig\nlayout set 2 2\nlayout bind 9 1 0\nlayout get\nwall apply " + folder +
+        "/wall.json\nmedia play 1 1" + play +
+        "/password\nplayback 1 0 1 2\nzoom 1 0 on\n"
+        "border 1 0 on\nwindow-config set on off\nwindow-config get\naudio play 1 0 1\n"
+        "audio get\ngroup add 7 --name doors --channels 1,2 --interval 5\n"
+        "group set 7 --name gates --channels 1,3 --interval 6\ngroup get 7\n"
+        "polling start 1 1 7\npolling stop 1 1\ngroup delete 7\naudio stop 1 0\nmedia stop 1 0\n"
+        "layout unbind 1 0\nwall clear\nlogout\n";
+    const std::string out = RunHost({"--json", "script", "-"}, 0, script);
+    EXPECT_EQ(out.find("hidden-1"), std::string::npos);
+    EXPECT_EQ(File("requests.json").find("hidden-1"), std::string::npos);
+
+    std::string fields; // of all answers
+    int nNotifications = 0;
+    std::istringstream lines(out);
+    for (std::string line; std::getline(lines, line);) {
+        const Json object = Json::parse(line);
+        if (object.contains("command")) {
+            EXPECT_EQ(object["answer"], "buffer") << line;
+            fields += object.value("fields", Json()).dump();
+        } else {
+            ++nNotifications;
+        }
+    }
+    EXPECT_EQ(Answers(out).size(), 26U);
+    EXPECT_EQ(nNotifications, 1) << "the channels that follow the system information";
+    for (const char* szRead : {R"("rows":2)", R"("id":9)", R"("name":"gates")", R"("channels":"1,3")"}) {
+        EXPECT_NE(fields.find(szRead), std::string::npos) << szRead << " in " << fields;
+    }
+
+    int nAccounts = 0;
+    std::istringstream requests(File("requests.json"));
+    for (std::string line; std::getline(requests, line);) {
+        nAccounts += Json::parse(line).value("credentials", 0);
+    }
+    EXPECT_EQ(nAccounts, 2) << "the accounts of two sources";
+}
+
 // Whatever the link looks like, the same commands get the same answers.
 class LinkShapesTest : public ProgramsTest,
                        public testing::WithParamInterface<std::pair<const char*, Words>> {};
@@ -187,16 +238,18 @@ TEST_F(ProgramsTest, EveryWayToFailHasItsStatusAndOneLine)
     EXPECT_NE(err.find("line 2"), std::string::npos) << err;
 }
 
-TEST_F(ProgramsTest, ADecoderThatDiesInTheMiddleEndsTheHostAtOnce)
+TEST_F(ProgramsTest, ADecoderThatDiesOrAnInterruptEndsTheHostAtOnce)
 {
     StartDecoder({"--fault", "cut-after=3"});
     RunHost({"wall", "clear"}, 3);
-    StartDecoder({"--fault", "silent@dowallclear"});
-    const auto host = StartHost({"script", "-"});
-    host->Write("window create 1 0 0 10 10\nwall clear\n");
-    ASSERT_NE(host->ReadUntil("window create"), "") << host->Err();
-    decoder->Signal(SIGKILL);
-    EXPECT_EQ(host->Wait(), 3) << host->Err();
+    for (const bool bDecoderDies : {true, false}) {
+        StartDecoder({"--fault", "silent@dowallclear"});
+        const auto host = StartHost({"script", "-"});
+        host->Write("window create 1 0 0 10 10\nwall clear\n");
+        ASSERT_NE(host->ReadUntil("window create"), "") << host->Err();
+        bDecoderDies ? decoder->Signal(SIGKILL) : host->Signal(SIGINT);
+        EXPECT_EQ(host->Wait(), bDecoderDies ? 3 : 128 + SIGINT) << host->Err();
+    }
 }
 
 TEST_F(ProgramsTest, WatchPrintsNotificationsUntilItIsInterrupted)
@@ -222,14 +275,17 @@ TEST_F(ProgramsTest, WatchPrintsNotificationsUntilItIsInterrupted)
     EXPECT_EQ(host->Wait(), 0) << host->Err();
 }
 
-TEST_F(ProgramsTest, InterruptedCommandsStopCleanly)
+TEST_F(ProgramsTest, EachDecoderOfAProcessHasItsOwnWall)
 {
-    StartDecoder({"--fault", "silent@dowallclear"});
-    const auto host = StartHost({"script", "-"});
-    host->Write("window create 1 0 0 10 10\nwall clear\n");
-    ASSERT_NE(host->ReadUntil("window create"), "") << host->Err();
-    host->Signal(SIGINT);
-    EXPECT_EQ(host->Wait(), 128 + SIGINT) << host->Err();
+    decoder = std::make_unique<Process>(Words{TVWALL_DECODER_PATH, "--decoders", "2"},
+                                        Words{"TVWALL_DECODER_PASSWORD=secret"});
+    for (int i = 0; i < 2; ++i) {
+        const std::string line = decoder->ReadUntil("listening on ");
+        ASSERT_NE(line, "") << decoder->Err();
+        address = line.substr(std::string("listening on ").size());
+        RunHost({"window", "create", "1", "0", "0", "960", "540"}, 0);
+    }
+    RunHost({"window", "create", "1", "0", "0", "960", "540"}, 1); // the last one has it now
 }
 
 TEST_F(ProgramsTest, RawCommandsGoInAsTheyAre)

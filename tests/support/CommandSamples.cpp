@@ -12,11 +12,6 @@ constexpr unsigned int OPTION = 0x50002;
 // The GUIDs of wall and plan, or wall and decoder.
 Bytes TwoGuids() { return Bytes().Text(std::string(16, 'W')).Text(std::string(16, 'P')); }
 
-std::string Field(const std::string& text, size_t nSize)
-{
-    return text + std::string(nSize - text.size(), '\0');
-}
-
 std::string Layout() { return Bytes().U32(1).U32(2).U32(1).U32(7).Text(Field("left", 256)).U32(0).U32(1); }
 
 std::string Windows()

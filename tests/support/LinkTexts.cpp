@@ -27,6 +27,21 @@ std::string Element(const std::string& xml, const std::string& name)
     return xml.substr(content, end - content);
 }
 
+std::string Repeat(const std::string& text, size_t n)
+{
+    std::string all;
+    all.reserve(text.size() * n);
+    for (size_t i = 0; i < n; ++i) {
+        all += text;
+    }
+    return all;
+}
+
+std::string Field(const std::string& text, size_t nSize)
+{
+    return text + std::string(nSize - text.size(), '\0');
+}
+
 std::string Option(unsigned int nOptType, const std::string& record)
 {
     return Bytes().U32(nOptType).U32(record.size()).Text(record);

@@ -13,7 +13,13 @@ std::string ReplyText(const std::string& url, const std::string& seq, const std:
 // The text between <name> and </name>, "" for <name/>, "?" when neither is there.
 std::string Element(const std::string& xml, const std::string& name);
 
+// n times the same text.
+std::string Repeat(const std::string& text, size_t n);
+
 // --- the host's bytes ---
+
+// A text field, filled up with zeros.
+std::string Field(const std::string& text, size_t nSize);
 
 // Little-endian bytes of numbers, and texts as they are.
 class Bytes {

@@ -9,12 +9,6 @@ inline const std::string GUID_BYTES = "ABCDEFGHIJKLMNOP";
 inline const std::string GUID_TEXT = "{44434241-4645-4847-494A-4B4C4D4E4F50}";
 inline const std::string NO_GUID(16, '\0');
 
-// A text field, filled up with zeros.
-inline std::string Field(const std::string& text, size_t nSize)
-{
-    return text + std::string(nSize - text.size(), '\0');
-}
-
 class MediaFixture : public WallCommandFixture {
 public:
     static constexpr auto USER = "camera user";

@@ -108,6 +108,13 @@ TEST(SimulatedFaults, UnderstandsTheirFormsAndCombinesThem)
     EXPECT_EQ(faults.notifyEvery.count(), 9);
     EXPECT_EQ(faults.beatEvery.count(), 8);
     EXPECT_TRUE(faults.deviceHead);
+    EXPECT_EQ(ListFaults(faults).size(), 10U);
+    EXPECT_EQ(ListFaults(faults)[1].url + "=" + std::to_string(ListFaults(faults)[1].number), "dologin=20");
+    for (const ActiveFault& fault : ListFaults(faults)) {
+        const std::string place = fault.url.empty() ? "" : "@" + fault.url;
+        EXPECT_EQ(RemoveFault(faults, std::string(fault.name) + place), "");
+    }
+    EXPECT_TRUE(ListFaults(faults).empty());
 }
 
 TEST(SimulatedFaults, SaysWhatIsWrongWithABadOne)

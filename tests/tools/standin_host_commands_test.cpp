@@ -1,4 +1,4 @@
-// The stand-in host's wall commands: records as they go to the plug-in, answers as people and programs read
+// The stand-in host's commands: records as they go to the plug-in, answers as people and programs read
 // them, and what is said of wrong input.
 
 #include <gtest/gtest.h>
@@ -70,6 +70,8 @@ std::string Refusal(const std::string& strLine)
 
 TEST_F(WallCommands, BecomeTheHostsRecords)
 {
+    const std::string strGuids = Zeros(32); // wall and plan are left empty
+    const std::string strOneSub = Zeros(8) + "0100000000000000ffffffff" + Zeros(8);
     const std::string strGuid = "40fc296b47ca6710b31d00dd010662da";
     const auto mediaHead = [](const std::string& strChannel, const std::string& strRest) {
         return "0400060074020000"
@@ -83,6 +85,26 @@ TEST_F(WallCommands, BecomeTheHostsRecords)
         unsigned int nCmdID;
         std::string strPayload;
     } cases[] = {
+        {"window create 7 1 2 3 4 --mode 2 --osd 5,6 --layer 9", 0x50002,
+         "060006005c000000" + strGuids +
+             "01000000"
+             "0700000001000000020000000300000004000000"
+             "0000000000000000"
+             "0200000009000000ffffffff"
+             "0000000005000000"
+             "0100000006000000"},
+        {"window split 1 0 0 5 5 2 5 0 5 5 --mode 1", 0x50001,
+         "0e00050084000000" + strGuids +
+             "02000000"
+             "0100000000000000000000000500000005000000" +
+             strOneSub + "0200000005000000000000000500000005000000" + strOneSub},
+        {"window move 1 -10 0x20 3 4", 0x50002,
+         "0800060038000000" + strGuids + "0100000001000000f6ffffff200000000300000004000000"},
+        {"window raise 1", 0x50002, "0900060024000000" + strGuids + "01000000"},
+        {"window delete 3 4294967295", 0x50002, "070006002c000000" + strGuids + "0200000003000000ffffffff"},
+        {"wall clear", 0x50001, "1100060000000000"},
+        {"raw 257 --hex '0a FF'", 0x101, "0aff"},
+        {"raw 0x50002 --option 0x12 --hex 01", 0x50002, "120000000100000001"},
         {"info", 0x50000, "0a00050000000000"},
         {"config", 0x50000, "0200050000000000"},
         {"logout", 0x50002, "0000050000000000"},
@@ -250,6 +272,21 @@ TEST_F(WallCommands, NameThePlaceOfWhatIsWrongInAWallFile)
 TEST_F(WallCommands, SayWhatIsWrongWithALine)
 {
     const std::pair<std::string, const char*> cases[] = {
+        {"windo", "unknown command 'windo'"},
+        {"window shut 1", "unknown command 'window shut'"},
+        {"window", "needs one more word"},
+        {"window raise 1 2", "unexpected argument '2'"},
+        {"window raise", "required"},
+        {"window raise 4294967296", "'4294967296'"},
+        {"window create 1 0 0 5", "five numbers"},
+        {"window create 1 -1 0 5 5", "'-1'"},
+        {"window create 1 0 0 5 5 --osd 1,2", "more ids"},
+        {"window move 1 2147483648 0 5 5", "'2147483648'"},
+        {"raw 0x50002 --hex 123", "pairs of hexadecimal"},
+        {"window raise 1 wall clear", "one command at a time"},
+        {"window raise 1 --password=secret", "'--password'"},
+        {"script other.txt", "unknown command 'script'"},
+        {"wall 'clear", "inside a quotation"},
         {"layout bind 1 0", "three numbers"},
         {"media play 1 0 a:0x50 --channel 1", "HOST:PORT"},
         {"media play 1 0 " + std::string(32, 'a') + ":1 --channel 1", "31 bytes"},

@@ -1,4 +1,4 @@
-// What the stand-in host decides by itself: its console commands, its balances, its connections.
+// What the stand-in host decides by itself: its balances, its connections.
 
 #include <gtest/gtest.h>
 
@@ -17,14 +17,11 @@
 
 #include "Command.h"
 #include "Connection.h"
-#include "ConsoleCommands.h"
 #include "DecoderLink.h"
-#include "ExitStatus.h"
 #include "HostEvents.h"
 #include "IoThread.h"
 #include "MemPool.h"
 #include "Plugin.h"
-#include "Script.h"
 #include "SocketDataObserver.h"
 #include "SocketLayer.h"
 #include "Text.h"
@@ -34,83 +31,6 @@ namespace {
 
 using asio::ip::tcp;
 using namespace std::chrono_literals;
-
-SConsoleCommand Parse(const std::string& strLine) { return ParseScriptLine(SplitLine(strLine)); }
-
-TEST(ConsoleCommands, BecomeTheHostsRecords)
-{
-    const std::string strGuids(64, '0'); // wall and plan are left empty
-    const std::string strOneSub = "0000000000000000"
-                                  "0100000000000000ffffffff"
-                                  "0000000000000000";
-    const struct {
-        const char* szLine;
-        unsigned int nCmdID;
-        std::string strPayload;
-    } cases[] = {
-        {"window create 7 1 2 3 4 --mode 2 --osd 5,6 --layer 9", 0x50002,
-         "060006005c000000" + strGuids +
-             "01000000"
-             "0700000001000000020000000300000004000000"
-             "0000000000000000"
-             "0200000009000000ffffffff"
-             "0000000005000000"
-             "0100000006000000"},
-        {"window split 1 0 0 5 5 2 5 0 5 5 --mode 1", 0x50001,
-         "0e00050084000000" + strGuids +
-             "02000000"
-             "0100000000000000000000000500000005000000" +
-             strOneSub + "0200000005000000000000000500000005000000" + strOneSub},
-        {"window move 1 -10 0x20 3 4", 0x50002,
-         "0800060038000000" + strGuids +
-             "01000000"
-             "01000000f6ffffff200000000300000004000000"},
-        {"window raise 1", 0x50002, "0900060024000000" + strGuids + "01000000"},
-        {"window delete 3 4294967295", 0x50002,
-         "070006002c000000" + strGuids +
-             "02000000"
-             "03000000ffffffff"},
-        {"wall clear", 0x50001, "1100060000000000"},
-        {"raw 257 --hex '0a FF'", 0x101, "0aff"},
-        {"raw 0x50002 --option 0x12 --hex 01", 0x50002, "120000000100000001"},
-    };
-    for (const auto& expected : cases) {
-        const SConsoleCommand command = Parse(expected.szLine);
-        EXPECT_EQ(command.nCmdID, expected.nCmdID) << expected.szLine;
-        EXPECT_EQ(HexText(command.payload.bytes.data(), command.payload.bytes.size()), expected.strPayload)
-            << expected.szLine;
-    }
-}
-
-TEST(ConsoleCommands, SayWhatIsWrongWithALine)
-{
-    const std::pair<const char*, const char*> cases[] = {
-        {"windo", "unknown command 'windo'"},
-        {"window shut 1", "unknown command 'window shut'"},
-        {"window", "needs one more word"},
-        {"window raise 1 2", "unexpected argument '2'"},
-        {"window raise", "required"},
-        {"window raise 4294967296", "'4294967296'"},
-        {"window create 1 0 0 5", "five numbers"},
-        {"window create 1 -1 0 5 5", "'-1'"},
-        {"window create 1 0 0 5 5 --osd 1,2", "more ids"},
-        {"window move 1 2147483648 0 5 5", "'2147483648'"},
-        {"raw 0x50002 --hex 123", "pairs of hexadecimal"},
-        {"window raise 1 wall clear", "one command at a time"},
-        {"window raise 1 --password=secret", "'--password'"},
-        {"script other.txt", "unknown command 'script'"},
-        {"wall 'clear", "inside a quotation"},
-    };
-    for (const auto& [szLine, szError] : cases) {
-        try {
-            Parse(szLine);
-            ADD_FAILURE() << szLine << " was taken";
-        } catch (const CUsageError& error) {
-            EXPECT_NE(std::string(error.what()).find(szError), std::string::npos)
-                << szLine << ": " << error.what();
-        }
-    }
-}
 
 TEST(HostCommand, KeepsTheFirstAnswerAndReportsBrokenRules)
 {

@@ -10,16 +10,6 @@ constexpr unsigned int GET_CONFIG = 0x50000;
 constexpr unsigned int BASIC_CONFIG = 0x50002;
 constexpr unsigned int GET_LAYOUT = 0x50006;
 
-std::string Repeat(const std::string& text, size_t n)
-{
-    std::string all;
-    all.reserve(text.size() * n);
-    for (size_t i = 0; i < n; ++i) {
-        all += text;
-    }
-    return all;
-}
-
 // Attributes of different names, whose values look like other things.
 std::string Attributes(int n)
 {

@@ -25,18 +25,7 @@ std::string Window(int id, const std::string& subItems)
     return Item(Elem("id", id) + Elem("td_subwindowlist", subItems));
 }
 
-class AudioTest : public WallCommandFixture {
-protected:
-    // What the host gets when the decoder's answer has this body.
-    std::string Ask(const std::string& record, const std::string& body)
-    {
-        ReplyWith(ReplyText("getaudioconfig", "%SEQ%", "0", "", body));
-        const std::string answer = Run(0x50000, Option(0x60016, record));
-        EXPECT_EQ(LastBody(), Body(""));
-        EXPECT_EQ(Element(LastRequest(), "url"), "getaudioconfig");
-        return answer;
-    }
-};
+using AudioTest = WallCommandFixture;
 
 TEST_F(AudioTest, SwitchesTheSoundOfTheWindowsThatWereRead)
 {
@@ -63,21 +52,25 @@ TEST_F(AudioTest, SwitchesTheSoundOfTheWindowsThatWereRead)
 TEST_F(AudioTest, TheAnswerHoldsTheHostsGuidsAndTheDecodersWindows)
 {
     LogIn();
+    const auto ask = [this](const std::string& record, const std::string& body) {
+        return Ask(0x50000, Option(0x60016, record), "getaudioconfig", body);
+    };
     const auto answer = [](const std::string& guids, unsigned long nWindows, const std::string& windows) {
         return ResultOf(0x60016, Bytes().Text(guids).U32(nWindows).Text(windows));
     };
     const std::string zero(32, '\0');
-    EXPECT_EQ(Ask(TWO, ""), answer(GUIDS, 0, ""));
-    EXPECT_EQ(Ask(TWO.substr(0, TWO.size() - 1), ""), answer(GUIDS, 0, "")) << "a bad item keeps the head";
-    EXPECT_EQ(Ask(TWO.substr(0, 35), ""), answer(zero, 0, ""));
-    EXPECT_EQ(Ask(Bytes().Text(GUIDS).U32(0x20000001).Zeros(8), ""), answer(zero, 0, ""));
+    EXPECT_EQ(ask(TWO, ""), answer(GUIDS, 0, ""));
+    EXPECT_EQ(LastBody(), Body(""));
+    EXPECT_EQ(ask(TWO.substr(0, TWO.size() - 1), ""), answer(GUIDS, 0, "")) << "a bad item keeps the head";
+    EXPECT_EQ(ask(TWO.substr(0, 35), ""), answer(zero, 0, ""));
+    EXPECT_EQ(ask(Bytes().Text(GUIDS).U32(0x20000001).Zeros(8), ""), answer(zero, 0, ""));
 
     const std::string windows =
         Item(Elem("td_subwindowlist", Item(Elem("channelid", "-9") + Elem("index", " &#52;x")) +
                                           Elem("other", "1") + Item(Elem("td_channel", 6))) +
              Elem("id", -2)) +
         Elem("other", "1") + Item("");
-    EXPECT_EQ(Ask(TWO, Elem("td_windowlist", windows)),
+    EXPECT_EQ(ask(TWO, Elem("td_windowlist", windows)),
               answer(GUIDS, 2, Bytes().U32(-2UL).U32(2).U32(4).U32(-9UL).U32(0).U32(0).U32(0).U32(0)))
         << "other order, entities, unknown names, missing values";
 }

@@ -17,40 +17,18 @@ std::string Window(unsigned long id, unsigned int nMode)
     return window;
 }
 
-std::string Join(const std::vector<std::string>& lines)
+std::string Windows(const std::string& items) { return Body(Elem("td_windowlist", items)); }
+
+std::string Rect(const std::string& x, const std::string& y, const std::string& width,
+                 const std::string& height)
 {
-    std::string text;
-    for (const auto& line : lines) {
-        text += line + "\r\n";
-    }
-    return text + "</td_command>\r\n";
+    return Elem("rect", Elem("xpos", x) + Elem("ypos", y) + Elem("width", width) + Elem("height", height));
 }
 
-const std::string WINDOW_3 = Join({"<td_body>",
-                                   "<td_windowlist>",
-                                   "<item>",
-                                   "<id>3</id>",
-                                   "<rect>",
-                                   "<xpos>1</xpos>",
-                                   "<ypos>2</ypos>",
-                                   "<width>4294967295</width>",
-                                   "<height>4</height>",
-                                   "</rect>",
-                                   "<mode>2</mode>",
-                                   "<td_subwindowlist>",
-                                   "<item>",
-                                   "<index>0</index>",
-                                   "<osdid>100</osdid>",
-                                   "</item>",
-                                   "<item>",
-                                   "<index>1</index>",
-                                   "<osdid>101</osdid>",
-                                   "</item>",
-                                   "</td_subwindowlist>",
-                                   "</item>",
-                                   "</td_windowlist>",
-                                   "</td_body>"});
-const std::string NO_WINDOWS = Join({"<td_body>", "<td_windowlist/>", "</td_body>"});
+const std::string WINDOW_3 =
+    Windows(Item(Elem("id", 3) + Rect("1", "2", "4294967295", "4") + Elem("mode", 2) +
+                 Elem("td_subwindowlist", Item(Elem("index", 0) + Elem("osdid", 100)) +
+                                              Item(Elem("index", 1) + Elem("osdid", 101)))));
 
 using CanvasTest = WallCommandFixture;
 
@@ -62,18 +40,12 @@ TEST_F(CanvasTest, EveryOperationSendsItsBodyAndEchoesItsRecord)
         {"create", 0x50002, 0x60006, one, "docreatewindow", WINDOW_3, 0x60006},
         {"split, answered as a creation", 0x50001, 0x5000E, one, "dosplitwindow", WINDOW_3, 0x60006},
         {"delete", 0x50002, 0x60007, Guids().U32(2).U32(7).U32(0x80000000), "dodestroywindow",
-         Join({"<td_body>", "<td_windowlist>", "<item>", "<id>7</id>", "</item>", "<item>",
-               "<id>2147483648</id>", "</item>", "</td_windowlist>", "</td_body>"}),
-         0x60007},
+         Windows(Item(Elem("id", 7)) + Item(Elem("id", 2147483648))), 0x60007},
         {"move, signed", 0x50002, 0x60008, Guids().U32(1).U32(7).U32(-10UL).U32(20).U32(30).U32(40),
-         "domodifywindow",
-         Join({"<td_body>", "<td_windowlist>", "<item>", "<id>7</id>", "<rect>", "<xpos>-10</xpos>",
-               "<ypos>20</ypos>", "<width>30</width>", "<height>40</height>", "</rect>", "</item>",
-               "</td_windowlist>", "</td_body>"}),
-         0x60008},
+         "domodifywindow", Windows(Item(Elem("id", 7) + Rect("-10", "20", "30", "40"))), 0x60008},
         {"raise", 0x50002, 0x60009, Guids().U32(0xFFFFFFFE), "dowindowtop",
-         Join({"<td_body>", "<td_window>", "<id>4294967294</id>", "</td_window>", "</td_body>"}), 0x60009},
-        {"clear, whatever the data", 0x50001, 0x60011, "any", "dowallclear", Join({"<td_body/>"}), 0x60011},
+         Body(Elem("td_window", Elem("id", 4294967294))), 0x60009},
+        {"clear, whatever the data", 0x50001, 0x60011, "any", "dowallclear", Body(""), 0x60011},
     };
     for (const auto& c : cases) {
         Check(c);
@@ -88,14 +60,14 @@ TEST_F(CanvasTest, ShortRecordsSendWhatWasReadOfThem)
         {"second window cut", 0x50002, 0x60006, two.substr(0, two.size() - 1), "docreatewindow", WINDOW_3,
          0x60006},
         {"more windows than bytes", 0x50002, 0x60006, Guids().U32(3).Text(Window(3, 2)), "docreatewindow",
-         NO_WINDOWS, 0x60006},
+         Windows(""), 0x60006},
         {"product beyond 32 bits", 0x50002, 0x60007, Guids().U32(0x40000001).U32(1), "dodestroywindow",
-         NO_WINDOWS, 0x60007},
-        {"move cut", 0x50002, 0x60008, Guids().U32(1).U32(7), "domodifywindow", NO_WINDOWS, 0x60008},
-        {"no whole head", 0x50002, 0x60007, "short", "dodestroywindow", NO_WINDOWS, 0x60007},
+         Windows(""), 0x60007},
+        {"move cut", 0x50002, 0x60008, Guids().U32(1).U32(7), "domodifywindow", Windows(""), 0x60008},
+        {"no whole head", 0x50002, 0x60007, "short", "dodestroywindow", Windows(""), 0x60007},
         {"raise cut", 0x50002, 0x60009, std::string(35, 'x'), "dowindowtop",
-         Join({"<td_body>", "<td_window>", "<id>0</id>", "</td_window>", "</td_body>"}), 0x60009},
-        {"nothing", 0x50001, 0x60011, "", "dowallclear", Join({"<td_body/>"}), 0x60011},
+         Body(Elem("td_window", Elem("id", 0))), 0x60009},
+        {"nothing", 0x50001, 0x60011, "", "dowallclear", Body(""), 0x60011},
     };
     for (const auto& c : cases) {
         Check(c);

@@ -13,7 +13,7 @@ std::string Group(const std::string& guid, unsigned long id, unsigned long nChan
                   const std::string& name, const std::string& channels)
 {
     Bytes group = Bytes().Text(guid).U32(id).U32(nChannels).U32(nInterval);
-    return group.Text(name).Zeros(256 - name.size()).Text(channels).Zeros(16 - channels.size());
+    return group.Text(Field(name, 256)).Text(Field(channels, 16));
 }
 
 std::string GroupElement(const std::string& id, const std::string& name, const std::string& nChannels,
@@ -23,15 +23,9 @@ std::string GroupElement(const std::string& id, const std::string& name, const s
                                     Elem("interval", nInterval) + Elem("td_channellist", channels));
 }
 
-class ChannelGroupTest : public WallCommandFixture {
-protected:
-    // What the host gets when the decoder's answer has these groups.
-    std::string Ask(const std::string& record, const std::string& body)
-    {
-        ReplyWith(ReplyText("setchannelgroup", "%SEQ%", "0", "", body));
-        return Run(0x50000, Option(0x6000D, record));
-    }
-};
+using ChannelGroupTest = WallCommandFixture;
+
+constexpr auto URL = "setchannelgroup"; // that which sets a group
 
 TEST_F(ChannelGroupTest, EveryRequestSendsItsBodyAndEchoesItsRecord)
 {
@@ -86,9 +80,8 @@ TEST_F(ChannelGroupTest, AsksForOneGroupOrAllUnderTheUrlThatSetsOne)
         {"", Body("")},
     };
     for (const auto& [record, body] : cases) {
-        EXPECT_EQ(Ask(record, ""), ResultOf(0x6000E, Bytes().U32(0)));
+        EXPECT_EQ(Ask(0x50000, Option(0x6000D, record), URL), ResultOf(0x6000E, Bytes().U32(0)));
         EXPECT_EQ(LastBody(), body);
-        EXPECT_EQ(Element(LastRequest(), "url"), "setchannelgroup");
     }
     S_MTvw_Wall_Get_ChGroup record;
     Decode(record, WALL);
@@ -104,7 +97,7 @@ TEST_F(ChannelGroupTest, TheAnswerHoldsTheDecodersGroups)
         Elem("other", "1") +
         Item(Elem("name", "\xE5\x8C\x97 &lt;&#65;&gt;") + Elem("td_channellist", "1;2")) + Item("");
     const std::string zero(16, '\0');
-    EXPECT_EQ(Ask(WALL, Elem("channelgrouplist", items)),
+    EXPECT_EQ(Ask(0x50000, Option(0x6000D, WALL), URL, Elem("channelgrouplist", items)),
               ResultOf(0x6000E, Bytes()
                                     .U32(3)
                                     .Text(Group(zero, -3UL, 0, 0xFFFFFFFF, std::string(255, 'n'),

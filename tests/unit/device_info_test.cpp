@@ -2,7 +2,7 @@
 
 namespace {
 
-std::string Field(const std::string& text) { return Bytes().Text(text).Zeros(64 - text.size()); }
+std::string Field(const std::string& text) { return ::Field(text, 64); }
 
 const std::string CHANNELS = Elem("td_channellist", Item(Elem("id", 1)));
 

@@ -9,7 +9,7 @@ namespace {
 // A screen as the host holds it; the name is filled up with zeros.
 std::string Screen(unsigned long id, const std::string& name, unsigned long x, unsigned long y)
 {
-    return Bytes().U32(id).Text(name).Zeros(256 - name.size()).U32(x).U32(y);
+    return Bytes().U32(id).Text(Field(name, 256)).U32(x).U32(y);
 }
 
 std::string Layout(unsigned long nRows, unsigned long nCols, unsigned long nCount, const std::string& screens)

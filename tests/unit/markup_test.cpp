@@ -1,4 +1,5 @@
 #include "ElemScope.h"
+#include "LinkTexts.h"
 #include "MarkupSTL.h"
 
 #include <gtest/gtest.h>
@@ -41,21 +42,12 @@ CMarkupSTL At(const std::string& text, std::initializer_list<const char*> path)
 
 std::string DataOf(const std::string& content) { return At("<x>" + content + "</x>", {"x"}).GetData(); }
 
-std::string Repeat(const char* text, int count)
-{
-    std::string all;
-    for (int i = 0; i < count; ++i) {
-        all += text;
-    }
-    return all;
-}
-
 bool Parses(CMarkupSTL& doc, const std::string& text)
 {
     return doc.SetDoc(text.data(), static_cast<unsigned int>(text.size()));
 }
 
-constexpr int MANY = 100'000;
+constexpr size_t MANY = 100'000;
 
 TEST(Markup, ComposesARequestHeaderLineByLine)
 {
@@ -320,7 +312,7 @@ TEST(Markup, ParsesHostileTextsInLinearTime)
     }
     EXPECT_TRUE(Parses(doc, "<a" + Repeat(" b='1'", MANY) + ">" + Repeat("&", MANY) + "</a>"));
     EXPECT_TRUE(doc.FindElem());
-    EXPECT_EQ(doc.GetData().size(), static_cast<size_t>(MANY));
+    EXPECT_EQ(doc.GetData().size(), MANY);
 }
 
 TEST(Markup, AddsInsideDeepNestingAndItsCopy)

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "LinkTexts.h"
 #include "VTXMLParse.h"
 
 namespace {
@@ -11,15 +12,6 @@ bool Parses(CVTXMLParse& reader, const std::string& text)
 {
     const std::vector<char> exact(text.begin(), text.end()); // no zero byte behind the text
     return reader.Parse(exact.data(), exact.size());
-}
-
-std::string Repeat(int count, const std::string& text)
-{
-    std::string all;
-    for (int i = 0; i < count; ++i) {
-        all += text;
-    }
-    return all;
 }
 
 } // namespace
@@ -83,7 +75,7 @@ TEST(PathReader, TellsWhatIsNoXmlFromWhatLacksAnElement)
     for (const std::string& text :
          {std::string(), std::string("hello"), std::string("<!-- c -->"), std::string("<a><b></a>"),
           std::string("<a>x</a>tail"), std::string("<a>\0</a>", 8), std::string(64, '\xFF'),
-          Repeat(200'000, "<a>")}) {
+          Repeat("<a>", 200'000)}) {
         ASSERT_TRUE(Parses(reader, "<a>1</a>"));
         EXPECT_FALSE(Parses(reader, text)) << text.substr(0, 64);
         EXPECT_FALSE(reader.IsParsed());

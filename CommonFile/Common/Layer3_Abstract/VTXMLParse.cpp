@@ -62,6 +62,9 @@ bool SkipTag(std::string_view& text)
 
 bool HasTooManyAttributes(std::string_view text)
 {
+    if (static_cast<size_t>(std::count(text.begin(), text.end(), '=')) <= MAX_ATTRIBUTES) {
+        return false; // the usual case, and quick to tell
+    }
     for (size_t nAt = text.find('<'); nAt != std::string_view::npos; nAt = text.find('<')) {
         text.remove_prefix(nAt + 1);
         if (text.starts_with("!--")) {

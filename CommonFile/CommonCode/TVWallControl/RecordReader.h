@@ -17,7 +17,7 @@ public:
     }
 
     // A record that is given no bytes at all is left as it was.
-    static constexpr bool CLEARS_WITHOUT_DATA = false;
+    static constexpr bool ClearsWithoutData() { return false; }
 
     bool IsGood() const { return m_bGood; }
     // False when the plain fields are to be dropped again.
@@ -139,7 +139,7 @@ public:
 // that are whole, an image only when it is whole itself; what is missing still makes the reader fail.
 class CCutListReader : public CRecordReader {
 public:
-    static constexpr bool CLEARS_WITHOUT_DATA = true;
+    static constexpr bool ClearsWithoutData() { return true; }
 
     using CRecordReader::CRecordReader;
 

@@ -111,7 +111,7 @@ public:
     bool SetData(const char* pData, unsigned int nLen)
     {
         if (pData == nullptr || nLen == 0) {
-            if (Reader::CLEARS_WITHOUT_DATA) {
+            if (Reader::ClearsWithoutData()) {
                 Self().ClearData();
             }
             return false;

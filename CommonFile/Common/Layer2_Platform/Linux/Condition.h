@@ -13,9 +13,9 @@ public:
     CPFCondition(const CPFCondition&) = delete;
     CPFCondition& operator=(const CPFCondition&) = delete;
 
-    void Wait(CLock& lock);
+    void Wait(CLock& lock) TVWALL_REQUIRES(lock);
     // False when the CLOCK_MONOTONIC time deadline has passed.
-    bool WaitUntil(CLock& lock, const timespec& deadline);
+    bool WaitUntil(CLock& lock, const timespec& deadline) TVWALL_REQUIRES(lock);
     void WakeOne();
     void WakeAll();
 

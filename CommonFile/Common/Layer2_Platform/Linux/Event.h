@@ -25,7 +25,7 @@ private:
     const bool m_bManualReset;
     mutable CLock m_FEventCS;
     mutable CPFCondition m_FCond;
-    mutable volatile unsigned int m_semCount; // 1 while signalled, else 0; only touched under the lock
+    mutable volatile unsigned int m_semCount TVWALL_GUARDED_BY(m_FEventCS); // 1 while signalled, else 0
 };
 
 // Keeps an event unsignalled while the scope is open, so that others can wait until the work in it is done.

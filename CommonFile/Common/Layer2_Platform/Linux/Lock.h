@@ -2,8 +2,10 @@
 
 #include <pthread.h>
 
+#include "ThreadSafety.h"
+
 // Mutual exclusion between the threads of one process.
-class CLock {
+class TVWALL_LOCK CLock {
 public:
     CLock(); // recursive
     explicit CLock(bool bRecursive);
@@ -11,8 +13,8 @@ public:
     CLock(const CLock&) = delete;
     CLock& operator=(const CLock&) = delete;
 
-    void Lock();
-    void Unlock();
+    void Lock() TVWALL_ACQUIRE();
+    void Unlock() TVWALL_RELEASE();
 
     // The mutex itself, for condition variables that release it while they wait. It stays owned by the lock.
     pthread_mutex_t* Handle() { return &m_CriticalSection; }
@@ -22,10 +24,10 @@ private:
 };
 
 // Holds a lock for the length of a scope.
-class CAutoLock {
+class TVWALL_LOCK_SCOPE CAutoLock {
 public:
-    explicit CAutoLock(CLock& lock) : m_Lock(lock) { m_Lock.Lock(); }
-    ~CAutoLock() { m_Lock.Unlock(); }
+    explicit CAutoLock(CLock& lock) TVWALL_ACQUIRE(lock) : m_Lock(lock) { m_Lock.Lock(); }
+    ~CAutoLock() TVWALL_RELEASE() { m_Lock.Unlock(); }
     CAutoLock(const CAutoLock&) = delete;
     CAutoLock& operator=(const CAutoLock&) = delete;
 

@@ -28,7 +28,7 @@ private:
     CPFCondition m_FCond;
     CLock m_FEventCS;
     unsigned int m_MaxCount;
-    volatile unsigned int m_semCount; // only touched under the lock
+    volatile unsigned int m_semCount TVWALL_GUARDED_BY(m_FEventCS);
 };
 
 // Mutual exclusion between the processes of one machine, by a named semaphore that outlives them all.

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <stdexcept>
+#include <string>
+
+#include <asio/io_context.hpp>
+#include <asio/ip/tcp.hpp>
+#include <asio/steady_timer.hpp>
+
+namespace simulated_decoder {
+
+class ListenError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// Listens at one address and hands over whoever connects, on the context's thread, until it is destroyed.
+class Acceptor {
+public:
+    using WelcomeFunction = std::function<void(asio::ip::tcp::socket socket)>;
+
+    // Listens when it returns; port 0 is any free one. ListenError, with a text for the user, when that
+    // cannot be done.
+    Acceptor(asio::io_context& context, const std::string& host, std::uint16_t port, WelcomeFunction welcome);
+    Acceptor(const Acceptor&) = delete;
+    Acceptor& operator=(const Acceptor&) = delete;
+
+    std::uint16_t Port() const { return m_acceptor.local_endpoint().port(); }
+    // Address and port as numbers.
+    std::string Where() const;
+
+private:
+    void Listen(const std::string& host, std::uint16_t port);
+    void Accept();
+
+    asio::io_context& m_context;
+    asio::ip::tcp::acceptor m_acceptor;
+    asio::steady_timer m_retryTimer;
+    WelcomeFunction m_welcome;
+};
+
+// Address and port as numbers.
+std::string Text(const asio::ip::tcp::endpoint& endpoint);
+
+} // namespace simulated_decoder

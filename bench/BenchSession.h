@@ -1,0 +1,114 @@
+#pragma once
+
+#include <algorithm>
+#include <string>
+
+#include <benchmark/benchmark.h>
+
+#include "CmdProcObject.h"
+#include "FakeHost.h"
+#include "LinkTexts.h"
+#include "NetNode.h"
+#include "NetProtocolProcTWDECODERDevImp.h"
+#include "Ratio.h"
+#include "TestClock.h"
+
+// A link that keeps no more of a request than its envelope: what a host does with the bytes is its own
+// affair.
+class BenchNode final : public CNetNode {
+public:
+    void DeliverCommand(unsigned int, CCmdProcParam*) override {}
+    bool SendData(const void* pData, unsigned long nLen) override
+    {
+        constexpr unsigned long ENVELOPE_LEN = 300;
+        envelope.assign(static_cast<const char*>(pData), std::min(nLen, ENVELOPE_LEN));
+        nRequestLen = nLen;
+        return true;
+    }
+    bool IsDropRecvData() override { return false; }
+    void Disconnect() override {}
+    GUID GetNodeID() const override { return {}; }
+
+    std::string envelope; // of the last request
+    unsigned long nRequestLen = 0;
+};
+
+// Takes the answer without a copy.
+class BenchCommand final : public CCmdProcObject {
+public:
+    explicit BenchCommand(unsigned int nCmdID) : m_nCmdID(nCmdID) {}
+
+    unsigned int GetRequestCommand() const override { return m_nCmdID; }
+    bool HasReply() const override { return true; }
+    void AddReference(int) override {}
+    void DecReference(int) override {}
+    void ReplyRecord(const ORVA_NET_PROTOCOL::_kest_net_reply&) override {}
+    void ReplyBuffer(const char* pData, unsigned long nLen) override
+    {
+        benchmark::DoNotOptimize(pData);
+        bSucceeded = true;
+        nAnswerLen = nLen;
+    }
+
+    bool bSucceeded = false;
+    size_t nAnswerLen = 0;
+
+private:
+    unsigned int m_nCmdID;
+};
+
+// A logged-in session whose decoder gives the same reply to every request, the login included, at the first
+// poll.
+class BenchSession {
+public:
+    explicit BenchSession(const std::string& body)
+        : m_text(ReplyText("dologin", std::string(SEQ_WIDTH, '0'), "0", "", body))
+    {
+        fake_host::SetLogRecording(false);
+        m_session.Start(&m_node, nullptr, 0);
+        test_clock::SetSleepHook([this](unsigned int) { Reply(); });
+        std::string login = LoginPayload("admin", "secret");
+        Run(0x101, login);
+    }
+    ~BenchSession() { test_clock::SetSleepHook({}); }
+    BenchSession(const BenchSession&) = delete;
+    BenchSession& operator=(const BenchSession&) = delete;
+
+    // Returns the seconds until the reply has been received.
+    double Run(unsigned int nCmdID, std::string& payload)
+    {
+        const double start = ThreadSeconds();
+        BenchCommand command(nCmdID);
+        m_session.ProcOneCommand(&command, reinterpret_cast<unsigned char*>(payload.data()),
+                                 static_cast<unsigned int>(payload.size()));
+        m_bSucceeded = command.bSucceeded;
+        m_nAnswerLen = command.nAnswerLen;
+        return m_received - start;
+    }
+
+    // Of the last command.
+    bool Succeeded() const { return m_bSucceeded; }
+    size_t RequestLen() const { return m_node.nRequestLen; }
+    size_t AnswerLen() const { return m_nAnswerLen; }
+    const std::string& ReplySent() const { return m_text; }
+
+private:
+    static constexpr size_t SEQ_WIDTH = 10; // of the longest number, so that all replies are as long
+
+    void Reply()
+    {
+        const std::string seq = Element(m_node.envelope, "seq");
+        m_text.replace(m_text.find("</seq>") - seq.size(), seq.size(), seq);
+        const std::string frame = Frame(m_text);
+        unsigned int nNeed = 0;
+        m_session.OnSocketRecvData(0, frame.data(), static_cast<unsigned int>(frame.size()), &nNeed, nullptr);
+        m_received = ThreadSeconds();
+    }
+
+    std::string m_text;
+    BenchNode m_node;
+    CNetProtocolProcTWDECODERDevImp m_session;
+    double m_received = 0;
+    bool m_bSucceeded = false;
+    size_t m_nAnswerLen = 0;
+};

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+namespace scale {
+
+// Counts durations in microseconds, in buckets of some 3 percent. Its size is fixed, so that a run of any
+// length does not grow by its own records. Any thread may record.
+class CLatencyHistogram {
+public:
+    void Record(uint64_t nMicroseconds);
+    // Adds the counts of another one and empties that.
+    void Take(CLatencyHistogram& other);
+
+    uint64_t Count() const;
+    // The upper end of the bucket that holds the given share of all, 0 to 1; 0 when there are none.
+    uint64_t Percentile(double dShare) const;
+
+private:
+    // Each power of two is cut into that many buckets.
+    static constexpr unsigned int kStepBits = 5;
+    static constexpr std::size_t kBuckets = std::size_t{64 - kStepBits + 1} << kStepBits;
+
+    static std::size_t Bucket(uint64_t nValue);
+    static uint64_t UpperEnd(std::size_t nBucket);
+
+    std::array<std::atomic<uint64_t>, kBuckets> m_counts{};
+};
+
+} // namespace scale

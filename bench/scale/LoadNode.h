@@ -1,0 +1,63 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "NetProtocolProc.h"
+#include "Node.h"
+
+namespace standin_host {
+class CConnection;
+class CHostEvents;
+class CPlugin;
+} // namespace standin_host
+
+namespace scale {
+
+class CLoadCommand;
+
+// One decoder as the host sees it: node, connection and worker thread, which are the host's, and the
+// plug-in's session. The session comes later and goes earlier than the rest, so that what each costs can be
+// told apart. Belongs to the driving thread.
+class CLoadNode {
+public:
+    // nNumber, from 1, goes into the node's identifier.
+    CLoadNode(uint32_t nNumber, std::shared_ptr<standin_host::CConnection> pConnection,
+              standin_host::CHostEvents& events);
+    ~CLoadNode();
+    CLoadNode(const CLoadNode&) = delete;
+    CLoadNode& operator=(const CLoadNode&) = delete;
+
+    // Throws CUsageError when the plug-in refuses.
+    void StartSession(const standin_host::CPlugin& plugin);
+    // A running command ends first; what is queued is refused by the plug-in.
+    void EndSession();
+
+    // Takes over the creator's reference on the command.
+    void Queue(CLoadCommand* pCommand, std::vector<uint8_t> payload);
+    void SendHeartbeat();
+    bool IsOnline() { return m_pProcessor->IsOnline(); }
+
+    // Bytes of the worker's stack that have been used so far, in whole pages.
+    std::size_t StackUsed();
+
+private:
+    void Work();
+
+    const std::shared_ptr<standin_host::CConnection> m_pConnection;
+    standin_host::CDecoderNode m_node;
+    std::unique_ptr<CNetProtocolProc> m_pProcessor; // changes only while the worker is idle
+
+    std::mutex m_lock; // guards the fields below
+    std::condition_variable m_changed;
+    bool m_bQueued = false;  // a command was queued since the worker last looked
+    bool m_bWorking = false; // the worker is inside the plug-in
+    bool m_bStopping = false;
+    std::thread m_worker;
+};
+
+} // namespace scale

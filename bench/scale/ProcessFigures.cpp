@@ -1,0 +1,66 @@
+#include "ProcessFigures.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include "HeapCount.h"
+
+namespace scale {
+
+namespace {
+
+std::size_t CountEntries(const char* szFolder)
+{
+    return static_cast<std::size_t>(
+        std::distance(std::filesystem::directory_iterator(szFolder), std::filesystem::directory_iterator()));
+}
+
+std::size_t ResidentBytes()
+{
+    std::ifstream file("/proc/self/statm"); // pages: all, resident, ...
+    std::size_t nAll = 0;
+    std::size_t nResident = 0;
+    file >> nAll >> nResident;
+    return nResident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+}
+
+std::chrono::microseconds Duration(const timeval& time)
+{
+    return std::chrono::seconds(time.tv_sec) + std::chrono::microseconds(time.tv_usec);
+}
+
+} // namespace
+
+SProcessFigures ReadProcessFigures()
+{
+    SProcessFigures figures;
+    figures.nHeap = HeapInUse(); // first: what follows allocates
+    figures.nResident = ResidentBytes();
+    figures.nThreads = CountEntries("/proc/self/task");
+    figures.nDescriptors = CountEntries("/proc/self/fd") - 1; // the listing holds one itself
+    return figures;
+}
+
+std::chrono::microseconds ProcessorTime()
+{
+    rusage usage{};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return Duration(usage.ru_utime) + Duration(usage.ru_stime);
+}
+
+bool AllowDescriptors(std::size_t nWanted)
+{
+    rlimit limit{};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_max < nWanted) {
+        return false;
+    }
+    limit.rlim_cur = std::max<rlim_t>(limit.rlim_cur, nWanted);
+    return ::setrlimit(RLIMIT_NOFILE, &limit) == 0;
+}
+
+} // namespace scale

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json_fwd.hpp>
+
+#include "ScaleRun.h"
+
+namespace scale {
+
+// What is wrong with a run: nothing when every command was answered once and, after a soak, memory,
+// descriptors and threads stayed flat.
+std::vector<std::string> Complaints(const SScaleOptions& options, const SScaleResult& result);
+
+nlohmann::json ToJson(const SScaleOptions& options, const SScaleResult& result);
+
+// The figures of ToJson that people look at first, one a line.
+void PrintTable(std::ostream& out, const nlohmann::json& report);
+
+} // namespace scale
