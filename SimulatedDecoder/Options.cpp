@@ -30,8 +30,18 @@ Examples:
   tvwall-decoder --password-file password --listen 127.0.0.1:7000 --http 127.0.0.1:8080
   tvwall-decoder --password-file password --fault chunk=1 --fault delay=500@docreatewindow --fault beat-every=200
 
-Exit status: 0 stopped by SIGINT or SIGTERM, 1 a file cannot be read or written (or internal failure), 2 wrong usage, 3 cannot listen.
-SPDLOG_LEVEL=debug logs every request.)";
+Environment:
+  TVWALL_DECODER_PASSWORD  the account's password, without --password-file
+  SPDLOG_LEVEL             debug logs every request
+
+Files:
+  The decoder keeps none of its own. What the options name is read at the start, or written anew.
+
+Exit status:
+  0  stopped by SIGINT or SIGTERM
+  1  a file cannot be read or written (or internal failure)
+  2  wrong usage
+  3  cannot listen)";
 }
 
 // HOST:PORT, an IPv6 host in square brackets.

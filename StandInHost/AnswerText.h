@@ -12,6 +12,7 @@ namespace standin_host {
 // What an answer says.
 struct SReadAnswer {
     std::string strText; // in words: "done", "device error (0x20000002)", a table
+    std::string strHint; // after a failure: what to look at
     bool bGood = false;  // false for a failure, and for bytes that do not hold what they should
     std::shared_ptr<const Fields> pFields; // by name; null where there are none
 };

@@ -24,7 +24,8 @@ CommandSetup SetUpAudioPlay, SetUpAudioStop, SetUpAudioGet;
 CommandSetup SetUpGroupAdd, SetUpGroupSet, SetUpGroupDelete, SetUpGroupGet;
 CommandSetup SetUpPollingStart, SetUpPollingStop;
 CommandSetup SetUpBorder, SetUpZoom, SetUpWindowConfigGet, SetUpWindowConfigSet;
-CommandSetup SetUpWatch, SetUpScript, SetUpRaw;
+CommandSetup SetUpWatch, SetUpScript, SetUpShell, SetUpRaw;
+CommandSetup SetUpConnect, SetUpDisconnect, SetUpCodes, SetUpHelp, SetUpExit; // of the shell itself
 
 // --- what they share ---
 

@@ -1,5 +1,8 @@
 #include "ConsoleCommands.h"
 
+#include <algorithm>
+#include <utility>
+
 #include <CLI/CLI.hpp>
 
 #include "CommandFamilies.h"
@@ -15,6 +18,7 @@ struct SRow {
     const char* szHelp;
     const char* szExample;
     CommandSetup* pSetUp;
+    unsigned nPlaces = PLACE_COMMAND_LINE | PLACE_SCRIPT | PLACE_SHELL;
 };
 
 constexpr SRow s_rows[] = {
@@ -59,13 +63,25 @@ constexpr SRow s_rows[] = {
     {"window-config", "set", "set the wall's display switches", "window-config set on off",
      SetUpWindowConfigSet},
     {"", "watch", "print the decoder's notifications until Ctrl-C", "watch", SetUpWatch},
-    {"", "script", "run one command a line, with one login for all", "script evening.txt", SetUpScript},
+    {"", "script", "run one command a line, with one login for all", "script evening.txt", SetUpScript,
+     PLACE_COMMAND_LINE | PLACE_SHELL},
+    {"", "shell", "take commands from the terminal, with history and completion", "shell", SetUpShell,
+     PLACE_COMMAND_LINE},
     {"", "raw", "queue any host command with any payload", "raw 0x50001 --option 0x60011", SetUpRaw},
+    {"", "connect", "connect and log in anew", "connect", SetUpConnect, PLACE_SHELL},
+    {"", "disconnect", "end the connection; the next command opens another", "disconnect", SetUpDisconnect,
+     PLACE_SHELL},
+    {"", "codes", "say what the failure codes mean and what to look at", "codes", SetUpCodes, PLACE_SHELL},
+    {"", "help", "show the commands, or what one of them takes", "help window create", SetUpHelp,
+     PLACE_SHELL},
+    {"", "exit", "leave the shell, as Ctrl-D does", "exit", SetUpExit, PLACE_SHELL},
 };
 
-std::string Example(const SRow& row)
+std::string Example(const SRow& row, EPlace place)
 {
-    return std::string("\n  tvwall-host --decoder 192.0.2.7:9000 --user admin ") + row.szExample;
+    const char* szProgram =
+        place == PLACE_COMMAND_LINE ? "tvwall-host --decoder 192.0.2.7:9000 --user admin " : "";
+    return std::string("\n  ") + szProgram + row.szExample;
 }
 
 CLI::App& GroupOf(CLI::App& app, const std::string& strGroup)
@@ -81,21 +97,38 @@ CLI::App& GroupOf(CLI::App& app, const std::string& strGroup)
     return *app.add_subcommand(strGroup, strGroup + " commands");
 }
 
+// Where to find what could stand there; of a group its few commands themselves.
+std::string Choices(const CLI::App& app)
+{
+    const auto commands = app.get_subcommands([](const CLI::App*) { return true; });
+    if (app.get_parent() == nullptr) {
+        const bool bHelp = std::any_of(commands.begin(), commands.end(),
+                                       [](const CLI::App* pApp) { return pApp->get_name() == "help"; });
+        return bHelp ? "; see help" : "; see tvwall-host --help";
+    }
+    std::string strChoices;
+    for (const CLI::App* pApp : commands) {
+        strChoices += (strChoices.empty() ? "; there is " : ", ") + pApp->get_name();
+    }
+    return strChoices;
+}
+
 } // namespace
 
-void AddConsoleCommands(CLI::App& app, SConsoleCommand& command, bool bInScript)
+void AddConsoleCommands(CLI::App& app, SConsoleCommand& command, EPlace place)
 {
     app.allow_extras(); // left-over words are reported by CheckParsedCommand, in our words
     app.fallthrough();
     for (const SRow& row : s_rows) {
-        if (bInScript && row.pSetUp == SetUpScript) {
+        if ((row.nPlaces & place) == 0) {
             continue;
         }
         CLI::App& group = GroupOf(app, row.szGroup);
         CLI::App& line = *group.add_subcommand(row.szName, row.szHelp);
-        line.footer("Example:" + Example(row));
+        line.footer("Example:" + Example(row, place));
         if (*row.szGroup != '\0') {
-            group.footer((group.get_footer().empty() ? "Examples:" : group.get_footer()) + Example(row));
+            group.footer((group.get_footer().empty() ? "Examples:" : group.get_footer()) +
+                         Example(row, place));
         }
         line.preparse_callback([&command, &row](std::size_t) {
             command.strTitle =
@@ -125,27 +158,75 @@ void CheckParsedCommand(const CLI::App& app)
         throw CUsageError("unexpected argument '" + left.front().substr(0, left.front().find('=')) + "'");
     }
     if (!left.empty()) {
-        throw CUsageError("unknown command '" + strPath + left.front() + "'");
+        throw CUsageError("unknown command '" + strPath + left.front() + "'" + Choices(*pApp));
     }
     if (!bComplete) {
-        throw CUsageError(strPath.empty() ? "no command given" : "'" + strPath + "...' needs one more word");
+        throw CUsageError(
+            (strPath.empty() ? "no command given" : "'" + strPath + "...' needs one more word") +
+            Choices(*pApp));
     }
 }
 
-SConsoleCommand ParseScriptLine(const std::vector<std::string>& words)
+namespace {
+
+// The command that was named last, and its words.
+std::pair<const CLI::App*, std::string> Deepest(const CLI::App& app)
+{
+    const CLI::App* pApp = &app;
+    std::string strPath;
+    while (!pApp->get_subcommands().empty()) {
+        pApp = pApp->get_subcommands().front();
+        strPath += (strPath.empty() ? "" : " ") + pApp->get_name();
+    }
+    return {pApp, strPath};
+}
+
+std::string ShellHelp(const CLI::App& app)
+{
+    if (!app.remaining(true).empty()) {
+        CheckParsedCommand(app); // which says that there is no such command
+    }
+    const auto [pApp, strPath] = Deepest(app);
+    const std::size_t nName = strPath.rfind(' ');
+    return pApp->help(nName == std::string::npos ? "" : strPath.substr(0, nName));
+}
+
+SConsoleCommand ParseLine(const std::vector<std::string>& words, EPlace place)
 {
     SConsoleCommand command;
     CLI::App app;
-    app.set_help_flag();
-    AddConsoleCommands(app, command, true);
+    if (place == PLACE_SCRIPT) {
+        app.set_help_flag();
+    }
+    AddConsoleCommands(app, command, place);
     try {
         // The parser takes its words from the back.
         app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
+    } catch (const CLI::CallForHelp&) {
+        command.kind = SConsoleCommand::EKind::Help;
+        command.strHelp = ShellHelp(app);
+        return command;
     } catch (const CLI::Error& error) {
         throw CUsageError(error.what());
     }
     CheckParsedCommand(app);
     return command;
+}
+
+} // namespace
+
+SConsoleCommand ParseScriptLine(const std::vector<std::string>& words)
+{
+    return ParseLine(words, PLACE_SCRIPT);
+}
+
+SConsoleCommand ParseShellLine(std::vector<std::string> words)
+{
+    if (!words.empty() && words.front() == "help") {
+        words.erase(words.begin());
+        words.emplace_back("--help");
+    }
+    return ParseLine(words, PLACE_SHELL);
 }
 
 } // namespace standin_host

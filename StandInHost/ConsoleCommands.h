@@ -23,6 +23,13 @@ struct SConsoleCommand {
         Login,   // the login with the session's own account
         Watch,
         Script,
+        Shell,
+        // In the shell only.
+        Help,
+        Codes,
+        Connect,
+        Disconnect,
+        Exit,
     };
 
     EKind kind = EKind::None;
@@ -35,16 +42,22 @@ struct SConsoleCommand {
 
     std::optional<std::size_t> nNotifications; // Watch: ends after so many
     std::string strScriptFile;                 // Script: "-" is standard input
+    std::string strHelp;                       // Help: the text
 };
 
-// Adds the commands to a command line. Parsing it fills the command, or throws CUsageError or what the parser
-// throws. A script cannot be run out of a script.
-void AddConsoleCommands(CLI::App& app, SConsoleCommand& command, bool bInScript);
+// Where a command can be given; each has the commands that make sense there.
+enum EPlace : unsigned { PLACE_COMMAND_LINE = 1, PLACE_SCRIPT = 2, PLACE_SHELL = 4 };
+
+// Adds the commands of a place to a command line. Parsing it fills the command, or throws CUsageError or what
+// the parser throws.
+void AddConsoleCommands(CLI::App& app, SConsoleCommand& command, EPlace place);
 
 // Throws CUsageError when the parsed line has words left over, or names no command or half of one.
 void CheckParsedCommand(const CLI::App& app);
 
 // One line of a script, already split into words. Throws CUsageError.
 SConsoleCommand ParseScriptLine(const std::vector<std::string>& words);
+// The same for the shell, where --help behind a command, or help in front of it, asks for its help.
+SConsoleCommand ParseShellLine(std::vector<std::string> words);
 
 } // namespace standin_host

@@ -17,6 +17,8 @@ public:
     const std::string& User() const;
     // Throws CUsageError when there is no password or it does not fit, CExitError after a signal.
     const std::string& Password();
+    // Looks for the password again when it is next needed: the decoder has refused it.
+    void Forget() { m_password.reset(); }
 
 private:
     std::string Find() const;

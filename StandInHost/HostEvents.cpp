@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <csignal>
 #include <system_error>
 #include <utility>
 
@@ -47,7 +48,8 @@ void CHostEvents::Interrupt(int nSignal)
 {
     {
         const TMutexGuard guard(m_lock);
-        m_nSignal = nSignal;
+        // What ends the program is not hidden by a key that comes after it.
+        m_nSignal = m_nSignal == 0 || nSignal != SIGINT ? nSignal : m_nSignal;
     }
     Changed();
 }
@@ -80,6 +82,18 @@ int CHostEvents::Interrupted() const
 {
     const TMutexGuard guard(m_lock);
     return m_nSignal;
+}
+
+bool CHostEvents::TakeKeyboardInterrupt()
+{
+    const TMutexGuard guard(m_lock);
+    return m_nSignal == SIGINT && std::exchange(m_nSignal, 0) != 0;
+}
+
+void CHostEvents::ForgetLost()
+{
+    const TMutexGuard guard(m_lock);
+    m_lost.reset();
 }
 
 std::optional<std::string> CHostEvents::Lost() const

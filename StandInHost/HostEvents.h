@@ -44,6 +44,10 @@ public:
     // --- driving thread ---
 
     int Interrupted() const; // the signal, or 0
+    // Forgets an interrupt from the keyboard and says whether there was one; other signals stay.
+    bool TakeKeyboardInterrupt();
+    // Forgets a lost connection, so that another one can be watched. The lost one must be closed.
+    void ForgetLost();
     std::optional<std::string> Lost() const;
     std::deque<SNotification> TakeNotifications();
 

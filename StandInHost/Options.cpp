@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include "ExitStatus.h"
+#include "FailureCodes.h"
 #include "Payloads.h"
 #include "Plugin.h"
 #include "Text.h"
@@ -17,20 +18,38 @@ namespace {
 constexpr char s_szDescription[] =
     "Loads the decoder plug-in, connects to a decoder and runs commands on its wall.";
 
-constexpr char s_szFooter[] = R"(The password comes from --password-file, else from the environment variable
-TVWALL_PASSWORD, else from a prompt. Passwords of video sources come from --source-password-file, else from
-TVWALL_SOURCE_PASSWORD, or stand in a wall file.
-
-Examples:
+constexpr char s_szExamples[] = R"(Examples:
   tvwall-host --decoder 192.0.2.7:9000 --user admin login
+  tvwall-host --decoder 192.0.2.7:9000 --user admin shell
   tvwall-host --decoder 192.0.2.7:9000 --user admin window create 1 0 0 960 540 --mode 4
   tvwall-host --decoder 192.0.2.7:9000 --user admin window move 1 -10 0 960 540
   tvwall-host --decoder 192.0.2.7:9000 --user admin wall apply wall.json
   tvwall-host --decoder 192.0.2.7:9000 --user admin --json script evening.txt
   tvwall-host --decoder 192.0.2.7:9000 --user admin raw 0x50002 --option 0x60007 --payload record.bin
 
-Exit status: 0 all answered, 1 a command was answered with a failure, 2 wrong usage or no usable plug-in,
-3 cannot connect or connection lost, 4 no answer in time, 5 login refused; 128 + n after signal n.)";
+Environment:
+  TVWALL_PASSWORD         the account's password, without --password-file; where both are missing, a prompt asks
+  TVWALL_SOURCE_PASSWORD  password of video sources, without --source-password-file; a wall file may hold others
+  XDG_STATE_HOME          folder for what the shell remembers, instead of ~/.local/state
+
+Files:
+  ~/.local/state/tvwall/history
+      lines of the shell, readable by their owner only
+  ~/.editrc
+      keys of the shell, see editrc(5)
+
+Failure codes:
+)";
+
+constexpr char s_szExitStatus[] = R"(
+Exit status:
+  0        all answered; a shell on a terminal has ended
+  1        a command was answered with a failure
+  2        wrong usage, or no usable plug-in
+  3        cannot connect, or connection lost
+  4        no answer in time
+  5        login refused
+  128 + n  ended by signal n)";
 
 // The texts of options that need more than CLI11's own conversion.
 struct SRawOptions {
@@ -136,8 +155,9 @@ SOptions ParseOptions(int argc, const char* const* argv)
     app.set_version_flag("--version", "tvwall-host " TVWALL_VERSION);
     app.set_help_all_flag("--help-all", "print the help of every command");
     AddOptions(app, options, raw);
-    AddConsoleCommands(app, options.command, false);
-    app.footer(s_szFooter); // after the commands, which would take it over
+    AddConsoleCommands(app, options.command, PLACE_COMMAND_LINE);
+    app.footer(s_szExamples + FailureTable() +
+               s_szExitStatus); // after the commands, which would take it over
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForVersion& version) {

@@ -35,6 +35,9 @@ public:
         return true;
     }
 
+    // After Next: whether nothing stands behind the word, or behind the last one.
+    bool AtEnd() const { return m_left.empty(); }
+
 private:
     // A quoted stretch or one character.
     void Piece(std::string& strWord)
@@ -75,6 +78,21 @@ std::vector<std::string> SplitLine(std::string_view line)
     return words;
 }
 
+std::optional<SWrittenLine> SplitWrittenLine(std::string_view line)
+{
+    SWrittenLine written;
+    CWordReader reader(line);
+    try {
+        std::string strWord;
+        while (reader.Next(strWord)) {
+            (reader.AtEnd() ? written.strLast : written.words.emplace_back()) = strWord;
+        }
+    } catch (const CUsageError&) {
+        return std::nullopt;
+    }
+    return reader.AtEnd() ? std::optional(written) : std::nullopt;
+}
+
 CLineInput::CLineInput(const std::string& strFile)
     : m_nDescriptor(strFile == "-" ? STDIN_FILENO : ::open(strFile.c_str(), O_RDONLY | O_CLOEXEC)),
       m_bOwned(strFile != "-")
@@ -86,6 +104,7 @@ CLineInput::CLineInput(const std::string& strFile)
         Close();
         throw CUsageError("cannot read the script " + strFile + ": " + strReason);
     }
+    m_nSize = S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : 0;
 }
 
 CLineInput::~CLineInput() { Close(); }
@@ -114,11 +133,19 @@ void CLineInput::Fill()
     const ssize_t nRead = ::read(m_nDescriptor, buffer, sizeof buffer);
     if (nRead > 0) {
         m_strBuffer.append(buffer, static_cast<std::size_t>(nRead));
+        m_nRead += static_cast<std::size_t>(nRead);
     } else if (nRead == 0) {
         m_bEnd = true;
     } else if (errno != EINTR) {
         throw CUsageError(std::string("cannot read the input: ") + std::strerror(errno));
     }
+}
+
+std::string CLineInput::PositionText() const
+{
+    const std::size_t nTaken = m_nRead - m_strBuffer.size();
+    // A file that grows while it is read, or was begun in its middle, has no share worth telling.
+    return m_nSize == 0 || m_nRead > m_nSize ? "" : " (" + std::to_string(100 * nTaken / m_nSize) + " %)";
 }
 
 } // namespace standin_host

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +11,15 @@ namespace standin_host {
 // quotes and plain text know the backslash, and a # that begins a word begins a comment. Throws CUsageError
 // on an open quote or a backslash at the end.
 std::vector<std::string> SplitLine(std::string_view line);
+
+// A line up to the cursor: the words that are complete, and the one that is still being written, empty behind
+// a blank.
+struct SWrittenLine {
+    std::vector<std::string> words;
+    std::string strLast;
+};
+// Nothing inside a quotation or a comment.
+std::optional<SWrittenLine> SplitWrittenLine(std::string_view line);
 
 // Lines of a descriptor, read only as far as one read brings them.
 class CLineInput {
@@ -29,6 +39,8 @@ public:
     // Reads once; blocks when the descriptor has nothing. Throws CUsageError on a read error.
     void Fill();
     int Descriptor() const { return m_nDescriptor; }
+    // How much of a file has been taken, such as " (35 %)"; empty where the length is not known.
+    std::string PositionText() const;
 
 private:
     void Close() const;
@@ -36,6 +48,8 @@ private:
     int m_nDescriptor;
     bool m_bOwned;
     bool m_bEnd = false;
+    std::size_t m_nSize = 0; // of a file; 0 where it is not known
+    std::size_t m_nRead = 0;
     std::string m_strBuffer;
 };
 

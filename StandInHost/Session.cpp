@@ -41,11 +41,16 @@ CSession::CSession(const SOptions& options, CHostEvents& events, CDecoderLink& l
 {
 }
 
-int CSession::Run(const SConsoleCommand& command, CLineInput* pScript)
+void CSession::Begin(const SConsoleCommand& first)
 {
-    if (m_options.bLogin && command.kind != EKind::Login) {
+    if (m_options.bLogin && first.kind != EKind::Login) {
         Login();
     }
+}
+
+int CSession::Run(const SConsoleCommand& command, CLineInput* pScript)
+{
+    m_nLine = 0;
     if (pScript != nullptr) {
         RunScript(*pScript);
     } else {
@@ -55,7 +60,7 @@ int CSession::Run(const SConsoleCommand& command, CLineInput* pScript)
     return m_nStatus;
 }
 
-void CSession::Execute(const SConsoleCommand& command)
+CSession::ENext CSession::Execute(const SConsoleCommand& command)
 {
     switch (command.kind) {
     case EKind::Login:
@@ -65,12 +70,11 @@ void CSession::Execute(const SConsoleCommand& command)
         Request(command);
         break;
     case EKind::Watch:
-        Watch(command);
-        break;
-    case EKind::Script:
-    case EKind::None:
+        return Watch(command);
+    default: // what the program does without a session
         break;
     }
+    return ENext::GoOn;
 }
 
 void CSession::Login()
@@ -149,24 +153,42 @@ void CSession::Judge(const SConsoleCommand& command, const CHostCommand& host, b
         HideSecrets(command, *answer);
         read = ReadAnswer(command, *answer);
     }
+    m_progress.Clear();
     m_output.Command(command, answer ? &*answer : nullptr, read);
     CheckOutput();
     if (bLost) {
         CheckLost();
     }
     const std::string strTitle = OneLine(command.strTitle);
+    if (answer) {
+        NoteLogin(command, read.bGood);
+    }
     if (answer && !read.bGood) {
         Complain(command, bLogin ? EXIT_LOGIN_REFUSED : EXIT_COMMAND_FAILED,
-                 strTitle + (bLogin ? " was refused: " : " failed: ") + read.strText);
+                 strTitle + (bLogin ? " was refused: " : " failed: ") + read.strText + "; " + read.strHint);
     } else if (!bInTime) {
         // The plug-in still works on it; nothing is queued behind a command that may yet be carried out.
-        throw CExitError(EXIT_NO_ANSWER, Where() + strTitle + " got no answer in time");
+        throw CExitError(EXIT_NO_ANSWER,
+                         Where() + strTitle + " got no answer in time; it may yet be carried out");
     } else if (!answer && command.bHasReply) {
         Complain(command, EXIT_NO_ANSWER, strTitle + " got no answer from the plug-in");
     }
 }
 
-void CSession::Watch(const SConsoleCommand& command)
+void CSession::NoteLogin(const SConsoleCommand& command, bool bGood)
+{
+    using namespace ORVA_NET_PROTOCOL;
+    CByteReader payload(command.payload.bytes);
+    if (command.nCmdID == KEST_CMD_REQUEST_LOGIN) {
+        m_bLoggedIn = bGood; // a refused login ends the one before
+    } else if (bGood && command.nCmdID == KEST_CMD_TVWALL_DECODE_OPTION &&
+               payload.U32() == ORVA2_DECODER_TVW::TVWALL_DECODE_LOGOUT) {
+        m_bLoggedIn = false;
+    }
+}
+
+// An interrupt is the way to end a watch, and with it a script that it stands in.
+CSession::ENext CSession::Watch(const SConsoleCommand& command)
 {
     const std::size_t nBefore = m_nNotified;
     const auto bEnough = [&] {
@@ -175,28 +197,33 @@ void CSession::Watch(const SConsoleCommand& command)
     PrintNotifications();
     while (!bEnough()) {
         if (m_events.Interrupted() != 0) {
-            throw CExitError(m_nStatus, ""); // the way to end a watch
+            return ENext::End;
         }
         CheckLost();
         m_events.Wait(s_forever);
         PrintNotifications();
     }
+    return ENext::GoOn;
 }
 
 void CSession::RunScript(CLineInput& script)
 {
     std::string strLine;
-    while (NextLine(script, strLine)) {
+    auto next = ENext::GoOn;
+    while (next == ENext::GoOn && NextLine(script, strLine)) {
         ++m_nLine;
         try {
             const auto words = SplitLine(strLine);
             if (!words.empty()) {
-                Execute(ParseScriptLine(words));
+                m_progress.Show("line " + std::to_string(m_nLine) + script.PositionText());
+                next = Execute(ParseScriptLine(words));
             }
         } catch (const CUsageError& error) {
+            m_progress.Clear();
             throw CUsageError(Where() + error.what());
         }
     }
+    m_progress.Clear();
 }
 
 bool CSession::NextLine(CLineInput& script, std::string& strLine)
@@ -221,6 +248,7 @@ bool CSession::NextLine(CLineInput& script, std::string& strLine)
 void CSession::PrintNotifications()
 {
     for (const SNotification& notification : m_events.TakeNotifications()) {
+        m_progress.Clear();
         m_output.Notification(notification);
         ++m_nNotified;
     }
@@ -254,6 +282,7 @@ void CSession::Complain(const SConsoleCommand& command, int nStatus, const std::
     if (command.kind == EKind::Login) {
         throw CExitError(nStatus, Where() + strText);
     }
+    m_progress.Clear();
     std::cerr << "tvwall-host: " + Where() + strText + '\n';
     m_nStatus = std::max(m_nStatus, nStatus);
 }

@@ -4,6 +4,7 @@
 
 #include "ConsoleCommands.h"
 #include "HostEvents.h"
+#include "Progress.h"
 
 namespace standin_host {
 
@@ -21,15 +22,23 @@ public:
     CSession(const SOptions& options, CHostEvents& events, CDecoderLink& link, CCredentials& credentials,
              COutput& output);
 
-    // Logs in unless told otherwise, then runs the command; pScript holds the lines of a script. Returns the
-    // exit status. Throws CExitError for what ends the session early.
+    // Logs in, unless told otherwise or the first command does. Throws CExitError when that fails.
+    void Begin(const SConsoleCommand& first);
+    // Runs the command; pScript holds the lines of a script. Returns the gravest status of the session so
+    // far. Throws CExitError for what ends the session early.
     int Run(const SConsoleCommand& command, CLineInput* pScript);
+    // As far as the answers tell.
+    bool LoggedIn() const { return m_bLoggedIn; }
+    // Prints what the decoder has told in the meantime.
+    void PrintNotifications();
 
 private:
-    void Execute(const SConsoleCommand& command);
+    enum class ENext { GoOn, End };
+
+    ENext Execute(const SConsoleCommand& command);
     void Login();
     void Request(const SConsoleCommand& command);
-    void Watch(const SConsoleCommand& command);
+    ENext Watch(const SConsoleCommand& command);
     void RunScript(CLineInput& script);
     bool NextLine(CLineInput& script, std::string& strLine);
 
@@ -37,7 +46,7 @@ private:
     bool AwaitStep(const CHostCommand& command, CHostEvents::Clock::time_point& deadline);
     void AwaitEnd(const SConsoleCommand& command, const CHostCommand& host);
     void Judge(const SConsoleCommand& command, const CHostCommand& host, bool bInTime);
-    void PrintNotifications();
+    void NoteLogin(const SConsoleCommand& command, bool bGood);
     void CheckInterrupted() const;
     void CheckLost() const;
     void CheckOutput() const;
@@ -49,6 +58,8 @@ private:
     CDecoderLink& m_link;
     CCredentials& m_credentials;
     COutput& m_output;
+    CProgress m_progress;
+    bool m_bLoggedIn = false;
     int m_nStatus = 0;           // the gravest status of the commands so far
     std::size_t m_nLine = 0;     // line of the script, 0 outside of one
     std::size_t m_nNotified = 0; // notifications printed

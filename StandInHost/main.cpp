@@ -1,45 +1,24 @@
+#include <clocale>
 #include <csignal>
 #include <iostream>
 #include <memory>
 #include <string>
 
 #include "Command.h"
-#include "Connection.h"
 #include "Credentials.h"
-#include "DecoderLink.h"
 #include "ExitStatus.h"
 #include "IoThread.h"
 #include "MemPool.h"
+#include "OpenSession.h"
 #include "Options.h"
 #include "Output.h"
 #include "Plugin.h"
 #include "Script.h"
-#include "Session.h"
+#include "Shell.h"
 
 namespace {
 
 using namespace standin_host;
-
-constexpr std::chrono::seconds s_connectTimeout{10};
-
-std::shared_ptr<CConnection> ConnectOrExit(const SOptions& options, CIoThread& ioThread, CHostEvents& events)
-{
-    SConnectionSettings settings;
-    settings.bBufferedReceive = options.bBufferedReceive;
-    settings.pTrace = options.bTrace ? std::make_shared<CFrameTrace>() : nullptr;
-    settings.pEvents = &events;
-    std::string strReason;
-    auto pConnection = Connect(ioThread, events, options.strHost, options.strPort, s_connectTimeout,
-                               std::move(settings), strReason);
-    if (pConnection == nullptr && events.Interrupted() != 0) {
-        throw CExitError(EXIT_SIGNAL_BASE + events.Interrupted(), "interrupted");
-    }
-    if (pConnection == nullptr) {
-        throw CExitError(EXIT_CONNECTION, "cannot connect to " + options.strHost + " port " +
-                                              options.strPort + ": " + strReason);
-    }
-    return pConnection;
-}
 
 int Run(const SOptions& options)
 {
@@ -54,15 +33,13 @@ int Run(const SOptions& options)
         pScript = std::make_unique<CLineInput>(options.command.strScriptFile);
     }
     CCredentials credentials(options, events);
-    if (options.bLogin || options.command.kind == SConsoleCommand::EKind::Login) {
-        credentials.Password(); // before the decoder is made to wait for somebody who types
-    }
-
-    SLinkSettings settings;
-    settings.nodeID = options.nodeID;
-    CDecoderLink link(plugin, ioThread, events, ConnectOrExit(options, ioThread, events), settings);
     const auto pOutput = COutput::Create(options.bJson);
-    return CSession(options, events, link, credentials, *pOutput).Run(options.command, pScript.get());
+    const SSessionGround ground{options, plugin, ioThread, events, credentials, *pOutput};
+    if (options.command.kind == SConsoleCommand::EKind::Shell) {
+        return CShell(ground).Run();
+    }
+    COpenSession open(ground, options.command);
+    return open.Session().Run(options.command, pScript.get());
 }
 
 // Everything has ended: whatever is still counted was leaked.
@@ -104,6 +81,7 @@ int RunToStatus(int argc, const char* const* argv)
 
 int main(int argc, char** argv)
 {
+    (void)std::setlocale(LC_CTYPE, "");  // what is a character on the terminal
     (void)std::signal(SIGPIPE, SIG_IGN); // a closed pipe shows as a failed write
     const int nStatus = RunToStatus(argc, argv);
     CheckBalances();

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace standin_host {
+
+// The shell's lines of earlier sessions, one a line, oldest first, in a file that only its owner reads.
+// Several shells may write it at the same time. History is a convenience: what cannot be read or written is
+// left out silently.
+class CHistoryFile {
+public:
+    // At $XDG_STATE_HOME/tvwall/history, else ~/.local/state/tvwall/history; nowhere without a home.
+    CHistoryFile();
+
+    // At most the last kMaxLines lines; a file that has grown to twice as many is cut to them.
+    std::vector<std::string> Load() const;
+    void Append(const std::string& strLine) const;
+
+    static constexpr std::size_t kMaxLines = 1000;
+
+private:
+    std::string m_strFile; // empty: nowhere
+};
+
+} // namespace standin_host

@@ -1,0 +1,91 @@
+"""The shell of tvwall-host on a pseudo terminal, with the simulated decoder behind it.
+
+Usage: shell_test.py HOST DECODER PLUGIN
+"""
+import atexit, os, pty, re, select, subprocess, sys, tempfile, time
+
+HOST, DECODER, PLUGIN = sys.argv[1:]
+
+
+class Shell:
+    """The program on a terminal of its own. Text is looked for behind what was found last, without control sequences."""
+
+    def __init__(self, home, *arguments):
+        self.text, self.at = "", 0
+        self.pid, self.terminal = pty.fork()
+        if self.pid == 0:
+            os.environ.update(HOME=home, XDG_STATE_HOME=home, TERM="xterm", TVWALL_PASSWORD="secret")
+            os.execv(HOST, [HOST, "--plugin", PLUGIN, "--user", "admin", *arguments])
+
+    def expect(self, wanted):
+        deadline = time.monotonic() + 20
+        while (found := self.text.find(wanted, self.at)) < 0:
+            ready = select.select([self.terminal], [], [], max(0, deadline - time.monotonic()))[0]
+            assert ready, f"no {wanted!r} in {self.text[self.at:]!r}"
+            raw = os.read(self.terminal, 4096).decode()
+            self.text += re.sub("\x1b\\[[0-9;?]*[A-Za-z]|[\r\b]", "", raw)
+        self.at = found + len(wanted)
+
+    def type(self, keys, *wanted):
+        os.write(self.terminal, keys.encode())
+        for text in wanted:
+            self.expect(text)
+
+    def end(self, keys, status):
+        self.type(keys)
+        assert os.waitstatus_to_exitcode(os.waitpid(self.pid, 0)[1]) == status
+
+
+def start_decoder(port, *arguments):
+    decoder = subprocess.Popen([DECODER, "--listen", f"127.0.0.1:{port}", "--user", "admin", *arguments], text=True,
+                               stdout=subprocess.PIPE, env={**os.environ, "TVWALL_DECODER_PASSWORD": "secret"})
+    atexit.register(decoder.kill)
+    return decoder, decoder.stdout.readline().rsplit(":", 1)[1].strip()
+
+
+with tempfile.TemporaryDirectory() as home:
+    decoder, port = start_decoder(0)
+    ready, offline = f"admin@127.0.0.1:{port}> ", f"127.0.0.1:{port} (offline)> "
+    shell = Shell(home, "--decoder", f"127.0.0.1:{port}", "shell")
+    shell.expect(ready)
+
+    # Completion: the only candidate, the common part of several, their list, an option, a file.
+    shell.type("win\t cr\t1 0 0 960 540 --mo\t4\n", "window create 1 0 0 960 540 mode 4: done", ready)
+    open(home + "/one wall.json", "w").write("{}")
+    shell.type(f"wall app\t{home}/one\t\n", "one\\ wall.json", "one wall.json: windows must be a list", ready)
+    shell.type("wa\t\t", "wall  watch", ready + "wa")
+    shell.type("\x03", "^C", ready)  # gives the line up and not the shell
+
+    # What was mistyped comes back to be mended; the file keeps neither it nor payloads.
+    shell.type("window rise 1\n", "unknown command 'window rise'; there is create", ready)
+    shell.type("raw 0x50001 --hex 00\n", "raw 0x50001", ready)
+    shell.type(2 * "\x1b[A" + 6 * "\x7f" + "raise 1\n", "window raise 1: done", ready)
+    shell.type("logout\n", "logout: done", f"127.0.0.1:{port} (not logged in)> ")
+    shell.type("login\n", "logged in", ready)
+
+    # The decoder dies while the user writes: the line stays, and runs in a new session once it is back.
+    shell.type("window del", "window del")
+    decoder.kill()
+    decoder.wait()
+    shell.expect("connection lost")
+    shell.expect(offline + "window del")
+    shell.type("ete 1\n", "cannot connect", offline)
+    decoder, _ = start_decoder(port, "--fault", "silent@dowallclear")
+    shell.type("window raise 1\n", "logged in", "window raise 1: device error", ready)
+    shell.end("exit\n", 0)
+
+    history = home + "/tvwall/history"
+    assert os.stat(history).st_mode & 0o777 == 0o600
+    lines = open(history).read().splitlines()
+    assert "window create 1 0 0 960 540 --mode 4" in [" ".join(line.split()) for line in lines], lines
+    assert not [line for line in lines if "rise" in line or "--hex" in line], lines
+
+    # Ctrl-C ends the waiting, and with it the session in which the decoder may still work; the next command opens one.
+    shell = Shell(home, "--trace", "--decoder", f"127.0.0.1:{port}", "shell")
+    shell.expect(ready)
+    shell.type("wall clear\n", "dowallclear")
+    shell.type("\x03", "interrupted", offline)
+    shell.type(3 * "\x1b[A" + "\n", "logged in", "window raise 1: device error", ready)
+    shell.end("\x04", 0)
+    decoder.kill()
+    decoder.wait()
