@@ -123,6 +123,7 @@ TEST_F(Page, TellsWhatHasChangedAndOnlyThat)
 
     // A host comes and asks for something without a session; a fault that is switched meets it on its line.
     tcp::iostream line("127.0.0.1", std::to_string(server->Port()));
+    line.expires_after(std::chrono::seconds(20));
     EXPECT_NE(Line(browser, "data: ").find(R"("number":1,"address":"127.0.0.1:)"), std::string::npos);
     EXPECT_EQ(OnDevice([this] { return server->SwitchFault("beat-every=1", true); }), "");
     EXPECT_NE(line.get(), EOF);
