@@ -11,7 +11,7 @@ class Shell:
     """The program on a terminal of its own. Text is looked for behind what was found last, without control sequences."""
 
     def __init__(self, home, *arguments):
-        self.text, self.at = "", 0
+        self.raw, self.text, self.at = b"", "", 0
         self.pid, self.terminal = pty.fork()
         if self.pid == 0:
             os.environ.update(HOME=home, XDG_STATE_HOME=home, TERM="xterm", TVWALL_PASSWORD="secret")
@@ -22,8 +22,8 @@ class Shell:
         while (found := self.text.find(wanted, self.at)) < 0:
             ready = select.select([self.terminal], [], [], max(0, deadline - time.monotonic()))[0]
             assert ready, f"no {wanted!r} in {self.text[self.at:]!r}"
-            raw = os.read(self.terminal, 4096).decode()
-            self.text += re.sub("\x1b\\[[0-9;?]*[A-Za-z]|[\r\b]", "", raw)
+            self.raw += os.read(self.terminal, 4096)  # may end within a sequence
+            self.text = re.sub("\x1b\\[[0-9;?]*[A-Za-z]|[\r\b]", "", self.raw.decode(errors="ignore"))
         self.at = found + len(wanted)
 
     def type(self, keys, *wanted):
