@@ -11,24 +11,6 @@ using namespace DECODE_XML_CMD_HEADER;
 using namespace ORVA2_CLIENT_TVW;
 using namespace ORVA2_DECODER_TVW;
 
-namespace {
-
-void AddCanvasWindow(CMarkupSTL& doc, const S_Create_Cavans_WindowInfo& window)
-{
-    CElemScope item(doc, "item");
-    doc.AddElem("id", window._nID);
-    AddRect(doc, window._nXPos, window._nYpos, window._nWidth, window._nHeight);
-    doc.AddElem("mode", window._nMode);
-    CElemScope subWindows(doc, "td_subwindowlist");
-    for (const auto& subWindow : window._listSubWindow) {
-        CElemScope subItem(doc, "item");
-        doc.AddElem("index", subWindow->_nIndex);
-        doc.AddElem("osdid", subWindow->_nOsdid);
-    }
-}
-
-} // namespace
-
 // Both requests that carry whole windows. The split is answered under the option type of the creation, too:
 // the host expects it so.
 void CNetProtocolProcTWDECODERDevImp::SendCanvasWindows(CCmdProcObject* cmd, char* data, unsigned int len,
@@ -38,12 +20,18 @@ void CNetProtocolProcTWDECODERDevImp::SendCanvasWindows(CCmdProcObject* cmd, cha
     record.SetData(data, len);
 
     CDeviceRequest request(*this, url);
-    {
-        CElemScope list(request.Body(), "td_windowlist");
-        for (const auto& window : record._listCanvas) {
-            AddCanvasWindow(request.Body(), *window);
-        }
-    }
+    CMarkupSTL& body = request.Body();
+    const auto addWindow = [&body](const S_Create_Cavans_WindowInfo& window) {
+        body.AddElem("id", window._nID);
+        AddRect(body, window._nXPos, window._nYpos, window._nWidth, window._nHeight);
+        body.AddElem("mode", window._nMode);
+    };
+    const auto addSubWindow = [&body](const S_Cavans_Sub_WindowInfo& subWindow) {
+        body.AddElem("index", subWindow._nIndex);
+        body.AddElem("osdid", subWindow._nOsdid);
+    };
+    AddWindowList(body, record._listCanvas, &S_Create_Cavans_WindowInfo::_listSubWindow, addWindow,
+                  addSubWindow);
     if (Exchange(cmd, request)) {
         ReplyResult(cmd, data, len, TVWALL_DECODE_CREATE_CANVAS);
     }

@@ -90,6 +90,10 @@ TEST(DisplayRecords, KeepEveryByteAndReportWhatIsMissing)
 {
     RoundTrips<S_Decoder_Draw_Border>(
         Bytes().U32(2).Text(Window(1, 2).U16(1).U16(2).U16(3).U16(4)).Text(Window(2, 0)));
+    S_Decoder_Draw_Border record;
+    Decode(record, Bytes().U32(1).Text(Window(2, 0)));
+    EXPECT_FALSE(record.SetData(nullptr, 0));
+    EXPECT_EQ(Encode(record), std::string(4, '\0')) << "emptied even without data";
 }
 
 } // namespace
