@@ -86,6 +86,8 @@ TEST_F(ChannelGroupTest, AsksForOneGroupOrAllUnderTheUrlThatSetsOne)
     S_MTvw_Wall_Get_ChGroup record;
     Decode(record, WALL);
     EXPECT_EQ(Encode(record), WALL + std::string(4, '\0')) << "the wall stands without the id";
+    EXPECT_FALSE(record.SetData(nullptr, 0));
+    EXPECT_EQ(Encode(record), std::string(20, '\0')) << "emptied even without data";
 }
 
 TEST_F(ChannelGroupTest, TheAnswerHoldsTheDecodersGroups)

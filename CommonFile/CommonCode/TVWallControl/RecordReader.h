@@ -125,7 +125,7 @@ private:
 // For records that are emptied even when there are no bytes at all.
 class CClearingReader : public CRecordReader {
 public:
-    static constexpr bool CLEARS_WITHOUT_DATA = true;
+    static constexpr bool ClearsWithoutData() { return true; }
 
     using CRecordReader::CRecordReader;
 };
