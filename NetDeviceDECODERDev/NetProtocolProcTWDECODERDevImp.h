@@ -4,12 +4,12 @@
 #include <string>
 #include <string_view>
 
+#include "CommandTable.h"
 #include "Event.h"
 #include "Interlocked.h"
 #include "NetPacketProcTWDecoderDev.h"
 #include "ReplyHandOver.h"
 #include "SocketDataObserver.h"
-#include "TvwallProtocol.h"
 
 class CCmdProcObject;
 class CDeviceReply;
@@ -124,9 +124,6 @@ private:
     // --- dispatch ---
 
     void RunCommand(CCmdProcObject* cmd, char* data, unsigned int len);
-    void GetDecoderConfig(CCmdProcObject* cmd, char* data, unsigned int len);
-    void SaveDecoderConfig(CCmdProcObject* cmd, char* data, unsigned int len);
-    void DecoderOption(CCmdProcObject* cmd, char* data, unsigned int len);
     enum class E_OptionLog { Quiet, Logged };
     void RunOption(CCmdProcObject* cmd, char* data, unsigned int len, E_OptionLog log);
 
@@ -142,78 +139,50 @@ private:
     // True for the first answer of the running command.
     bool TakeAnswer();
 
-    // --- handlers: login ---
+    // --- handlers, one for each row of the table; they share the rest, family by family ---
 
-    void ProcDoOptionCmd(CCmdProcObject* cmd, char* data, unsigned int len);
+#define TVWALL_DECLARE_COMMAND(id, handler) void handler(CCmdProcObject* cmd, char* data, unsigned int len);
+#define TVWALL_DECLARE_OPTION(id, type, handler) TVWALL_DECLARE_COMMAND(id, handler)
+    TVWALL_COMMANDS(TVWALL_DECLARE_COMMAND)
+    TVWALL_OPTIONS(TVWALL_DECLARE_OPTION)
+#undef TVWALL_DECLARE_OPTION
+#undef TVWALL_DECLARE_COMMAND
+
+    // --- login ---
+
     void ProcLoginCmd(CCmdProcObject* cmd, char* data, unsigned int len);
-    void ProcLoginOutCmd(CCmdProcObject* cmd, char* data, unsigned int len);
     void ReplyLogin(CCmdProcObject* cmd, unsigned int nErrorCode);
 
-    // --- handlers: wall layout ---
+    // --- wall layout ---
 
-    void SetWallLayout(CCmdProcObject* cmd, char* data, unsigned int len);
-    void GetWallLayout(CCmdProcObject* cmd, char* data, unsigned int len);
-    void BindWall(CCmdProcObject* cmd, char* data, unsigned int len);
-    void unBindWall(CCmdProcObject* cmd, char* data, unsigned int len);
     // True when the decoder has accepted; when it has refused, the command is answered.
     bool ExchangeLayout(CCmdProcObject* cmd, const CDeviceRequest& request);
     // Fills the layout from a reply, given as its text and opened; its count stays as it is.
     static void GetWallLayoutMessage(ORVA2_CLIENT_TVW::S_MTvw_Wall_Layout& layout, std::string_view text,
                                      const CDeviceReply& reply);
 
-    // --- handlers: canvas windows ---
+    // --- canvas windows ---
 
-    void CreateCanvas(CCmdProcObject* cmd, char* data, unsigned int len);
-    void DelCanvas(CCmdProcObject* cmd, char* data, unsigned int len);
-    void ChangeCanvas(CCmdProcObject* cmd, char* data, unsigned int len);
-    void TopCanvas(CCmdProcObject* cmd, char* data, unsigned int len);
-    void doSetCanvasSplit(CCmdProcObject* cmd, char* data, unsigned int len);
-    void doClearWall(CCmdProcObject* cmd, char* data, unsigned int len);
     void SendCanvasWindows(CCmdProcObject* cmd, char* data, unsigned int len, const std::string& url);
 
-    // --- handlers: window display ---
+    // --- window display ---
 
-    void DrawBorder(CCmdProcObject* cmd, char* data, unsigned int len);
-    void PlanWndZoom(CCmdProcObject* cmd, char* data, unsigned int len);
-    void SetWindowConfig(CCmdProcObject* cmd, char* data, unsigned int len);
-    void GetWindowConfig(CCmdProcObject* cmd, char* data, unsigned int len);
     void ReplyWindowConfig(CCmdProcObject* cmd, unsigned int nEnableBorder, unsigned int nEnableShowWinID,
                            const char* szOperation, unsigned int nAnswerType);
 
-    // --- handlers: device information ---
+    // --- device information ---
 
-    void GetBasicCfg(CCmdProcObject* cmd, char* data, unsigned int len);
-    void GetDecSystemInfo(CCmdProcObject* cmd, char* data, unsigned int len);
     // Asks for the input channels and hands the reply to the host as a notification.
     void GetAndNotifyChannelInfo();
 
-    // --- handlers: media and whole walls ---
+    // --- media and whole walls ---
 
-    void PlayMedia(CCmdProcObject* cmd, char* data, unsigned int len);
     // Composes the whole "doplaymedia" request in an empty document; the record is not null.
     void AddPlayMediaXmlStr(CMarkupSTL& xml, ORVA2_CLIENT_TVW::S_MTvw_Wall_Media* record,
                             unsigned int seq) const;
-    void StopPlayMedia(CCmdProcObject* cmd, char* data, unsigned int len);
-    void SetWallInfo(CCmdProcObject* cmd, char* data, unsigned int len);
 
-    // --- handlers: playback control ---
+    // --- channel groups and polling ---
 
-    void PlayBackCtrl(CCmdProcObject* cmd, char* data, unsigned int len);
-
-    // --- handlers: audio ---
-
-    void PlayAudio(CCmdProcObject* cmd, char* data, unsigned int len);
-    void StopAudio(CCmdProcObject* cmd, char* data, unsigned int len);
-    void GetAudioConfig(CCmdProcObject* cmd, char* data, unsigned int len);
-
-    // --- handlers: channel groups and polling ---
-
-    void AddChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len);
-    void DeleteChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len);
-    void SetChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len);
-    void GetChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len);
-    void StartChlGroupPolling(CCmdProcObject* cmd, char* data, unsigned int len);
-    void StopChlGroupPolling(CCmdProcObject* cmd, char* data, unsigned int len);
     void SendChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len, const std::string& url,
                           unsigned int nAnswerType);
     // Appends the groups of a reply to the record's list; its count stays as it is.

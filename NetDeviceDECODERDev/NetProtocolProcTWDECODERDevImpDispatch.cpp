@@ -24,66 +24,14 @@ struct CNetProtocolProcTWDECODERDevImp::S_OptionRow {
     CommandHandler pHandler;
 };
 
-// Commands that are not listed are ignored without an answer.
+#define TVWALL_COMMAND_ROW(id, handler) {id, &CNetProtocolProcTWDECODERDevImp::handler},
+#define TVWALL_OPTION_ROW(id, type, handler) {id, type, &CNetProtocolProcTWDECODERDevImp::handler},
 const CNetProtocolProcTWDECODERDevImp::S_CommandRow CNetProtocolProcTWDECODERDevImp::COMMAND_TABLE[] = {
-    {KEST_CMD_REQUEST_LOGIN, &CNetProtocolProcTWDECODERDevImp::ProcDoOptionCmd},
-    {KEST_CMD_TVWALL_DECODE_GET_CONFIG, &CNetProtocolProcTWDECODERDevImp::GetDecoderConfig},
-    {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, &CNetProtocolProcTWDECODERDevImp::SaveDecoderConfig},
-    {KEST_CMD_TVWALL_DECODE_OPTION, &CNetProtocolProcTWDECODERDevImp::DecoderOption},
-    {KEST_CMD_TVWALL_DECODE_SET_WALL_LAYOUT, &CNetProtocolProcTWDECODERDevImp::SetWallLayout},
-    {KEST_CMD_TVWALL_DECODE_GET_WALL_LAYOUT, &CNetProtocolProcTWDECODERDevImp::GetWallLayout},
-    {KEST_CMD_TVWALL_DECODE_DO_BIND_WALL, &CNetProtocolProcTWDECODERDevImp::BindWall},
-    {KEST_CMD_TVWALL_DECODE_DO_UNBIND_WALL, &CNetProtocolProcTWDECODERDevImp::unBindWall},
-};
-
-// Likewise option types that are not listed for their command.
+    TVWALL_COMMANDS(TVWALL_COMMAND_ROW)};
 const CNetProtocolProcTWDECODERDevImp::S_OptionRow CNetProtocolProcTWDECODERDevImp::OPTION_TABLE[] = {
-    {KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_BASICCFG,
-     &CNetProtocolProcTWDECODERDevImp::GetBasicCfg},
-    {KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_CHANNEL_GROUP,
-     &CNetProtocolProcTWDECODERDevImp::GetChannelGroup},
-    {KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_WINDOW_CONFIG,
-     &CNetProtocolProcTWDECODERDevImp::GetWindowConfig},
-    {KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_SYSINFO,
-     &CNetProtocolProcTWDECODERDevImp::GetDecSystemInfo},
-    {KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_AUDIO_CONFIG,
-     &CNetProtocolProcTWDECODERDevImp::GetAudioConfig},
-    {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_SET_CHANNEL_GROUP,
-     &CNetProtocolProcTWDECODERDevImp::SetChannelGroup},
-    {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_SET_WALL_INFO,
-     &CNetProtocolProcTWDECODERDevImp::SetWallInfo},
-    {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_CLEAR_WALL,
-     &CNetProtocolProcTWDECODERDevImp::doClearWall},
-    {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_SET_DECODERFRAME,
-     &CNetProtocolProcTWDECODERDevImp::doSetCanvasSplit},
-    {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_SET_WINDOW_CONFIG,
-     &CNetProtocolProcTWDECODERDevImp::SetWindowConfig},
-    {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_DRAWBODER,
-     &CNetProtocolProcTWDECODERDevImp::DrawBorder},
-    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DO_PLAY_MEDIA, &CNetProtocolProcTWDECODERDevImp::PlayMedia},
-    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DO_STOP_PLAY_MEDIA,
-     &CNetProtocolProcTWDECODERDevImp::StopPlayMedia},
-    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_ADD_CHANNEL_GROUP,
-     &CNetProtocolProcTWDECODERDevImp::AddChannelGroup},
-    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DELETE_CHANNEL_GROUP,
-     &CNetProtocolProcTWDECODERDevImp::DeleteChannelGroup},
-    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_START_CHLGROUP_POLLING,
-     &CNetProtocolProcTWDECODERDevImp::StartChlGroupPolling},
-    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_STOP_CHLGROUP_POLLING,
-     &CNetProtocolProcTWDECODERDevImp::StopChlGroupPolling},
-    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_CREATE_CANVAS,
-     &CNetProtocolProcTWDECODERDevImp::CreateCanvas},
-    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DEL_CANVAS, &CNetProtocolProcTWDECODERDevImp::DelCanvas},
-    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_MODIFY_CANVAS,
-     &CNetProtocolProcTWDECODERDevImp::ChangeCanvas},
-    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_TOP_CANVAS, &CNetProtocolProcTWDECODERDevImp::TopCanvas},
-    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_LOGOUT, &CNetProtocolProcTWDECODERDevImp::ProcLoginOutCmd},
-    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_ZOOMOUT, &CNetProtocolProcTWDECODERDevImp::PlanWndZoom},
-    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_PLAYBACK_CTRL,
-     &CNetProtocolProcTWDECODERDevImp::PlayBackCtrl},
-    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_PLAY_AUDIO, &CNetProtocolProcTWDECODERDevImp::PlayAudio},
-    {KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_STOP_AUDIO, &CNetProtocolProcTWDECODERDevImp::StopAudio},
-};
+    TVWALL_OPTIONS(TVWALL_OPTION_ROW)};
+#undef TVWALL_OPTION_ROW
+#undef TVWALL_COMMAND_ROW
 
 void CNetProtocolProcTWDECODERDevImp::ProcOneCommand(CCmdProcObject* cmd, unsigned char* buf,
                                                      unsigned int len)
