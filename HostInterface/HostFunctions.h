@@ -29,9 +29,10 @@ int NET_COMM_RegistDevProtocolProcObject(unsigned int nType, CNetProtocolProc* p
 // The identifier of the host application's own node.
 GUID NET_COMM_GetCurrentAppNodeID();
 
-// --- sockets; hNetCommunication is the host's own name for a connection, any number, as it was given to
-// Initial --- Of their results the plug-in looks at that of NET_SOCKET_RegisterNode only, which Initial
-// returns; 0 is success.
+// --- sockets; hNetCommunication is the host's own name for a connection, as it was given to Initial ---
+
+// Of the results the plug-in looks at that of NET_SOCKET_RegisterNode only, which Initial returns; 0 is
+// success.
 
 // Makes the observer receive the bytes of the connection, each time with pContext; a and b are those of
 // Initial.
