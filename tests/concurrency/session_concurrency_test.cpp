@@ -316,14 +316,15 @@ int LiveAndStop(std::mt19937& random, bool bBuffered)
     processor->Start(nullptr, 0);
 
     constexpr size_t COMMANDS = 40;
-    constexpr size_t SYSTEM_INFO = 6; // its handler goes on to notify the host
     const auto& samples = CommandSamples();
     std::deque<FakeCommand> commands;
     std::string payloads[COMMANDS];
     for (size_t i = 0; i < COMMANDS; ++i) {
-        const auto& sample = samples[i == 0 ? 0 : i % 4 == 0 ? SYSTEM_INFO : random() % samples.size()];
+        // The handler of the system's information goes on to notify the host.
+        const auto& sample = i % 4 == 2 ? CommandSampleOf("GetDecSystemInfo")
+                                        : samples[i == 0 ? 0 : random() % samples.size()];
         commands.emplace_back(sample.nCmdID);
-        payloads[i] = sample.payload;
+        payloads[i] = sample.Payload();
     }
     std::atomic<bool> bStopped = false;
     std::thread producer([&] {
