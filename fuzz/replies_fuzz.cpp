@@ -24,9 +24,9 @@ void AnswerWith(const CommandSample& sample, unsigned int nWay, const std::strin
             s.Receive(s.Reply("0", "", text));
         }
     });
-    session.Run(CommandSamples().front().nCmdID, CommandSamples().front().payload);
+    session.Run(CommandSamples().front().nCmdID, CommandSamples().front().Payload());
     bLoggedIn = true;
-    session.Run(sample.nCmdID, sample.payload);
+    session.Run(sample.nCmdID, sample.Payload());
 }
 
 } // namespace

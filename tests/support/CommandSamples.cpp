@@ -1,6 +1,9 @@
 #include "CommandSamples.h"
 
+#include <stdexcept>
+
 #include "DecoderKeys.h"
+#include "FakeCommand.h"
 #include "LinkTexts.h"
 
 namespace {
@@ -8,91 +11,217 @@ namespace {
 constexpr unsigned int GET = 0x50000;
 constexpr unsigned int SAVE = 0x50001;
 constexpr unsigned int OPTION = 0x50002;
+constexpr unsigned int NO_OPTION = CommandSample::NO_OPTION;
+constexpr unsigned int NO_HEAD = CommandSample::NO_HEAD;
 
-// The GUIDs of wall and plan, or wall and decoder.
-Bytes TwoGuids() { return Bytes().Text(std::string(16, 'W')).Text(std::string(16, 'P')); }
-
-std::string Layout() { return Bytes().U32(1).U32(2).U32(1).U32(7).Text(Field("left", 256)).U32(0).U32(1); }
-
-std::string Windows()
+std::string Rect(long nX, long nY, long nWidth, long nHeight)
 {
-    Bytes window = TwoGuids().U32(1).U32(1).U32(0).U32(0).U32(640).U32(480).Zeros(8).U32(2).Zeros(8);
-    return window.U32(0).U32(10).U32(1).U32(11);
+    return Elem("rect",
+                Elem("xpos", nX) + Elem("ypos", nY) + Elem("width", nWidth) + Elem("height", nHeight));
 }
 
-std::string MediaOfOneSubWindow()
+// Two screens, of which the second one has no name.
+std::string Layout()
 {
-    Bytes media = Bytes().U32(1).U32(3).U32(1).U32(0).U32(1).U32(5).Zeros(16).U32(1).U32(2).U32(554);
-    return media.Zeros(32).Text(Field("192.0.2.1", 32)).Text(Field("camera", 256)).Text(Field("secret", 256));
+    Bytes layout = Bytes().U32(3).U32(0xFFFFFFFF).U32(2);
+    layout.U32(0xFFFFFFFF).Text(Field("left", 256)).U32(1).U32(0x80000000);
+    return layout.U32(8).Zeros(256).U32(0).U32(2);
+}
+
+std::string Coordinate(long nX, long nY) { return Elem("coordinate", Elem("xpos", nX) + Elem("ypos", nY)); }
+
+// One window that is split in two.
+std::string Canvas()
+{
+    Bytes window = Guids().U32(1).U32(3).U32(1).U32(2).U32(0xFFFFFFFF).U32(4);
+    window.U16(5).U16(6).U16(7).U16(8).U32(2).U32(9).U32(10);
+    return window.U32(0).U32(100).U32(1).U32(101);
+}
+
+const std::string CANVAS =
+    Windows(Item(Elem("id", 3) + Rect(1, 2, 4294967295, 4) + Elem("mode", 2) +
+                 Elem("td_subwindowlist", Item(Elem("index", 0) + Elem("osdid", 100)) +
+                                              Item(Elem("index", 1) + Elem("osdid", 101)))));
+
+std::string Switches(long nBorder, long nShowID)
+{
+    return Elem("enableborder", nBorder) + Elem("enableshowwinid", nShowID);
+}
+
+// The text that the host gets for them, with its terminating zero.
+std::string SwitchesText(long nBorder, long nShowID, const std::string& operation)
+{
+    const std::string values = Elem("errorcode", 0) + Switches(nBorder, nShowID) + Elem(operation, 1);
+    return Lines(Elem("response",
+                      Elem("id", "{01234567-89AB-CDEF-1020-304050607080}") + Elem("baseInfo", values))) +
+           '\0';
+}
+
+std::string Account() { return Bytes().Text(Field(SOURCE_USER, 256)).Text(Field(SOURCE_PASSWORD, 256)); }
+
+// One sub-window with one stream.
+std::string Media()
+{
+    Bytes media = Bytes().U32(1).U32(-8UL).U32(1).U32(-9UL).U32(1).U32(5).Text(GUID_BYTES).U32(-1UL);
+    media.U32(2).U32(554).U32(-4UL).U32(0x80000000).U32(-6UL).Text("gap!").U32(7).U32(1).U32(8).U32(0);
+    return media.Text(Field("10.0.0.<1>", 32)).Text(Account());
 }
 
 std::string WholeWall()
 {
-    Bytes wall = Bytes().U32(1).U16(1).U16(0).U16(1).U16(0).U16(0).U16(640).U16(480).U32(1);
-    wall.U16(0).U16(10).U16(1).U16(6).U16(554).Zeros(14).Zeros(16);
-    return wall.Text(Field("192.0.2.1", 32)).Text(Field("camera", 256)).Text(Field("secret", 256)).U32(5);
+    Bytes wall = Bytes().U32(1).U16(8).U16(2).U16(3).U16(40000).U16(5).U16(65535).U16(7).U32(1);
+    wall.U16(65535).U16(9).U16(60000).U16(6).U16(50000).Text("gp").U32(1).U32(2).U32(0xFFFFFFFF);
+    return wall.Text(GUID_BYTES).Text(Field("10.0.0.1", 32)).Text(Account()).U32(12);
 }
 
+const std::string WALL(16, 'W'); // its GUID
+
+// A group whose name fills its field.
+const std::string GROUP_NAME(256, 'n');
 std::string Group()
 {
-    Bytes group = Bytes().Zeros(16).U32(4).U32(2).U32(30);
-    return group.Text(Field("entrances", 256)).Text(Field("1,2", 16));
+    Bytes group = Bytes().Text(WALL).U32(-7UL).U32(0xFFFFFFFF).U32(0x80000000);
+    return group.Text(GROUP_NAME).Text(Field("1,2,3 & <4>", 16));
 }
 
-std::string Sound() { return TwoGuids().U32(1).U32(3).U32(1).U32(0).U32(5); }
+const std::string GROUP = Body(
+    Elem("channelgroup", Elem("id", -7) + Elem("name", GROUP_NAME) + Elem("channelnum", 4294967295) +
+                             Elem("interval", 2147483648) + Elem("td_channellist", "1,2,3 &amp; &lt;4&gt;")));
+
+std::string Sound() { return Guids().U32(1).U32(-3UL).U32(1).U32(6).U32(-5UL); }
 
 std::vector<CommandSample> MakeSamples()
 {
-    const std::string keys = "<pubkey1>" + DecoderKeys().publicKey + "</pubkey1><pubkey2>" +
-                             DecoderKeys().publicKey + "</pubkey2>";
+    const std::string keys =
+        Elem("pubkey1", DecoderKeys().publicKey) + Elem("pubkey2", DecoderKeys().publicKey);
+    const std::string node =
+        Bytes().U32(0x01234567).U16(0x89AB).U16(0xCDEF).Text("\x10\x20\x30\x40\x50\x60\x70\x80");
     const std::string screens =
-        "<row>1</row><col>2</col><td_channellist><item><id>7</id><name>left &lt;1&gt;</name>"
-        "<coordinate><xpos>0</xpos><ypos>1</ypos></coordinate></item></td_channellist>";
-    const std::string sounds = "<td_windowlist><item><id>3</id><td_subwindowlist><item><index>0</index>"
-                               "<channelid>5</channelid></item></td_subwindowlist></item></td_windowlist>";
+        Elem("row", 1) + Elem("col", 2) +
+        Elem("td_channellist", Item(Elem("id", 7) + Elem("name", "left &lt;1&gt;") + Coordinate(0, 1)));
+    const std::string system = Elem("name", "wall") + Elem("model", -1) + Elem("devicetype", "t") +
+                               Elem("mac", "m") + Elem("softversion", "s") + Elem("builddate", "b") +
+                               Elem("kernelversion", "k") + Elem("dataversion", "d");
+    const std::string systemTexts =
+        Field("t", 64) + Field("m", 64) + Field("s", 64) + Field("b", 64) + Field("k", 64) + Field("d", 64);
     const std::string groups =
-        "<channelgrouplist><item><id>4</id><name>entrances</name><interval>30</interval>"
-        "<td_channellist>1,2</td_channellist></item></channelgrouplist>";
+        Elem("channelgrouplist", Item(Elem("id", 4) + Elem("name", "entrances") + Elem("interval", 30) +
+                                      Elem("td_channellist", "1,2")));
+    const std::string stream = Elem("type", -1) + Elem("reqmode", 2) + Elem("addr", "10.0.0.&lt;1&gt;") +
+                               Elem("port", 554) + Elem("channelid", GUID_TEXT) + Elem("user", SOURCE_USER) +
+                               Elem("pwd", SOURCE_PASSWORD) + Elem("begintime", 4294967303) +
+                               Elem("endtime", 8) + Elem("streamtype", -4) + Elem("recordmask", 2147483648) +
+                               Elem("source", -6);
+    const std::string wallStream = Elem("type", 60000) + Elem("reqmode", 6) + Elem("addr", "10.0.0.1") +
+                                   Elem("port", 50000) + Elem("channelid", 12) + Elem("user", SOURCE_USER) +
+                                   Elem("pwd", SOURCE_PASSWORD) + Elem("streamtype", 4294967295);
+    const std::string wall =
+        Item(Elem("id", 8) + Rect(40000, 5, 65535, 7) + Elem("layerindex", 2) + Elem("mode", 3) +
+             Elem("td_subwindowlist",
+                  Item(Elem("index", 65535) + Elem("osdid", 9) + Elem("mediainfo", wallStream))));
     return {
-        {"ProcDoOptionCmd", 0x101, LoginPayload("admin", "secret"), keys},
-        {"SetWallLayout", 0x50005, Layout(), ""},
-        {"GetWallLayout", 0x50006, "", screens},
-        {"BindWall", 0x50007, Layout(), ""},
-        {"unBindWall", 0x50008, Layout(), ""},
-        {"GetBasicCfg", GET, Option(0x50002, ""), "<identidy>3</identidy><devicename>wall</devicename>"},
-        {"GetDecSystemInfo", GET, Option(0x5000A, ""), "<name>wall</name><model>-1</model>"},
-        {"GetChannelGroup", GET, Option(0x6000D, Bytes().Zeros(16).U32(4)), groups},
-        {"GetWindowConfig", GET, Option(0x60013, ""), "<enableborder>1</enableborder>"},
-        {"GetAudioConfig", GET, Option(0x60016, TwoGuids().U32(0)), sounds},
-        {"doSetCanvasSplit", SAVE, Option(0x5000E, Windows()), ""},
-        {"DrawBorder", SAVE, Option(0x60003, Bytes().U32(1).U16(3).U32(1).U16(0).U16(1)), ""},
-        {"SetChannelGroup", SAVE, Option(0x6000C, Group()), ""},
-        {"SetWallInfo", SAVE, Option(0x60010, WholeWall()), ""},
-        {"doClearWall", SAVE, Option(0x60011, ""), ""},
-        {"SetWindowConfig", SAVE, Option(0x60012, TwoGuids().U16(1).U16(0)), ""},
-        {"ProcLoginOutCmd", OPTION, Option(0x50000, ""), ""},
-        {"PlanWndZoom", OPTION, Option(0x50014, TwoGuids().U32(3).U16(1).U16(0)), ""},
-        {"PlayBackCtrl", OPTION, Option(0x5001D, Bytes().U16(1).U16(3).U16(1).U16(0).U16(2).U16(4)), ""},
-        {"PlayMedia", OPTION, Option(0x60004, MediaOfOneSubWindow()), ""},
-        {"StopPlayMedia", OPTION, Option(0x60005, MediaOfOneSubWindow()), ""},
-        {"CreateCanvas", OPTION, Option(0x60006, Windows()), ""},
-        {"DelCanvas", OPTION, Option(0x60007, TwoGuids().U32(1).U32(3)), ""},
-        {"ChangeCanvas", OPTION, Option(0x60008, TwoGuids().U32(1).U32(3).Zeros(8).U32(9).U32(9)), ""},
-        {"TopCanvas", OPTION, Option(0x60009, TwoGuids().U32(3)), ""},
-        {"AddChannelGroup", OPTION, Option(0x6000A, Group()), ""},
-        {"DeleteChannelGroup", OPTION, Option(0x6000B, Bytes().Zeros(16).U32(1).U32(4)), ""},
-        {"StartChlGroupPolling", OPTION,
-         Option(0x6000E, Bytes().Zeros(16).U32(1).U32(3).U32(1).U32(0).U32(4)), ""},
-        {"StopChlGroupPolling", OPTION, Option(0x6000F, MediaOfOneSubWindow()), ""},
-        {"PlayAudio", OPTION, Option(0x60014, Sound()), ""},
-        {"StopAudio", OPTION, Option(0x60015, Sound()), ""},
+        {"ProcDoOptionCmd", 0x101, NO_OPTION, LoginPayload("admin", "secret"), "dooption dologin",
+         Body(Elem("encryption", 1)), NO_HEAD, keys, Bytes().Text(node).U32(513).Zeros(112)},
+        {"SetWallLayout", 0x50005, NO_OPTION, Layout(), "setwalllayout",
+         Body(Elem("row", 3) + Elem("col", 4294967295)), NO_HEAD, "", ""},
+        {"GetWallLayout", 0x50006, NO_OPTION, "not read", "getwalllayout", NO_BODY, NO_HEAD, screens,
+         Bytes().U32(1).U32(2).U32(1).U32(7).Text(Field("left <1>", 256)).U32(0).U32(1)},
+        {"BindWall", 0x50007, NO_OPTION, Layout(), "dobindwall",
+         Body(Elem("td_channellist", Item(Elem("id", 4294967295) + Coordinate(1, 2147483648)) +
+                                         Item(Elem("id", 8) + Coordinate(0, 2)))),
+         NO_HEAD, "", ""},
+        {"unBindWall", 0x50008, NO_OPTION, Layout(), "dounbindwall",
+         Body(Elem("td_channellist", Item(Coordinate(1, 2147483648)) + Item(Coordinate(0, 2)))), NO_HEAD, "",
+         ""},
+        {"GetBasicCfg", GET, 0x50002, "not read", "getbasicconfig", NO_BODY, 0x50002,
+         Elem("identidy", 4294967295) + Elem("runmode", 2) + Elem("devicename", "wall"),
+         Bytes().Zeros(16).U32(0xFFFFFFFF).U32(2).Text("wall")},
+        {"GetDecSystemInfo", GET, 0x5000A, "not read", "getsysteminfo getchannelinfo", NO_BODY, 0x5000A,
+         system, Bytes().Zeros(16).Text(Field("wall", 64)).U32(-1UL).Text(systemTexts)},
+        {"GetChannelGroup", GET, 0x6000D, Bytes().Text(WALL).U32(-2UL), "setchannelgroup",
+         Body(Elem("channelgroup", Elem("id", -2))), 0x6000E, groups,
+         Bytes().U32(1).Zeros(16).U32(4).U32(0).U32(30).Text(Field("entrances", 256)).Text(Field("1,2", 16))},
+        {"GetWindowConfig", GET, 0x60013, "not read", "getwindowconfig", NO_BODY, 0x60013,
+         Elem("enableborder", 4294967295), SwitchesText(4294967295, 0, "getWindowConfig")},
+        {"GetAudioConfig", GET, 0x60016, Sound(), "getaudioconfig", Body(""), 0x60016,
+         Elem("td_windowlist", WindowItem(-2, Item(Elem("index", 4) + Elem("channelid", -9)))),
+         Guids().U32(1).U32(-2UL).U32(1).U32(4).U32(-9UL)},
+        {"doSetCanvasSplit", SAVE, 0x5000E, Canvas(), "dosplitwindow", CANVAS, 0x60006},
+        {"DrawBorder", SAVE, 0x60003, Bytes().U32(1).U16(65535).U32(2).U16(0).U16(65535).U16(0x8000).U16(1),
+         "dodrawborder",
+         Windows(WindowItem(-1, Item(Elem("index", 0) + Elem("drawborder", -1)) +
+                                    Item(Elem("index", -32768) + Elem("drawborder", 1)))),
+         0x60003},
+        {"SetChannelGroup", SAVE, 0x6000C, Group(), "setchannelgroup", GROUP, 0x6000E},
+        {"SetWallInfo", SAVE, 0x60010, WholeWall(), "setwallinfo", Windows(wall), 0x60010},
+        {"doClearWall", SAVE, 0x60011, "not read", "dowallclear", Body(""), 0x60011},
+        {"SetWindowConfig", SAVE, 0x60012, Guids().U16(65535).U16(1), "setwindowconfig",
+         Body(Switches(65535, 1)), 0x60012, Switches(7, 8), SwitchesText(65535, 1, "setWindowConfig")},
+        {"ProcLoginOutCmd", OPTION, 0x50000, "not read", "dologout", NO_BODY, NO_HEAD, "", ""},
+        {"PlanWndZoom", OPTION, 0x50014, Guids().U32(0xFFFFFFFE).U16(65535).U16(65535), "dofullscreen",
+         Body(Elem("enable", 65535) +
+              Elem("td_window", Elem("id", 4294967294) + Elem("td_subwindow", Elem("index", 65535)))),
+         0x50014},
+        {"PlayBackCtrl", OPTION, 0x5001D,
+         Bytes().U16(1).U16(3).U16(2).U16(0).U16(7).U16(65535).U16(1).U16(8).U16(9), "doplaybackcontrol",
+         Windows(WindowItem(3, Item(Elem("index", 0) + Elem("pbctrltype", 7) + Elem("pbctrlval", 65535)) +
+                                   Item(Elem("index", 1) + Elem("pbctrltype", 8) + Elem("pbctrlval", 9)))),
+         0x5001D},
+        {"PlayMedia", OPTION, 0x60004, Media(), "doplaymedia",
+         Windows(WindowItem(-8, Item(Elem("index", -9) + Elem("mediainfo", stream)))), 0x60004},
+        {"StopPlayMedia", OPTION, 0x60005, Media(), "dostopplaymedia",
+         Windows(WindowItem(-8, Item(Elem("index", -9)))), 0x60005},
+        {"CreateCanvas", OPTION, 0x60006, Canvas(), "docreatewindow", CANVAS, 0x60006},
+        {"DelCanvas", OPTION, 0x60007, Guids().U32(2).U32(7).U32(0x80000000), "dodestroywindow",
+         Windows(Item(Elem("id", 7)) + Item(Elem("id", 2147483648))), 0x60007},
+        {"ChangeCanvas", OPTION, 0x60008, Guids().U32(1).U32(7).U32(-10UL).U32(20).U32(30).U32(40),
+         "domodifywindow", Windows(Item(Elem("id", 7) + Rect(-10, 20, 30, 40))), 0x60008},
+        {"TopCanvas", OPTION, 0x60009, Guids().U32(0xFFFFFFFE), "dowindowtop",
+         Body(Elem("td_window", Elem("id", 4294967294))), 0x60009},
+        {"AddChannelGroup", OPTION, 0x6000A, Group(), "doaddchannelgroup", GROUP, 0x6000A},
+        {"DeleteChannelGroup", OPTION, 0x6000B, Bytes().Text(WALL).U32(2).U32(-7UL).U32(8),
+         "dodeletechannelgroup", Body(Elem("channelgrouplist", Item(Elem("id", -7)) + Item(Elem("id", 8)))),
+         0x6000B},
+        {"StartChlGroupPolling", OPTION, 0x6000E,
+         Bytes().Text(WALL).U32(1).U32(-1UL).U32(2).U32(0).U32(8).U32(0xFFFFFFFF).U32(9),
+         "dostartchlgrouppolling",
+         Windows(WindowItem(-1, Item(Elem("index", 0) + Elem("channelgroup", 8)) +
+                                    Item(Elem("index", 4294967295) + Elem("channelgroup", 9)))),
+         0x6000E},
+        {"StopChlGroupPolling", OPTION, 0x6000F, Media(), "dostopplaymedia",
+         Windows(WindowItem(-8, Item(Elem("index", -9)))), 0x60005},
+        {"PlayAudio", OPTION, 0x60014, Sound(), "doopensound",
+         Windows(WindowItem(-3, Item(Elem("index", 6) + Elem("td_channel", -5)))), 0x60014},
+        {"StopAudio", OPTION, 0x60015, Sound(), "doclosesound",
+         Windows(WindowItem(-3, Item(Elem("index", 6)))), 0x60015},
     };
 }
 
 } // namespace
 
+std::string CommandSample::Payload() const
+{
+    return nOptType == NO_OPTION ? record : Option(nOptType, record);
+}
+
+std::string CommandSample::Answer() const
+{
+    const std::string data = answerData.value_or(record);
+    return nAnswerType == NO_HEAD ? "buffer " + Hex(data) : ResultOf(nAnswerType, data);
+}
+
 const std::vector<CommandSample>& CommandSamples()
 {
     static const std::vector<CommandSample> samples = MakeSamples();
     return samples;
+}
+
+const CommandSample& CommandSampleOf(const std::string& handler)
+{
+    for (const CommandSample& sample : CommandSamples()) {
+        if (sample.szName == handler) {
+            return sample;
+        }
+    }
+    throw std::invalid_argument("no sample of " + handler);
 }

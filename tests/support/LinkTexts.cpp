@@ -1,5 +1,6 @@
 #include "LinkTexts.h"
 
+#include "FakeCommand.h"
 #include "TvwallProtocol.h"
 
 using namespace ORVA_NET_PROTOCOL;
@@ -25,6 +26,25 @@ std::string Element(const std::string& xml, const std::string& name)
     }
     const auto content = begin + name.size() + 2;
     return xml.substr(content, end - content);
+}
+
+std::string BodyOf(const std::string& request)
+{
+    const std::string end = "</td_header>\r\n";
+    return request.substr(request.find(end) + end.size());
+}
+
+std::string Lines(std::string text)
+{
+    for (auto at = text.find("><"); at != std::string::npos; at = text.find("><", at)) {
+        text.insert(at + 1, "\r\n");
+    }
+    return text + "\r\n";
+}
+
+std::string Body(const std::string& inner)
+{
+    return Lines((inner.empty() ? "<td_body/>" : "<td_body>" + inner + "</td_body>") + "</td_command>");
 }
 
 std::string Repeat(const std::string& text, size_t n)
@@ -53,4 +73,10 @@ std::string LoginPayload(const std::string& user, const std::string& password)
     payload.replace(offsetof(_kest_net_login_info, username), user.size(), user);
     payload.replace(offsetof(_kest_net_login_info, password), password.size(), password);
     return payload;
+}
+
+std::string ResultOf(unsigned int nOptType, const std::string& data)
+{
+    const auto nLen = static_cast<unsigned int>(data.size());
+    return "buffer " + Hex(Bytes().U32(nOptType).U16(8).U16(nLen).U32(0).U32(0).Text(data));
 }

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <string>
+#include <type_traits>
 
 // --- the decoder's texts ---
 
@@ -12,6 +13,41 @@ std::string ReplyText(const std::string& url, const std::string& seq, const std:
                       const std::string& headerTail = "", const std::string& body = "");
 // The text between <name> and </name>, "" for <name/>, "?" when neither is there.
 std::string Element(const std::string& xml, const std::string& name);
+
+// --- the plug-in's requests ---
+
+// An element text as it goes over the link, from one without line breaks.
+std::string Lines(std::string text);
+
+// The end of a request: what follows its header.
+std::string BodyOf(const std::string& request);
+
+// The same, from what stands between <td_body> and </td_body>.
+std::string Body(const std::string& inner);
+
+// The end of a request without a body.
+inline const std::string NO_BODY = "</td_command>\r\n";
+
+// An element with a text, and one item of a list.
+template <class Value>
+std::string Elem(const std::string& name, const Value& value)
+{
+    std::string text;
+    if constexpr (std::is_arithmetic_v<Value>) {
+        text = std::to_string(value);
+    } else {
+        text = value;
+    }
+    return text.empty() ? "<" + name + "/>" : "<" + name + ">" + text + "</" + name + ">";
+}
+inline std::string Item(const std::string& inner) { return Elem("item", inner); }
+
+// The body with a list of windows, and one window of it by its id and sub-windows.
+inline std::string Windows(const std::string& items) { return Body(Elem("td_windowlist", items)); }
+inline std::string WindowItem(long nID, const std::string& subItems)
+{
+    return Item(Elem("id", nID) + Elem("td_subwindowlist", subItems));
+}
 
 // n times the same text.
 std::string Repeat(const std::string& text, size_t n);
@@ -45,6 +81,12 @@ private:
     std::string m_bytes;
 };
 
+// The two GUIDs in front of many records: those of wall and plan, or of wall and decoder.
+inline Bytes Guids() { return Bytes().Text(std::string(16, 'W')).Text(std::string(16, 'P')); }
+
 // The option envelope with its record.
 std::string Option(unsigned int nOptType, const std::string& record);
 std::string LoginPayload(const std::string& user, const std::string& password);
+
+// The answer of success with its data, as FakeCommand tells it.
+std::string ResultOf(unsigned int nOptType, const std::string& data);

@@ -4,30 +4,26 @@
 #include "WallCommandFixture.h"
 #include "tdcrypto.h"
 
-// A channel's GUID, as the host's bytes and as text; none at all.
-inline const std::string GUID_BYTES = "ABCDEFGHIJKLMNOP";
-inline const std::string GUID_TEXT = "{44434241-4645-4847-494A-4B4C4D4E4F50}";
-inline const std::string NO_GUID(16, '\0');
+inline const std::string NO_GUID(16, '\0'); // no channel
 
 class MediaFixture : public WallCommandFixture {
-public:
-    static constexpr auto USER = "camera user";
-    static constexpr auto PASSWORD = "camera secret";
-
 protected:
     MediaFixture() { tdcrypto::GenerateRsaKey(m_keys); }
     ~MediaFixture() override
     {
         for (const auto& log : fake_host::Logs()) {
-            EXPECT_EQ(log.text.find(USER), std::string::npos) << log.text;
-            EXPECT_EQ(log.text.find(PASSWORD), std::string::npos) << log.text;
+            EXPECT_EQ(log.text.find(SOURCE_USER), std::string::npos) << log.text;
+            EXPECT_EQ(log.text.find(SOURCE_PASSWORD), std::string::npos) << log.text;
         }
     }
 
     void LogInWithMediaKey() { LogIn(m_keys[0]); }
 
     // The credentials as the decoder reads them.
-    std::string SentBody() const override { return Deciphered("user", Deciphered("pwd", LastBody())); }
+    std::string SentBody() const override
+    {
+        return Deciphered("user", Deciphered("pwd", WallCommandFixture::SentBody()));
+    }
 
     // What the log says of a record last; the credentials are looked for at the end.
     template <class Record>

@@ -71,9 +71,4 @@ std::string SessionFixture::LastRequest() const
     return node.frames.empty() ? "" : node.frames.back().substr(8);
 }
 
-std::string SessionFixture::LastBody() const
-{
-    const std::string request = LastRequest();
-    const std::string end = "</td_header>\r\n";
-    return request.substr(request.find(end) + end.size());
-}
+std::string SessionFixture::LastBody() const { return BodyOf(LastRequest()); }

@@ -57,10 +57,12 @@ TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
         {"a comment without end", "<!-- <devicename>no</devicename>", "failure 20000002"},
         {"the element twice", "<devicename>first</devicename><devicename>second</devicename>", Hex("first")},
         {"elements inside the text", "<devicename>a<b>c</b>d</devicename>", Hex("a")},
-        {"many attributes", "<x " + Attributes(256) + "/><devicename>n</devicename>", Hex("n")},
-        {"too many, with marks in their values", "<x " + Attributes(300000) + "/>", "failure 20000002"},
+        {"many attributes", "<x " + Attributes(32) + "/><devicename>n</devicename>", Hex("n")},
+        {"one too many, with marks in their values", "<x " + Attributes(33) + "/>", "failure 20000002"},
         {"too many, behind a comment that begins with its end",
          "<!--><x \"--><x " + Attributes(300000) + "/>", "failure 20000002"},
+        {"elements without number", Repeat("<a/>", size_t{4} << 20), "failure 20000002"},
+        {"text without end", std::string((size_t{64} << 20) + 1, ' '), "failure 20000002"},
         {"marks outside of tags", "<!-- <x> ' --><![CDATA[<x ' ]]><devicename>n</devicename>", Hex("n")},
     };
     for (const auto& c : cases) {
@@ -155,6 +157,7 @@ TEST_F(HostileDecoderTest, KeysThatAreNoneCostNothing)
         {"a head without a key", "-----BEGIN RSA PUBLIC KEY-----\n"},
         {"a modulus of nothing", PemKey(std::string(1, '\0'), "\3")},
         {"a modulus of one byte", PemKey("\7", "\3")},
+        {"a modulus of 511 bits, which hides little", PemKey(std::string(64, '\x7F'), "\3")},
         {"a modulus of 100,000 bytes", PemKey(std::string(100000, '\x7F'), "\3")},
         {"a modulus of 10,000 bytes and an exponent as long", PemKey(std::string(10000, '\x7F'), odd + odd)},
         {"an exponent that changes nothing", PemKey(odd, "\1")},

@@ -43,7 +43,7 @@ protected:
     {
         m_replyBody = sample.replyBody;
         FakeCommand command(sample.nCmdID);
-        std::string payload = sample.payload;
+        std::string payload = sample.Payload();
         allocation_fault::Arm(nAllowed);
         session.ProcOneCommand(&command, reinterpret_cast<unsigned char*>(payload.data()),
                                static_cast<unsigned int>(payload.size()));
@@ -56,7 +56,7 @@ protected:
     std::string RunSample(const CommandSample& sample)
     {
         m_replyBody = sample.replyBody;
-        return Run(sample.nCmdID, sample.payload);
+        return Run(sample.nCmdID, sample.Payload());
     }
 
     void ExpectTheNextCommandWorks()
@@ -133,7 +133,7 @@ TEST_F(TortureTest, AReplyThatStopsAnywhereIsATimeoutAndComesTooLate)
                 }
             };
             rest.clear();
-            const std::string answer = Run(sample.nCmdID, sample.payload);
+            const std::string answer = Run(sample.nCmdID, sample.Payload());
             EXPECT_TRUE(answer == "none" || answer == "failure 2000000f") << answer;
             EXPECT_EQ(nPolls, 300);
             Deliver(rest);

@@ -16,72 +16,35 @@ std::string Group(const std::string& guid, unsigned long id, unsigned long nChan
     return group.Text(Field(name, 256)).Text(Field(channels, 16));
 }
 
-std::string GroupElement(const std::string& id, const std::string& name, const std::string& nChannels,
-                         const std::string& nInterval, const std::string& channels)
-{
-    return Elem("channelgroup", Elem("id", id) + Elem("name", name) + Elem("channelnum", nChannels) +
-                                    Elem("interval", nInterval) + Elem("td_channellist", channels));
-}
-
 using ChannelGroupTest = WallCommandFixture;
 
-constexpr auto URL = "setchannelgroup"; // that which sets a group
-
-TEST_F(ChannelGroupTest, EveryRequestSendsItsBodyAndEchoesItsRecord)
+TEST_F(ChannelGroupTest, ShortRecordsSendWhatWasReadOfThem)
 {
     LogIn();
-    const std::string full = Group(WALL, -7UL, 0xFFFFFFFF, 0x80000000, std::string(256, 'n'), "1,2,3 & <4>");
-    const std::string fullBody =
-        Body(GroupElement("-7", std::string(256, 'n'), "4294967295", "2147483648", "1,2,3 &amp; &lt;4&gt;"));
-    const std::string zeroBody = Body(GroupElement("0", "", "0", "0", ""));
-    const std::string polling =
-        Bytes().Text(WALL).U32(2).U32(-1UL).U32(2).U32(0).U32(8).U32(0xFFFFFFFF).U32(9).U32(5).U32(0);
-    const std::string polled1 =
-        Item(Elem("id", -1) +
-             Elem("td_subwindowlist", Item(Elem("index", 0) + Elem("channelgroup", 8)) +
-                                          Item(Elem("index", 4294967295) + Elem("channelgroup", 9))));
-    const std::string polled2 = Item(Elem("id", 5) + Elem("td_subwindowlist", ""));
-    const Case cases[] = {
-        {"add", 0x50002, 0x6000A, full, "doaddchannelgroup", fullBody, 0x6000A},
-        {"set, answered as a start of polling", 0x50001, 0x6000C, full, "setchannelgroup", fullBody, 0x6000E},
-        {"add cut", 0x50002, 0x6000A, full.substr(0, 299), "doaddchannelgroup", zeroBody, 0x6000A},
-        {"delete", 0x50002, 0x6000B, Bytes().Text(WALL).U32(2).U32(-7UL).U32(8), "dodeletechannelgroup",
-         Body(Elem("channelgrouplist", Item(Elem("id", -7)) + Item(Elem("id", 8)))), 0x6000B},
-        {"delete none", 0x50002, 0x6000B, Bytes().Text(WALL).U32(0), "dodeletechannelgroup",
-         Body(Elem("channelgrouplist", "")), 0x6000B},
-        {"delete more than there are bytes", 0x50002, 0x6000B, Bytes().Text(WALL).U32(0x40000001).U32(8),
-         "dodeletechannelgroup", Body(Elem("channelgrouplist", "")), 0x6000B},
-        {"start", 0x50002, 0x6000E, polling, "dostartchlgrouppolling",
-         Body(Elem("td_windowlist", polled1 + polled2)), 0x6000E},
-        {"start cut", 0x50002, 0x6000E, polling.substr(0, polling.size() - 1), "dostartchlgrouppolling",
-         Body(Elem("td_windowlist", polled1)), 0x6000E},
-        {"start nothing", 0x50002, 0x6000E, "", "dostartchlgrouppolling", Body(Elem("td_windowlist", "")),
-         0x6000E},
-    };
-    for (const auto& c : cases) {
-        Check(c);
-    }
-    for (const unsigned int nOptType : {0x6000AU, 0x6000BU, 0x6000EU}) {
-        CheckFailures(0x50002, nOptType);
-    }
-    CheckFailures(0x50001, 0x6000C);
-    CheckFailures(0x50000, 0x6000D);
+    const std::string group = CommandSampleOf("AddChannelGroup").record;
+    Check("add cut", "AddChannelGroup", group.substr(0, group.size() - 1),
+          Body(Elem("channelgroup", Elem("id", 0) + Elem("name", "") + Elem("channelnum", 0) +
+                                        Elem("interval", 0) + Elem("td_channellist", ""))));
+    const std::string none = Body(Elem("channelgrouplist", ""));
+    Check("delete none", "DeleteChannelGroup", Bytes().Text(WALL).U32(0), none);
+    Check("delete more than there are bytes", "DeleteChannelGroup", Bytes().Text(WALL).U32(0x40000001).U32(8),
+          none);
+    const CommandSample& start = CommandSampleOf("StartChlGroupPolling");
+    const std::string window = start.record.substr(20);
+    const std::string two = Bytes().Text(WALL).U32(2).Text(window + window);
+    Check("start cut", "StartChlGroupPolling", two.substr(0, two.size() - 1), start.body);
+    Check("start two windows without sub-windows", "StartChlGroupPolling",
+          Bytes().Text(WALL).U32(2).U32(5).U32(0).U32(6).U32(0),
+          Windows(WindowItem(5, "") + WindowItem(6, "")));
+    Check("start nothing", "StartChlGroupPolling", "", Windows(""));
 }
 
-TEST_F(ChannelGroupTest, AsksForOneGroupOrAllUnderTheUrlThatSetsOne)
+TEST_F(ChannelGroupTest, AsksForAllGroupsWhereNoneIsNamed)
 {
     LogIn();
-    const std::string one = Body(Elem("channelgroup", Elem("id", -2)));
-    const std::pair<std::string, std::string> cases[] = {
-        {Bytes().Text(WALL).U32(-2UL), one},
-        {Bytes().Text(WALL).U32(0), Body("")},
-        {WALL, Body("")},
-        {WALL + "\1\1\1", Body("")},
-        {"", Body("")},
-    };
-    for (const auto& [record, body] : cases) {
-        EXPECT_EQ(Ask(0x50000, Option(0x6000D, record), URL), ResultOf(0x6000E, Bytes().U32(0)));
-        EXPECT_EQ(LastBody(), body);
+    for (const std::string& bytes : {WALL + std::string(4, '\0'), WALL, WALL + "\1\1\1", std::string()}) {
+        EXPECT_EQ(Ask("GetChannelGroup", bytes, ""), ResultOf(0x6000E, Bytes().U32(0)));
+        EXPECT_EQ(SentBody(), Body(""));
     }
     S_MTvw_Wall_Get_ChGroup record;
     Decode(record, WALL);
@@ -99,7 +62,7 @@ TEST_F(ChannelGroupTest, TheAnswerHoldsTheDecodersGroups)
         Elem("other", "1") +
         Item(Elem("name", "\xE5\x8C\x97 &lt;&#65;&gt;") + Elem("td_channellist", "1;2")) + Item("");
     const std::string zero(16, '\0');
-    EXPECT_EQ(Ask(0x50000, Option(0x6000D, WALL), URL, Elem("channelgrouplist", items)),
+    EXPECT_EQ(Ask("GetChannelGroup", WALL, Elem("channelgrouplist", items)),
               ResultOf(0x6000E, Bytes()
                                     .U32(3)
                                     .Text(Group(zero, -3UL, 0, 0xFFFFFFFF, std::string(255, 'n'),

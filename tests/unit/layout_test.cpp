@@ -20,64 +20,40 @@ std::string Layout(unsigned long nRows, unsigned long nCols, unsigned long nCoun
 const std::string FULL_NAME(256, 'n');
 const std::string TWO = Screen(0xFFFFFFFF, FULL_NAME, 1, 0x80000000) + Screen(8, "", 0, 2);
 
-std::string Coordinate(const std::string& x, const std::string& y)
-{
-    return Elem("coordinate", Elem("xpos", x) + Elem("ypos", y));
-}
-
 using LayoutTest = WallCommandFixture;
 
-TEST_F(LayoutTest, SetsBindsAndUnbindsWhatWasReadAndAnswersWithoutData)
+TEST_F(LayoutTest, ShortRecordsSendWhatWasReadOfThem)
 {
     LogIn();
     const std::string nothing = Body(Elem("row", 0) + Elem("col", 0));
     const std::string empty = Body(Elem("td_channellist", ""));
-    const std::string at1 = Coordinate("1", "2147483648");
-    const std::string at2 = Coordinate("0", "2");
-    const std::string two = Layout(3, 0xFFFFFFFF, 2, TWO);
+    const std::string two = Layout(3, 4, 2, TWO);
     const std::string three = Layout(3, 4, 3, TWO);
-    const auto Check = [this](unsigned int nCmdID, const char* szUrl, const std::string& payload,
-                              const std::string& body) {
-        EXPECT_EQ(Ask(nCmdID, payload, szUrl), "buffer ");
-        EXPECT_EQ(LastBody(), body);
+    const std::tuple<const char*, std::string, std::string> cases[] = {
+        {"SetWallLayout", two.substr(0, 11), nothing},
+        {"SetWallLayout", three, nothing},
+        {"SetWallLayout", Layout(3, 4, 0x40000000, ""), nothing}, // 0 bytes in 32 bits
+        {"BindWall", three, empty},
+        {"BindWall", two.substr(0, two.size() - 1), empty},
+        {"unBindWall", "", empty},
     };
-    Check(0x50005, "setwalllayout", two, Body(Elem("row", 3) + Elem("col", 4294967295)));
-    Check(0x50005, "setwalllayout", two.substr(0, 11), nothing);
-    Check(0x50005, "setwalllayout", three, nothing);
-    Check(0x50005, "setwalllayout", Layout(3, 4, 0x40000000, ""), nothing); // 0 bytes in 32 bits
-    Check(0x50007, "dobindwall", two,
-          Body(Elem("td_channellist", Item(Elem("id", 4294967295) + at1) + Item(Elem("id", 8) + at2))));
-    Check(0x50007, "dobindwall", three, empty);
-    Check(0x50007, "dobindwall", two.substr(0, two.size() - 1), empty);
-    Check(0x50008, "dounbindwall", two, Body(Elem("td_channellist", Item(at1) + Item(at2))));
-    Check(0x50008, "dounbindwall", "", empty);
-}
-
-TEST_F(LayoutTest, ARefusalIsAnsweredAndSilenceIsNot)
-{
-    LogIn();
-    for (const unsigned int nCmdID : {0x50005U, 0x50006U, 0x50007U, 0x50008U}) {
-        ReplyWith(ReplyText("getwalllayout", "%SEQ%", "5"));
-        EXPECT_EQ(Run(nCmdID, ""), "failure 20000002") << nCmdID;
-        node.sendErrors = {1};
-        EXPECT_EQ(Run(nCmdID, ""), "none") << nCmdID;
-        EXPECT_EQ(nPolls, 0);
-        EXPECT_EQ(Run(nCmdID, ""), "none") << nCmdID;
-        EXPECT_EQ(nPolls, 300);
+    for (const auto& [szHandler, record, body] : cases) {
+        Check("short layout", szHandler, record, body);
     }
 }
 
 TEST_F(LayoutTest, TheAnswerHoldsTheScreensAsTheyStandInTheReply)
 {
     LogIn();
-    const auto Get = [this](const std::string& body) { return Ask(0x50006, "any", "getwalllayout", body); };
+    const auto Get = [this](const std::string& body) { return Ask("GetWallLayout", "", body); };
     const auto answer = [](const std::string& bytes) { return "buffer " + Hex(bytes); };
     EXPECT_EQ(Get("<row>2</row><td_channellist/>"), answer(Layout(2, 0, 1, Screen(0, "", 0, 0))))
         << "one empty screen";
-    EXPECT_EQ(LastBody(), NO_BODY);
     const std::string seq = Element(LastRequest(), "seq");
     EXPECT_EQ(fake_host::Logs().back().text,
-              "the xmlDoc:\n " + ReplyText("getwalllayout", seq, "0", "", "<row>2</row><td_channellist/>") +
+              "the xmlDoc:\n " +
+                  ReplyText("getwalllayout", seq, "0", "<session>SID</session><token>TOK</token>",
+                            "<row>2</row><td_channellist/>") +
                   "\n");
     EXPECT_EQ(fake_host::Logs().back().level, fake_host::LogLevel::Debug);
     Get(std::string(5000, ' '));

@@ -31,50 +31,40 @@ std::string Window(unsigned long id, unsigned long nMedia, const std::string& me
     return Bytes().U32(id).U32(1).U32(-9UL).U32(nMedia).Text(media);
 }
 
-std::string WindowItem(const std::string& id, const std::string& mediaInfo)
+std::string MediaItem(long nID, const std::string& mediaInfo)
 {
-    return Item(Elem("id", id) + Elem("td_subwindowlist", Item(Elem("index", -9) + mediaInfo)));
+    return WindowItem(nID, Item(Elem("index", -9) + mediaInfo));
 }
 
 TEST_F(MediaTest, SendsEveryStreamThatCouldBeReadWithItsCredentialsEnciphered)
 {
     LogInWithMediaKey();
     const std::string full(85, 'p'); // all that the key takes; a longer text leaves its element empty
-    const std::string media1 = Media(GUID_BYTES, 5, USER, PASSWORD) + Media(NO_GUID, 0, "", full);
-    const std::string media2 = Media(NO_GUID, -1UL, full + "p", USER);
+    const std::string media1 =
+        Media(GUID_BYTES, 5, SOURCE_USER, SOURCE_PASSWORD) + Media(NO_GUID, 0, "", full);
+    const std::string media2 = Media(NO_GUID, -1UL, full + "p", SOURCE_USER);
     const std::string two = Bytes().U32(2).Text(Window(-8UL, 2, media1)).Text(Window(4, 1, media2));
-    const std::string packed = Bytes().U32(1).Text(Window(1, 1, Media(GUID_BYTES, 5, USER, PASSWORD, "")));
+    const std::string packed =
+        Bytes().U32(1).Text(Window(1, 1, Media(GUID_BYTES, 5, SOURCE_USER, SOURCE_PASSWORD, "")));
     const std::string played1 =
-        WindowItem("-8", Elem("mediainfo", Elements(Elem("channelid", GUID_TEXT), USER, PASSWORD) +
-                                               Elements(Elem("channelid", 0), "", full)));
-    const std::string played2 = WindowItem("4", Elem("mediainfo", Elements("", "", USER)));
-    const std::string stopped = WindowItem("-8", "") + WindowItem("4", "");
-    const struct {
-        unsigned int nOptType;
-        std::string record, items;
-    } rows[] = {
-        {0x60004, two, played1 + played2},
-        {0x60004, two.substr(0, two.size() - 1), played1}, // second window cut
-        {0x60004, Bytes().U32(1).Text(Window(4, 0, "")), WindowItem("4", Elem("mediainfo", ""))},
-        {0x60004, packed, ""}, // is misread
-        {0x60004, "\1\1\1", ""},
-        {0x60005, two, stopped},
-        {0x6000F, two, stopped}, // the end of polling is answered as a stop
-        {0x6000F, "", ""},
-    };
-    for (const auto& [nOptType, record, items] : rows) {
-        const bool bPlay = nOptType == 0x60004;
-        Check({"media", 0x50002, nOptType, record, bPlay ? "doplaymedia" : "dostopplaymedia",
-               Body(Elem("td_windowlist", items)), bPlay ? 0x60004U : 0x60005U});
-        CheckFailures(0x50002, nOptType);
-    }
+        MediaItem(-8, Elem("mediainfo", Elements(Elem("channelid", GUID_TEXT), SOURCE_USER, SOURCE_PASSWORD) +
+                                            Elements(Elem("channelid", 0), "", full)));
+    const std::string played2 = MediaItem(4, Elem("mediainfo", Elements("", "", SOURCE_USER)));
+    Check("two windows", "PlayMedia", two, Windows(played1 + played2));
+    Check("second window cut", "PlayMedia", two.substr(0, two.size() - 1), Windows(played1));
+    Check("no streams", "PlayMedia", Bytes().U32(1).Text(Window(4, 0, "")),
+          Windows(MediaItem(4, Elem("mediainfo", ""))));
+    Check("packed, which is misread", "PlayMedia", packed, Windows(""));
+    Check("no whole count", "PlayMedia", "\1\1\1", Windows(""));
+    Check("two windows", "StopPlayMedia", two, Windows(MediaItem(-8, "") + MediaItem(4, "")));
+    Check("nothing", "StopChlGroupPolling", "", Windows(""));
 }
 
 TEST_F(MediaTest, RecordsKeepEveryByteRefuseCountsThatDoNotFitAndHideCredentials)
 {
-    const std::string media = Media(GUID_BYTES, 5, USER, PASSWORD);
+    const std::string media = Media(GUID_BYTES, 5, SOURCE_USER, SOURCE_PASSWORD);
     RoundTrips<S_MTvw_Wall_Media>(Bytes().U32(2).Text(Window(1, 1, media)).U32(2).U32(0));
-    RoundTrips<S_MTvw_Wall_Media_info>(Media(GUID_BYTES, 5, USER, PASSWORD, ""));
+    RoundTrips<S_MTvw_Wall_Media_info>(Media(GUID_BYTES, 5, SOURCE_USER, SOURCE_PASSWORD, ""));
     EXPECT_EQ(S_MTvw_Wall_Media_info().GetLength(), 604u);
 
     S_MTvw_Wall_Media record;

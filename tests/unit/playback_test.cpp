@@ -15,38 +15,26 @@ std::string Window(unsigned int id, unsigned int nSubWindows)
     return window;
 }
 
-std::string SubItem(const std::string& index, const std::string& value)
-{
-    return Item(Elem("index", index) + Elem("pbctrltype", 7) + Elem("pbctrlval", value));
-}
-
-const std::string ITEM_3 =
-    Item(Elem("id", 3) + Elem("td_subwindowlist", SubItem("0", "65535") + SubItem("1", "65534")));
-
 using PlaybackTest = WallCommandFixture;
 
 TEST_F(PlaybackTest, SendsWhatIsThereOfTheAnnouncedWindows)
 {
     LogIn();
-    const auto windows = [](const std::string& items) { return Body(Elem("td_windowlist", items)); };
-    const std::string items = ITEM_3 + Item(Elem("id", 65535) + Elem("td_subwindowlist", ""));
-    const std::string two = Bytes().U16(2).Text(Window(3, 2)).Text(Window(0xFFFF, 0));
-    const std::pair<std::string, std::string> cases[] = {
-        {two, items},
-        {Bytes().U16(3).Text(Window(3, 2)), ITEM_3}, // fewer windows than announced
-        {two.substr(0, two.size() - 1), ITEM_3},     // second window cut
-        {Bytes().U16(2).Text(Window(3, 2)).Text(Window(4, 1) + "x"),
-         items.substr(0, ITEM_3.size()) +
-             Item(Elem("id", 4) + Elem("td_subwindowlist", SubItem("0", "65535")))},
-        {Bytes().U16(1).Text(Window(3, 2).substr(0, 15)), ""}, // sub-window cut
-        {Bytes().U16(1).U16(3).U16(0xFFFF), ""},               // more sub-windows than bytes
-        {"x", ""},
-        {"", ""},
+    const CommandSample& sample = CommandSampleOf("PlayBackCtrl");
+    const std::string window = sample.record.substr(2);
+    const auto CheckPlayback = [this](const char* what, const std::string& record, const std::string& body) {
+        Check(what, "PlayBackCtrl", record, body);
     };
-    for (const auto& [record, sent] : cases) {
-        Check({"playback", 0x50002, 0x5001D, record, "doplaybackcontrol", windows(sent), 0x5001D});
-    }
-    CheckFailures(0x50002, 0x5001D);
+    const std::string two = Bytes().U16(2).Text(window + window);
+    CheckPlayback("two windows without sub-windows", Bytes().U16(2).U16(65535).U16(0).U16(4).U16(0),
+                  Windows(WindowItem(65535, "") + WindowItem(4, "")));
+    CheckPlayback("fewer windows than announced", Bytes().U16(3).Text(window), sample.body);
+    CheckPlayback("bytes behind the windows", sample.record + "x", sample.body);
+    CheckPlayback("second window cut", two.substr(0, two.size() - 1), sample.body);
+    CheckPlayback("sub-window cut", sample.record.substr(0, sample.record.size() - 1), Windows(""));
+    CheckPlayback("more sub-windows than bytes", Bytes().U16(1).U16(3).U16(0xFFFF), Windows(""));
+    CheckPlayback("no whole count", "x", Windows(""));
+    CheckPlayback("nothing", "", Windows(""));
 }
 
 TEST(PlaybackRecords, KeepEveryByteAndAcceptAnEndBetweenTwoWindows)

@@ -13,7 +13,7 @@ std::string Window(unsigned int id, unsigned long nSubWindows)
     return Bytes().U16(id).U16(2).U16(3).U16(40000).U16(5).U16(0xFFFF).U16(7).U32(nSubWindows);
 }
 
-std::string WindowItem(const std::string& id, const std::string& subItems)
+std::string WallItem(const std::string& id, const std::string& subItems)
 {
     const std::string rect = Elem("xpos", 40000) + Elem("ypos", 5) + Elem("width", 65535) + Elem("height", 7);
     return Item(Elem("id", id) + Elem("rect", rect) + Elem("layerindex", 2) + Elem("mode", 3) +
@@ -24,16 +24,15 @@ std::string SubWindow(const std::string& guid, unsigned long nChannel, unsigned 
 {
     Bytes media = Bytes().U16(0xFFFF).U16(9).U16(60000).U16(nReqMode).U16(50000).Text("gp").U32(1).U32(2);
     media.U32(0xFFFFFFFF).Text(guid).Text(Field("10.0.0.1", 32));
-    return media.Text(Field(MediaFixture::USER, 256)).Text(Field(MediaFixture::PASSWORD, 256)).U32(nChannel);
+    return media.Text(Field(SOURCE_USER, 256)).Text(Field(SOURCE_PASSWORD, 256)).U32(nChannel);
 }
 
 // Without a channel there is no media element.
 std::string SubItem(const std::string& channelid, int nReqMode)
 {
     const std::string media = Elem("type", 60000) + Elem("reqmode", nReqMode) + Elem("addr", "10.0.0.1") +
-                              Elem("port", 50000) + Elem("channelid", channelid) +
-                              Elem("user", MediaFixture::USER) + Elem("pwd", MediaFixture::PASSWORD) +
-                              Elem("streamtype", 4294967295);
+                              Elem("port", 50000) + Elem("channelid", channelid) + Elem("user", SOURCE_USER) +
+                              Elem("pwd", SOURCE_PASSWORD) + Elem("streamtype", 4294967295);
     return Item(Elem("index", 65535) + Elem("osdid", 9) +
                 (channelid.empty() ? "" : Elem("mediainfo", media)));
 }
@@ -59,14 +58,13 @@ TEST_F(WallInfoTest, TheRequestModeChoosesTheChannel)
     }
     record += Window(65535, 0);
     const std::pair<std::string, std::string> cases[] = {
-        {record, WindowItem("8", subItems) + WindowItem("65535", "")},
-        {record.substr(0, record.size() - 1), WindowItem("8", subItems)}, // second window cut
+        {record, WallItem("8", subItems) + WallItem("65535", "")},
+        {record.substr(0, record.size() - 1), WallItem("8", subItems)}, // second window cut
         {"\1\1\1", ""},
     };
     for (const auto& [bytes, items] : cases) {
-        Check({"wall", 0x50001, 0x60010, bytes, "setwallinfo", Body(Elem("td_windowlist", items)), 0x60010});
+        Check("whole wall", "SetWallInfo", bytes, Windows(items));
     }
-    CheckFailures(0x50001, 0x60010);
 }
 
 TEST_F(WallInfoTest, RecordsKeepEveryByteRefuseCountsThatDoNotFitAndHideCredentials)

@@ -33,9 +33,21 @@ const char* TextOf(CVTXMLParse::Item item)
     return szText == nullptr ? "" : szText;
 }
 
+// Longer texts, and texts with more marks, two for an element with an end tag, are refused: the parser takes
+// up to 33 times the memory of a text that is all elements. The longest list that a host is given, of 262,144
+// items, has room in both.
+constexpr size_t MAX_TEXT_LEN = size_t{64} << 20;
+constexpr size_t MAX_MARKS = size_t{4} << 20;
+
+bool IsTooLarge(std::string_view text)
+{
+    return text.size() > MAX_TEXT_LEN ||
+           static_cast<size_t>(std::count(text.begin(), text.end(), '<')) > MAX_MARKS;
+}
+
 // More attributes on one element than this are refused. Decoders write none, and the parser compares each one
 // with all before it, so that a message of a few hundred kilobytes could keep a worker busy for minutes.
-constexpr size_t MAX_ATTRIBUTES = 256;
+constexpr size_t MAX_ATTRIBUTES = 32;
 
 // Behind the end of what begins at the start of the text with a mark of nMark characters, which are no part
 // of the end; empty when it has no end.
@@ -108,7 +120,7 @@ CVTXMLParse::~CVTXMLParse() = default;
 bool CVTXMLParse::Parse(const char* pText, size_t nLen)
 {
     const std::string_view text(pText, pText == nullptr ? 0 : strnlen(pText, nLen));
-    if (HasTooManyAttributes(text) || HasTooManyEndlessReferences(text)) {
+    if (IsTooLarge(text) || HasTooManyAttributes(text) || HasTooManyEndlessReferences(text)) {
         m_pDocument->Clear();
         m_bParsed = false;
         return false;

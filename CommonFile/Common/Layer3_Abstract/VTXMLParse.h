@@ -26,9 +26,10 @@ public:
     CVTXMLParse& operator=(const CVTXMLParse&) = delete;
 
     // Takes a text of nLen bytes, which need not be zero-terminated; a zero byte ends it. False, with nothing
-    // to read, for a text that is not well-formed, has no element, nests deeper than the parser follows, or
-    // has an element with more than 256 attributes, or more than 64 character references without an end.
-    // Throws nothing but std::bad_alloc.
+    // to read, for a text that is not well-formed, has no element, or nests deeper than the parser follows;
+    // and for one that no decoder sends: longer than 64 MiB, with more than 4,194,304 times '<', an element
+    // with more than 32 attributes, or more than 64 character references without an end. Throws nothing but
+    // std::bad_alloc.
     bool Parse(const char* pText, size_t nLen);
     // The result of the last Parse: tells a message without some element from a text that is no XML at all.
     bool IsParsed() const { return m_bParsed; }

@@ -1,0 +1,37 @@
+// What can be said of every command, by its sample: the request, the answer, and what follows when the
+// decoder does not play along. A family's own test adds what is special to it.
+
+#include "MediaFixture.h"
+
+namespace {
+
+class CommandTest : public MediaFixture, public testing::WithParamInterface<CommandSample> {
+protected:
+    CommandTest() { LogInWithMediaKey(); }
+    std::string Run() { return SessionFixture::Run(GetParam().nCmdID, GetParam().Payload()); }
+};
+
+TEST_P(CommandTest, SendsItsRequestAndAnswersTheHost) { Check(GetParam()); }
+
+TEST_P(CommandTest, TellsTheHostWhenTheDecoderRefusesOrIsSilent)
+{
+    const bool bLogin = GetParam().nCmdID == 0x101;
+    // Hosts have timeouts of their own for the commands without an option head: login and layout.
+    const bool bTold = GetParam().nOptType != CommandSample::NO_OPTION;
+    const std::string noReply = bTold ? "failure 2000000f" : "none";
+
+    ReplyWith(ReplyText("dowallclear", "%SEQ%", "5"));
+    EXPECT_EQ(Run(), "failure 20000002");
+    EXPECT_EQ(node.frames.size(), 1U) << "no second request after a failure";
+
+    node.sendErrors = {1};
+    EXPECT_EQ(Run(), noReply);
+    EXPECT_EQ(nPolls, bLogin ? 300 : 0) << "only a login waits for the reply to what was not sent";
+
+    EXPECT_EQ(Run(), noReply);
+    EXPECT_EQ(nPolls, 300);
+}
+
+INSTANTIATE_TEST_SUITE_P(Every, CommandTest, testing::ValuesIn(CommandSamples()));
+
+} // namespace
