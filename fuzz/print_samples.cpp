@@ -1,5 +1,5 @@
 // Prints the sample of every command for scripts/fuzz-corpus, one a line: handler, command id, and in
-// hexadecimal the payload and the body of the decoder's reply.
+// hexadecimal the payload, the record in it and the body of the decoder's reply.
 
 #include <cstdio>
 
@@ -9,8 +9,8 @@
 int main()
 {
     for (const CommandSample& sample : CommandSamples()) {
-        printf("%s\t%u\t%s\t%s\n", sample.szName, sample.nCmdID, Hex(sample.payload).c_str(),
-               Hex(sample.replyBody).c_str());
+        printf("%s\t%u\t%s\t%s\t%s\n", sample.szName, sample.nCmdID, Hex(sample.Payload()).c_str(),
+               Hex(sample.record).c_str(), Hex(sample.replyBody).c_str());
     }
     return 0;
 }
