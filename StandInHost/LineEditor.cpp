@@ -124,6 +124,7 @@ int CLineEditor::ReadCharacter(wchar_t* pCharacter)
         if (nRead <= 0) {
             return 0; // a terminal that has gone away ends the input, too
         }
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): unsafe only without a state of its own
         const std::size_t nTaken = std::mbrtowc(pCharacter, &cByte, 1, &m_decoding);
         if (nTaken <= 1) {
             return 1;
