@@ -1,7 +1,6 @@
 #include "HostLog.h"
 
 #include <memory>
-#include <mutex>
 
 #include <spdlog/sinks/base_sink.h>
 #include <spdlog/sinks/basic_file_sink.h>
@@ -11,13 +10,14 @@
 #include "ExitStatus.h"
 #include "HostExport.h"
 #include "HostFunctions.h"
+#include "Mutex.h"
 
 namespace standin_host {
 
 namespace {
 
 // Standard error, where a line may be being typed.
-class CErrorLinesSink final : public spdlog::sinks::base_sink<std::mutex> {
+class CErrorLinesSink final : public spdlog::sinks::base_sink<CMutex> {
     void sink_it_(const spdlog::details::log_msg& message) override
     {
         spdlog::memory_buf_t line;
