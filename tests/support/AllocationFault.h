@@ -13,13 +13,19 @@ inline std::atomic<long> g_nLive = 0;
 // Allocations of the whole program that are not freed yet.
 inline long Live() { return g_nLive; }
 
-// The allocation behind the next nAllowed ones on this thread fails, once.
-inline void Arm(long nAllowed) { t_nAllowed = nAllowed; }
+inline thread_local bool t_bForGood = false; // the allocations behind the one that fails fail, too
+
+// The allocation behind the next nAllowed ones on this thread fails, and all that follow it if for good.
+inline void Arm(long nAllowed, bool bForGood = false)
+{
+    t_nAllowed = nAllowed;
+    t_bForGood = bForGood;
+}
 // True when it has failed.
 inline bool Disarm()
 {
     const bool bFailed = t_nAllowed < 0;
-    t_nAllowed = -1;
+    Arm(-1);
     return bFailed;
 }
 

@@ -12,7 +12,7 @@ namespace {
 bool MayAllocate()
 {
     using namespace allocation_fault;
-    return t_nPauses != 0 || t_nAllowed < 0 || t_nAllowed-- > 0;
+    return t_nPauses != 0 || (t_nAllowed < 0 && !t_bForGood) || t_nAllowed-- > 0;
 }
 
 void* Allocate(std::size_t nSize)
