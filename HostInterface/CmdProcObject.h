@@ -4,7 +4,8 @@
 #include "TvwallProtocol.h"
 
 // Reference-counted by the host. Whoever keeps the pointer beyond a call holds one reference; every
-// AddReference is paired with a DecReference that carries the same holder tag.
+// AddReference is paired with a DecReference that carries the same holder tag. The plug-in's queue uses the
+// tag 11: AddReference in AddOneCmd, DecReference once the command has run, on whatever thread that was.
 class CCmdProcObject {
 public:
     // Host command id, a value of ORVA_NET_PROTOCOL::_net_protocol_cmd_def_.
@@ -15,9 +16,11 @@ public:
     virtual void AddReference(int nHolderTag) = 0;
     virtual void DecReference(int nHolderTag) = 0;
 
-    // The two answers. A command gets at most one of them, on the host's worker thread. The host copies what
-    // it needs during the call.
+    // The two answers. A command gets at most one of them, and some get none: on the worker thread inside
+    // ProcDevCmd, or inside Stop on the thread that calls it. The host copies what it needs during the call.
+    // A failure:
     virtual void ReplyRecord(const ORVA_NET_PROTOCOL::_kest_net_reply& reply) = 0;
+    // A success. An answer without data has nLen 0, and pData may be null then.
     virtual void ReplyBuffer(const char* pData, unsigned long nLen) = 0;
 
 protected:

@@ -1,5 +1,6 @@
 #pragma once
-// Parameters that travel with a host command when the plug-in is the one that sends it.
+// Parameters that travel with a host command when the plug-in is the one that sends it
+// (CNetNode::DeliverCommand).
 
 #include "HostTypes.h"
 #include "TvwallProtocol.h"
@@ -25,8 +26,9 @@ private:
     unsigned long m_nDataLen;
 };
 
-// A notification of the decoder. Its data are the decoder's XML text, not zero-terminated; the host takes
-// their length from GetDataLen, since m_DataTvwallInfo.nLen of an unsolicited message is another number.
+// A notification of the decoder, which comes unasked: there is nothing to subscribe to.
+// Its data are the decoder's XML text, not zero-terminated; the host takes their length from GetDataLen,
+// since m_DataTvwallInfo.nLen of an unsolicited message is another number. It has no parent.
 class CCmdProcParamMTvwall : public CCmdProcParam {
 public:
     CCmdProcParamMTvwall(CCmdProcParam* pParent, const char* pData, unsigned long nLen)
@@ -34,6 +36,6 @@ public:
     {
     }
 
-    ORVA_NET_PROTOCOL::TVWALL_OPT_INFO m_DataTvwallInfo{};
-    GUID m_destNodeID{};
+    ORVA_NET_PROTOCOL::TVWALL_OPT_INFO m_DataTvwallInfo{}; // nOptType: a TVWALL_DECODE_NOTIFY_*
+    GUID m_destNodeID{};                                   // what NET_COMM_GetCurrentAppNodeID returned
 };

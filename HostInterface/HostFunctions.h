@@ -1,5 +1,7 @@
 #pragma once
-// Functions of the host process that the plug-in imports. They are resolved when the library is loaded.
+// Functions of the host process that the plug-in imports. They are resolved when the library is loaded. They
+// are called from the receive thread, the worker and the threads that start and stop processors, and throw
+// nothing.
 
 #include "HostTypes.h"
 
@@ -9,9 +11,9 @@ class CSocketDataObserver;
 // Length value that marks a data pointer as a memory-pool handle.
 inline constexpr unsigned int MEM_POOL_HANDLE_LEN = 0xFFFFFFFF;
 
-// Values of GetLastError after a failed socket operation.
+// Values of GetLastError after CNetNode::SendData has failed. Whatever else it returns is final.
 enum NET_SOCKET_ERROR : unsigned int {
-    NET_SOCKET_ERROR_NOBUFS = 0x20000009, // the send buffer is full for now: try again
+    NET_SOCKET_ERROR_NOBUFS = 0x20000009, // the send buffer is full and nothing was taken: try again
 };
 
 // The host exports them, whatever visibility it compiles with.
@@ -22,23 +24,30 @@ extern "C" {
 // --- registration ---
 
 // Registers the prototype for a device type; the host uses it during the call only (CreateSelf). Returns the
-// host's result.
+// host's result, 0 for success.
 int NET_COMM_RegistDevProtocolProcObject(unsigned int nType, CNetProtocolProc* pPrototype);
 // The identifier of the host application's own node.
 GUID NET_COMM_GetCurrentAppNodeID();
 
-// --- sockets; hNetCommunication names one connection of the host ---
+// --- sockets; hNetCommunication is the host's own name for a connection, as it was given to Initial ---
 
-// Makes the observer receive the bytes of the connection. pContext, a and b are handed through.
+// Of the results the plug-in looks at that of NET_SOCKET_RegisterNode only, which Initial returns; 0 is
+// success.
+
+// Makes the observer receive the bytes of the connection, each time with pContext; a and b are those of
+// Initial.
 int NET_SOCKET_RegisterNode(int hNetCommunication, CSocketDataObserver* pObserver, void* pContext, int a,
                             int b);
-// After it has returned, the observer is not called any more.
+// After it has returned, the observer is not called any more. Called by Quit, behind NET_SOCKET_Stop.
 int NET_SOCKET_UnRegisterNode(int hNetCommunication);
+// Begins to receive.
 int NET_SOCKET_Start(int hNetCommunication);
-// After it has returned, no receive is running.
+// After it has returned, no receive is running: it waits for one that is. Called by Stop, also on a
+// connection that is lost already.
 int NET_SOCKET_Stop(int hNetCommunication);
+// Closes the connection, if it is still open, and frees its handle. Called by Quit.
 int NET_SOCKET_DestroyHNetCommunication(int hNetCommunication);
-// Why the calling thread's last socket operation failed, a NET_SOCKET_ERROR_* value.
+// Why the calling thread's last SendData failed.
 unsigned int GetLastError();
 
 // --- memory pool: reference-counted byte buffers, named by an opaque handle; thread-safe ---
@@ -52,11 +61,11 @@ const char* MEM_POOL_GetData(const char* hBuffer);
 unsigned long MEM_POOL_GetLen(const char* hBuffer);
 // Appends bytes at the end; false when there is no memory, the buffer is unchanged then.
 bool MEM_POOL_Append(const char* hBuffer, const char* pData, unsigned long nLen);
-// Drop nLen bytes (at most all of them) from one end of the buffer.
+// Drop nLen bytes from one end of the buffer; all of them, where nLen is more.
 void MEM_POOL_TruncateFront(const char* hBuffer, unsigned long nLen);
 void MEM_POOL_TruncateBack(const char* hBuffer, unsigned long nLen);
 
-// --- log; texts are zero-terminated UTF-8, copied during the call ---
+// --- log; texts are zero-terminated UTF-8, copied during the call; nLine marks the place in the source ---
 
 void SHARESDK_NormalOutput(const char* szText, const char* szSource, int nLine);
 void SHARESDK_AbnormalOutput(const char* szText, const char* szSource, int nLine);

@@ -6,19 +6,22 @@
 
 // Owned by the host; outlives the protocol processor that serves it. The order of the virtual operations is
 // binary contract. Every operation may be called from the receive thread and from the worker thread at the
-// same time.
+// same time, and throws nothing.
 class CNetNode {
 public:
-    // Delivers a host command from the plug-in (notifications, under KEST_CMD_TVWALL_DECODE_UPDATE). The node
-    // takes what it needs from the parameter during the call.
+    // Delivers a host command from the plug-in: a notification, under KEST_CMD_TVWALL_DECODE_UPDATE, with
+    // pParam a CCmdProcParamMTvwall. The node takes what it needs from the parameter during the call.
     virtual void DeliverCommand(unsigned int nCmdID, CCmdProcParam* pParam) = 0;
-    // Sends all nLen bytes or none; false when that failed, with the reason in GetLastError().
+    // Sends one frame: all nLen bytes or none, and does not block for long. False when that failed, with the
+    // reason in GetLastError(). The host's own heartbeats go between frames, never into one.
     virtual bool SendData(const void* pData, unsigned long nLen) = 0;
-    // True when received data is to be dropped instead of parsed.
+    // True when received data is to be dropped instead of parsed; asked before every receive, so cheap. The
+    // observer then returns 0, and it is the host that throws the bytes away.
     virtual bool IsDropRecvData() = 0;
-    // Closes the connection.
+    // Ends the connection, as if the decoder had done so. Called inside OnSocketRecvData, when there is no
+    // memory to keep the bytes of the stream: handle and socket stay until the processor's Stop and Quit.
     virtual void Disconnect() = 0;
-    // The node's identifier.
+    // The node's identifier; stands in the answer to the login.
     virtual GUID GetNodeID() const = 0;
 
 protected:

@@ -26,32 +26,40 @@ public:
     CNetProtocolProc(const CNetProtocolProc&) = delete;
     CNetProtocolProc& operator=(const CNetProtocolProc&) = delete;
 
-    // Binds the processor to its node and connection; returns the host's registration result.
+    // Binds the processor to its node and connection, which is open; returns the result of
+    // NET_SOCKET_RegisterNode, which is given a and b.
     virtual int Initial(CNetNode* /*node*/, int /*hNetCommunication*/, int /*a*/, int /*b*/) { return 0; }
     // Unregisters the node and destroys the connection; the last call before destruction.
     virtual void Quit() {}
+    // Bytes may be received from now on. Both arguments are ignored; the result is 0.
     virtual int Start(char* /*text*/, int /*n*/) { return 0; }
-    // Never concurrently with Start.
+    // Ends the running command within about 100 ms, answers queued ones on the calling thread and waits until
+    // no receive is running; so neither inside a callback nor on the receive thread. Never concurrently with
+    // Start or another Stop.
     virtual void Stop() {}
-    // Runs one queued command on the calling thread; false when the queue was empty.
+    // Runs one queued command on the calling thread, always the same one; false when the queue was empty.
+    // Blocks until the command is answered, at most 30 s for each request that it takes (a login takes two).
     virtual bool ProcDevCmd() { return false; }
     virtual bool ProcOrvaCmd() { return false; }
     // A new processor of the same kind; the caller owns it.
     virtual CNetProtocolProc* CreateSelf() { return nullptr; }
-    // The heartbeat to send, owned by the plug-in; len receives its size in bytes.
+    // The heartbeat, owned by the plug-in and always valid; len receives its size in bytes. The host sends
+    // it, at a pace of its own.
     virtual const char* GetBeatData(unsigned long& len)
     {
         len = 0;
         return nullptr;
     }
-    // To be asked at a steady pace: each question counts against the device until bytes arrive from it.
+    // To be asked at a steady pace: each question counts against the device until a heartbeat or a message
+    // comes from it, and from the 17th on it says false. True from the start, also before a login.
     virtual bool IsOnline() { return false; }
     virtual bool IsWorking() { return false; }
     virtual ~CNetProtocolProc() = default;
     // Executes one command; buf is valid during the call only.
     virtual void ProcOneCommand(CCmdProcObject* cmd, unsigned char* buf, unsigned int len) = 0;
-    // Queues a command from any thread; the len bytes at buf are copied. Throws std::bad_alloc when the copy
-    // cannot be made; nothing is queued then.
+    // Queues a command from any thread; the len bytes at buf are copied. Without a payload buf may be null
+    // and len is 0. Throws std::bad_alloc when the copy cannot be made; nothing is queued then. It wakes
+    // nobody.
     virtual void AddOneCmd(CCmdProcObject* cmd, unsigned char* buf, unsigned int len) = 0;
 
 protected:

@@ -21,7 +21,7 @@ template <class... Args>
 std::array<char, 4096> Text(const char* szFormat, Args... args)
 {
     std::array<char, 4096> text{};
-    snprintf(text.data(), text.size(), szFormat, args...);
+    (void)snprintf(text.data(), text.size(), szFormat, args...);
     return text;
 }
 

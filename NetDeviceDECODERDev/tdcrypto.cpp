@@ -234,7 +234,7 @@ void Sha265_String(const void* data, unsigned int len, char* out) noexcept
     SHA256_Update(&context, data, len);
     SHA256_Final(digest, &context);
     for (size_t i = 0; i < sizeof(digest); ++i) {
-        std::snprintf(out + 2 * i, 3, "%02X", digest[i]);
+        (void)std::snprintf(out + 2 * i, 3, "%02X", digest[i]);
     }
     OPENSSL_cleanse(&context, sizeof(context));
     OPENSSL_cleanse(digest, sizeof(digest));

@@ -24,7 +24,7 @@ std::string WriteFileAtomically(const std::string& path, std::string_view conten
     }
     const std::string reason = std::generic_category().message(errno);
     if (replace) {
-        std::remove(passing.c_str());
+        (void)std::remove(passing.c_str()); // may not even be there
     }
     return "cannot write " + path + ": " + reason;
 }

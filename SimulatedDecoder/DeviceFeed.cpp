@@ -10,7 +10,7 @@ namespace simulated_decoder {
 void DeviceFeed::Changed()
 {
     {
-        const std::lock_guard lock(m_mutex);
+        const TMutexGuard lock(m_mutex);
         ++m_revision;
     }
     m_news.notify_all();
@@ -18,14 +18,17 @@ void DeviceFeed::Changed()
 
 std::uint64_t DeviceFeed::Revision() const
 {
-    const std::lock_guard lock(m_mutex);
+    const TMutexGuard lock(m_mutex);
     return m_revision;
 }
 
 bool DeviceFeed::WaitForChange(std::uint64_t seen, std::chrono::milliseconds patience)
 {
-    std::unique_lock lock(m_mutex);
-    m_news.wait_for(lock, patience, [&] { return m_stopped || m_revision != seen; });
+    const auto deadline = Clock::now() + patience;
+    const TMutexGuard lock(m_mutex);
+    while (!m_stopped && m_revision == seen &&
+           m_news.wait_until(m_mutex, deadline) == std::cv_status::no_timeout) {
+    }
     return m_revision != seen;
 }
 
@@ -35,26 +38,30 @@ bool DeviceFeed::Run(std::function<void()> job)
     asio::post(m_context, [this, done, work = std::move(job)] {
         work();
         {
-            const std::lock_guard lock(m_mutex);
+            const TMutexGuard lock(m_mutex);
             *done = true;
         }
         m_news.notify_all();
     });
-    std::unique_lock lock(m_mutex);
-    m_news.wait(lock, [&] { return m_stopped || *done; });
+    const TMutexGuard lock(m_mutex);
+    while (!m_stopped && !*done) {
+        m_news.wait(m_mutex);
+    }
     return *done;
 }
 
 void DeviceFeed::Pause(std::chrono::milliseconds time)
 {
-    std::unique_lock lock(m_mutex);
-    m_news.wait_for(lock, time, [&] { return m_stopped; });
+    const auto deadline = Clock::now() + time;
+    const TMutexGuard lock(m_mutex);
+    while (!m_stopped && m_news.wait_until(m_mutex, deadline) == std::cv_status::no_timeout) {
+    }
 }
 
 void DeviceFeed::Stop()
 {
     {
-        const std::lock_guard lock(m_mutex);
+        const TMutexGuard lock(m_mutex);
         m_stopped = true;
     }
     m_news.notify_all();
@@ -62,7 +69,7 @@ void DeviceFeed::Stop()
 
 bool DeviceFeed::IsStopped() const
 {
-    const std::lock_guard lock(m_mutex);
+    const TMutexGuard lock(m_mutex);
     return m_stopped;
 }
 

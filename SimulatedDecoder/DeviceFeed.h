@@ -4,9 +4,10 @@
 #include <condition_variable>
 #include <cstdint>
 #include <functional>
-#include <mutex>
 
 #include <asio/io_context.hpp>
+
+#include "Mutex.h"
 
 namespace simulated_decoder {
 
@@ -37,10 +38,10 @@ public:
 
 private:
     asio::io_context& m_context;
-    mutable std::mutex m_mutex;
-    std::condition_variable m_news;
-    std::uint64_t m_revision = 1;
-    bool m_stopped = false;
+    mutable CMutex m_mutex;
+    std::condition_variable_any m_news;
+    std::uint64_t m_revision TVWALL_GUARDED_BY(m_mutex) = 1;
+    bool m_stopped TVWALL_GUARDED_BY(m_mutex) = false;
 };
 
 } // namespace simulated_decoder

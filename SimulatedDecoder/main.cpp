@@ -85,7 +85,7 @@ int Run(const Options& options)
 
 int main(int argc, char** argv)
 {
-    std::signal(SIGPIPE, SIG_IGN);
+    (void)std::signal(SIGPIPE, SIG_IGN);
     SetUpLog();
     const auto options = ParseOptions(argc, argv);
     if (const int* status = std::get_if<int>(&options)) {

@@ -16,7 +16,7 @@ namespace standin_host {
 
 namespace {
 
-constexpr std::size_t kReadSize = 64 * 1024;
+constexpr std::size_t kReadSize = 64UL * 1024;
 
 } // namespace
 

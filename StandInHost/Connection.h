@@ -49,9 +49,9 @@ public:
     // Ends the connection on purpose.
     void Close();
 
-    static constexpr std::size_t kMaxQueued = 1024 * 1024;
+    static constexpr std::size_t kMaxQueued = 1024UL * 1024;
     // Bytes that an observer leaves unconsumed; a peer that makes it more is cut off.
-    static constexpr std::size_t kMaxKept = 64 * 1024 * 1024;
+    static constexpr std::size_t kMaxKept = 64UL * 1024 * 1024;
 
 private:
     void Read();

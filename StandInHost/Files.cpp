@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
+#include <system_error>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -58,7 +58,7 @@ std::string ReadOrExit(const std::string& strFile, const char* szWhat, TEnough b
     std::string strBytes;
     if (descriptor.Get() < 0 || ReadUntil(descriptor.Get(), strBytes, bEnough) < 0) {
         throw CUsageError(std::string("cannot read the ") + szWhat + " file " + strFile + ": " +
-                          std::strerror(errno));
+                          std::generic_category().message(errno));
     }
     if (strBytes.size() > kMaxFile) {
         throw CUsageError(std::string("the ") + szWhat + " file " + strFile + " is longer than 64 MiB");

@@ -7,7 +7,7 @@ namespace standin_host {
 // The bytes of a file, at most kMaxFile of them. szWhat says in an error what is read: "payload". Throws
 // CUsageError.
 std::string ReadWholeFile(const std::string& strFile, const char* szWhat);
-inline constexpr std::size_t kMaxFile = 64 * 1024 * 1024;
+inline constexpr std::size_t kMaxFile = 64UL * 1024 * 1024;
 
 // The first line of a password file, without its end.
 std::string ReadPasswordFile(const std::string& strFile);

@@ -3,8 +3,8 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
-#include <iostream>
 
+#include "ErrorLines.h"
 #include "Text.h"
 
 namespace standin_host {
@@ -92,7 +92,7 @@ void CFrameTrace::Print(CFrameSplitter& splitter, const char* szDirection, std::
     splitter.Feed(bytes);
     CFrameSplitter::SFrame frame;
     while (splitter.Next(frame)) {
-        std::cerr << TimeOfDay() + ' ' + szDirection + ' ' + Describe(frame) + '\n';
+        PrintErrorLines(TimeOfDay() + ' ' + szDirection + ' ' + Describe(frame) + '\n');
     }
 }
 

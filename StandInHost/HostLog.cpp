@@ -2,17 +2,30 @@
 
 #include <memory>
 
+#include <spdlog/sinks/base_sink.h>
 #include <spdlog/sinks/basic_file_sink.h>
-#include <spdlog/sinks/stdout_sinks.h>
 #include <spdlog/spdlog.h>
 
+#include "ErrorLines.h"
 #include "ExitStatus.h"
 #include "HostExport.h"
 #include "HostFunctions.h"
+#include "Mutex.h"
 
 namespace standin_host {
 
 namespace {
+
+// Standard error, where a line may be being typed.
+class CErrorLinesSink final : public spdlog::sinks::base_sink<CMutex> {
+    void sink_it_(const spdlog::details::log_msg& message) override
+    {
+        spdlog::memory_buf_t line;
+        formatter_->format(message, line);
+        PrintErrorLines({line.data(), line.size()});
+    }
+    void flush_() override {}
+};
 
 spdlog::level::level_enum LibraryLevel(ELogLevel level)
 {
@@ -42,7 +55,7 @@ std::shared_ptr<spdlog::logger> MakeLogger(ELogLevel level, spdlog::sink_ptr sin
 
 std::shared_ptr<spdlog::logger>& Logger()
 {
-    static auto s_logger = MakeLogger(ELogLevel::Abnormal, std::make_shared<spdlog::sinks::stderr_sink_mt>());
+    static auto s_logger = MakeLogger(ELogLevel::Abnormal, std::make_shared<CErrorLinesSink>());
     return s_logger;
 }
 
@@ -56,7 +69,7 @@ void PluginOutput(ELogLevel level, const char* szText, const char* szSource, int
 
 void OpenLog(ELogLevel level, const std::string& strFile)
 {
-    spdlog::sink_ptr sink = std::make_shared<spdlog::sinks::stderr_sink_mt>();
+    spdlog::sink_ptr sink = std::make_shared<CErrorLinesSink>();
     if (!strFile.empty()) {
         try {
             sink = std::make_shared<spdlog::sinks::basic_file_sink_mt>(strFile);

@@ -8,6 +8,7 @@
 #include <histedit.h>
 #include <unistd.h>
 
+#include "ErrorLines.h"
 #include "HistoryFile.h"
 #include "HostEvents.h"
 #include "Text.h"
@@ -89,6 +90,7 @@ CLineEditor::EResult CLineEditor::Read(std::string& strLine)
 {
     m_bCancelled = false;
     m_decoding = {};
+    const CErrorLinesHold hold(m_events);
     el_resize(m_pEditor.get()); // the window may have another size by now
     int nLength = 0;
     const char* szLine = el_gets(m_pEditor.get(), &nLength);
@@ -122,6 +124,7 @@ int CLineEditor::ReadCharacter(wchar_t* pCharacter)
         if (nRead <= 0) {
             return 0; // a terminal that has gone away ends the input, too
         }
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): unsafe only without a state of its own
         const std::size_t nTaken = std::mbrtowc(pCharacter, &cByte, 1, &m_decoding);
         if (nTaken <= 1) {
             return 1;
@@ -145,6 +148,7 @@ bool CLineEditor::AwaitKey()
         if (wake.bEvent) {
             (void)std::fputs("\r\x1b[J",
                              stderr); // what is printed stands in place of the line, which follows
+            CErrorLinesHold::Write();
             m_hooks.meanwhile();
             el_set(m_pEditor.get(), EL_REFRESH);
         }

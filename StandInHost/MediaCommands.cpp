@@ -62,7 +62,8 @@ void SetUpMediaPlay(CLI::App& app, SConsoleCommand& command)
         return app.add_option(szName, strValue, szHelp)->type_name(szType)->capture_default_str();
     };
     add("--channel", pArguments->strChannel, "N|GUID", "the source's channel")->required();
-    auto* pUser = add("--source-user", pArguments->strUser, "NAME", "account on the source");
+    auto* pUser = add("--source-user", pArguments->strUser, "NAME",
+                      "account on the source; a decoder may refuse one without a password");
     add("--source-password-file", pArguments->strPasswordFile, "FILE",
         "file whose first line is the source's password (else TVWALL_SOURCE_PASSWORD is taken)")
         ->needs(pUser);

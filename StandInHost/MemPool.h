@@ -17,7 +17,7 @@ class CMemPool {
 public:
     static CMemPool& Instance();
 
-    static constexpr std::size_t kMaxBytes = 128 * 1024 * 1024;
+    static constexpr std::size_t kMaxBytes = 128UL * 1024 * 1024;
 
     const char* New(std::string_view bytes); // one reference; throws std::bad_alloc
     void AddRef(const char* hBuffer);

@@ -62,7 +62,8 @@ struct SRawOptions {
 
 void AddOptions(CLI::App& app, SOptions& options, SRawOptions& raw)
 {
-    app.add_option("--plugin", options.strPluginFile, "the plug-in library (default: beside this program)")
+    app.add_option("--plugin", options.strPluginFile,
+                   "the plug-in library (default: the one that was built or installed with this program)")
         ->type_name("FILE");
     app.add_option("--decoder", raw.strDecoder, "the decoder's address")->type_name("HOST:PORT");
     app.add_option("--user", options.strUser, "account on the decoder")->type_name("NAME");
@@ -145,6 +146,20 @@ void Interpret(const SRawOptions& raw, SOptions& options)
     }
 }
 
+// The library's own goes one level deep, but commands of a group have options, too.
+std::string HelpOfAll(const CLI::App& app, const std::string& strBefore)
+{
+    const std::string strName = strBefore.empty() ? app.get_name() : strBefore + ' ' + app.get_name();
+    if (const auto chosen = app.get_subcommands(); !chosen.empty()) {
+        return HelpOfAll(*chosen.back(), strName);
+    }
+    std::string strHelp = app.help(strBefore);
+    for (const CLI::App* pCommand : app.get_subcommands([](const CLI::App* /*any*/) { return true; })) {
+        strHelp += '\n' + HelpOfAll(*pCommand, strName);
+    }
+    return strHelp;
+}
+
 } // namespace
 
 SOptions ParseOptions(int argc, const char* const* argv)
@@ -153,7 +168,7 @@ SOptions ParseOptions(int argc, const char* const* argv)
     SRawOptions raw;
     CLI::App app(s_szDescription, "tvwall-host");
     app.set_version_flag("--version", "tvwall-host " TVWALL_VERSION);
-    app.set_help_all_flag("--help-all", "print the help of every command");
+    app.set_help_all_flag("--help-all", "print this help and that of every command below");
     AddOptions(app, options, raw);
     AddConsoleCommands(app, options.command, PLACE_COMMAND_LINE);
     app.footer(s_szExamples + FailureTable() +
@@ -163,7 +178,7 @@ SOptions ParseOptions(int argc, const char* const* argv)
     } catch (const CLI::CallForVersion& version) {
         throw CExitError(EXIT_ALL_ANSWERED, version.what());
     } catch (const CLI::CallForAllHelp&) {
-        throw CExitError(EXIT_ALL_ANSWERED, app.help("", CLI::AppFormatMode::All));
+        throw CExitError(EXIT_ALL_ANSWERED, HelpOfAll(app, ""));
     } catch (const CLI::CallForHelp&) {
         throw CExitError(EXIT_ALL_ANSWERED, app.help());
     } catch (const CLI::Error& error) {

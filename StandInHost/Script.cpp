@@ -1,7 +1,7 @@
 #include "Script.h"
 
 #include <cerrno>
-#include <cstring>
+#include <system_error>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -100,7 +100,7 @@ CLineInput::CLineInput(const std::string& strFile)
     struct stat status {};
     const bool bOpen = m_nDescriptor >= 0 && ::fstat(m_nDescriptor, &status) == 0;
     if (!bOpen || S_ISDIR(status.st_mode)) {
-        const std::string strReason = bOpen ? "it is a folder" : std::strerror(errno);
+        const std::string strReason = bOpen ? "it is a folder" : std::generic_category().message(errno);
         Close();
         throw CUsageError("cannot read the script " + strFile + ": " + strReason);
     }
@@ -137,7 +137,7 @@ void CLineInput::Fill()
     } else if (nRead == 0) {
         m_bEnd = true;
     } else if (errno != EINTR) {
-        throw CUsageError(std::string("cannot read the input: ") + std::strerror(errno));
+        throw CUsageError(std::string("cannot read the input: ") + std::generic_category().message(errno));
     }
 }
 

@@ -62,7 +62,9 @@ void SetUpWindowRecord(CLI::App& app, SConsoleCommand& command, unsigned int nCm
         ->type_name("ID,...")
         ->delimiter(',')
         ->allow_extra_args(false);
-    app.add_option("--layer", pArguments->strLayer, "layer id")->type_name("N")->capture_default_str();
+    app.add_option("--layer", pArguments->strLayer, "layer id, of which the decoder is not told")
+        ->type_name("N")
+        ->capture_default_str();
     app.callback([&command, pArguments, nCmdID, nOptType] {
         RequestOption(command, nCmdID, nOptType, CreateRecord(pArguments->Windows()));
         command.strTitle += Join(pArguments->words) + " mode " + pArguments->strMode;

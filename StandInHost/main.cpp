@@ -81,6 +81,7 @@ int RunToStatus(int argc, const char* const* argv)
 
 int main(int argc, char** argv)
 {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): there is no other thread yet
     (void)std::setlocale(LC_CTYPE, "");  // what is a character on the terminal
     (void)std::signal(SIGPIPE, SIG_IGN); // a closed pipe shows as a failed write
     const int nStatus = RunToStatus(argc, argv);

@@ -4,11 +4,11 @@
 #include <cstring>
 #include <deque>
 #include <memory>
-#include <mutex>
 
 #include <benchmark/benchmark.h>
 
 #include "FakeCommand.h"
+#include "Mutex.h"
 #include "NetProtocolProcDevice.h"
 #include "Ratio.h"
 
@@ -29,15 +29,12 @@ public:
     {
         auto copy = std::make_unique_for_overwrite<unsigned char[]>(len);
         memcpy(copy.get(), buf, len);
-        std::lock_guard lock(m_mutex);
+        const TMutexGuard lock(m_mutex);
         m_entries.push_back({command, std::move(copy)});
     }
     void Run()
     {
-        std::unique_lock lock(m_mutex);
-        Entry entry = std::move(m_entries.front());
-        m_entries.pop_front();
-        lock.unlock();
+        const Entry entry = Take();
         benchmark::DoNotOptimize(entry.command);
         benchmark::DoNotOptimize(entry.copy.get());
     }
@@ -47,8 +44,16 @@ private:
         FakeCommand* command;
         std::unique_ptr<unsigned char[]> copy;
     };
-    std::mutex m_mutex;
-    std::deque<Entry> m_entries;
+    Entry Take()
+    {
+        const TMutexGuard lock(m_mutex);
+        Entry entry = std::move(m_entries.front());
+        m_entries.pop_front();
+        return entry;
+    }
+
+    CMutex m_mutex;
+    std::deque<Entry> m_entries TVWALL_GUARDED_BY(m_mutex);
 };
 
 void AddAndRun(benchmark::State& state)

@@ -2,6 +2,7 @@
 // payload.
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 #include <vector>
 
@@ -12,6 +13,7 @@
 #include "MonitorTvwComm.h"
 #include "MonitorTvwCommAudio.h"
 #include "MonitorTvwCommChannelGroup.h"
+#include "MonitorTvwCommDisplay.h"
 #include "MonitorTvwCommLayout.h"
 #include "MonitorTvwCommMedia.h"
 #include "MonitorTvwCommWallInfo.h"
@@ -44,6 +46,19 @@ void Exercise(const std::vector<char>& payload)
     Require(Encode(record) == verified);
 }
 
+// A record without lists: read whole when there are bytes enough, else left as it was.
+template <class Image>
+void ExerciseImage(const std::vector<char>& payload)
+{
+    const Image before{};
+    Image image = before;
+    const bool bWhole = ReadImage(payload.data(), static_cast<unsigned int>(payload.size()), image);
+    Require(bWhole == (payload.size() >= sizeof(Image)));
+    Require(std::memcmp(&image, bWhole ? static_cast<const void*>(payload.data()) : &before, sizeof(Image)) ==
+            0);
+}
+
+// The first byte of a corpus file is a place in this table; new ones go to its end.
 constexpr void (*RECORDS[])(const std::vector<char>&) = {
     Exercise<ORVA2_CLIENT_TVW::S_MTvw_Create_CavansWindow>,
     Exercise<ORVA2_CLIENT_TVW::S_MTvw_Del_CavansWindow>,
@@ -67,6 +82,10 @@ constexpr void (*RECORDS[])(const std::vector<char>&) = {
     Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Delete_Channel_Group>,
     Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Start_Chl_GrPolling>,
     Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Get_ChGroup_info>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Get_ChGroup>,
+    ExerciseImage<ORVA2_CLIENT_TVW::S_MTvw_Top_Canvas_Item>,
+    ExerciseImage<ORVA2_CLIENT_TVW::S_MTvw_PlanWnd_Zoom_v2>,
+    ExerciseImage<ORVA2_CLIENT_TVW::S_MTvw_Wall_Set_WindCfg_V2>,
 };
 
 } // namespace

@@ -16,9 +16,10 @@ void AnswerWith(const CommandSample& sample, unsigned int nWay, const std::strin
             s.Receive(s.Reply("0", "<session>SID</session><token>TOK</token>", keys));
         } else if (nWay % 4 == 0) {
             s.Receive(s.Reply("0", text, sample.replyBody));
-        } else if (nWay % 4 == 1) { // whole, but for the number
-            s.Receive(
-                Frame("<td_command><td_header><seq>" + Element(s.LastRequest(), "seq") + "</seq>" + text));
+        } else if (nWay % 4 == 1) { // whole, but for url and number, which the session wants in this order
+            const std::string request = s.LastRequest();
+            s.Receive(Frame("<td_command><td_header><url>" + Element(request, "url") + "</url><seq>" +
+                            Element(request, "seq") + "</seq>" + text));
         } else {
             s.Receive(s.Reply("0", "", text));
         }

@@ -39,7 +39,7 @@ CLoadNode::~CLoadNode()
 {
     EndSession();
     {
-        const std::lock_guard guard(m_lock);
+        const TMutexGuard guard(m_lock);
         m_bStopping = true;
     }
     m_changed.notify_all();
@@ -68,8 +68,10 @@ void CLoadNode::EndSession()
     m_pConnection->RefuseSends(); // a command that waits for room in the send queue ends
     m_pProcessor->Stop();
     {
-        std::unique_lock guard(m_lock);
-        m_changed.wait(guard, [this] { return !m_bWorking; });
+        const TMutexGuard guard(m_lock);
+        while (m_bWorking) {
+            m_changed.wait(m_lock);
+        }
         m_bQueued = false;
     }
     m_pProcessor->Quit();
@@ -81,7 +83,7 @@ void CLoadNode::Queue(CLoadCommand* pCommand, std::vector<uint8_t> payload)
     m_pProcessor->AddOneCmd(pCommand, payload.data(), static_cast<unsigned int>(payload.size()));
     pCommand->DecReference(CLoadCommand::kCreatorTag);
     {
-        const std::lock_guard guard(m_lock);
+        const TMutexGuard guard(m_lock);
         m_bQueued = true;
     }
     m_changed.notify_all();
@@ -115,21 +117,26 @@ std::size_t CLoadNode::StackUsed()
 
 void CLoadNode::Work()
 {
-    std::unique_lock guard(m_lock);
-    while (true) {
-        m_changed.wait(guard, [this] { return m_bQueued || m_bStopping; });
-        if (m_bStopping) {
-            return;
-        }
-        m_bQueued = false;
-        m_bWorking = true;
-        guard.unlock();
+    while (AwaitQueued()) {
         while (m_pProcessor->ProcDevCmd()) { // a stopped one refuses what is left at once
         }
-        guard.lock();
-        m_bWorking = false;
+        {
+            const TMutexGuard guard(m_lock);
+            m_bWorking = false;
+        }
         m_changed.notify_all();
     }
+}
+
+bool CLoadNode::AwaitQueued()
+{
+    const TMutexGuard guard(m_lock);
+    while (!m_bQueued && !m_bStopping) {
+        m_changed.wait(m_lock);
+    }
+    m_bWorking = !m_bStopping;
+    m_bQueued = false;
+    return m_bWorking;
 }
 
 } // namespace scale

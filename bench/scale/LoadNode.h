@@ -3,10 +3,10 @@
 #include <condition_variable>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <thread>
 #include <vector>
 
+#include "Mutex.h"
 #include "NetProtocolProc.h"
 #include "Node.h"
 
@@ -47,16 +47,18 @@ public:
 
 private:
     void Work();
+    // Waits for a command; false when there will be none.
+    bool AwaitQueued();
 
     const std::shared_ptr<standin_host::CConnection> m_pConnection;
     standin_host::CDecoderNode m_node;
     std::unique_ptr<CNetProtocolProc> m_pProcessor; // changes only while the worker is idle
 
-    std::mutex m_lock; // guards the fields below
-    std::condition_variable m_changed;
-    bool m_bQueued = false;  // a command was queued since the worker last looked
-    bool m_bWorking = false; // the worker is inside the plug-in
-    bool m_bStopping = false;
+    CMutex m_lock;
+    std::condition_variable_any m_changed;
+    bool m_bQueued TVWALL_GUARDED_BY(m_lock) = false;  // a command was queued since the worker last looked
+    bool m_bWorking TVWALL_GUARDED_BY(m_lock) = false; // the worker is inside the plug-in
+    bool m_bStopping TVWALL_GUARDED_BY(m_lock) = false;
     std::thread m_worker;
 };
 

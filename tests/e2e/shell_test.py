@@ -70,7 +70,7 @@ with tempfile.TemporaryDirectory() as home:
     shell.expect("connection lost")
     shell.expect(offline + "window del")
     shell.type("ete 1\n", "cannot connect", offline)
-    decoder, _ = start_decoder(port, "--fault", "silent@dowallclear")
+    decoder, _ = start_decoder(port, "--fault", "silent@dowallclear", "--fault", "beat-every=50")
     shell.type("window raise 1\n", "logged in", "window raise 1: device error", ready)
     shell.end("exit\n", 0)
 
@@ -83,6 +83,10 @@ with tempfile.TemporaryDirectory() as home:
     # Ctrl-C ends the waiting, and with it the session in which the decoder may still work; the next command opens one.
     shell = Shell(home, "--trace", "--decoder", f"127.0.0.1:{port}", "shell")
     shell.expect(ready)
+    # What other threads print stands in place of what is being typed, which follows.
+    shell.type("window", "window", "heartbeat", ready + "window", "heartbeat", ready + "window")
+    assert not re.search(rb"[^\n\rJ]\d\d:\d\d:\d\d\.\d+ received", shell.raw), shell.raw
+    shell.type("\x03", "^C", ready)
     shell.type("wall clear\n", "dowallclear")
     shell.type("\x03", "interrupted", offline)
     shell.type(3 * "\x1b[A" + "\n", "logged in", "window raise 1: device error", ready)

@@ -22,6 +22,7 @@ public:
     void DeliverCommand(unsigned int nCmdID, CCmdProcParam* pParam) override
     {
         const allocation_fault::Pause pause;
+        onDeliver();
         const auto& param = dynamic_cast<CCmdProcParamMTvwall&>(*pParam);
         notifications.push_back({nCmdID, param.m_DataTvwallInfo.nOptType, param.m_DataTvwallInfo.nLen,
                                  param.m_destNodeID, std::string(param.GetData(), param.GetDataLen())});
@@ -40,13 +41,19 @@ public:
         frames.emplace_back(static_cast<const char*>(pData), nLen);
         return true;
     }
-    bool IsDropRecvData() override { return bDrop; }
+    bool IsDropRecvData() override
+    {
+        onDropAsked();
+        return bDrop;
+    }
     void Disconnect() override { ++nDisconnects; }
     GUID GetNodeID() const override { return id; }
 
     std::vector<std::string> frames; // sent
     std::vector<Notification> notifications;
-    std::function<void()> onSend;         // runs before each send
+    std::function<void()> onSend; // runs before each send, the others likewise
+    std::function<void()> onDeliver = [] {};
+    std::function<void()> onDropAsked = [] {};
     std::vector<unsigned int> sendErrors; // the next sends fail with these
     bool bDrop = false;
     int nDisconnects = 0;

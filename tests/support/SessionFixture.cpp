@@ -17,6 +17,7 @@ void SessionFixture::OnSleep(unsigned int ms)
 {
     if (ms != 100) {
         ++nRetries;
+        onRetry();
         return;
     }
     ++nPolls;
@@ -37,12 +38,11 @@ void SessionFixture::ReplyWith(const std::string& text, int nPollsBefore)
     m_replies.push_back({text, nPollsBefore});
 }
 
-void SessionFixture::Receive(const std::string& bytes)
+void SessionFixture::Receive(const std::string& bytes, bool bBuffered)
 {
+    const auto nLen = static_cast<unsigned int>(bytes.size());
     unsigned int nNeed = 0;
-    const unsigned int nConsumed =
-        session.OnSocketRecvData(0, bytes.data(), static_cast<unsigned int>(bytes.size()), &nNeed, nullptr);
-    EXPECT_EQ(nConsumed, bytes.size());
+    EXPECT_EQ(session.OnSocketRecvData(0, bytes.data(), nLen, bBuffered ? nullptr : &nNeed, nullptr), nLen);
 }
 
 std::string SessionFixture::Run(unsigned int nCmdID, const std::string& payload, bool bHasReply)

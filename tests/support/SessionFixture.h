@@ -25,9 +25,11 @@ protected:
     void ReplyWith(const std::string& text, int nPolls = 1);
     // Runs on each poll of the session, instead of replies.
     std::function<void()> onPoll;
+    // Runs before each retry of a send.
+    std::function<void()> onRetry = [] {};
 
-    // The receive callback, with whole frames.
-    void Receive(const std::string& bytes);
+    // The receive callback, with whole frames, in the host's buffer or kept by the session.
+    void Receive(const std::string& bytes, bool bBuffered = false);
 
     // Runs one command; the answer as FakeCommand::Answer tells it.
     std::string Run(unsigned int nCmdID, const std::string& payload, bool bHasReply = true);

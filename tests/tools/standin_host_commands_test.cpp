@@ -395,6 +395,10 @@ TEST(Options, SayWhatIsWrongBeforeAnythingIsOpened)
     EXPECT_EQ(parse({"--decoder", "h:0x50", "login"}),
               "--decoder takes HOST:PORT with a port from 1 to 65535, not 'h:0x50'");
     EXPECT_NE(parse({"window", "--help"}).find("admin window raise 1"), std::string::npos);
+    EXPECT_NE(parse({"--help-all"}).find("\n  --osd ID,"), std::string::npos); // of a command in a group
+    const std::string strGroup = parse({"media", "--help-all"});
+    EXPECT_NE(strGroup.find("Usage: tvwall-host media play [OPTIONS] WINDOW"), std::string::npos) << strGroup;
+    EXPECT_EQ(strGroup.find("window create"), std::string::npos) << strGroup;
     EXPECT_EQ(parse({"--decoder", "h:1", "wall", "apply", TVWALL_EXAMPLE_WALL}), "");
     EXPECT_THROW(CLineInput("/"), CUsageError);
 }

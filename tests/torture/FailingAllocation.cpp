@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <new>
 
+#include <malloc.h>
 #include <openssl/crypto.h>
 
 #include "AllocationFault.h"
@@ -15,16 +16,18 @@ bool MayAllocate()
     return t_nPauses != 0 || (t_nAllowed < 0 && !t_bForGood) || t_nAllowed-- > 0;
 }
 
+long SizeOf(void* pBytes) { return static_cast<long>(malloc_usable_size(pBytes)); } // 0 for null
+
 void* Allocate(std::size_t nSize)
 {
     void* pBytes = MayAllocate() ? std::malloc(nSize == 0 ? 1 : nSize) : nullptr;
-    allocation_fault::g_nLive += pBytes != nullptr ? 1 : 0;
+    allocation_fault::g_nTaken += SizeOf(pBytes);
     return pBytes;
 }
 
 void Free(void* pBytes)
 {
-    allocation_fault::g_nLive -= pBytes != nullptr ? 1 : 0;
+    allocation_fault::g_nGivenBack += SizeOf(pBytes);
     std::free(pBytes);
 }
 
@@ -42,7 +45,13 @@ void* CryptoReallocate(void* pBytes, std::size_t nSize, const char*, int)
     if (pBytes == nullptr) {
         return Allocate(nSize);
     }
-    return MayAllocate() ? std::realloc(pBytes, nSize) : nullptr;
+    const long nBefore = SizeOf(pBytes);
+    void* pMoved = MayAllocate() ? std::realloc(pBytes, nSize) : nullptr;
+    if (pMoved != nullptr) {
+        allocation_fault::g_nGivenBack += nBefore;
+        allocation_fault::g_nTaken += SizeOf(pMoved);
+    }
+    return pMoved;
 }
 void CryptoFree(void* pBytes, const char*, int) { Free(pBytes); }
 

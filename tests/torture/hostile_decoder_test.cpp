@@ -94,21 +94,43 @@ TEST_F(HostileDecoderTest, FloodsLeaveNothingBehind)
 {
     fake_host::SetLogRecording(false);
     const std::string heads(64 * 100, '2');
-    const std::string beats = Repeat(Frame(""), 100);
-    const std::string strangers = Repeat(Frame(ReplyText("dowallclear", "4")), 10);
     const std::string notices =
-        Repeat(Frame("<td_command><td_header><url>notifychannelstate</url></td_header></td_command>"), 10);
-    const auto flood = [&](int nRounds) {
-        for (int i = 0; i < nRounds; ++i) {
-            Receive(heads + beats + strangers + notices);
+        Repeat(Frame("<td_command><td_header><url>notifychannelstate</url></td_header></td_command>"), 100);
+    const std::string flood =
+        heads + Repeat(Frame(""), 100) + Repeat(Frame(ReplyText("dowallclear", "4")), 10) + notices;
+    constexpr size_t ROUNDS = 5000; // a million notifications in both modes together
+    for (const bool bBuffered : {false, true}) {
+        SCOPED_TRACE(bBuffered);
+        long nLive = 0;
+        for (size_t i = 0; i <= ROUNDS; ++i) {
+            Receive(flood, bBuffered);
+            ASSERT_EQ(node.notifications.size(), 100U);
             node.notifications.clear();
+            if (i == 0) { // every buffer has its size
+                nLive = allocation_fault::LiveBytes();
+            }
         }
-    };
-    flood(1);
-    const long nLive = allocation_fault::Live();
-    flood(1000);
-    EXPECT_EQ(allocation_fault::Live(), nLive);
-    EXPECT_EQ(NameFrom("<devicename>n</devicename>"), Hex("n"));
+        EXPECT_EQ(allocation_fault::LiveBytes(), nLive);
+        EXPECT_EQ(NameFrom("<devicename>n</devicename>"), Hex("n"));
+    }
+}
+
+TEST_F(HostileDecoderTest, AnAnnouncedGiantTakesNoMemoryBeforeItsBytesCome)
+{
+    for (const bool bBuffered : {false, true}) {
+        SCOPED_TRACE(bBuffered);
+        const std::string head = Bytes().Text("1111").U32(0xFFFFFFFF);
+        const long nTaken = allocation_fault::TakenBytes();
+        unsigned int nNeed = 0;
+        for (const std::string& bytes : {head, head + std::string(1000, 'x')}) {
+            const auto nLen = static_cast<unsigned int>(bytes.size());
+            EXPECT_EQ(session.OnSocketRecvData(0, bytes.data(), nLen, bBuffered ? nullptr : &nNeed, nullptr),
+                      bBuffered ? nLen : 0);
+            EXPECT_EQ(nNeed, bBuffered ? 0 : 0xFFFFFFFF - (nLen - head.size()));
+        }
+        EXPECT_LT(allocation_fault::TakenBytes() - nTaken, 10000);
+        EXPECT_TRUE(node.notifications.empty());
+    }
 }
 
 TEST_F(HostileDecoderTest, SessionAndTokenAreEscaped)

@@ -201,7 +201,7 @@ TEST_P(TortureTest, EveryCommandSurvivesEveryAllocationThatFails)
             long nAllowed = 0;
             for (; bFaulted; ++nAllowed) {
                 SCOPED_TRACE(nAllowed);
-                const long nLive = allocation_fault::Live();
+                const long nLive = allocation_fault::LiveBytes();
                 {
                     Session session(GetParam());
                     const std::string answer = session.Run(sample, nAllowed, bForGood);
@@ -220,7 +220,7 @@ TEST_P(TortureTest, EveryCommandSurvivesEveryAllocationThatFails)
                         EXPECT_EQ(session.Run(sample), sample.Answer());
                     }
                 }
-                EXPECT_EQ(allocation_fault::Live(), nLive);
+                EXPECT_EQ(allocation_fault::LiveBytes(), nLive);
             }
             EXPECT_GT(nAllowed, 10) << "the fault is not armed";
             EXPECT_EQ(nDisconnects > 0, GetParam());

@@ -1,5 +1,3 @@
-#include <thread>
-
 #include "SessionFixture.h"
 
 #include "DeviceRequest.h"
@@ -131,24 +129,6 @@ TEST_F(SessionTest, RepliesThatAreNoXmlAreDeviceErrors)
     EXPECT_EQ(ClearWall(), "failure 20000002");
     ReplyWith("<td_command><td_header><url>dowallclear</url><seq>%SEQ%</seq></td_header></td_command>");
     EXPECT_EQ(ClearWall(), done); // readable without errorcode: success
-}
-
-TEST_F(SessionTest, StopEndsAWaitWithoutTheTimeoutText)
-{
-    LogIn();
-    std::thread stopper;
-    onPoll = [&] {
-        stopper = std::thread([this] { session.Stop(); });
-        const std::string beat = Frame("");
-        unsigned int nNeed = 0;
-        while (session.OnSocketRecvData(0, beat.data(), 8, &nNeed, nullptr) != 0) {
-            std::this_thread::yield(); // until Stop has cleared its flags
-        }
-    };
-    EXPECT_EQ(ClearWall(), "failure 2000000f");
-    stopper.join();
-    EXPECT_EQ(nPolls, 1);
-    EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Normal, SOURCE, 1940), 0);
 }
 
 TEST_F(SessionTest, LivenessLastsSixteenChecksWithoutAFrame)

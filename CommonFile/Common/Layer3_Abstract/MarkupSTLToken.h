@@ -31,11 +31,14 @@ struct TokenPos {
     bool AtEnd() const { return nNext >= Length(); }
     int Length() const { return static_cast<int>(szDoc.size()); }
     // The character n places on, a zero byte beyond the end.
-    char Peek(int n = 0) const { return n < Length() - nNext ? szDoc[static_cast<size_t>(nNext + n)] : '\0'; }
+    char Peek(int n = 0) const
+    {
+        return n < Length() - nNext ? szDoc[static_cast<size_t>(nNext) + static_cast<size_t>(n)] : '\0';
+    }
     std::string_view Rest() const { return szDoc.substr(static_cast<size_t>(nNext)); }
     std::string_view GetToken() const
     {
-        return szDoc.substr(static_cast<size_t>(nL), static_cast<size_t>(nR - nL + 1));
+        return szDoc.substr(static_cast<size_t>(nL), static_cast<size_t>(nR) + 1 - static_cast<size_t>(nL));
     }
 
     // Goes over whitespace to the next character, if there is one, and notes what it went over.

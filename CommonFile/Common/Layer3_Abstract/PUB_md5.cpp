@@ -18,7 +18,7 @@ void PUB_MD5Encrypt(const void* pIn, int iLenIn, char* szOut, bool bUpper) noexc
     ERR_set_mark();
     if (EVP_Digest(pIn, static_cast<size_t>(iLenIn), digest, &nDigestLen, EVP_md5(), nullptr) == 1) {
         for (unsigned int i = 0; i < nDigestLen; ++i) {
-            std::snprintf(szOut + 2 * i, 3, bUpper ? "%02X" : "%02x", digest[i]);
+            (void)std::snprintf(szOut + size_t{2} * i, 3, bUpper ? "%02X" : "%02x", digest[i]);
         }
     }
     ERR_pop_to_mark();

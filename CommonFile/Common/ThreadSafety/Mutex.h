@@ -4,8 +4,6 @@
 
 #include "ThreadSafety.h"
 
-namespace standin_host {
-
 // A mutex of the standard library with which the compiler checks who holds it; see ThreadSafety.h.
 template <class Mutex>
 class TVWALL_LOCK TCheckedMutex {
@@ -32,5 +30,3 @@ public:
 private:
     Mutex& m_mutex;
 };
-
-} // namespace standin_host

@@ -1,0 +1,16 @@
+// Prints the sample of every command for scripts/fuzz-corpus, one a line: handler, command id, and in
+// hexadecimal the payload, the record in it and the body of the decoder's reply.
+
+#include <cstdio>
+
+#include "CommandSamples.h"
+#include "FakeCommand.h"
+
+int main()
+{
+    for (const CommandSample& sample : CommandSamples()) {
+        printf("%s\t%u\t%s\t%s\t%s\n", sample.szName, sample.nCmdID, Hex(sample.Payload()).c_str(),
+               Hex(sample.record).c_str(), Hex(sample.replyBody).c_str());
+    }
+    return 0;
+}
