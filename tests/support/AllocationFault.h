@@ -6,7 +6,7 @@
 
 namespace allocation_fault {
 
-inline thread_local long t_nAllowed = -1; // allocations until the one that fails; -1: none fails
+inline thread_local long t_nAllowed = -1;    // allocations until the one that fails; -1: none fails
 inline thread_local bool t_bForGood = false; // those behind it fail, too
 inline thread_local int t_nPauses = 0;
 inline std::atomic<long> g_nTaken = 0;
