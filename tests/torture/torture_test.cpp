@@ -188,6 +188,7 @@ private:
     std::string m_kept;
 };
 
+// The parameter: the processor keeps the received bytes, not the host.
 class TortureTest : public testing::TestWithParam<bool> {};
 
 TEST_P(TortureTest, EveryCommandSurvivesEveryAllocationThatFails)
