@@ -6,26 +6,27 @@
 
 namespace allocation_fault {
 
-inline thread_local long t_nAllowed = -1; // allocations until the one that fails; -1: none fails
+inline thread_local long t_nAllowed = -1;    // allocations until the one that fails; -1: none fails
+inline thread_local bool t_bForGood = false; // those behind it fail, too
 inline thread_local int t_nPauses = 0;
-inline std::atomic<long> g_nLive = 0;
 inline std::atomic<long> g_nTaken = 0;
 inline std::atomic<long> g_nGivenBack = 0;
-
-// Allocations of the whole program that are not freed yet.
-inline long Live() { return g_nLive; }
 
 // Bytes that the whole program has allocated so far, and those of them that are not freed yet.
 inline long TakenBytes() { return g_nTaken; }
 inline long LiveBytes() { return g_nTaken - g_nGivenBack; }
 
-// The allocation behind the next nAllowed ones on this thread fails, once.
-inline void Arm(long nAllowed) { t_nAllowed = nAllowed; }
+// The allocation behind the next nAllowed ones on this thread fails, once or for good.
+inline void Arm(long nAllowed, bool bForGood = false)
+{
+    t_nAllowed = nAllowed;
+    t_bForGood = bForGood;
+}
 // True when it has failed.
 inline bool Disarm()
 {
     const bool bFailed = t_nAllowed < 0;
-    t_nAllowed = -1;
+    Arm(-1);
     return bFailed;
 }
 

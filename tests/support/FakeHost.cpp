@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <memory>
 #include <mutex>
+#include <new>
 
 #include "HostFunctions.h"
 #include "NetProtocolProc.h"
@@ -132,14 +134,16 @@ int NET_SOCKET_DestroyHNetCommunication(int hNetCommunication)
 unsigned int GetLastError() { return t_lastError; }
 
 char* MEM_POOL_New(const char* pData, unsigned long nLen)
-{
+try {
     if (PoolFails()) {
         return nullptr;
     }
-    auto* pBuffer = new PoolBuffer;
+    auto pBuffer = std::make_unique<PoolBuffer>();
     pBuffer->bytes.assign(pData, nLen);
     ++g_liveBuffers;
-    return reinterpret_cast<char*>(pBuffer);
+    return reinterpret_cast<char*>(pBuffer.release());
+} catch (const std::bad_alloc&) { // a host's pool throws nothing
+    return nullptr;
 }
 
 void MEM_POOL_AddRef(const char* hBuffer) { ++FromHandle(hBuffer).references; }
@@ -156,12 +160,14 @@ const char* MEM_POOL_GetData(const char* hBuffer) { return FromHandle(hBuffer).b
 unsigned long MEM_POOL_GetLen(const char* hBuffer) { return FromHandle(hBuffer).bytes.size(); }
 
 bool MEM_POOL_Append(const char* hBuffer, const char* pData, unsigned long nLen)
-{
+try {
     if (PoolFails()) {
         return false;
     }
     FromHandle(hBuffer).bytes.append(pData, nLen);
     return true;
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 void MEM_POOL_TruncateFront(const char* hBuffer, unsigned long nLen)

@@ -13,7 +13,7 @@ namespace {
 bool MayAllocate()
 {
     using namespace allocation_fault;
-    return t_nPauses != 0 || t_nAllowed < 0 || t_nAllowed-- > 0;
+    return t_nPauses != 0 || (t_nAllowed < 0 && !t_bForGood) || t_nAllowed-- > 0;
 }
 
 long SizeOf(void* pBytes) { return static_cast<long>(malloc_usable_size(pBytes)); } // 0 for null
@@ -21,14 +21,12 @@ long SizeOf(void* pBytes) { return static_cast<long>(malloc_usable_size(pBytes))
 void* Allocate(std::size_t nSize)
 {
     void* pBytes = MayAllocate() ? std::malloc(nSize == 0 ? 1 : nSize) : nullptr;
-    allocation_fault::g_nLive += pBytes != nullptr ? 1 : 0;
     allocation_fault::g_nTaken += SizeOf(pBytes);
     return pBytes;
 }
 
 void Free(void* pBytes)
 {
-    allocation_fault::g_nLive -= pBytes != nullptr ? 1 : 0;
     allocation_fault::g_nGivenBack += SizeOf(pBytes);
     std::free(pBytes);
 }

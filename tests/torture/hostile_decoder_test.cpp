@@ -86,14 +86,6 @@ TEST_F(HostileDecoderTest, LongListsAndTextsAreRead)
     EXPECT_EQ(answer.substr(7 + 2 * HEAD_LEN, record.size()), record);
     EXPECT_EQ(answer.substr(answer.size() - record.size()), record);
 
-    const size_t nMost = size_t{1} << 18; // more windows no wall has
-    for (const size_t n : {nMost, nMost + 1}) {
-        ReplyWith(ReplyText("getaudioconfig", "%SEQ%", "0", "",
-                            "<td_windowlist>" + Repeat("<item/>", n) + "</td_windowlist>"));
-        const std::string windows = Run(GET_CONFIG, Option(0x60016, ""));
-        EXPECT_EQ(windows.substr(0, 16), n == nMost ? "buffer 160006000" : "failure 20000002");
-    }
-
     const std::string name(1000000, 'x');
     EXPECT_EQ(NameFrom("<devicename>" + name + "</devicename>"), Hex(name));
 }
