@@ -208,7 +208,7 @@ bool IsUsableKey(const RSA& key)
     const BIGNUM* pModulus = nullptr;
     const BIGNUM* pExponent = nullptr;
     RSA_get0_key(&key, &pModulus, &pExponent, nullptr);
-    constexpr int MIN_MODULUS_BITS = 512;
+    constexpr int MIN_MODULUS_BITS = 512; // shorter ones OpenSSL does not make
     constexpr int MAX_MODULUS_BITS = 4096;
     constexpr int MAX_EXPONENT_BITS = 32;
     const int nModulusBits = BN_num_bits(pModulus);

@@ -22,7 +22,7 @@ inline void Arm(long nAllowed, bool bForGood = false)
     t_nAllowed = nAllowed;
     t_bForGood = bForGood;
 }
-// True when it has failed.
+// True when it has failed, or when none was to fail.
 inline bool Disarm()
 {
     const bool bFailed = t_nAllowed < 0;

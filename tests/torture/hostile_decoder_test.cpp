@@ -61,8 +61,10 @@ TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
         {"one too many, with marks in their values", "<x " + Attributes(33) + "/>", "failure 20000002"},
         {"too many, behind a comment that begins with its end",
          "<!--><x \"--><x " + Attributes(300000) + "/>", "failure 20000002"},
-        {"elements without number", Repeat("<a/>", size_t{4} << 20), "failure 20000002"},
-        {"text without end", std::string((size_t{64} << 20) + 1, ' '), "failure 20000002"},
+        {"many elements", Repeat("<a/>", (size_t{2} << 20) - 64) + "<devicename>n</devicename>", Hex("n")},
+        {"elements without number", Repeat("<a/>", size_t{2} << 20), "failure 20000002"},
+        {"much text", std::string((size_t{32} << 20) - 1024, ' ') + "<devicename>n</devicename>", Hex("n")},
+        {"text without end", std::string((size_t{32} << 20) + 1, ' '), "failure 20000002"},
         {"marks outside of tags", "<!-- <x> ' --><![CDATA[<x ' ]]><devicename>n</devicename>", Hex("n")},
     };
     for (const auto& c : cases) {
@@ -73,7 +75,7 @@ TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
 
 TEST_F(HostileDecoderTest, LongListsAndTextsAreRead)
 {
-    constexpr size_t ITEMS = 100000;
+    constexpr size_t ITEMS = 80000;
     constexpr size_t HEAD_LEN = 12;
     constexpr size_t ITEM_LEN = 268;
     const std::string item =
@@ -188,6 +190,20 @@ TEST_F(HostileDecoderTest, KeysThatAreNoneCostNothing)
         EXPECT_EQ(Element(LastRequest(), "account"), "");
         EXPECT_EQ(Element(LastRequest(), "authentication"), "");
     }
+}
+
+TEST_F(HostileDecoderTest, KeysOfTheLeastAndTheGreatestLengthAreUsed)
+{
+    for (const size_t nLen : {64U, 512U}) {
+        const std::string key = PemKey('\0' + std::string(nLen, '\xFF'), "\3");
+        ReplyWith(ReplyText("dooption", "%SEQ%", "0", "", "<pubkey1>" + key + "</pubkey1>"));
+        Run(0x101, LoginPayload("admin", "secret"));
+        EXPECT_EQ(Element(LastRequest(), "account").size(), (nLen + 2) / 3 * 4);
+    }
+    const std::string longer = PemKey("\1" + std::string(512, '\xFF'), "\3");
+    ReplyWith(ReplyText("dooption", "%SEQ%", "0", "", "<pubkey1>" + longer + "</pubkey1>"));
+    Run(0x101, LoginPayload("admin", "secret"));
+    EXPECT_EQ(Element(LastRequest(), "account"), "");
 }
 
 } // namespace

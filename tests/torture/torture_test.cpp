@@ -29,15 +29,14 @@ size_t Exchanges(const CommandSample& sample)
     return 1 + static_cast<size_t>(std::count(sample.urls.begin(), sample.urls.end(), ' '));
 }
 
-// What the host is told when this exchange of the command brings no reply. Hosts have timeouts of their own
-// for the commands without an option head. The first exchange decides, but for the login, whose second one
-// does so, too.
+// What the host is told when this exchange of the command brings no reply. The first exchange decides, but
+// for the login, whose second one does so, too.
 std::string AnswerWithout(const CommandSample& sample, size_t nExchange)
 {
     if (nExchange != 0 && !IsLogin(sample)) {
         return sample.Answer();
     }
-    return sample.nOptType != CommandSample::NO_OPTION ? "failure 2000000f" : "none";
+    return sample.AnswerWithoutReply();
 }
 
 // A processor, logged in, between a host that queues its commands and a decoder that answers each request at

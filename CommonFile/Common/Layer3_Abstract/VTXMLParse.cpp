@@ -33,11 +33,11 @@ const char* TextOf(CVTXMLParse::Item item)
     return szText == nullptr ? "" : szText;
 }
 
-// Longer texts, and texts with more marks, two for an element with an end tag, are refused: the parser takes
-// up to 33 times the memory of a text that is all elements. The longest list that a host is given, of 262,144
-// items, has room in both.
-constexpr size_t MAX_TEXT_LEN = size_t{64} << 20;
-constexpr size_t MAX_MARKS = size_t{4} << 20;
+// Longer texts, and texts with more marks ('<'), are refused: the parser takes up to some fifty times the
+// memory of the text. The sound of 4,096 windows with 64 sub-windows each has room, 80,000 screens with names
+// as long as their field, too.
+constexpr size_t MAX_TEXT_LEN = size_t{32} << 20;
+constexpr size_t MAX_MARKS = size_t{2} << 20;
 
 bool IsTooLarge(std::string_view text)
 {

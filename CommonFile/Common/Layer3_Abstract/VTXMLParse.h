@@ -27,7 +27,7 @@ public:
 
     // Takes a text of nLen bytes, which need not be zero-terminated; a zero byte ends it. False, with nothing
     // to read, for a text that is not well-formed, has no element, or nests deeper than the parser follows;
-    // and for one that no decoder sends: longer than 64 MiB, with more than 4,194,304 times '<', an element
+    // and for one that no decoder sends: longer than 32 MiB, with more than 2,097,152 times '<', an element
     // with more than 32 attributes, or more than 64 character references without an end. Throws nothing but
     // std::bad_alloc.
     bool Parse(const char* pText, size_t nLen);
