@@ -1,11 +1,11 @@
-// A host in one file: loads the installed plug-in, logs in to a decoder over TCP and prints the layout of its
-// wall. A host that stays connected also sends GetBeatData and asks IsOnline, both at a steady pace.
+// A host in one file: loads the installed plug-in, logs in to a decoder and prints the layout of its wall.
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include <dlfcn.h>
 #include <netdb.h>
@@ -21,14 +21,14 @@
 using namespace ORVA_NET_PROTOCOL;
 int g_nSocket = -1; // of the only connection, whatever the handle
 std::thread g_receiver;
-CSocketDataObserver* g_pObserver = nullptr;   // changes only while no receiver runs
-std::unique_ptr<CNetProtocolProc> g_pDecoder; // made of the plug-in's prototype, which does not last
+std::pair<CSocketDataObserver*, void*> g_sink; // observer and its context; changes while no receiver runs
+std::unique_ptr<CNetProtocolProc> g_pDecoder;  // made of the plug-in's prototype, which does not last
 
 void Receive()
 {
     char chunk[16384];
     for (ssize_t n = 0; (n = recv(g_nSocket, chunk, sizeof chunk, 0)) > 0;) {
-        g_pObserver->OnSocketRecvData(1, chunk, static_cast<unsigned int>(n), nullptr, nullptr);
+        g_sink.first->OnSocketRecvData(1, chunk, static_cast<unsigned int>(n), nullptr, g_sink.second);
     }
 }
 
@@ -38,14 +38,14 @@ struct SBuffer {
 };
 SBuffer& At(const char* h) { return *reinterpret_cast<SBuffer*>(const_cast<char*>(h)); }
 
-// What the plug-in finds in this process; HostFunctions.h says what each does. This host ends without memory.
+// What the plug-in finds in this process, as HostFunctions.h says. This host takes memory for granted.
 int NET_COMM_RegistDevProtocolProcObject(unsigned int, CNetProtocolProc* pPrototype)
 {
     return g_pDecoder.reset(pPrototype->CreateSelf()), 0;
 }
 GUID NET_COMM_GetCurrentAppNodeID() { return {1, 0, 0, {}}; }
-int NET_SOCKET_RegisterNode(int, CSocketDataObserver* p, void*, int, int) { return g_pObserver = p, 0; }
-int NET_SOCKET_UnRegisterNode(int) { return g_pObserver = nullptr, 0; }
+int NET_SOCKET_RegisterNode(int, CSocketDataObserver* p, void* c, int, int) { return g_sink = {p, c}, 0; }
+int NET_SOCKET_UnRegisterNode(int) { return g_sink = {}, 0; }
 int NET_SOCKET_Start(int) { return g_receiver = std::thread(Receive), 0; }
 int NET_SOCKET_Stop(int) { return shutdown(g_nSocket, SHUT_RDWR), g_receiver.join(), 0; }
 int NET_SOCKET_DestroyHNetCommunication(int) { return close(g_nSocket); }
@@ -57,7 +57,7 @@ const char* MEM_POOL_GetData(const char* h) { return At(h).bytes.data(); }
 unsigned long MEM_POOL_GetLen(const char* h) { return At(h).bytes.size(); }
 bool MEM_POOL_Append(const char* h, const char* p, unsigned long n) { return At(h).bytes.append(p, n), true; }
 void MEM_POOL_TruncateFront(const char* h, unsigned long n) { At(h).bytes.erase(0, n); }
-void MEM_POOL_TruncateBack(const char* h, unsigned long n) { At(h).bytes.erase(At(h).bytes.size() - n); }
+void MEM_POOL_TruncateBack(const char*, unsigned long) { std::abort(); } // the plug-in does not call it
 void SHARESDK_NormalOutput(const char*, const char*, int) {}
 void SHARESDK_AbnormalOutput(const char* szText, const char*, int) { std::fprintf(stderr, "%s\n", szText); }
 void SHARESDK_DebugOutput(const char*, const char*, int) {}
