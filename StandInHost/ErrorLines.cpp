@@ -1,6 +1,8 @@
 #include "ErrorLines.h"
 
+#include <cstddef>
 #include <cstdio>
+#include <string>
 #include <utility>
 
 #include "HostEvents.h"
@@ -14,7 +16,21 @@ struct SHeldLines {
     CMutex lock;
     CHostEvents* pEvents TVWALL_GUARDED_BY(lock) = nullptr; // null while nobody holds lines back
     std::string strLines TVWALL_GUARDED_BY(lock);
+    std::size_t nDropped TVWALL_GUARDED_BY(lock) = 0;
+
+    std::string Take() TVWALL_REQUIRES(lock)
+    {
+        std::string strTaken = std::exchange(strLines, {});
+        if (const std::size_t nLost = std::exchange(nDropped, 0)) {
+            strTaken +=
+                "tvwall-host: " + std::to_string(nLost) + " more messages while the terminal stood still\n";
+        }
+        return strTaken;
+    }
 };
+
+// While a terminal stands still nobody writes what is held.
+constexpr std::size_t kMaxHeld = std::size_t{1} << 20;
 
 SHeldLines& Held()
 {
@@ -38,6 +54,10 @@ void PrintErrorLines(std::string_view lines)
         WriteNow(lines);
         return;
     }
+    if (held.strLines.size() + lines.size() > kMaxHeld) {
+        ++held.nDropped;
+        return;
+    }
     held.strLines += lines;
     held.pEvents->Changed();
 }
@@ -54,14 +74,14 @@ CErrorLinesHold::~CErrorLinesHold()
     SHeldLines& held = Held();
     const TMutexGuard guard(held.lock);
     held.pEvents = nullptr;
-    WriteNow(std::exchange(held.strLines, {}));
+    WriteNow(held.Take());
 }
 
 void CErrorLinesHold::Write()
 {
     SHeldLines& held = Held();
     const TMutexGuard guard(held.lock);
-    WriteNow(std::exchange(held.strLines, {}));
+    WriteNow(held.Take());
 }
 
 } // namespace standin_host
