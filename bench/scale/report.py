@@ -97,7 +97,7 @@ def soak_section(soak):
         "",
         "Flat is judged between the second and the last quarter, by medians: the heap, counted at every allocation, by no "
         "more than 0.5 % or 64 KiB; resident memory, which also holds what the allocator's arenas keep, by no more than "
-        "2 % or 1 MiB; the numbers of descriptors and threads not at all.",
+        "2 % or 1 MiB. The numbers of descriptors and threads must not change from the first sample to the last.",
         "",
         "| minute | heap, KiB | resident, KiB | descriptors | threads | latency p50, ms | p99, ms |",
         "|---:|---:|---:|---:|---:|---:|---:|",

@@ -24,6 +24,9 @@ struct CommandSample {
     std::string Payload() const;
     // The host's answer, as FakeCommand tells it.
     std::string Answer() const;
+    // The same when no reply comes. Hosts have timeouts of their own for the commands without an option head:
+    // login and layout.
+    std::string AnswerWithoutReply() const { return nOptType != NO_OPTION ? "failure 2000000f" : "none"; }
 
     friend std::ostream& operator<<(std::ostream& out, const CommandSample& sample)
     {

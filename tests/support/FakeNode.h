@@ -30,9 +30,7 @@ public:
     bool SendData(const void* pData, unsigned long nLen) override
     {
         const allocation_fault::Pause pause;
-        if (onSend) {
-            onSend();
-        }
+        onSend();
         if (!sendErrors.empty()) {
             fake_host::SetLastError(sendErrors.front());
             sendErrors.erase(sendErrors.begin());
@@ -51,7 +49,8 @@ public:
 
     std::vector<std::string> frames; // sent
     std::vector<Notification> notifications;
-    std::function<void()> onSend; // runs before each send, the others likewise
+    // Run inside the functions of the node, before they do anything.
+    std::function<void()> onSend = [] {};
     std::function<void()> onDeliver = [] {};
     std::function<void()> onDropAsked = [] {};
     std::vector<unsigned int> sendErrors; // the next sends fail with these

@@ -15,7 +15,7 @@ TEST_F(AudioTest, SwitchesTheSoundOfTheWindowsThatWereRead)
 {
     LogIn();
     const CommandSample& on = CommandSampleOf("PlayAudio");
-    const std::string window = on.record.substr(36);
+    const std::string window = on.record.substr(36); // behind two GUIDs and a count
     const std::string two = Guids().U32(2).Text(window + window);
     Check("second window cut", "PlayAudio", two.substr(0, two.size() - 1), on.body);
     Check("two windows without sub-windows", "PlayAudio", Guids().U32(2).U32(4).U32(0).U32(5).U32(0),

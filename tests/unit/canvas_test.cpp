@@ -8,7 +8,7 @@ TEST_F(CanvasTest, ShortRecordsSendWhatWasReadOfThem)
 {
     LogIn();
     const CommandSample& create = CommandSampleOf("CreateCanvas");
-    const std::string window = create.record.substr(36);
+    const std::string window = create.record.substr(36); // behind two GUIDs and a count
     const std::string two = Guids().U32(2).Text(window + window);
     Check("second window cut", "CreateCanvas", two.substr(0, two.size() - 1), create.body);
     Check("more windows than bytes", "CreateCanvas", Guids().U32(3).Text(window), Windows(""));

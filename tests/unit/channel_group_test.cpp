@@ -30,7 +30,7 @@ TEST_F(ChannelGroupTest, ShortRecordsSendWhatWasReadOfThem)
     Check("delete more than there are bytes", "DeleteChannelGroup", Bytes().Text(WALL).U32(0x40000001).U32(8),
           none);
     const CommandSample& start = CommandSampleOf("StartChlGroupPolling");
-    const std::string window = start.record.substr(20);
+    const std::string window = start.record.substr(20); // behind a GUID and a count
     const std::string two = Bytes().Text(WALL).U32(2).Text(window + window);
     Check("start cut", "StartChlGroupPolling", two.substr(0, two.size() - 1), start.body);
     Check("start two windows without sub-windows", "StartChlGroupPolling",

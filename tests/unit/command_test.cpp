@@ -16,9 +16,7 @@ TEST_P(CommandTest, SendsItsRequestAndAnswersTheHost) { Check(GetParam()); }
 TEST_P(CommandTest, TellsTheHostWhenTheDecoderRefusesOrIsSilent)
 {
     const bool bLogin = GetParam().nCmdID == 0x101;
-    // Hosts have timeouts of their own for the commands without an option head: login and layout.
-    const bool bTold = GetParam().nOptType != CommandSample::NO_OPTION;
-    const std::string noReply = bTold ? "failure 2000000f" : "none";
+    const std::string noReply = GetParam().AnswerWithoutReply();
 
     ReplyWith(ReplyText("dowallclear", "%SEQ%", "5"));
     EXPECT_EQ(Run(), "failure 20000002");

@@ -21,7 +21,7 @@ TEST_F(PlaybackTest, SendsWhatIsThereOfTheAnnouncedWindows)
 {
     LogIn();
     const CommandSample& sample = CommandSampleOf("PlayBackCtrl");
-    const std::string window = sample.record.substr(2);
+    const std::string window = sample.record.substr(2); // behind the count
     const auto CheckPlayback = [this](const char* what, const std::string& record, const std::string& body) {
         Check(what, "PlayBackCtrl", record, body);
     };
