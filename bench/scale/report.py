@@ -53,6 +53,11 @@ channels every {notify} ms.
 - Processor time is that of the whole host process, notifications included, divided by the number of commands.
 """
 
+FLAT = """\
+Flat is judged between the second and the last quarter, by medians: the heap, counted at every allocation, by no more
+than 0.5 % or 64 KiB; resident memory, which also holds what the allocator's arenas keep, by no more than 2 % or 1 MiB.
+The numbers of descriptors and threads must not change from the first sample to the last."""
+
 
 def first_match(path, key):
     for line in pathlib.Path(path).read_text().splitlines():
@@ -95,9 +100,7 @@ def soak_section(soak):
         "",
         f"Verdict: {verdict}.",
         "",
-        "Flat is judged between the second and the last quarter, by medians: the heap, counted at every allocation, by no "
-        "more than 0.5 % or 64 KiB; resident memory, which also holds what the allocator's arenas keep, by no more than "
-        "2 % or 1 MiB. The numbers of descriptors and threads must not change from the first sample to the last.",
+        FLAT,
         "",
         "| minute | heap, KiB | resident, KiB | descriptors | threads | latency p50, ms | p99, ms |",
         "|---:|---:|---:|---:|---:|---:|---:|",
