@@ -58,7 +58,7 @@ with tempfile.TemporaryDirectory() as home:
 
     # What was mistyped comes back to be mended; the file keeps neither it nor payloads.
     shell.type("window rise 1\n", "unknown command 'window rise'; there is create", ready)
-    shell.type("raw 0x50001 --hex 00\n", "raw 0x50001", ready)
+    shell.type("raw 0x50001 --hex 00\n", "raw 0x50001 got no answer", ready)
     shell.type(2 * "\x1b[A" + 6 * "\x7f" + "raise 1\n", "window raise 1: done", ready)
     shell.type("logout\n", "logout: done", f"127.0.0.1:{port} (not logged in)> ")
     shell.type("login\n", "logged in", ready)
