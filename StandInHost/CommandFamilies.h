@@ -24,8 +24,7 @@ CommandSetup SetUpAudioPlay, SetUpAudioStop, SetUpAudioGet;
 CommandSetup SetUpGroupAdd, SetUpGroupSet, SetUpGroupDelete, SetUpGroupGet;
 CommandSetup SetUpPollingStart, SetUpPollingStop;
 CommandSetup SetUpBorder, SetUpZoom, SetUpWindowConfigGet, SetUpWindowConfigSet;
-CommandSetup SetUpWatch, SetUpScript, SetUpShell, SetUpRaw;
-CommandSetup SetUpConnect, SetUpDisconnect, SetUpCodes, SetUpHelp, SetUpExit; // of the shell itself
+CommandSetup SetUpWatch, SetUpScript, SetUpRaw;
 
 // --- what they share ---
 

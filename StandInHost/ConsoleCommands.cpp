@@ -12,6 +12,14 @@ namespace standin_host {
 
 namespace {
 
+// A command without arguments that the program itself carries out.
+template <SConsoleCommand::EKind kind>
+void SetUpKind(CLI::App& app, SConsoleCommand& command)
+{
+    app.callback([&command] { command.kind = kind; });
+}
+using EKind = SConsoleCommand::EKind;
+
 struct SRow {
     const char* szGroup; // first word of a command of two words, else empty
     const char* szName;
@@ -65,16 +73,18 @@ constexpr SRow s_rows[] = {
     {"", "watch", "print the decoder's notifications until Ctrl-C", "watch", SetUpWatch},
     {"", "script", "run one command a line, with one login for all", "script evening.txt", SetUpScript,
      PLACE_COMMAND_LINE | PLACE_SHELL},
-    {"", "shell", "take commands from the terminal, with history and completion", "shell", SetUpShell,
-     PLACE_COMMAND_LINE},
+    {"", "shell", "take commands from the terminal, with history and completion", "shell",
+     SetUpKind<EKind::Shell>, PLACE_COMMAND_LINE},
     {"", "raw", "queue any host command with any payload", "raw 0x50001 --option 0x60011", SetUpRaw},
-    {"", "connect", "connect and log in anew", "connect", SetUpConnect, PLACE_SHELL},
-    {"", "disconnect", "end the connection; the next command opens another", "disconnect", SetUpDisconnect,
+    {"", "connect", "connect and log in anew", "connect", SetUpKind<EKind::Connect>, PLACE_SHELL},
+    {"", "disconnect", "end the connection; the next command opens another", "disconnect",
+     SetUpKind<EKind::Disconnect>, PLACE_SHELL},
+    {"", "codes", "say what the failure codes mean and what to look at", "codes", SetUpKind<EKind::Codes>,
      PLACE_SHELL},
-    {"", "codes", "say what the failure codes mean and what to look at", "codes", SetUpCodes, PLACE_SHELL},
-    {"", "help", "show the commands, or what one of them takes", "help window create", SetUpHelp,
+    // Stands here to be seen and completed; the words behind it are parsed as the command that they name.
+    {"", "help", "show the commands, or what one of them takes", "help window create", SetUpKind<EKind::Help>,
      PLACE_SHELL},
-    {"", "exit", "leave the shell, as Ctrl-D does", "exit", SetUpExit, PLACE_SHELL},
+    {"", "exit", "leave the shell, as Ctrl-D does", "exit", SetUpKind<EKind::Exit>, PLACE_SHELL},
 };
 
 std::string Example(const SRow& row, EPlace place)

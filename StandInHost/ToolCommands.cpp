@@ -27,47 +27,6 @@ void SetUpScript(CLI::App& app, SConsoleCommand& command)
 
 namespace {
 
-void SetUpKind(CLI::App& app, SConsoleCommand& command, SConsoleCommand::EKind kind)
-{
-    app.callback([&command, kind] { command.kind = kind; });
-}
-
-} // namespace
-
-void SetUpShell(CLI::App& app, SConsoleCommand& command)
-{
-    SetUpKind(app, command, SConsoleCommand::EKind::Shell);
-}
-
-void SetUpConnect(CLI::App& app, SConsoleCommand& command)
-{
-    SetUpKind(app, command, SConsoleCommand::EKind::Connect);
-}
-
-void SetUpDisconnect(CLI::App& app, SConsoleCommand& command)
-{
-    SetUpKind(app, command, SConsoleCommand::EKind::Disconnect);
-}
-
-void SetUpCodes(CLI::App& app, SConsoleCommand& command)
-{
-    SetUpKind(app, command, SConsoleCommand::EKind::Codes);
-}
-
-// Stands among the commands to be seen and completed; the words behind it are parsed as the command that they
-// name.
-void SetUpHelp(CLI::App& app, SConsoleCommand& command)
-{
-    SetUpKind(app, command, SConsoleCommand::EKind::Help);
-}
-
-void SetUpExit(CLI::App& app, SConsoleCommand& command)
-{
-    SetUpKind(app, command, SConsoleCommand::EKind::Exit);
-}
-
-namespace {
-
 struct SRawArguments {
     std::string strId;
     std::string strOption;
