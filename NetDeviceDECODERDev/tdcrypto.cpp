@@ -200,21 +200,19 @@ bool RunAesCbc(AesKeySetter setKey, int nDirection, const char* key, const unsig
 
 bool HasKeyText(const char* key) { return key != nullptr && *key != '\0'; }
 
-// False for a key under which a text is not hidden or not recoverable, such as one with the exponent 1 or
-// with a modulus that everybody can factor (a text that would leave as good as in the clear does not leave),
-// and for one made to keep the processor busy.
+// False for a key under which a text is not hidden or not recoverable, such as one with the exponent 1 (a
+// text that would leave in the clear does not leave), and for one made to keep the processor busy. How long a
+// key is beyond that the decoder decides.
 bool IsUsableKey(const RSA& key)
 {
     const BIGNUM* pModulus = nullptr;
     const BIGNUM* pExponent = nullptr;
     RSA_get0_key(&key, &pModulus, &pExponent, nullptr);
-    constexpr int MIN_MODULUS_BITS = 512; // shorter ones OpenSSL does not make
     constexpr int MAX_MODULUS_BITS = 4096;
     constexpr int MAX_EXPONENT_BITS = 32;
-    const int nModulusBits = BN_num_bits(pModulus);
-    return nModulusBits >= MIN_MODULUS_BITS && nModulusBits <= MAX_MODULUS_BITS &&
-           BN_num_bits(pExponent) <= MAX_EXPONENT_BITS && !BN_is_negative(pModulus) &&
-           !BN_is_negative(pExponent) && BN_is_odd(pExponent) && !BN_is_one(pExponent);
+    return BN_num_bits(pModulus) <= MAX_MODULUS_BITS && BN_num_bits(pExponent) <= MAX_EXPONENT_BITS &&
+           !BN_is_negative(pModulus) && !BN_is_negative(pExponent) && BN_is_odd(pExponent) &&
+           !BN_is_one(pExponent);
 }
 
 } // namespace

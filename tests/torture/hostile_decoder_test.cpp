@@ -173,7 +173,6 @@ TEST_F(HostileDecoderTest, KeysThatAreNoneCostNothing)
         {"a head without a key", "-----BEGIN RSA PUBLIC KEY-----\n"},
         {"a modulus of nothing", PemKey(std::string(1, '\0'), "\3")},
         {"a modulus of one byte", PemKey("\7", "\3")},
-        {"a modulus of 511 bits, which hides little", PemKey(std::string(64, '\x7F'), "\3")},
         {"a modulus of 100,000 bytes", PemKey(std::string(100000, '\x7F'), "\3")},
         {"a modulus of 10,000 bytes and an exponent as long", PemKey(std::string(10000, '\x7F'), odd + odd)},
         {"an exponent that changes nothing", PemKey(odd, "\1")},
@@ -192,9 +191,9 @@ TEST_F(HostileDecoderTest, KeysThatAreNoneCostNothing)
     }
 }
 
-TEST_F(HostileDecoderTest, KeysOfTheLeastAndTheGreatestLengthAreUsed)
+TEST_F(HostileDecoderTest, KeysOfAnyUsableLengthAreUsed)
 {
-    for (const size_t nLen : {64U, 512U}) {
+    for (const size_t nLen : {32U, 512U}) {
         const std::string key = PemKey('\0' + std::string(nLen, '\xFF'), "\3");
         ReplyWith(ReplyText("dooption", "%SEQ%", "0", "", "<pubkey1>" + key + "</pubkey1>"));
         Run(0x101, LoginPayload("admin", "secret"));

@@ -52,6 +52,11 @@ std::string CanvasHead(int16_t windows, int screens)
     return bytes + Bytes(windows, screens);
 }
 
+std::string LogicScreen(int id)
+{
+    return Bytes(id, int16_t{-1}, int16_t{-2}, uint16_t{1920}, uint16_t{1080});
+}
+
 std::string ScreenWindow(int id) { return Bytes(id, 0.5f, 1.5f, 2.5f, 3.5f) + "twenty bytes of more"; }
 
 std::string ScreenHead(int8_t windows, int8_t pips)
@@ -89,6 +94,7 @@ TEST_F(Records, KeepEveryByteAndRefuseEveryShorterPayload)
     RoundTrips<S_MTvw_Modyfy_CavansWindow>(Command(2) + Bytes(1, -10, 2, 3, 4) + Bytes(2, 5, -6, 7, 8));
     RoundTrips<S_MTvw_Canvas_Item_V2>(CanvasHead(0, 0));
     RoundTrips<S_MTvw_Canvas_Item_V2>(CanvasHead(2, 0) + Window(1, 2) + Window(2, 0));
+    RoundTrips<S_MTvw_Canvas_Item_V2>(CanvasHead(1, 2) + LogicScreen(3) + LogicScreen(4) + Window(1, 1));
     RoundTrips<S_MTvw_Screen>(ScreenHead(2, 1) + ScreenWindow(1) + ScreenWindow(2) + ScreenWindow(3));
     RoundTrips<S_MTvw_Screen>(ScreenHead(0, 0));
 
@@ -111,10 +117,13 @@ TEST_F(Records, TheLogShowsEveryFieldWhereTheHostPutsIt)
         Dumped<S_MTvw_Modyfy_CavansWindow>(Command(1) + Bytes(1, -10, 2, 3, 4)).back(),
         "\n**************S_Roar_CanvasWindow_Item nID:1 nPositionX:-10 nPositionY:2 nWidth:3 nHeight:4\n");
     EXPECT_EQ(
-        Dumped<S_MTvw_Canvas_Item_V2>(CanvasHead(1, 0) + Window(9, 1)),
+        Dumped<S_MTvw_Canvas_Item_V2>(CanvasHead(1, 1) + LogicScreen(3) + Window(9, 1)),
         (Texts{"\n**************S_MTvw_Canvas_Item nOffetX:-1 nOffetY:-2 nWidth:3\t\t\t\t  nHeight:4 nRow:9 "
-               "_nCol:10 nLogicScreenNum:0\n",
-               "logic screen list \n", "canvas window list \n", window, "sub window list \n", subWindow}));
+               "_nCol:10 nLogicScreenNum:1\n",
+               "logic screen list \n",
+               "\n**************S_Decoder_LogicScreen_Item nID:3 nOffetX:-1 nOffetY:-2 nWidth:1920 "
+               "nHeight:1080\n",
+               "canvas window list \n", window, "sub window list \n", subWindow}));
     const auto texts = Dumped<S_MTvw_Screen>(ScreenHead(1, 1) + ScreenWindow(4) + ScreenWindow(5));
     const std::string corners = " SX1=0.500000 SY1:1.500000 SX2:2.500000 SY2:3.500000 ";
     EXPECT_EQ(texts,
@@ -174,8 +183,8 @@ TEST_F(Records, ABadItemEndsTheListAndTheItemsBeforeItStay)
     ASSERT_EQ(create._listCanvas.size(), 1u);
     EXPECT_EQ(create._listCanvas.front()->_nID, 1u);
 
-    S_MTvw_Canvas_Item_V2 canvas; // logic screens are not understood
-    EXPECT_FALSE(Decode(canvas, CanvasHead(1, 1) + Window(1, 0)));
+    S_MTvw_Canvas_Item_V2 canvas;
+    EXPECT_FALSE(Decode(canvas, CanvasHead(1, 2) + LogicScreen(3)));
     EXPECT_TRUE(canvas._logicScreenList.empty());
     EXPECT_EQ(canvas._nRow, 9);
 

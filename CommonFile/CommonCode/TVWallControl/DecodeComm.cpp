@@ -31,4 +31,11 @@ void S_Roar_CanvasWindow_Item::Dump() const
         _nID, _nPositionX, _nPositionY, _nWidth, _nHeight);
 }
 
+void S_Decoder_LogicScreen_Item_V2::Dump() const
+{
+    DumpText(SITE,
+             "\n**************S_Decoder_LogicScreen_Item nID:%u nOffetX:%d nOffetY:%d nWidth:%d nHeight:%d\n",
+             _nID, _nOffetX, _nOffetY, _nWidth, _nHeight);
+}
+
 } // namespace ORVA2_DECODER_TVW

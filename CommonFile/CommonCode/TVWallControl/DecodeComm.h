@@ -81,15 +81,22 @@ struct S_Roar_CanvasWindow_Item : CTvwRecord<S_Roar_CanvasWindow_Item> {
 };
 using ROARCANVASLIST = std::list<std::shared_ptr<S_Roar_CanvasWindow_Item>>;
 
-// A logic screen, which no command to this decoder carries: its bytes are not understood here, so a record
-// that announces one is refused when the first is met.
-struct S_Decoder_LogicScreen_Item_V2 {
-    bool SetData(const char* /*pData*/, unsigned int /*nLen*/) { return false; }
-    unsigned int GetData(char*& /*pData*/) const { return 0; }
-    unsigned int GetLength() const { return 0; }
-    void Dump() const {}
-    void VerifyData() {}
-    void ClearData() {}
+// A logic screen of a canvas: a part of its grid that shows one picture. No command to this decoder carries
+// one.
+struct S_Decoder_LogicScreen_Item_V2 : CTvwRecord<S_Decoder_LogicScreen_Item_V2> {
+    tuint32 _nID = 0;
+    tint16 _nOffetX = 0; // on the canvas
+    tint16 _nOffetY = 0;
+    tuint16 _nWidth = 0;
+    tuint16 _nHeight = 0;
+
+    static constexpr RecordSite SITE{"DecodeComm", 150};
+    template <class Self, class Visitor>
+    static void Fields(Self& self, Visitor& visitor)
+    {
+        visitor.Plain(self._nID, self._nOffetX, self._nOffetY, self._nWidth, self._nHeight);
+    }
+    void Dump() const;
 };
 using LOGICSCREENLIST_V2 = std::list<std::shared_ptr<S_Decoder_LogicScreen_Item_V2>>;
 
