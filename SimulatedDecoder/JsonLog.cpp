@@ -2,14 +2,10 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cerrno>
 #include <chrono>
-#include <stdexcept>
-#include <system_error>
 
 #include <nlohmann/json.hpp>
 #include <spdlog/fmt/chrono.h>
-#include <spdlog/spdlog.h>
 
 #include "Crypto.h"
 
@@ -61,21 +57,10 @@ std::string WithoutPlainAccounts(std::string_view request)
 
 } // namespace
 
-JsonLog::JsonLog(const std::string& path)
-{
-    if (path.empty()) {
-        return;
-    }
-    m_file.open(path, std::ios::binary | std::ios::trunc);
-    if (!m_file) {
-        throw std::runtime_error("cannot write " + path + ": " + std::generic_category().message(errno));
-    }
-}
-
 void JsonLog::Write(int connection, const RequestContext& context, std::string_view text,
                     std::optional<ErrorCode> answered)
 {
-    if (!m_file.is_open()) {
+    if (!m_file.IsOpen()) {
         return;
     }
     nlohmann::ordered_json line{{"time", Now()},
@@ -91,11 +76,7 @@ void JsonLog::Write(int connection, const RequestContext& context, std::string_v
     if (answered) {
         line["errorcode"] = static_cast<std::uint32_t>(*answered);
     }
-    m_file << line.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << std::endl;
-    if (!m_file) {
-        spdlog::error("cannot write the log of the requests any more");
-        m_file.close();
-    }
+    m_file.Write(line.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + '\n');
 }
 
 } // namespace simulated_decoder

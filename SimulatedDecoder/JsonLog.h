@@ -1,11 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <fstream>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "AppendedFile.h"
 #include "ErrorCode.h"
 #include "RequestHandlers.h"
 
@@ -21,13 +21,13 @@ namespace simulated_decoder {
 class JsonLog {
 public:
     // Starts the file anew; std::runtime_error when that cannot be done. Without a path nothing is logged.
-    explicit JsonLog(const std::string& path);
+    explicit JsonLog(const std::string& path) : m_file(path) {}
 
     void Write(int connection, const RequestContext& context, std::string_view text,
                std::optional<ErrorCode> answered);
 
 private:
-    std::ofstream m_file;
+    AppendedFile m_file;
 };
 
 } // namespace simulated_decoder

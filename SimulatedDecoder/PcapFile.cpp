@@ -1,11 +1,6 @@
 #include "PcapFile.h"
 
-#include <cerrno>
 #include <chrono>
-#include <stdexcept>
-#include <system_error>
-
-#include <spdlog/spdlog.h>
 
 namespace simulated_decoder {
 
@@ -17,6 +12,18 @@ constexpr std::uint32_t kMagicMicroseconds = 0xA1B2C3D4;
 constexpr std::uint32_t kLongestPacket = 262144; // more than any that can come
 constexpr std::uint32_t kEthernet = 1;
 
+std::string FileHead()
+{
+    std::string head;
+    AppendNumber(head, kMagicMicroseconds, 4);
+    AppendNumber(head, 2, 2); // version 2.4
+    AppendNumber(head, 4, 2);
+    AppendNumber(head, 0, 8); // times are UTC, of unknown accuracy
+    AppendNumber(head, kLongestPacket, 4);
+    AppendNumber(head, kEthernet, 4);
+    return head;
+}
+
 } // namespace
 
 void AppendNumber(std::string& bytes, std::uint64_t number, std::size_t size)
@@ -27,23 +34,7 @@ void AppendNumber(std::string& bytes, std::uint64_t number, std::size_t size)
     }
 }
 
-PcapFile::PcapFile(const std::string& path)
-{
-    if (path.empty()) {
-        return;
-    }
-    std::string head;
-    AppendNumber(head, kMagicMicroseconds, 4);
-    AppendNumber(head, 2, 2); // version 2.4
-    AppendNumber(head, 4, 2);
-    AppendNumber(head, 0, 8); // times are UTC, of unknown accuracy
-    AppendNumber(head, kLongestPacket, 4);
-    AppendNumber(head, kEthernet, 4);
-    m_file.open(path, std::ios::binary | std::ios::trunc);
-    if (!(m_file << head << std::flush)) {
-        throw std::runtime_error("cannot write " + path + ": " + std::generic_category().message(errno));
-    }
-}
+PcapFile::PcapFile(const std::string& path) : m_file(path, FileHead()) {}
 
 void PcapFile::Write(std::string_view packet)
 {
@@ -58,10 +49,7 @@ void PcapFile::Write(std::string_view packet)
     AppendNumber(record, packet.size(), 4); // bytes in the file
     AppendNumber(record, packet.size(), 4); // bytes that the packet had
     record += packet;
-    if (!(m_file << record << std::flush)) {
-        spdlog::error("cannot write the capture any more");
-        m_file.close();
-    }
+    m_file.Write(record);
 }
 
 } // namespace simulated_decoder

@@ -2,9 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
 #include <string>
 #include <string_view>
+
+#include "AppendedFile.h"
 
 namespace simulated_decoder {
 
@@ -20,13 +21,13 @@ public:
     explicit PcapFile(const std::string& path);
 
     // False without a path, and once the file cannot be written any more.
-    bool IsOpen() const { return m_file.is_open(); }
+    bool IsOpen() const { return m_file.IsOpen(); }
 
     // Adds a packet (the Ethernet header and what follows it) with the present time.
     void Write(std::string_view packet);
 
 private:
-    std::ofstream m_file;
+    AppendedFile m_file;
 };
 
 } // namespace simulated_decoder

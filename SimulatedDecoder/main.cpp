@@ -5,6 +5,9 @@
 #include <stdexcept>
 #include <variant>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <asio/io_context.hpp>
 #include <asio/signal_set.hpp>
 #include <spdlog/cfg/env.h>
@@ -19,6 +22,18 @@
 #include "Server.h"
 
 namespace {
+
+// A standard stream that the caller has closed would be the first file that is opened here.
+void OpenStandardStreams()
+{
+    while (true) {
+        const int descriptor = ::open("/dev/null", O_RDWR);
+        if (descriptor < 0 || descriptor > STDERR_FILENO) {
+            (void)::close(descriptor);
+            return;
+        }
+    }
+}
 
 using namespace simulated_decoder;
 
@@ -85,6 +100,7 @@ int Run(const Options& options)
 
 int main(int argc, char** argv)
 {
+    OpenStandardStreams();
     (void)std::signal(SIGPIPE, SIG_IGN);
     SetUpLog();
     const auto options = ParseOptions(argc, argv);
