@@ -75,7 +75,7 @@ constexpr SRow s_rows[] = {
      PLACE_COMMAND_LINE | PLACE_SHELL},
     {"", "shell", "take commands from the terminal, with history and completion", "shell",
      SetUpKind<EKind::Shell>, PLACE_COMMAND_LINE},
-    {"", "raw", "queue any host command with any payload", "raw 0x50001 --option 0x60011", SetUpRaw},
+    {"", "raw", "queue any host command with any payload", "raw 0x50006", SetUpRaw},
     {"", "connect", "connect and log in anew", "connect", SetUpKind<EKind::Connect>, PLACE_SHELL},
     {"", "disconnect", "end the connection; the next command opens another", "disconnect",
      SetUpKind<EKind::Disconnect>, PLACE_SHELL},

@@ -96,7 +96,10 @@ std::string CCredentials::Prompt() const
     terminal.Print("Password for " + User() + ": ");
     CLineInput input(terminal.Descriptor());
     std::string strLine;
-    while (!input.Take(strLine) && !input.AtEnd()) {
+    while (!input.Take(strLine)) {
+        if (input.AtEnd()) {
+            throw CUsageError("no password was given");
+        }
         const bool bInput = m_events.Wait(CHostEvents::Clock::time_point::max(), input.Descriptor()).bInput;
         if (m_events.Interrupted() != 0) {
             throw CExitError(EXIT_SIGNAL_BASE + m_events.Interrupted(), "interrupted");

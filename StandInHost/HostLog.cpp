@@ -1,5 +1,6 @@
 #include "HostLog.h"
 
+#include <fstream>
 #include <memory>
 
 #include <spdlog/sinks/base_sink.h>
@@ -71,6 +72,9 @@ void OpenLog(ELogLevel level, const std::string& strFile)
 {
     spdlog::sink_ptr sink = std::make_shared<CErrorLinesSink>();
     if (!strFile.empty()) {
+        if (!std::ofstream(strFile, std::ios::app)) { // the library would make missing folders
+            throw CUsageError("cannot write the log file " + strFile);
+        }
         try {
             sink = std::make_shared<spdlog::sinks::basic_file_sink_mt>(strFile);
         } catch (const spdlog::spdlog_ex&) {

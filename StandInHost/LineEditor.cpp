@@ -91,7 +91,7 @@ CLineEditor::EResult CLineEditor::Read(std::string& strLine)
     m_bCancelled = false;
     m_decoding = {};
     const CErrorLinesHold hold(m_events);
-    el_resize(m_pEditor.get()); // the window may have another size by now
+    el_resize(m_pEditor.get());               // the window may have another size by now
     el_set(m_pEditor.get(), EL_PREP_TERM, 1); // else keys in the moment behind the prompt miss the editor
     int nLength = 0;
     const char* szLine = el_gets(m_pEditor.get(), &nLength);

@@ -196,9 +196,10 @@ CSession::ENext CSession::Watch(const SConsoleCommand& command)
     };
     PrintNotifications();
     while (!bEnough()) {
-        if (m_events.Interrupted() != 0) {
+        if (m_events.Interrupted() == SIGINT) {
             return ENext::End;
         }
+        CheckInterrupted();
         CheckLost();
         m_events.Wait(s_forever);
         PrintNotifications();

@@ -4,6 +4,9 @@
 #include <memory>
 #include <string>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include "Command.h"
 #include "Credentials.h"
 #include "ExitStatus.h"
@@ -17,6 +20,18 @@
 #include "Shell.h"
 
 namespace {
+
+// A standard stream that the caller has closed would be the first file that is opened here.
+void OpenStandardStreams()
+{
+    while (true) {
+        const int nDescriptor = ::open("/dev/null", O_RDWR);
+        if (nDescriptor < 0 || nDescriptor > STDERR_FILENO) {
+            (void)::close(nDescriptor);
+            return;
+        }
+    }
+}
 
 using namespace standin_host;
 
@@ -82,7 +97,8 @@ int RunToStatus(int argc, const char* const* argv)
 int main(int argc, char** argv)
 {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): there is no other thread yet
-    (void)std::setlocale(LC_CTYPE, "");  // what is a character on the terminal
+    (void)std::setlocale(LC_CTYPE, ""); // what is a character on the terminal
+    OpenStandardStreams();
     (void)std::signal(SIGPIPE, SIG_IGN); // a closed pipe shows as a failed write
     const int nStatus = RunToStatus(argc, argv);
     CheckBalances();

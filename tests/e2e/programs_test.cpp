@@ -273,6 +273,11 @@ TEST_F(ProgramsTest, WatchPrintsNotificationsUntilItIsInterrupted)
     }
     host->Signal(SIGINT);
     EXPECT_EQ(host->Wait(), 0) << host->Err();
+
+    const auto ended = StartHost({"watch"});
+    ASSERT_NE(ended->ReadUntil("notification"), "") << ended->Err();
+    ended->Signal(SIGTERM); // not the user's way to say that it is enough
+    EXPECT_EQ(ended->Wait(), 128 + SIGTERM);
 }
 
 TEST_F(ProgramsTest, EachDecoderOfAProcessHasItsOwnWall)
