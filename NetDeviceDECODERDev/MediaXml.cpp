@@ -37,7 +37,7 @@ std::optional<std::string> ChannelId(const S_MTvw_Wall_Set_wall_Subwin_Medinfo& 
 }
 
 template <class Media>
-void AddSource(CMarkupSTL& doc, const Media& media, const tdcrypto::CRsaPubKey& key)
+void AddSource(CMarkupSTL& doc, const Media& media, const CCredentialCipher& cipher)
 {
     doc.AddElem("type", media._type);
     doc.AddElem("reqmode", media._reqmode);
@@ -46,15 +46,15 @@ void AddSource(CMarkupSTL& doc, const Media& media, const tdcrypto::CRsaPubKey& 
     if (const auto channelId = ChannelId(media)) {
         doc.AddElem("channelid", channelId->c_str());
     }
-    doc.AddElem("user", key.Encrypt(FieldText(media._user)).c_str());
-    doc.AddElem("pwd", key.Encrypt(FieldText(media._pwd)).c_str());
+    doc.AddElem("user", cipher.Encrypt(FieldText(media._user)).c_str());
+    doc.AddElem("pwd", cipher.Encrypt(FieldText(media._pwd)).c_str());
 }
 
 } // namespace
 
-void AddMediaXml(CMarkupSTL& doc, const S_MTvw_Wall_Media_info& media, const tdcrypto::CRsaPubKey& key)
+void AddMediaXml(CMarkupSTL& doc, const S_MTvw_Wall_Media_info& media, const CCredentialCipher& cipher)
 {
-    AddSource(doc, media, key);
+    AddSource(doc, media, cipher);
     doc.AddElem("begintime", media._begintime);
     doc.AddElem("endtime", media._endtime);
     doc.AddElem("streamtype", media._streamtype);
@@ -63,9 +63,9 @@ void AddMediaXml(CMarkupSTL& doc, const S_MTvw_Wall_Media_info& media, const tdc
 }
 
 void AddMediaXml(CMarkupSTL& doc, const S_MTvw_Wall_Set_wall_Subwin_Medinfo& media,
-                 const tdcrypto::CRsaPubKey& key)
+                 const CCredentialCipher& cipher)
 {
-    AddSource(doc, media, key);
+    AddSource(doc, media, cipher);
     doc.AddElem("streamtype", media._streamType);
 }
 

@@ -12,10 +12,13 @@
 #include "SocketDataObserver.h"
 
 class CCmdProcObject;
+class CCredentialCipher;
 class CDeviceReply;
 class CDeviceRequest;
 class CMarkupSTL;
 class CNetNode;
+class CVTXMLParse;
+struct S_RunningCommand;
 namespace ORVA2_CLIENT_TVW {
 struct S_MTvw_Wall_Get_ChGroup_info;
 struct S_MTvw_Wall_Layout;
@@ -64,7 +67,7 @@ public:
     // --- commands ---
 
     // Executes one host command and gives its answer; buf holds len payload bytes and is valid during the
-    // call.
+    // call. The worker may call it again from inside the answer to a command.
     void ProcOneCommand(CCmdProcObject* cmd, unsigned char* buf, unsigned int len);
 
     // --- envelope and frames, for those who compose requests ---
@@ -75,12 +78,16 @@ public:
     void AddCommomXmlStr(CMarkupSTL& doc, const std::string& url, unsigned int seq) const;
     // The part of it that needs no login: all but session and token.
     static void AddSessionlessXmlStr(CMarkupSTL& doc, const std::string& url, unsigned int seq);
-    // The next sequence number, 256 to 0xFFFFFFFD, from the counter that all sessions share.
+    // The next sequence number, 256 to 0xFFFFFFFD, from the counter that all sessions share. Any thread; no
+    // number is given out twice before all others were.
     static unsigned int GetCmdID();
+    // The number that follows another one.
+    static unsigned int CmdIDAfter(unsigned int nCmdID);
 
 private:
     friend class CSessionAccess; // tests
 
+    class CRunningScope;
     enum class E_Exchange {
         Reply,     // a reply has come and can be read
         NoReply,   // not sent, not answered in time, or stopped
@@ -110,16 +117,20 @@ private:
     static unsigned long KESTToDevXmltoBuf(const CMarkupSTL& doc, char*& buf, unsigned long& bufLen);
     // Sends one complete frame: its length, or -1.
     long SendDataToDev(CNetNode* node, const void* data, unsigned long len);
-    // Polls every 100 ms until the message with this number has come.
+    // Polls every 100 ms until the last message received has this number, or the reply with it has been
+    // handed over.
     bool WaitProc(unsigned int cmdID, unsigned int timeoutMs);
     enum class E_SendCheck { FailAtOnce, WaitAnyway };
     E_Exchange SendAndWait(const CDeviceRequest& request, E_SendCheck sendCheck);
     // SendAndWait with the failure answers that most commands share; false when the command is answered.
     bool Exchange(CCmdProcObject* cmd, const CDeviceRequest& request);
-    // The reply to the last exchange; valid until the next one.
+    // The reply to the running command's last exchange; valid until its next one.
     std::string_view ReplyText() const;
     // The same, opened for reading; one parse serves all who ask.
     const CDeviceReply& Reply();
+
+    // Enciphers credentials of the running command under a PKCS#1 public key, until the session is stopped.
+    CCredentialCipher Cipher(const std::string& pubKeyPem) const;
 
     // --- dispatch ---
 
@@ -136,8 +147,8 @@ private:
     void ReplyResult(CCmdProcObject* cmd, char* extra, unsigned int extraLen, unsigned int optType);
     void ReplyBuffer(CCmdProcObject* cmd, const char* data, unsigned long len);
     static void SendFailure(CCmdProcObject* cmd, unsigned int code);
-    // True for the first answer of the running command.
-    bool TakeAnswer();
+    // True for the first answer to this command.
+    bool TakeAnswer(const CCmdProcObject* cmd);
 
     // --- handlers, one for each row of the table; they share the rest, family by family ---
 
@@ -157,9 +168,12 @@ private:
 
     // True when the decoder has accepted; when it has refused, the command is answered.
     bool ExchangeLayout(CCmdProcObject* cmd, const CDeviceRequest& request);
-    // Fills the layout from a reply, given as its text and opened; its count stays as it is.
+    // Fills the layout from a reply; its count stays as it is.
+    static void GetWallLayoutMessage(ORVA2_CLIENT_TVW::S_MTvw_Wall_Layout& layout, const char* text,
+                                     unsigned int len);
+    // The same with the reply opened.
     static void GetWallLayoutMessage(ORVA2_CLIENT_TVW::S_MTvw_Wall_Layout& layout, std::string_view text,
-                                     const CDeviceReply& reply);
+                                     const CVTXMLParse& xml);
 
     // --- canvas windows ---
 
@@ -188,6 +202,9 @@ private:
     // Appends the groups of a reply to the record's list; its count stays as it is.
     static void GetChGroupInfoXml(ORVA2_CLIENT_TVW::S_MTvw_Wall_Get_ChGroup_info& info, const char* text,
                                   unsigned int len);
+    // The same with the reply opened.
+    static void GetChGroupInfoXml(ORVA2_CLIENT_TVW::S_MTvw_Wall_Get_ChGroup_info& info,
+                                  const CVTXMLParse& xml);
 
     CNetNode* m_pCurNetNode = nullptr; // owned by the host
     char* m_pTmpBuffer = nullptr;      // the last request's frame; owned
@@ -213,7 +230,5 @@ private:
     bool m_sendOptin = false;      // between the start of "dooption" and the start of "dologin"
 
     CReplyHandOver m_replyHandOver;
-    std::unique_ptr<S_DeviceReply> m_pReply;    // of the running command's last exchange; worker only
-    std::unique_ptr<CDeviceReply> m_pOpenReply; // likewise, once somebody has asked for it
-    bool m_bAnswered = false;                   // the running command has its answer; worker only
+    S_RunningCommand* m_pRunning = nullptr; // the innermost one; null while none runs
 };

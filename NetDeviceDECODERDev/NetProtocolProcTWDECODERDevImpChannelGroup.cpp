@@ -82,7 +82,7 @@ void CNetProtocolProcTWDECODERDevImp::GetChannelGroup(CCmdProcObject* cmd, char*
         return;
     }
     S_MTvw_Wall_Get_ChGroup_info answer;
-    GetChGroupInfoXml(answer, ReplyText().data(), static_cast<unsigned int>(ReplyText().size()));
+    GetChGroupInfoXml(answer, Reply().Xml());
     answer._numchgroup = static_cast<tuint32>(answer.getChGroupList.size());
     std::string bytes = answer.Encode();
     ReplyResult(cmd, bytes.data(), static_cast<unsigned int>(bytes.size()),
@@ -92,7 +92,12 @@ void CNetProtocolProcTWDECODERDevImp::GetChannelGroup(CCmdProcObject* cmd, char*
 void CNetProtocolProcTWDECODERDevImp::GetChGroupInfoXml(S_MTvw_Wall_Get_ChGroup_info& info, const char* text,
                                                         unsigned int len)
 {
-    const CVTXMLParse xml(text, len);
+    GetChGroupInfoXml(info, CVTXMLParse(text, len));
+}
+
+void CNetProtocolProcTWDECODERDevImp::GetChGroupInfoXml(S_MTvw_Wall_Get_ChGroup_info& info,
+                                                        const CVTXMLParse& xml)
+{
     for (auto item = xml.GetFirstItem("td_command/td_body/channelgrouplist/item"); item != nullptr;
          item = xml.GetNextSiblingItem(item, "item")) {
         auto group = std::make_shared<S_MTvw_Wall_Channel_Group_Info>();

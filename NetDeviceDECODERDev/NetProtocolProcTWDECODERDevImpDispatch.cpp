@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <utility>
 
 #include "AtomicAccess.h"
 #include "CmdProcObject.h"
 #include "DeviceReply.h"
 #include "NetProtocolProcTWDECODERDevImp.h"
+#include "RunningCommand.h"
 #include "SessionLog.h"
 
 using namespace ORVA_NET_PROTOCOL;
@@ -33,10 +35,41 @@ const CNetProtocolProcTWDECODERDevImp::S_OptionRow CNetProtocolProcTWDECODERDevI
 #undef TVWALL_OPTION_ROW
 #undef TVWALL_COMMAND_ROW
 
+// Makes a command the running one, and the one around it again in the end.
+class CNetProtocolProcTWDECODERDevImp::CRunningScope {
+public:
+    CRunningScope(CNetProtocolProcTWDECODERDevImp& session, CCmdProcObject* cmd, S_RunningCommand* pOuter)
+        : m_session(session), m_command{cmd, pOuter}
+    {
+        AtomicStore(m_session.m_pRunning, &m_command);
+        if (pOuter == nullptr) {
+            m_session.m_replyHandOver.Open();
+        }
+    }
+    ~CRunningScope()
+    {
+        if (m_command.pOuter == nullptr) {
+            m_session.m_replyHandOver.Close();
+        }
+        AtomicStore(m_session.m_pRunning, m_command.pOuter);
+    }
+    CRunningScope(const CRunningScope&) = delete;
+    CRunningScope& operator=(const CRunningScope&) = delete;
+
+private:
+    CNetProtocolProcTWDECODERDevImp& m_session;
+    S_RunningCommand m_command;
+};
+
 void CNetProtocolProcTWDECODERDevImp::ProcOneCommand(CCmdProcObject* cmd, unsigned char* buf,
                                                      unsigned int len)
 {
-    CMySingleEvent running(m_ExportEvent);
+    // The outermost command keeps the event unsignalled, so that Stop waits for all of them.
+    S_RunningCommand* const pOuter = AtomicLoad(m_pRunning);
+    std::optional<CMySingleEvent> running;
+    if (pOuter == nullptr) {
+        running.emplace(m_ExportEvent);
+    }
     AtomicStore(m_recvCmdID, -1);
     if (m_ExportFlag == 0) {
         // Stop drains the queue on its own thread while the worker may still take a command: nothing of the
@@ -44,15 +77,13 @@ void CNetProtocolProcTWDECODERDevImp::ProcOneCommand(CCmdProcObject* cmd, unsign
         SendFailure(cmd, KEST_RESULT_NOT_READY);
         return;
     }
-    m_bAnswered = false;
+    const CRunningScope scope(*this, cmd, pOuter);
     try {
         RunCommand(cmd, reinterpret_cast<char*>(buf), len);
     } catch (const std::exception&) { // no memory, or a reply without measure; the answer needs none
         m_replyHandOver.ExpectNone();
         DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
     }
-    m_pOpenReply.reset(); // a reply may be large, and the next command may be far
-    m_pReply.reset();
 }
 
 void CNetProtocolProcTWDECODERDevImp::RunCommand(CCmdProcObject* cmd, char* data, unsigned int len)
@@ -108,7 +139,14 @@ void CNetProtocolProcTWDECODERDevImp::RunOption(CCmdProcObject* cmd, char* data,
     }
 }
 
-bool CNetProtocolProcTWDECODERDevImp::TakeAnswer() { return !std::exchange(m_bAnswered, true); }
+bool CNetProtocolProcTWDECODERDevImp::TakeAnswer(const CCmdProcObject* cmd)
+{
+    S_RunningCommand* pRunning = AtomicLoad(m_pRunning);
+    while (pRunning != nullptr && pRunning->pCommand != cmd) {
+        pRunning = pRunning->pOuter;
+    }
+    return pRunning == nullptr || !std::exchange(pRunning->bAnswered, true);
+}
 
 void CNetProtocolProcTWDECODERDevImp::SendFailure(CCmdProcObject* cmd, unsigned int code)
 {
@@ -122,14 +160,14 @@ void CNetProtocolProcTWDECODERDevImp::SendFailure(CCmdProcObject* cmd, unsigned 
 
 void CNetProtocolProcTWDECODERDevImp::DevToKSETFailReturn(CCmdProcObject* cmd, const unsigned int& code)
 {
-    if (TakeAnswer()) {
+    if (TakeAnswer(cmd)) {
         SendFailure(cmd, code);
     }
 }
 
 void CNetProtocolProcTWDECODERDevImp::ReplyBuffer(CCmdProcObject* cmd, const char* data, unsigned long len)
 {
-    if (TakeAnswer() && cmd->HasReply()) {
+    if (TakeAnswer(cmd) && cmd->HasReply()) {
         cmd->ReplyBuffer(data, len);
     }
 }

@@ -1,16 +1,19 @@
 // One request and its reply: envelope, frame, sending, waiting. Runs on the worker thread.
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <new>
 
 #include "AtomicAccess.h"
+#include "CredentialCipher.h"
 #include "DeviceReply.h"
 #include "DeviceRequest.h"
 #include "HostFunctions.h"
 #include "NetNode.h"
 #include "NetProtocolProcTWDECODERDevImp.h"
 #include "PFHelper.h"
+#include "RunningCommand.h"
 #include "SessionLog.h"
 
 namespace {
@@ -22,20 +25,21 @@ constexpr unsigned int SEND_RETRY_INTERVAL_MS = 1;
 constexpr unsigned int FIRST_CMD_ID = 256;
 constexpr unsigned int LAST_CMD_ID = 0xFFFFFFFD;
 
-// Shared by all sessions of the process and not locked: two sessions may get the same number, which does no
-// harm on two connections.
-unsigned int g_nCmdID = FIRST_CMD_ID;
+std::atomic<unsigned int> g_nCmdID{FIRST_CMD_ID}; // shared by all sessions of the process
 
 } // namespace
 
 unsigned int CNetProtocolProcTWDECODERDevImp::GetCmdID()
 {
-    unsigned int nCmdID = AtomicLoadRelaxed(g_nCmdID) + 1;
-    if (nCmdID > LAST_CMD_ID) {
-        nCmdID = FIRST_CMD_ID;
+    unsigned int nLast = g_nCmdID.load(std::memory_order_relaxed);
+    while (!g_nCmdID.compare_exchange_weak(nLast, CmdIDAfter(nLast), std::memory_order_relaxed)) {
     }
-    AtomicStoreRelaxed(g_nCmdID, nCmdID);
-    return nCmdID;
+    return CmdIDAfter(nLast);
+}
+
+unsigned int CNetProtocolProcTWDECODERDevImp::CmdIDAfter(unsigned int nCmdID)
+{
+    return nCmdID < LAST_CMD_ID ? nCmdID + 1 : FIRST_CMD_ID;
 }
 
 void CNetProtocolProcTWDECODERDevImp::AddRequestXmfHeader(CMarkupSTL& doc)
@@ -133,7 +137,8 @@ bool CNetProtocolProcTWDECODERDevImp::WaitProc(unsigned int cmdID, unsigned int 
         if (AtomicLoad(m_RunFlag) == 0) {
             return false;
         }
-        if (AtomicLoad(m_recvCmdID) == static_cast<int>(cmdID)) {
+        const int nSeq = static_cast<int>(cmdID);
+        if (AtomicLoad(m_recvCmdID) == nSeq || m_replyHandOver.HasReply(nSeq)) {
             return true;
         }
     }
@@ -147,15 +152,19 @@ bool CNetProtocolProcTWDECODERDevImp::WaitProc(unsigned int cmdID, unsigned int 
 CNetProtocolProcTWDECODERDevImp::E_Exchange
 CNetProtocolProcTWDECODERDevImp::SendAndWait(const CDeviceRequest& request, E_SendCheck sendCheck)
 {
-    m_pReply.reset();
-    m_pOpenReply.reset();
+    S_RunningCommand& running = *AtomicLoad(m_pRunning);
+    running.pReply.reset();
+    running.pOpenReply.reset();
+    if (running.bGivenUp) {
+        return E_Exchange::NoReply;
+    }
     const unsigned long nFrameLen = KESTToDevXmltoBuf(request.Doc(), m_pTmpBuffer, m_TmpbufferLen);
     m_replyHandOver.Expect(static_cast<int>(request.Seq()));
     const bool bSent = SendDataToDev(AtomicLoad(m_pCurNetNode), m_pTmpBuffer, nFrameLen) >= 0;
     const bool bCame =
         (bSent || sendCheck == E_SendCheck::WaitAnyway) && WaitProc(request.Seq(), REPLY_TIMEOUT_MS);
     if (bCame) {
-        m_pReply = m_replyHandOver.Take();
+        running.pReply = m_replyHandOver.Take();
     }
     m_replyHandOver.ExpectNone();
     if (!bCame) {
@@ -179,18 +188,22 @@ bool CNetProtocolProcTWDECODERDevImp::Exchange(CCmdProcObject* cmd, const CDevic
     return false;
 }
 
+CCredentialCipher CNetProtocolProcTWDECODERDevImp::Cipher(const std::string& pubKeyPem) const
+{
+    return {pubKeyPem, m_RunFlag, AtomicLoad(m_pRunning)->bGivenUp};
+}
+
 std::string_view CNetProtocolProcTWDECODERDevImp::ReplyText() const
 {
-    if (m_pReply) {
-        return m_pReply->strText;
-    }
-    return {m_pBufferReply, AtomicLoad(m_BufReplayValidLen)};
+    const auto& pReply = AtomicLoad(m_pRunning)->pReply;
+    return pReply ? std::string_view(pReply->strText) : std::string_view();
 }
 
 const CDeviceReply& CNetProtocolProcTWDECODERDevImp::Reply()
 {
-    if (!m_pOpenReply) {
-        m_pOpenReply = std::make_unique<CDeviceReply>(ReplyText());
+    auto& pOpenReply = AtomicLoad(m_pRunning)->pOpenReply;
+    if (!pOpenReply) {
+        pOpenReply = std::make_unique<CDeviceReply>(ReplyText());
     }
-    return *m_pOpenReply;
+    return *pOpenReply;
 }

@@ -76,18 +76,23 @@ void CNetProtocolProcTWDECODERDevImp::GetWallLayout(CCmdProcObject* cmd, char* /
         return;
     }
     S_MTvw_Wall_Layout answer;
-    GetWallLayoutMessage(answer, ReplyText(), Reply());
+    GetWallLayoutMessage(answer, ReplyText(), Reply().Xml());
     answer._numchannel = static_cast<tuint32>(answer._channelList.size());
     const std::string bytes = answer.Encode();
     ReplyBuffer(cmd, bytes.data(), bytes.size());
 }
 
+void CNetProtocolProcTWDECODERDevImp::GetWallLayoutMessage(S_MTvw_Wall_Layout& layout, const char* text,
+                                                           unsigned int len)
+{
+    GetWallLayoutMessage(layout, {text, len}, CVTXMLParse(text, len));
+}
+
 void CNetProtocolProcTWDECODERDevImp::GetWallLayoutMessage(S_MTvw_Wall_Layout& layout, std::string_view text,
-                                                           const CDeviceReply& reply)
+                                                           const CVTXMLParse& xml)
 {
     session_log::Debug(session_log::NO_LINE, "the xmlDoc:\n %.*s\n",
                        static_cast<int>(std::min(text.size(), MAX_LOGGED)), text.data());
-    const CVTXMLParse& xml = reply.Xml();
     layout.rowCol._row = xml.GetValueDWORD("td_command/td_body/row");
     layout.rowCol._col = xml.GetValueDWORD("td_command/td_body/col");
     // A wall without screens is answered with one empty screen: the host expects it so.

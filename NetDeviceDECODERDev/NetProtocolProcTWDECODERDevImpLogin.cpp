@@ -8,6 +8,7 @@
 
 #include "AtomicAccess.h"
 #include "CmdXmlFormat.h"
+#include "CredentialCipher.h"
 #include "DeviceReply.h"
 #include "DeviceRequest.h"
 #include "NetNode.h"
@@ -85,7 +86,7 @@ void CNetProtocolProcTWDECODERDevImp::ProcDoOptionCmd(CCmdProcObject* cmd, char*
     if (SendAndWait(request, E_SendCheck::WaitAnyway) != E_Exchange::Reply) {
         return;
     }
-    CDeviceReply reply(ReplyText());
+    const CDeviceReply& reply = Reply();
     reply.ReadIfThere("td_command/td_body/pubkey1", m_replyMessage.s_pubkey1);
     reply.ReadIfThere("td_command/td_body/pubkey2", m_replyMessage.s_pubkey2);
     reply.ReadIfThere("td_command/td_header/session", m_replyMessage.s_sessionId);
@@ -104,15 +105,15 @@ void CNetProtocolProcTWDECODERDevImp::ProcLoginCmd(CCmdProcObject* cmd, char* da
     m_sendOptin = false;
     const CLoginRecord record(data, len);
     CDeviceRequest request(*this, HTTP_CMDX_LOGIN);
-    const std::string authentication =
-        tdcrypto::RsaPubEncrypt(record.PasswordDigest(), m_replyMessage.s_pubkey1);
-    const std::string account = tdcrypto::RsaPubEncrypt(record.UserName(), m_replyMessage.s_pubkey1);
+    const CCredentialCipher cipher = Cipher(m_replyMessage.s_pubkey1);
+    const std::string authentication = cipher.Encrypt(record.PasswordDigest());
+    const std::string account = cipher.Encrypt(record.UserName());
     request.Header().AddElem("account", account.c_str());
     request.Header().AddElem("authentication", authentication.c_str());
     if (SendAndWait(request, E_SendCheck::WaitAnyway) != E_Exchange::Reply) {
         return;
     }
-    CDeviceReply reply(ReplyText());
+    const CDeviceReply& reply = Reply();
     reply.ReadIfThere("td_command/td_header/token", m_replyMessage.s_token);
     ReplyLogin(cmd, reply.ErrorCode());
 }
@@ -142,7 +143,7 @@ void CNetProtocolProcTWDECODERDevImp::ProcLoginOutCmd(CCmdProcObject* cmd, char*
     if (!Exchange(cmd, request)) {
         return;
     }
-    if (CDeviceReply(ReplyText()).ErrorCode() != 0) {
+    if (Reply().ErrorCode() != 0) {
         DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
         return;
     }

@@ -31,15 +31,15 @@ void CNetProtocolProcTWDECODERDevImp::AddPlayMediaXmlStr(CMarkupSTL& xml, S_MTvw
     AddCommomXmlStr(xml, HTTP_CMDX_PLAY_MEDIA, seq);
     xml.OutOfElem();
     const CElemScope body(xml, "td_body");
-    const tdcrypto::CRsaPubKey key(m_replyMessage.s_pubkey2);
+    const CCredentialCipher cipher = Cipher(m_replyMessage.s_pubkey2);
     AddWindowList(xml, record->_mediaWind, &S_MTvw_Wall_Media_Wind::_subWind,
-                  [&xml, &key](const auto& subWindow) {
+                  [&xml, &cipher](const auto& subWindow) {
                       xml.AddElem("index", subWindow._index);
                       // One element for all streams of the sub-window, group after group: the decoder
                       // expects it so.
                       const CElemScope mediaInfo(xml, "mediainfo");
                       for (const auto& media : subWindow._mediaInfo) {
-                          AddMediaXml(xml, *media, key);
+                          AddMediaXml(xml, *media, cipher);
                       }
                   });
 }

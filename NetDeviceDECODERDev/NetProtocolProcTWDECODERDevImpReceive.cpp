@@ -13,6 +13,18 @@
 #include "NetProtocolProcTWDECODERDevImp.h"
 #include "SessionLog.h"
 
+namespace {
+
+CReplyHandOver::E_Kind KindOf(const std::string& url)
+{
+    using namespace DECODE_XML_CMD_HEADER;
+    const bool bNotification =
+        url == HTTP_CMDX_NOTIFY_CHANNEL_CHANGE || url == HTTP_CMDX_NOTIFY_CHANNEL_STATE;
+    return bNotification ? CReplyHandOver::E_Kind::Notification : CReplyHandOver::E_Kind::Reply;
+}
+
+} // namespace
+
 unsigned int CNetProtocolProcTWDECODERDevImp::OnSocketRecvData(int /*nSocket*/, const char* data,
                                                                unsigned int len, unsigned int* needLen,
                                                                void* /*context*/)
@@ -123,7 +135,7 @@ bool CNetProtocolProcTWDECODERDevImp::GetXmlUrlFromDevData(const char* data, uns
         // Read wider than the field, so that numbers above 0x7FFFFFFF match the request's as 32 bits.
         const int nSeq = static_cast<int>(strtoll(doc.GetData().c_str(), nullptr, 10));
         // The copy comes first: where there is no memory for it, the number must not become visible either.
-        m_replyHandOver.Prepare(nSeq, data, len);
+        m_replyHandOver.Prepare(nSeq, KindOf(url), {data, len});
         AtomicStore(m_recvCmdID, nSeq);
     }
     return true;

@@ -19,7 +19,7 @@ void CNetProtocolProcTWDECODERDevImp::SetWallInfo(CCmdProcObject* cmd, char* dat
 
     CDeviceRequest request(*this, HTTP_CMDX_SET_WALL_INFO);
     CMarkupSTL& body = request.Body();
-    const tdcrypto::CRsaPubKey key(m_replyMessage.s_pubkey2);
+    const CCredentialCipher cipher = Cipher(m_replyMessage.s_pubkey2);
     const auto addWindow = [&body](const S_MTvw_Wall_Set_wall_Wind& window) {
         const S_MTvw_Wall_Set_wall_Rect& rect = window._rect;
         body.AddElem("id", window._id);
@@ -27,12 +27,12 @@ void CNetProtocolProcTWDECODERDevImp::SetWallInfo(CCmdProcObject* cmd, char* dat
         body.AddElem("layerindex", window._layerindx);
         body.AddElem("mode", window._mode);
     };
-    const auto addSubWindow = [&body, &key](const S_MTvw_Wall_Set_wall_Subwin& subWindow) {
+    const auto addSubWindow = [&body, &cipher](const S_MTvw_Wall_Set_wall_Subwin& subWindow) {
         body.AddElem("index", subWindow._index);
         body.AddElem("osdid", subWindow._osdid);
         if (HasMedia(subWindow._mediaInfo)) {
             const CElemScope mediaInfo(body, "mediainfo");
-            AddMediaXml(body, subWindow._mediaInfo, key);
+            AddMediaXml(body, subWindow._mediaInfo, cipher);
         }
     };
     AddWindowList(body, record._windList, &S_MTvw_Wall_Set_wall_Wind::_subwin, addWindow, addSubWindow);

@@ -2,49 +2,58 @@
 
 #include <utility>
 
-CReplyHandOver::~CReplyHandOver()
-{
-    TakeFrom(m_pExpected);
-    TakeFrom(m_pOther);
-}
-
-void CReplyHandOver::Put(Slot& slot, std::unique_ptr<S_DeviceReply> pReply)
-{
-    delete slot.exchange(pReply.release(), std::memory_order_acq_rel);
-}
+CReplyHandOver::~CReplyHandOver() { Close(); }
 
 std::unique_ptr<S_DeviceReply> CReplyHandOver::TakeFrom(Slot& slot)
 {
     return std::unique_ptr<S_DeviceReply>(slot.exchange(nullptr, std::memory_order_acq_rel));
 }
 
+// Both threads change the state of the slots in the same order: the worker what is awaited, then the slot;
+// the receive thread the slot, then it looks at what is awaited. So one of them sees what the other has done.
+
+void CReplyHandOver::Open() { m_nAwaited.store(NONE_AWAITED, std::memory_order_release); }
+
+void CReplyHandOver::Close()
+{
+    m_nAwaited.store(CLOSED, std::memory_order_release);
+    TakeFrom(m_pReply);
+    TakeFrom(m_pOther);
+    m_pEarly.reset();
+}
+
 void CReplyHandOver::Expect(int nSeq)
 {
-    TakeFrom(m_pExpected); // of an exchange before
-    m_nExpectedSeq.store(nSeq, std::memory_order_release);
-    // The look at the other messages comes after the store: one that is published later finds its number
-    // expected (see Publish). One with another number is kept, too: it may be the guessed reply of a later
-    // exchange.
+    ExpectNone();
+    TakeFrom(m_pReply); // of an exchange before
+    m_nArrived.store(NONE_AWAITED, std::memory_order_relaxed);
+    m_nAwaited.store(nSeq, std::memory_order_release);
+    // One with another number is kept, too: it may be the guessed reply of a later exchange.
     if (auto pOther = TakeFrom(m_pOther)) {
         m_pEarly = std::move(pOther);
     }
 }
 
+bool CReplyHandOver::HasReply(int nSeq) const { return m_nArrived.load(std::memory_order_acquire) == nSeq; }
+
 std::unique_ptr<S_DeviceReply> CReplyHandOver::Take()
 {
+    const int64_t nAwaited = m_nAwaited.load(std::memory_order_relaxed);
     const unsigned int nReceives = m_nReceives.load(std::memory_order_acquire);
-    if (nReceives % 2 == 1) {
+    if (nReceives % 2 == 1 && m_nArrived.load(std::memory_order_acquire) != nAwaited) {
         m_nReceives.wait(nReceives, std::memory_order_acquire);
     }
-    const int nExpected = m_nExpectedSeq.load(std::memory_order_relaxed);
-    auto pReply = TakeFrom(m_pExpected);
-    if (pReply && pReply->nSeq == nExpected) {
+    if (auto pReply = TakeFrom(m_pReply); pReply && pReply->nSeq == nAwaited) {
         return pReply;
     }
-    return m_pEarly && m_pEarly->nSeq == nExpected ? std::move(m_pEarly) : nullptr;
+    if (m_pEarly && m_pEarly->nSeq == nAwaited) {
+        return std::move(m_pEarly);
+    }
+    auto pOther = TakeFrom(m_pOther);
+    return pOther && pOther->nSeq == nAwaited ? std::move(pOther) : nullptr;
 }
 
-void CReplyHandOver::ExpectNone() { m_nExpectedSeq.store(NO_SEQ, std::memory_order_release); }
+void CReplyHandOver::ExpectNone() { m_nAwaited.store(NONE_AWAITED, std::memory_order_release); }
 
 CReplyHandOver::CReceiveScope::CReceiveScope(CReplyHandOver& handOver) : m_handOver(handOver)
 {
@@ -60,25 +69,48 @@ CReplyHandOver::CReceiveScope::~CReceiveScope()
     m_handOver.m_nReceives.notify_all();
 }
 
-void CReplyHandOver::Prepare(int nSeq, const char* data, unsigned long len)
+void CReplyHandOver::Prepare(int nSeq, E_Kind kind, std::string_view text)
 {
-    m_pPrepared = std::make_unique<S_DeviceReply>(S_DeviceReply{nSeq, std::string(data, len)});
+    if (!IsClosed()) {
+        m_preparedKind = kind;
+        m_pPrepared = std::make_unique<S_DeviceReply>(S_DeviceReply{nSeq, std::string(text)});
+    }
 }
 
 void CReplyHandOver::Publish()
 {
-    const int nSeq = m_pPrepared->nSeq;
-    if (nSeq != m_nExpectedSeq.load(std::memory_order_acquire)) {
-        Put(m_pOther, std::move(m_pPrepared));
-        // The worker may have begun to expect this number in between and have looked before the message was
-        // there; then the exchange in Put has made its store visible.
-        if (nSeq != m_nExpectedSeq.load(std::memory_order_acquire)) {
-            return;
-        }
-        m_pPrepared = TakeFrom(m_pOther);
-        if (!m_pPrepared) {
-            return; // the worker has it
+    if (m_preparedKind == E_Kind::Reply && IsAwaited(m_pPrepared->nSeq)) {
+        PublishReply(std::move(m_pPrepared));
+    } else {
+        PublishOther(std::move(m_pPrepared));
+    }
+}
+
+void CReplyHandOver::PublishReply(std::unique_ptr<S_DeviceReply> pReply)
+{
+    const int nSeq = pReply->nSeq;
+    S_DeviceReply* pNone = nullptr;
+    if (!m_pReply.compare_exchange_strong(pNone, pReply.get(), std::memory_order_acq_rel)) {
+        return; // the first one stays
+    }
+    pReply.release();
+    if (IsAwaited(nSeq)) {
+        m_nArrived.store(nSeq, std::memory_order_release);
+    } else {
+        TakeFrom(m_pReply); // the worker has given up meanwhile
+    }
+}
+
+void CReplyHandOver::PublishOther(std::unique_ptr<S_DeviceReply> pOther)
+{
+    const int nSeq = pOther->nSeq;
+    delete m_pOther.exchange(pOther.release(), std::memory_order_acq_rel);
+    if (IsClosed()) {
+        TakeFrom(m_pOther);
+    } else if (m_preparedKind == E_Kind::Reply &&
+               IsAwaited(nSeq)) { // awaited since; the worker may have it already
+        if (auto pReply = TakeFrom(m_pOther)) {
+            PublishReply(std::move(pReply));
         }
     }
-    Put(m_pExpected, std::move(m_pPrepared));
 }

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 // The text of one numbered message, private to whoever holds it.
 struct S_DeviceReply {
@@ -12,12 +14,14 @@ struct S_DeviceReply {
 
 // Hands the reply that the worker waits for over from the receive thread, without a lock.
 //
-// The sequence number of a message becomes visible to the waiting worker before its text is stored, and the
-// session's own reply buffer is overwritten by the next message while the worker may still read. So the
-// receive thread makes a private copy of each message that carries a number and publishes it through an
-// atomic pointer once the message is stored; a worker that has seen the number lets the receive that is under
-// way finish and takes the copy. There are two such pointers, so that no stranger's message pushes out the
-// reply that is expected; a decoder may also guess a number and answer before the question.
+// The first message with the awaited number that is no notification is the reply, and nothing that follows it
+// takes its place. The receive thread publishes a private copy once the message is stored; from then on
+// HasReply is true.
+//
+// A worker that has seen the awaited number as the last one received takes the message for the answer,
+// whatever it is: a decoder may guess the number and answer before the question, or give it to a
+// notification. For that case the last other numbered message is kept as well, while a command runs and no
+// longer. Such a number becomes visible before its message is stored; Take lets that receive finish.
 class CReplyHandOver {
 public:
     CReplyHandOver() = default;
@@ -27,41 +31,56 @@ public:
 
     // --- worker ---
 
-    // From now on the reply with this number is wanted. Call it before the request is sent.
+    // A command begins: numbered messages are kept.
+    void Open();
+    // It has ended: none is kept any more.
+    void Close();
+    // From now on the reply with this number is awaited. Call it before the request is sent.
     void Expect(int nSeq);
-    // The message with the expected number; null when none has come. Call it after its number has been seen.
+    // True once the reply with this number has come, if it came after Expect.
+    bool HasReply(int nSeq) const;
+    // The reply; without one the other message with the awaited number; null when there is neither.
     std::unique_ptr<S_DeviceReply> Take();
-    // No reply is wanted any more.
+    // No number is awaited any more.
     void ExpectNone();
 
     // --- receive thread ---
 
+    enum class E_Kind { Reply, Notification };
     // The stretch of a receive from before its number becomes visible until its text is stored.
     class CReceiveScope {
     public:
         explicit CReceiveScope(CReplyHandOver& handOver);
-        ~CReceiveScope(); // publishes the copy, if one was made
+        ~CReceiveScope(); // publishes the message, if it has a number and is wanted
         CReceiveScope(const CReceiveScope&) = delete;
         CReceiveScope& operator=(const CReceiveScope&) = delete;
 
     private:
         CReplyHandOver& m_handOver;
     };
-    // Makes the copy; call it inside the scope, before the number becomes visible. Throws std::bad_alloc.
-    void Prepare(int nSeq, const char* data, unsigned long len);
+    // Copies the message while a command runs; call it inside the scope, before the number becomes visible.
+    // Throws std::bad_alloc.
+    void Prepare(int nSeq, E_Kind kind, std::string_view text);
 
 private:
-    static constexpr int NO_SEQ = -1; // never a sequence number of a request
+    // States besides an awaited number, outside the range of all numbers.
+    static constexpr int64_t NONE_AWAITED = int64_t{1} << 32; // a command runs
+    static constexpr int64_t CLOSED = int64_t{2} << 32;       // none does
 
     using Slot = std::atomic<S_DeviceReply*>; // owns what it points to
-    static void Put(Slot& slot, std::unique_ptr<S_DeviceReply> pReply);
     static std::unique_ptr<S_DeviceReply> TakeFrom(Slot& slot);
+    bool IsClosed() const { return m_nAwaited.load(std::memory_order_acquire) == CLOSED; }
+    bool IsAwaited(int nSeq) const { return m_nAwaited.load(std::memory_order_acquire) == nSeq; }
     void Publish();
+    void PublishReply(std::unique_ptr<S_DeviceReply> pReply);
+    void PublishOther(std::unique_ptr<S_DeviceReply> pOther);
 
-    std::atomic<int> m_nExpectedSeq{NO_SEQ};
-    std::atomic<unsigned int> m_nReceives{0};   // odd while a receive scope is open
-    Slot m_pExpected{nullptr};                  // the expected reply
-    Slot m_pOther{nullptr};                     // the last other numbered message
-    std::unique_ptr<S_DeviceReply> m_pPrepared; // receive thread only
-    std::unique_ptr<S_DeviceReply> m_pEarly;    // worker only: the last one that came before it was expected
+    std::atomic<int64_t> m_nAwaited{CLOSED};
+    std::atomic<int64_t> m_nArrived{NONE_AWAITED}; // the awaited number, once m_pReply holds its reply
+    std::atomic<unsigned int> m_nReceives{0};      // odd while a receive scope is open
+    Slot m_pReply{nullptr};                        // the awaited reply
+    Slot m_pOther{nullptr};                        // the last other numbered message
+    std::unique_ptr<S_DeviceReply> m_pPrepared;    // receive thread only
+    E_Kind m_preparedKind = E_Kind::Reply;         // likewise
+    std::unique_ptr<S_DeviceReply> m_pEarly; // worker only: the last one that came before it was awaited
 };

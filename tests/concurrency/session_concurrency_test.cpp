@@ -11,6 +11,8 @@
 #include <semaphore>
 #include <thread>
 
+#include <openssl/rsa.h>
+
 #include "CommandSamples.h"
 #include "Event.h"
 #include "HostFunctions.h"
@@ -138,13 +140,13 @@ private:
     bool m_bClosed = false;
 };
 
-// A message without a number, of growing length; its error code would show in an answer that was read from
-// it.
+// Numbered as decoders do it, or not; its error code would show in an answer that was read from it.
 std::string Notification(size_t nLen)
 {
-    return Frame(
-        "<td_command><td_header><url>notifychannelstate</url><errorcode>9</errorcode></td_header><td_body>" +
-        std::string(nLen, 'n') + "</td_body></td_command>");
+    const std::string seq = nLen % 3 == 0 ? "" : "<seq>" + std::to_string(1'000'000 + nLen) + "</seq>";
+    return Frame("<td_command><td_header><url>notifychannelstate</url>" + seq +
+                 "<errorcode>9</errorcode></td_header><td_body>" + std::string(nLen, 'n') +
+                 "</td_body></td_command>");
 }
 
 class SessionConcurrencyTest : public testing::TestWithParam<bool> {
@@ -239,10 +241,33 @@ unsigned int WrappedWait(const CMyEvent* pEvent, unsigned int ms)
 
 namespace {
 
+std::function<void()> g_onEncipher; // runs before each encipherment under a public key
+
+} // namespace
+
+extern "C" int RealEncipher(int, const unsigned char*, unsigned char*, RSA*,
+                            int) __asm__("__real_RSA_public_encrypt");
+extern "C" int WrappedEncipher(int, const unsigned char*, unsigned char*, RSA*,
+                               int) __asm__("__wrap_RSA_public_encrypt");
+
+int WrappedEncipher(int nLen, const unsigned char* pFrom, unsigned char* pTo, RSA* pKey, int nPadding)
+{
+    if (g_onEncipher) {
+        g_onEncipher();
+    }
+    return RealEncipher(nLen, pFrom, pTo, pKey, nPadding);
+}
+
+namespace {
+
 class StopTest : public SessionFixture {
 protected:
     StopTest() { LogIn(); }
-    ~StopTest() override { g_onLastingWait = {}; }
+    ~StopTest() override
+    {
+        g_onLastingWait = {};
+        g_onEncipher = {};
+    }
 
     // Stops the session while the work, on a thread of its own, is inside this callback, which ends once Stop
     // waits. The check comes right after Stop. The work's result.
@@ -280,6 +305,73 @@ TEST_F(StopTest, EndsTheTriesToSendToAFullSocket)
     const auto check = [&] { EXPECT_EQ(node.sendErrors.size(), 3U); };
     EXPECT_EQ(StopInside(onRetry, clearWall, check), "failure 2000000f");
     EXPECT_EQ(nRetries, 1);
+}
+
+class StopEncipheringTest : public StopTest, public testing::WithParamInterface<const char*> {};
+
+// Under a long key each encipherment takes seconds.
+TEST_P(StopEncipheringTest, WaitsForOneAtMostAndSendsNothing)
+{
+    const CommandSample& sample = CommandSampleOf(GetParam());
+    const bool bLogin = sample.nOptType == CommandSample::NO_OPTION;
+    ReplyWith(ReplyText("dooption", "%SEQ%"));
+    std::function<void()> hold;
+    std::atomic<int> nEncipherments = 0;
+    g_onEncipher = [&] {
+        ++nEncipherments;
+        hold();
+    };
+    const auto run = [&] { return Run(sample.nCmdID, sample.Payload()); };
+    const auto check = [&] { EXPECT_EQ(nEncipherments, 1); };
+    EXPECT_EQ(StopInside(hold, run, check), sample.AnswerWithoutReply());
+    EXPECT_EQ(node.frames.size(), bLogin ? 1U : 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, StopEncipheringTest,
+                         testing::Values("PlayMedia", "SetWallInfo", "ProcDoOptionCmd"),
+                         [](const auto& handler) { return std::string(handler.param); });
+
+TEST_F(StopTest, WaitsForTheOuterOfTwoCommands)
+{
+    const CommandSample& info = CommandSampleOf("GetDecSystemInfo");
+    std::string payload = info.Payload();
+    std::function<void()> innerHasEnded;
+    const auto run = [&] {
+        FakeCommand outer(info.nCmdID);
+        outer.onAnswer = [&] {
+            ReplyWith(ReplyText("dowallclear", "%SEQ%"));
+            clearWall();
+            innerHasEnded();
+        };
+        ReplyWith(ReplyText("getsysteminfo", "%SEQ%"));
+        session.ProcOneCommand(&outer, reinterpret_cast<unsigned char*>(payload.data()),
+                               static_cast<unsigned int>(payload.size()));
+        return std::string();
+    };
+    StopInside(innerHasEnded, run, [&] { EXPECT_EQ(Element(LastRequest(), "url"), "getchannelinfo"); });
+}
+
+TEST(CmdIDTest, EachThreadsNumbersGoUpAndNoneComesTwice)
+{
+    constexpr size_t NUMBERS = 100'000;
+    std::vector<unsigned int> numbers[4];
+    std::vector<std::thread> threads;
+    for (auto& own : numbers) {
+        threads.emplace_back([&own] {
+            while (own.size() < NUMBERS) {
+                own.push_back(CNetProtocolProcTWDECODERDevImp::GetCmdID());
+            }
+        });
+    }
+    std::vector<unsigned int> all;
+    for (size_t i = 0; i < threads.size(); ++i) {
+        threads[i].join();
+        EXPECT_TRUE(std::is_sorted(numbers[i].begin(), numbers[i].end()));
+        all.insert(all.end(), numbers[i].begin(), numbers[i].end());
+    }
+    std::sort(all.begin(), all.end());
+    EXPECT_EQ(std::adjacent_find(all.begin(), all.end()), all.end());
+    EXPECT_EQ(all.back() - all.front(), all.size() - 1);
 }
 
 TEST_F(StopTest, WaitsForAReceiveUntilItsLastMessage)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -24,17 +25,20 @@ public:
         ++nAnswers;
         bFailed = true;
         record = reply;
+        onAnswer();
     }
     void ReplyBuffer(const char* pData, unsigned long nLen) override
     {
         const allocation_fault::Pause pause;
         ++nAnswers;
         buffer.assign(pData == nullptr ? "" : pData, nLen);
+        onAnswer();
     }
 
     // What was answered, in one text: "none", "failure 20000013", "buffer <hex>", or "twice".
     std::string Answer() const;
 
+    std::function<void()> onAnswer = [] {}; // runs inside the answer
     std::atomic<int> nAnswers = 0;
     bool bFailed = false;
     ORVA_NET_PROTOCOL::_kest_net_reply record{};

@@ -4,12 +4,16 @@
 
 namespace {
 
+using Kind = CReplyHandOver::E_Kind;
+
 class ReplyHandOverTest : public testing::Test {
 protected:
-    void Receive(int nSeq, const std::string& text)
+    ReplyHandOverTest() { handOver.Open(); }
+
+    void Receive(int nSeq, const std::string& text, Kind kind = Kind::Reply)
     {
         CReplyHandOver::CReceiveScope scope(handOver);
-        handOver.Prepare(nSeq, text.data(), text.size());
+        handOver.Prepare(nSeq, kind, text);
     }
     std::string Taken()
     {
@@ -20,28 +24,35 @@ protected:
     CReplyHandOver handOver;
 };
 
-TEST_F(ReplyHandOverTest, TheExpectedMessageIsTakenWhateverComesAroundIt)
+TEST_F(ReplyHandOverTest, TheFirstReplyIsTakenWhateverComesAroundIt)
 {
     Receive(6, "before");
     handOver.Expect(7);
-    EXPECT_EQ(Taken(), "nothing");
     Receive(6, "late");
+    Receive(7, "notification", Kind::Notification);
+    EXPECT_FALSE(handOver.HasReply(7));
     Receive(7, "reply");
+    EXPECT_TRUE(handOver.HasReply(7));
+    EXPECT_FALSE(handOver.HasReply(6));
+    Receive(7, "again");
+    Receive(7, "notification", Kind::Notification);
     Receive(8, "stranger");
     EXPECT_EQ(Taken(), "reply");
-    EXPECT_EQ(Taken(), "nothing");
+    handOver.Expect(8);
+    EXPECT_FALSE(handOver.HasReply(8)) << "came before it was awaited";
 }
 
-// The number may be guessed while none or another one is expected, and strangers may follow in time.
+// What the worker takes when it has seen the number, though no reply has come since it is awaited.
 TEST_F(ReplyHandOverTest, AGuessedReplyIsTakenWheneverItCame)
 {
     Receive(7, "guess");
     handOver.Expect(7);
+    EXPECT_FALSE(handOver.HasReply(7));
     Receive(9, "stranger");
     EXPECT_EQ(Taken(), "guess");
 
     Receive(7, "again");
-    Receive(8, "guessed during 7");
+    Receive(8, "guessed during 7", Kind::Notification);
     handOver.Expect(8);
     Receive(9, "stranger");
     EXPECT_EQ(Taken(), "guessed during 7");
@@ -55,13 +66,36 @@ TEST_F(ReplyHandOverTest, AGuessedReplyIsTakenWheneverItCame)
     // The receive is under way while the worker begins to expect its number.
     {
         CReplyHandOver::CReceiveScope scope(handOver);
-        handOver.Prepare(11, "crossing", 8);
+        handOver.Prepare(11, Kind::Reply, "crossing");
         handOver.Expect(11);
     }
     Receive(12, "stranger");
     EXPECT_EQ(Taken(), "crossing");
-    handOver.ExpectNone();
-    Receive(13, "left for the destructor");
+
+    handOver.Expect(13);
+    Receive(13, "notification", Kind::Notification);
+    EXPECT_FALSE(handOver.HasReply(13));
+    EXPECT_EQ(Taken(), "notification");
+}
+
+TEST_F(ReplyHandOverTest, NothingIsKeptPastTheCommandOrWithoutOne)
+{
+    handOver.Expect(7);
+    Receive(7, "reply");
+    Receive(8, "stranger");
+    {
+        CReplyHandOver::CReceiveScope scope(handOver);
+        handOver.Prepare(9, Kind::Reply, "crossing");
+        handOver.Close();
+    }
+    Receive(7, "between");
+    handOver.Open();
+    for (const int nSeq : {7, 8, 9}) {
+        handOver.Expect(nSeq);
+        EXPECT_FALSE(handOver.HasReply(nSeq));
+        EXPECT_EQ(Taken(), "nothing") << nSeq;
+    }
+    Receive(10, "left for the destructor");
 }
 
 } // namespace

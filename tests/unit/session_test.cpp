@@ -1,5 +1,6 @@
 #include "SessionFixture.h"
 
+#include "CommandSamples.h"
 #include "DeviceRequest.h"
 #include "HostFunctions.h"
 
@@ -14,6 +15,12 @@ const std::string CLEAR_WALL = Option(TVWALL_DECODE_CLEAR_WALL, "");
 class SessionTest : public SessionFixture {
 protected:
     std::string ClearWall() { return Run(KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, CLEAR_WALL); }
+    void RunSample(FakeCommand& command, const CommandSample& sample)
+    {
+        std::string payload = sample.Payload();
+        session.ProcOneCommand(&command, reinterpret_cast<unsigned char*>(payload.data()),
+                               static_cast<unsigned int>(payload.size()));
+    }
     const std::string done = "buffer " + Hex(Bytes().U32(0x60011).U16(8).U16(0).U32(0).U32(0));
 };
 
@@ -37,6 +44,43 @@ TEST_F(SessionTest, SequenceNumbersGoUpByOneAcrossSessions)
     EXPECT_GE(first, 257U);
     EXPECT_EQ(CDeviceRequest("dooption").Seq(), first + 1);
     EXPECT_EQ(CDeviceRequest(session, "dologin").Seq(), first + 2);
+    using Session = CNetProtocolProcTWDECODERDevImp;
+    EXPECT_EQ(Session::CmdIDAfter(0xFFFFFFFC), 0xFFFFFFFD);
+    EXPECT_EQ(Session::CmdIDAfter(0xFFFFFFFD), 256U);
+    EXPECT_EQ(Session::CmdIDAfter(256), 257U);
+}
+
+// A host may run a second command from inside the answer to the first one; system information goes on after
+// its answer.
+TEST_F(SessionTest, CommandsThatRunOneInsideTheOtherHaveAnAnswerEach)
+{
+    LogIn();
+    const CommandSample& info = CommandSampleOf("GetDecSystemInfo");
+    const auto RunInfo = [&](FakeCommand& command) {
+        ReplyWith(ReplyText("getsysteminfo", "%SEQ%", "0", "", info.replyBody));
+        RunSample(command, info);
+        EXPECT_EQ(command.Answer(), info.Answer());
+    };
+    FakeCommand outer(info.nCmdID);
+    FakeCommand inner(info.nCmdID);
+    std::string sent;
+    inner.onAnswer = [&] {
+        ReplyWith(ReplyText("dowallclear", "%SEQ%", "9"));
+        EXPECT_EQ(ClearWall(), "failure 20000002");
+        ReplyWith(ReplyText("getchannelinfo", "%SEQ%", "0", "", "<inner/>"));
+    };
+    outer.onAnswer = [&] {
+        RunInfo(inner);
+        ReplyWith(ReplyText("getchannelinfo", "%SEQ%", "0", "", "<outer/>"));
+    };
+    RunInfo(outer);
+    for (const std::string& frame : node.frames) {
+        sent += Element(frame, "url") + " ";
+    }
+    EXPECT_EQ(sent, "getsysteminfo getsysteminfo dowallclear getchannelinfo getchannelinfo ");
+    ASSERT_EQ(node.notifications.size(), 2U);
+    EXPECT_NE(node.notifications[0].data.find("<inner/>"), std::string::npos);
+    EXPECT_NE(node.notifications[1].data.find("<outer/>"), std::string::npos);
 }
 
 TEST_F(SessionTest, NoReplyForThreeHundredPollsIsATimeout)
@@ -60,16 +104,42 @@ TEST_F(SessionTest, RepliesWithOtherNumbersAreNotTakenForTheAnswer)
     EXPECT_EQ(nPolls, 4); // seen at the next poll
 }
 
-TEST_F(SessionTest, AnotherNumberBeforeThePollHidesTheReply)
+// What comes after the reply has its own number more often than not: decoders number their notifications.
+TEST_F(SessionTest, NoOtherMessageHidesTheReply)
 {
     LogIn();
-    onPoll = [this] {
-        if (nPolls == 1) {
-            Receive(Frame(ReplyText("dowallclear", Element(LastRequest(), "seq"))) +
-                    Frame(ReplyText("dowallclear", "1")));
-        }
+    for (const char* szUrl : {"notifychannelstate", "notifychannelchange", "dowallclear", "stranger"}) {
+        onPoll = [&] {
+            if (nPolls == 2) {
+                const std::string seq = Element(LastRequest(), "seq");
+                Receive(Frame(ReplyText("dowallclear", seq)) + Frame(ReplyText(szUrl, "1000000", "9")) +
+                        Frame(ReplyText("dowallclear", seq, "9")));
+                Receive(Frame(ReplyText(szUrl, "1000001", "9")));
+            }
+        };
+        EXPECT_EQ(ClearWall(), done) << szUrl;
+        EXPECT_EQ(nPolls, 2) << szUrl;
+    }
+}
+
+TEST_F(SessionTest, ANotificationWithTheAwaitedNumberIsTakenForTheReply)
+{
+    LogIn();
+    const auto Awaited = [this](const char* szUrl, const char* szCode) {
+        return Frame(ReplyText(szUrl, Element(LastRequest(), "seq"), szCode));
+    };
+    onPoll = [&] { Receive(Awaited("notifychannelstate", "0")); };
+    EXPECT_EQ(ClearWall(), done);
+    onPoll = [&] { Receive(Awaited("notifychannelchange", "9")); };
+    EXPECT_EQ(ClearWall(), "failure 20000002");
+    // Not where the reply itself has come, and not where another number was the last one.
+    onPoll = [&] { Receive(Awaited("dowallclear", "0") + Awaited("notifychannelchange", "9")); };
+    EXPECT_EQ(ClearWall(), done);
+    onPoll = [&] {
+        Receive(Awaited("notifychannelchange", "0") + Frame(ReplyText("notifychannelchange", "1")));
     };
     EXPECT_EQ(ClearWall(), "failure 2000000f");
+    EXPECT_EQ(nPolls, 300);
 }
 
 TEST_F(SessionTest, TheAnswerComesFromTheReplyWhateverCameAfterIt)
@@ -98,6 +168,25 @@ TEST_F(SessionTest, AReplyThatWasGuessedBeforeItsRequestIsTheOneThatCounts)
     EXPECT_EQ(ClearWall(), done);
     EXPECT_EQ(Element(LastRequest(), "seq"), next);
     EXPECT_EQ(nPolls, 1);
+}
+
+// The channels are asked for after the answer, so what comes inside it comes before that question.
+TEST_F(SessionTest, AMessageFromBeforeTheQuestionCountsOnlyAsTheLastNumber)
+{
+    LogIn();
+    for (const bool bFollowed : {false, true}) {
+        FakeCommand command(KEST_CMD_TVWALL_DECODE_GET_CONFIG);
+        command.onAnswer = [&] {
+            const std::string next = std::to_string(CNetProtocolProcTWDECODERDevImp::GetCmdID() + 1);
+            Receive(Frame(ReplyText("getchannelinfo", next)) +
+                    (bFollowed ? Frame(ReplyText("stranger", "1")) : ""));
+        };
+        ReplyWith(ReplyText("getsysteminfo", "%SEQ%"));
+        nPolls = 0;
+        RunSample(command, CommandSampleOf("GetDecSystemInfo"));
+        EXPECT_EQ(nPolls, bFollowed ? 301 : 2);
+        EXPECT_EQ(node.notifications.size(), 1U);
+    }
 }
 
 TEST_F(SessionTest, NumbersAboveTheSignedRangeAndTrailingLettersAreRead)
