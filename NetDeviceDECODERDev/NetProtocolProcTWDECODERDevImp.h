@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "AtomicAccess.h"
 #include "CommandTable.h"
 #include "Event.h"
 #include "Interlocked.h"
@@ -134,6 +135,8 @@ private:
 
     // --- dispatch ---
 
+    // The innermost running command; there is one while a handler runs.
+    S_RunningCommand& Running() const { return *AtomicLoad(m_pRunning); }
     void RunCommand(CCmdProcObject* cmd, char* data, unsigned int len);
     enum class E_OptionLog { Quiet, Logged };
     void RunOption(CCmdProcObject* cmd, char* data, unsigned int len, E_OptionLog log);

@@ -152,7 +152,7 @@ bool CNetProtocolProcTWDECODERDevImp::WaitProc(unsigned int cmdID, unsigned int 
 CNetProtocolProcTWDECODERDevImp::E_Exchange
 CNetProtocolProcTWDECODERDevImp::SendAndWait(const CDeviceRequest& request, E_SendCheck sendCheck)
 {
-    S_RunningCommand& running = *AtomicLoad(m_pRunning);
+    S_RunningCommand& running = Running();
     running.pReply.reset();
     running.pOpenReply.reset();
     if (running.bGivenUp) {
@@ -190,18 +190,18 @@ bool CNetProtocolProcTWDECODERDevImp::Exchange(CCmdProcObject* cmd, const CDevic
 
 CCredentialCipher CNetProtocolProcTWDECODERDevImp::Cipher(const std::string& pubKeyPem) const
 {
-    return {pubKeyPem, m_RunFlag, AtomicLoad(m_pRunning)->bGivenUp};
+    return {pubKeyPem, m_RunFlag, Running().bGivenUp};
 }
 
 std::string_view CNetProtocolProcTWDECODERDevImp::ReplyText() const
 {
-    const auto& pReply = AtomicLoad(m_pRunning)->pReply;
+    const auto& pReply = Running().pReply;
     return pReply ? std::string_view(pReply->strText) : std::string_view();
 }
 
 const CDeviceReply& CNetProtocolProcTWDECODERDevImp::Reply()
 {
-    auto& pOpenReply = AtomicLoad(m_pRunning)->pOpenReply;
+    auto& pOpenReply = Running().pOpenReply;
     if (!pOpenReply) {
         pOpenReply = std::make_unique<CDeviceReply>(ReplyText());
     }
