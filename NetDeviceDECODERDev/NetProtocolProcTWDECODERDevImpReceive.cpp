@@ -3,12 +3,13 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "AtomicAccess.h"
 #include "CmdProcParam.h"
 #include "CmdXmlFormat.h"
 #include "HostFunctions.h"
-#include "MarkupSTL.h"
+#include "MessageHead.h"
 #include "NetNode.h"
 #include "NetProtocolProcTWDECODERDevImp.h"
 #include "SessionLog.h"
@@ -124,16 +125,13 @@ bool CNetProtocolProcTWDECODERDevImp::GetXmlUrlFromDevData(const char* data, uns
     if (len == 0) {
         return false;
     }
-    CMarkupSTL doc(data, static_cast<unsigned int>(len));
-    if (!doc.FindElem("td_command") || !doc.IntoElem() || !doc.FindElem("td_header") || !doc.IntoElem()) {
-        return true;
+    SMessageHead head = ReadMessageHead({data, len});
+    if (head.url) {
+        url = std::move(*head.url);
     }
-    if (doc.FindElem("url")) {
-        url = doc.GetData();
-    }
-    if (doc.FindElem("seq")) {
+    if (head.seq) {
         // Read wider than the field, so that numbers above 0x7FFFFFFF match the request's as 32 bits.
-        const int nSeq = static_cast<int>(strtoll(doc.GetData().c_str(), nullptr, 10));
+        const int nSeq = static_cast<int>(strtoll(head.seq->c_str(), nullptr, 10));
         // The copy comes first: where there is no memory for it, the number must not become visible either.
         m_replyHandOver.Prepare(nSeq, KindOf(url), {data, len});
         AtomicStore(m_recvCmdID, nSeq);

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "MessageHeadScan.h"
+
+// A message that counts how often the scan looks at each of its bytes.
+class CountedText {
+public:
+    explicit CountedText(std::string_view text) : m_text(text), m_looks(text.size()) {}
+
+    size_t Size() const { return m_text.Size(); }
+    char At(size_t n)
+    {
+        ++m_looks[n];
+        return m_text.At(n);
+    }
+    size_t Find(char c, size_t nFrom, size_t nEnd)
+    {
+        const size_t nFound = m_text.Find(c, nFrom, nEnd);
+        for (size_t n = nFrom; n < std::min(nFound + 1, nEnd); ++n) {
+            ++m_looks[n];
+        }
+        return nFound;
+    }
+
+    // The most looks that any byte got.
+    unsigned int MostLooks() const
+    {
+        return m_looks.empty() ? 0 : *std::max_element(m_looks.begin(), m_looks.end());
+    }
+
+private:
+    CMessageText m_text;
+    std::vector<unsigned int> m_looks;
+};
