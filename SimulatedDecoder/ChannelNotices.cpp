@@ -1,7 +1,5 @@
 #include "ChannelNotices.h"
 
-#include <optional>
-
 #include "Message.h"
 
 namespace simulated_decoder {
@@ -28,16 +26,16 @@ void AddChannelList(tinyxml2::XMLElement& body, const InputChannels& channels)
     }
 }
 
-std::string ChannelChangeNotice(const InputChannels& channels)
+std::string ChannelChangeNotice(const InputChannels& channels, std::optional<std::uint32_t> seq)
 {
-    Message message("notify", "notifychannelchange", std::nullopt);
+    Message message("notify", "notifychannelchange", seq);
     AddChannelList(message.Body(), channels);
     return message.Text();
 }
 
-std::string ChannelStateNotice(const InputChannels& channels)
+std::string ChannelStateNotice(const InputChannels& channels, std::optional<std::uint32_t> seq)
 {
-    Message message("notify", "notifychannelstate", std::nullopt);
+    Message message("notify", "notifychannelstate", seq);
     tinyxml2::XMLElement& list = AddChild(message.Body(), "td_channelstatelist");
     for (const InputChannel& channel : channels.All()) {
         tinyxml2::XMLElement& item = AddChild(list, "item");
@@ -47,13 +45,13 @@ std::string ChannelStateNotice(const InputChannels& channels)
     return message.Text();
 }
 
-std::string MadeUpNotices::Next()
+std::string MadeUpNotices::Next(std::optional<std::uint32_t> seq)
 {
     if (!m_states) {
         m_channels = m_fixed != 0 ? m_fixed : m_channels % kMostMadeUp + 1;
     }
     const InputChannels channels = InputChannels::MadeUp(m_channels);
-    std::string text = m_states ? ChannelStateNotice(channels) : ChannelChangeNotice(channels);
+    std::string text = m_states ? ChannelStateNotice(channels, seq) : ChannelChangeNotice(channels, seq);
     m_states = !m_states;
     return text;
 }

@@ -47,8 +47,8 @@ void Connection::Start()
 void Connection::ObeyFaults()
 {
     m_replies = 0;
-    Repeat(m_beatTimer, &Faults::beatEvery, m_beatDue);
-    Repeat(m_noticeTimer, &Faults::notifyEvery, m_madeUpNoticeDue);
+    Repeat(m_beatTimer, &Faults::beatEvery, Unasked::Beat);
+    Repeat(m_noticeTimer, &Faults::notifyEvery, Unasked::MadeUpNotice);
 }
 
 HostStatus Connection::Status() const
@@ -59,9 +59,12 @@ HostStatus Connection::Status() const
 
 void Connection::Notify(const ChannelChange& change)
 {
-    m_due.list = m_due.list || change.list;
-    m_due.states = m_due.states || change.states;
-    SendDue();
+    if (change.list) {
+        SendUnasked(Unasked::ChannelList);
+    }
+    if (change.states) {
+        SendUnasked(Unasked::ChannelStates);
+    }
 }
 
 void Connection::Close(std::string_view reason)
@@ -107,7 +110,7 @@ void Connection::TakeFrames()
             TakeRequest(payload);
             break;
         case FrameReader::Result::Heartbeat:
-            Send(EncodeFrame({}));
+            SendUnasked(Unasked::Beat);
             break;
         case FrameReader::Result::NeedMore:
             Read();
@@ -157,7 +160,7 @@ void Connection::Reply(std::string frame, std::chrono::milliseconds delay)
     });
 }
 
-void Connection::Send(std::string bytes)
+void Connection::Send(std::string bytes, std::optional<Unasked> kind)
 {
     if (!m_open || m_closeWhenSent) {
         return;
@@ -168,40 +171,43 @@ void Connection::Send(std::string bytes)
         return;
     }
     const bool idle = m_output.empty();
-    m_output.push_back(std::move(bytes));
+    m_output.push_back({std::move(bytes), kind});
     if (idle) {
         SendNextPiece();
     }
 }
 
-void Connection::SendDue()
+void Connection::SendUnasked(Unasked kind)
 {
-    if (!m_output.empty()) {
+    if (kind != Unasked::Beat && !m_session.IsLoggedIn()) {
         return;
     }
-    if (std::exchange(m_beatDue, false)) {
-        Send(EncodeFrame({}));
+    if (m_waiting.insert(kind).second) {
+        Send(EncodeFrame(UnaskedText(kind)), kind);
+    } else {
+        m_due.insert(kind);
     }
-    const ChannelChange due = std::exchange(m_due, {});
-    const bool madeUpDue = std::exchange(m_madeUpNoticeDue, false);
-    if (!m_session.IsLoggedIn()) {
-        return;
+}
+
+std::string Connection::UnaskedText(Unasked kind)
+{
+    switch (kind) {
+    case Unasked::ChannelList:
+        return ChannelChangeNotice(m_device.Channels(), m_device.NextNoticeSeq());
+    case Unasked::ChannelStates:
+        return ChannelStateNotice(m_device.Channels(), m_device.NextNoticeSeq());
+    case Unasked::MadeUpNotice:
+        return m_madeUpNotices.Next(m_device.NextNoticeSeq());
+    case Unasked::Beat:
+        break; // has no payload
     }
-    if (due.list) {
-        Send(EncodeFrame(ChannelChangeNotice(m_device.Channels())));
-    }
-    if (due.states) {
-        Send(EncodeFrame(ChannelStateNotice(m_device.Channels())));
-    }
-    if (madeUpDue) {
-        Send(EncodeFrame(m_madeUpNotices.Next()));
-    }
+    return {};
 }
 
 void Connection::SendNextPiece()
 {
     const std::size_t chunk = m_device.ActiveFaults().chunk;
-    asio::const_buffer piece = asio::buffer(m_output.front()) + m_sent;
+    asio::const_buffer piece = asio::buffer(m_output.front().bytes) + m_sent;
     if (chunk != 0) {
         piece = asio::buffer(piece, chunk);
     }
@@ -221,7 +227,12 @@ void Connection::PieceSent(std::size_t length)
 {
     m_outputSize -= length;
     m_sent += length;
-    if (m_sent == m_output.front().size()) {
+    if (m_sent == m_output.front().bytes.size()) {
+        // The next of its kind is put into the queue before this one leaves it, so that the queue goes on.
+        if (const auto kind = m_output.front().kind;
+            kind && m_waiting.erase(*kind) + m_due.erase(*kind) > 1) {
+            SendUnasked(*kind);
+        }
         m_output.pop_front();
         m_sent = 0;
     }
@@ -229,7 +240,6 @@ void Connection::PieceSent(std::size_t length)
         if (m_closeWhenSent) {
             Close("cut on order");
         }
-        SendDue();
         return;
     }
     if (m_device.ActiveFaults().chunk == 0) {
@@ -244,18 +254,17 @@ void Connection::PieceSent(std::size_t length)
     });
 }
 
-void Connection::Repeat(asio::steady_timer& timer, std::chrono::milliseconds Faults::*period, bool& due)
+void Connection::Repeat(asio::steady_timer& timer, std::chrono::milliseconds Faults::*period, Unasked kind)
 {
     timer.cancel();
     if ((m_device.ActiveFaults().*period).count() == 0) {
         return;
     }
     timer.expires_after(m_device.ActiveFaults().*period);
-    timer.async_wait([self = shared_from_this(), &timer, period, &due](const std::error_code& cancelled) {
+    timer.async_wait([self = shared_from_this(), &timer, period, kind](const std::error_code& cancelled) {
         if (!cancelled && self->m_open) {
-            due = true;
-            self->SendDue();
-            self->Repeat(timer, period, due);
+            self->SendUnasked(kind);
+            self->Repeat(timer, period, kind);
         }
     });
 }

@@ -6,6 +6,8 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -41,7 +43,7 @@ public:
                ClosedFunction closed);
 
     void Start();
-    // Tells a host that is logged in how the channels are, once nothing else is on its way.
+    // Tells a host that is logged in how the channels are.
     void Notify(const ChannelChange& change);
     // The faults of the device are others now: periods and the count of replies begin anew.
     void ObeyFaults();
@@ -55,15 +57,23 @@ private:
     void TakeRequest(std::string_view payload);
     void Reply(std::string frame, std::chrono::milliseconds delay);
 
-    void Send(std::string bytes);
-    // Sends the heartbeat and the notifications that are due, once nothing else is on its way: on a slow line
-    // there is never more than one of each in front of a reply.
-    void SendDue();
+    // What is not the reply to a request.
+    enum class Unasked { Beat, ChannelList, ChannelStates, MadeUpNotice };
+    struct Frame {
+        std::string bytes;
+        std::optional<Unasked> kind; // nothing: a reply
+    };
+
+    void Send(std::string bytes, std::optional<Unasked> kind = std::nullopt);
+    // Sends it between any two frames, but never behind one of its kind that waits: on a slow line there is
+    // one of each kind at most, and the next follows when that has gone out.
+    void SendUnasked(Unasked kind);
+    std::string UnaskedText(Unasked kind);
     void SendNextPiece();
     void PieceSent(std::size_t length);
 
-    // Makes something due in the period of this fault, as long as it is active and the connection open.
-    void Repeat(asio::steady_timer& timer, std::chrono::milliseconds Faults::*period, bool& due);
+    // Sends something in the period of this fault, as long as it is active and the connection open.
+    void Repeat(asio::steady_timer& timer, std::chrono::milliseconds Faults::*period, Unasked kind);
 
     asio::ip::tcp::socket m_socket;
     int m_number;
@@ -81,14 +91,13 @@ private:
     bool m_cutting = false;       // the last reply is on its way, nothing is read any more
     bool m_closeWhenSent = false; // what is in m_output is the last
 
-    std::deque<std::string> m_output;
+    std::deque<Frame> m_output;
     std::size_t m_outputSize = 0; // bytes in m_output that are not sent yet
-    std::size_t m_sent = 0;       // bytes of m_output.front() that are sent
+    std::size_t m_sent = 0;       // bytes of m_output.front().bytes that are sent
 
     MadeUpNotices m_madeUpNotices;
-    bool m_madeUpNoticeDue = false;
-    ChannelChange m_due; // what the host is to be told about the channels
-    bool m_beatDue = false;
+    std::set<Unasked> m_waiting; // kinds that are in m_output
+    std::set<Unasked> m_due;     // those that go out once more when they have left it
     asio::steady_timer m_pieceTimer;
     asio::steady_timer m_beatTimer;
     asio::steady_timer m_noticeTimer;

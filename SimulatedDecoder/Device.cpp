@@ -53,7 +53,8 @@ Device::Device(const Options& options, std::shared_ptr<const DeskKeys> keys)
       m_pictures(options.wallSvg, options.wallText),
       m_log(options.jsonLog),
       m_faults(options.faults),
-      m_madeUpChannels(options.notifyChannels)
+      m_madeUpChannels(options.notifyChannels),
+      m_noticeSeq(options.notifySeq)
 {
     m_state.channels =
         m_channelsPath.empty() ? InputChannels::MadeUp(kMadeUpChannels) : InputChannels::Load(m_channelsPath);
@@ -86,6 +87,15 @@ ChannelChange Device::ReloadChannels()
 }
 
 void Device::TurnChannels() { m_state.channels.SetOutage(!m_state.channels.IsOutage()); }
+
+std::optional<std::uint32_t> Device::NextNoticeSeq()
+{
+    const auto seq = m_noticeSeq;
+    if (m_noticeSeq) {
+        ++*m_noticeSeq;
+    }
+    return seq;
+}
 
 std::string Device::SwitchFault(std::string_view spec, bool on)
 {

@@ -2,8 +2,10 @@
 // The decoder itself, without its connections: account, state, pictures, log of requests.
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -57,6 +59,8 @@ public:
     const Faults& ActiveFaults() const { return m_faults; }
     // In each notification that the faults make up; 0: it varies.
     std::int32_t MadeUpChannels() const { return m_madeUpChannels; }
+    // For one notification to one host; after 4294967295 comes 0. Nothing when they have no numbers.
+    std::optional<std::uint32_t> NextNoticeSeq();
 
 private:
     ErrorCode CarryOutAndDraw(RequestContext& context);
@@ -68,6 +72,7 @@ private:
     JsonLog m_log;
     Faults m_faults;
     std::int32_t m_madeUpChannels;
+    std::optional<std::uint32_t> m_noticeSeq; // of the next notification
     RequestHistory m_requests;
     std::function<void()> m_changed;
 };

@@ -119,6 +119,7 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
     std::string listen = "127.0.0.1:0";
     std::string http;
     std::string passwordFile;
+    std::string notifySeq;
     std::vector<std::string> faults;
 
     CLI::App app{"A simulated TV-wall decoder: accepts hosts over TCP and keeps a wall in memory.",
@@ -171,6 +172,12 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
     app.add_option("--notify-channels", options.notifyChannels,
                    "Channels in each notification of notify-every (else by turns 1 to 256)")
         ->check(CLI::Range(1, 256));
+    app.add_option(
+           "--notify-seq", notifySeq,
+           "The sequence number of the first notification, each further one has the next; none: they\n"
+           "have no number")
+        ->type_name("NUMBER|none")
+        ->default_str(std::to_string(*options.notifySeq));
     app.add_option("--wall-svg", options.wallSvg, "Keep a picture of the wall in this file")
         ->type_name("FILE");
     app.add_option("--wall-text", options.wallText, "Keep the wall as text in this file")->type_name("FILE");
@@ -191,6 +198,13 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
         }
         if (httpOption->count() != 0 && !ParseEndpoint(http, options.pageHost, options.pagePort)) {
             throw CLI::RuntimeError("--http: '" + http + "' is not HOST:PORT", kExitUsage);
+        }
+        if (!notifySeq.empty()) {
+            options.notifySeq = ParseNumber<std::uint32_t>(notifySeq);
+            if (!options.notifySeq && notifySeq != "none") {
+                throw CLI::RuntimeError("--notify-seq: '" + notifySeq + "' is no number of 32 bits, nor none",
+                                        kExitUsage);
+            }
         }
         CheckFleet(options);
         for (const std::string& spec : faults) {

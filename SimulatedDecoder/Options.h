@@ -2,6 +2,7 @@
 // The command line of the program.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <variant>
 
@@ -19,11 +20,12 @@ struct Options {
     std::string password;
     int rows = 2;
     int columns = 2;
-    std::uint32_t decoders = 1;          // each with a wall of its own, on successive ports from `port` on
-    std::int32_t notifyChannels = 0;     // in each notification of the fault; 0: by turns 1 to 256
-    std::string name = "tvwall-decoder"; // of the device
-    std::string channels;                // the file
-    std::string sourceAccounts;          // the file
+    std::uint32_t decoders = 1;      // each with a wall of its own, on successive ports from `port` on
+    std::int32_t notifyChannels = 0; // in each notification of the fault; 0: by turns 1 to 256
+    std::optional<std::uint32_t> notifySeq = 1000000; // of the first notification; nothing: all have none
+    std::string name = "tvwall-decoder";              // of the device
+    std::string channels;                             // the file
+    std::string sourceAccounts;                       // the file
     std::string wallSvg;
     std::string wallText;
     std::string jsonLog;

@@ -393,6 +393,7 @@ protected:
         for (const char* fault : faults) {
             ASSERT_EQ(AddFault(options.faults, fault), "");
         }
+        options.notifySeq = UINT32_MAX;
         device = std::make_unique<Device>(options);
         server = std::make_unique<Server>(context, *device, capture, "127.0.0.1", 0);
         host.connect({asio::ip::address_v4::loopback(), server->Port()});
@@ -439,12 +440,15 @@ TEST_F(DecoderLink, FlappingChannelsGoOffAndOnAgain)
 {
     Connect({"flap-channels=1"});
     LogInOverTheLine();
+    std::uint32_t seq = UINT32_MAX;
     bool off = false;
     bool onAgain = false;
     for (int messages = 0; messages < 100 && !onAgain; ++messages) {
         const std::string text = Receive();
         ASSERT_NE(text, "");
         if (Element(text, "url") == "notifychannelstate") {
+            const std::string header = "</url><seq>" + std::to_string(seq++) + "</seq></td_header>";
+            EXPECT_NE(text.find(header), std::string::npos) << text;
             onAgain = off && text.find("<item><id>64</id><state>online</state></item>") != std::string::npos;
             off = off || text.find("<item><id>64</id><state>offline</state></item>") != std::string::npos;
         }
