@@ -5,7 +5,7 @@
 #include <list>
 
 #include "HostTypes.h"
-#include "Lock.h"
+#include "ThreadLock.h"
 
 class CCmdProcObject;
 class CNetNode;

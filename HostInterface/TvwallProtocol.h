@@ -34,8 +34,8 @@ enum _kest_net_result_ : uint32_t {
 
 // Head of the payload of the three option commands; the option record follows at byte 8.
 struct _kest_tvwall_opt_info {
-    uint32_t nOptType; // a value of ORVA2_DECODER_TVW::E_DECODE_OPT_TYPE
-    uint32_t nLen;     // bytes of the option record, as the sender states it
+    uint32_t nOptType = 0; // a value of ORVA2_DECODER_TVW::E_DECODE_OPT_TYPE
+    uint32_t nLen = 0;     // bytes of the option record, as the sender states it
 };
 using TVWALL_OPT_INFO = _kest_tvwall_opt_info;
 static_assert(sizeof(_kest_tvwall_opt_info) == 8);
@@ -43,10 +43,10 @@ static_assert(offsetof(_kest_tvwall_opt_info, nLen) == 4);
 
 // Failure answer.
 struct _kest_net_reply {
-    uint32_t dwResult; // a value of _kest_net_result_
-    GUID nodeID;
-    uint16_t wDescriptionLen;
-    char szDescription[246];
+    uint32_t dwResult = 0; // a value of _kest_net_result_
+    GUID nodeID{};
+    uint16_t wDescriptionLen = 0;
+    char szDescription[246] = {};
 };
 static_assert(sizeof(_kest_net_reply) == 268);
 static_assert(offsetof(_kest_net_reply, nodeID) == 4);
@@ -57,29 +57,29 @@ static_assert(offsetof(_kest_net_reply, szDescription) == 22);
 
 // Payload of KEST_CMD_REQUEST_LOGIN. Packed: merow4GdeviceHandle lies at 668, off its natural alignment.
 struct _kest_net_login_info {
-    uint32_t nodeType;
-    GUID nodeID;
-    GUID destNodeID;
-    char username[64]; // zero-terminated unless all 64 bytes are used
-    char password[64]; // likewise
-    char IP[24];
-    char szMAC[306];
-    uint8_t typeBySpecialVersionControl;
-    char szServerVersion[16];
-    char sz4GMerowSn[32];
-    char szDecrInfo[28];
-    uint8_t szIsOtherType;
-    char byRtspUrl[96];
-    uint64_t merow4GdeviceHandle;
-    uint8_t byReserve1[24];
-    uint8_t byTestLogin;
-    uint8_t szPlatformType;
-    uint8_t szEncrypt;
-    uint8_t isNeedCheckTime;
-    uint32_t softwarePackID;
-    uint32_t customerID;
-    uint32_t clientNonce;
-    uint32_t reserve[7];
+    uint32_t nodeType = 0;
+    GUID nodeID{};
+    GUID destNodeID{};
+    char username[64] = {}; // zero-terminated unless all 64 bytes are used
+    char password[64] = {}; // likewise
+    char IP[24] = {};
+    char szMAC[306] = {};
+    uint8_t typeBySpecialVersionControl = 0;
+    char szServerVersion[16] = {};
+    char sz4GMerowSn[32] = {};
+    char szDecrInfo[28] = {};
+    uint8_t szIsOtherType = 0;
+    char byRtspUrl[96] = {};
+    uint64_t merow4GdeviceHandle = 0;
+    uint8_t byReserve1[24] = {};
+    uint8_t byTestLogin = 0;
+    uint8_t szPlatformType = 0;
+    uint8_t szEncrypt = 0;
+    uint8_t isNeedCheckTime = 0;
+    uint32_t softwarePackID = 0;
+    uint32_t customerID = 0;
+    uint32_t clientNonce = 0;
+    uint32_t reserve[7] = {};
 };
 static_assert(sizeof(_kest_net_login_info) == 744);
 static_assert(offsetof(_kest_net_login_info, nodeID) == 4);
@@ -107,20 +107,20 @@ static_assert(offsetof(_kest_net_login_info, reserve) == 716);
 
 // Answer to a successful login. The plug-in fills remoteNodeID and remoteNodeType; the rest is zero.
 struct _net_login_success_info {
-    GUID remoteNodeID;
-    uint32_t remoteNodeType;
-    char strRemoteNodeName[7];
-    char szOrvaVersion[16];
-    uint8_t typePlateform;
-    uint8_t IsEnableIndustryThermalEx;
-    uint8_t typeBySpecialVersionControl;
-    uint8_t IsEnableUploadLicense;
-    uint8_t StandardClientUseThermalImage;
-    uint8_t clientDigest[20];
-    uint8_t transportEncryptKey[16];
-    GUID nodeID;
-    GUID guidPCSerial;
-    uint8_t sysRSUSerial[16];
+    GUID remoteNodeID{};
+    uint32_t remoteNodeType = 0;
+    char strRemoteNodeName[7] = {};
+    char szOrvaVersion[16] = {};
+    uint8_t typePlateform = 0;
+    uint8_t IsEnableIndustryThermalEx = 0;
+    uint8_t typeBySpecialVersionControl = 0;
+    uint8_t IsEnableUploadLicense = 0;
+    uint8_t StandardClientUseThermalImage = 0;
+    uint8_t clientDigest[20] = {};
+    uint8_t transportEncryptKey[16] = {};
+    GUID nodeID{};
+    GUID guidPCSerial{};
+    uint8_t sysRSUSerial[16] = {};
 };
 static_assert(sizeof(_net_login_success_info) == 132);
 static_assert(offsetof(_net_login_success_info, remoteNodeType) == 16);
@@ -181,18 +181,18 @@ enum E_DECODE_OPT_TYPE : uint32_t {
 
 // Outcome of an option command, the record inside the default result buffer.
 struct S_Decoder_Opt_Result {
-    uint32_t _nResult;    // 0 success, 1 failure
-    uint32_t _nErrorCode; // the decoder's error code
+    uint32_t _nResult = 0;    // 0 success, 1 failure
+    uint32_t _nErrorCode = 0; // the decoder's error code
 };
 static_assert(sizeof(S_Decoder_Opt_Result) == 8);
 static_assert(offsetof(S_Decoder_Opt_Result, _nErrorCode) == 4);
 
 // The first 16 bytes of a successful option answer; extra data follows.
 struct S_Decoder_Default_Result {
-    uint32_t nOptType;   // the option type that the answer belongs to
-    uint16_t wResultLen; // bytes of the result record
-    uint16_t wExtraLen;  // bytes of extra data; the low 16 bits where there are more
-    S_Decoder_Opt_Result result;
+    uint32_t nOptType = 0;   // the option type that the answer belongs to
+    uint16_t wResultLen = 0; // bytes of the result record
+    uint16_t wExtraLen = 0;  // bytes of extra data; the low 16 bits where there are more
+    S_Decoder_Opt_Result result{};
 };
 static_assert(sizeof(S_Decoder_Default_Result) == 16);
 static_assert(offsetof(S_Decoder_Default_Result, wResultLen) == 4);

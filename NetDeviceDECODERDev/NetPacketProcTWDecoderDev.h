@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <map>
 
-#include "Lock.h"
 #include "NetPacketNew.h"
+#include "ThreadLock.h"
 
 // Head of a data frame and whole of a heartbeat. Little-endian.
 struct _tagNET_DATAHEAD {

@@ -6,8 +6,8 @@
 
 #include "AtomicAccess.h"
 #include "CommandTable.h"
-#include "Event.h"
 #include "Interlocked.h"
+#include "Lock.h"
 #include "NetPacketProcTWDecoderDev.h"
 #include "ReplyHandOver.h"
 #include "SocketDataObserver.h"

@@ -3,7 +3,7 @@
 
 #include "CmdXmlFormat.h"
 #include "DeviceRequest.h"
-#include "MonitorTvwComm.h"
+#include "MonitorTvwCommCanvas.h"
 #include "NetProtocolProcTWDECODERDevImp.h"
 #include "WindowListXml.h"
 

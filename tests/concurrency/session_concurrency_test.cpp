@@ -14,8 +14,8 @@
 #include <openssl/rsa.h>
 
 #include "CommandSamples.h"
-#include "Event.h"
 #include "HostFunctions.h"
+#include "Lock.h"
 #include "NetProtocolProcTWDECODERDev.h"
 #include "PluginExports.h"
 #include "SessionFixture.h"

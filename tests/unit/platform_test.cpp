@@ -11,11 +11,10 @@
 #include <vector>
 
 #include "AtomicAccess.h"
-#include "Event.h"
 #include "Interlocked.h"
+#include "Lock.h"
 #include "PFHelper.h"
 #include "PFTime.h"
-#include "Semaphore.h"
 #include "SysHelper.h"
 #include "TypeCheck.h"
 

@@ -9,8 +9,8 @@ namespace ORVA2_DECODER_TVW {
 
 // One sub-window: an image that travels whole.
 struct S_Decoder_Draw_Border_Subwind {
-    tint16 _index;
-    tint16 _drawborder; // not 0: the border is drawn
+    tint16 _index = 0;
+    tint16 _drawborder = 0; // not 0: the border is drawn
 
     void Dump() const;
 };
@@ -49,6 +49,8 @@ struct S_Decoder_Draw_Border : CTvwRecord<S_Decoder_Draw_Border, CCutListReader>
         visitor.Plain(self._windCount);
         visitor.List(self._windCount, self._windlist);
     }
+    // Says nothing of what is missing, as the host's own record does.
+    void SetData(const char* pData, unsigned int nLen) { CTvwRecord::SetData(pData, nLen); }
     void Dump() const;
 };
 

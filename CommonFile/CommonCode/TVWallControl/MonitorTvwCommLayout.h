@@ -8,15 +8,15 @@ namespace ORVA2_CLIENT_TVW {
 
 // Size of the grid, in screens.
 struct S_MTvw_Wall_RC_WallLayout {
-    tuint32 _row;
-    tuint32 _col;
+    tuint32 _row = 0;
+    tuint32 _col = 0;
 };
 static_assert(sizeof(S_MTvw_Wall_RC_WallLayout) == 8);
 
 // A place in the grid.
 struct S_MTvw_Wall_WallLayout_Coor {
-    tuint32 _xPos;
-    tuint32 _yPos;
+    tuint32 _xPos = 0;
+    tuint32 _yPos = 0;
 };
 static_assert(sizeof(S_MTvw_Wall_WallLayout_Coor) == 8);
 

@@ -9,35 +9,35 @@
 namespace ORVA2_CLIENT_TVW {
 
 struct S_MTvw_Wall_Set_wall_Rect {
-    tuint16 _xPos; // in wall coordinates
-    tuint16 _yPos;
-    tuint16 _width;
-    tuint16 _height;
+    tuint16 _xPos = 0; // in wall coordinates
+    tuint16 _yPos = 0;
+    tuint16 _width = 0;
+    tuint16 _height = 0;
 };
 static_assert(sizeof(S_MTvw_Wall_Set_wall_Rect) == 8);
 
 // The stream of a sub-window. Not the media entry of MonitorTvwCommMedia.h: narrower numbers, other fields
 // and another order. The texts are zero-terminated unless they fill their field.
 struct S_MTvw_Wall_Set_wall_Subwin_Medinfo {
-    tuint16 _type;
-    tuint16 _reqmode; // 6: the channel is _channelIdInt
-    tuint16 _port;
-    tuint16 _gap;       // kept, not read
-    tuint32 _begintime; // the decoder does not see the times
-    tuint32 _endtime;
-    tuint32 _streamType;
-    GUID _channelid;
-    char _addr[32];
-    char _user[256];
-    char _pwd[256];
-    tint32 _channelIdInt; // -1 = none
+    tuint16 _type = 0;
+    tuint16 _reqmode = 0; // 6: the channel is _channelIdInt
+    tuint16 _port = 0;
+    tuint16 _gap = 0;       // kept, not read
+    tuint32 _begintime = 0; // the decoder does not see the times
+    tuint32 _endtime = 0;
+    tuint32 _streamType = 0;
+    GUID _channelid{};
+    char _addr[32] = {};
+    char _user[256] = {};
+    char _pwd[256] = {};
+    tint32 _channelIdInt = 0; // -1 = none
 };
 
 // One sub-window: an image that travels whole.
 struct S_MTvw_Wall_Set_wall_Subwin {
-    tuint16 _index;
-    tuint16 _osdid;
-    S_MTvw_Wall_Set_wall_Subwin_Medinfo _mediaInfo;
+    tuint16 _index = 0;
+    tuint16 _osdid = 0;
+    S_MTvw_Wall_Set_wall_Subwin_Medinfo _mediaInfo{};
 
     void Dump() const;
 };

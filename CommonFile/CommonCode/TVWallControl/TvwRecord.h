@@ -51,7 +51,7 @@ public:
     template <class... Field>
     void Plain(Field&... field)
     {
-        (std::memset(&field, 0, sizeof(Field)), ...);
+        (std::memset(static_cast<void*>(&field), 0, sizeof(Field)), ...);
     }
     template <class Count, class Items>
     void List(Count, Items& items)

@@ -2,7 +2,7 @@
 
 #include <pthread.h>
 
-#include "Lock.h"
+#include "ThreadLock.h"
 
 // Condition variable on CLOCK_MONOTONIC, so that a change of the wall-clock time neither shortens nor
 // lengthens a wait. A waiter holds the lock exactly once and checks its condition again after every return.

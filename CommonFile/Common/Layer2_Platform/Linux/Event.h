@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Condition.h"
-#include "Lock.h"
+#include "ThreadLock.h"
 
 // Results of waits.
 inline constexpr unsigned int WAIT_SIGNALLED = 0;

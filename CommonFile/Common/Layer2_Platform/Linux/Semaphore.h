@@ -3,7 +3,7 @@
 #include <semaphore.h>
 
 #include "Condition.h"
-#include "Lock.h"
+#include "ThreadLock.h"
 
 // Counting semaphore between the threads of one process.
 class CMySemaphore {
