@@ -8,7 +8,7 @@ CCredentialCipher::CCredentialCipher(const std::string& pubKeyPem, const volatil
 {
 }
 
-std::string CCredentialCipher::Encrypt(const std::string& text) const
+std::string CCredentialCipher::Encrypt(std::string_view text) const
 {
     if (AtomicLoad(m_runFlag) == 0) {
         m_bGivenUp = true;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "tdcrypto.h"
 
@@ -12,7 +13,7 @@ public:
     CCredentialCipher(const std::string& pubKeyPem, const volatile int& runFlag, bool& bGivenUp);
 
     // Base64 text of the ciphertext; empty without a usable key, for an empty text, and once given up.
-    std::string Encrypt(const std::string& text) const;
+    std::string Encrypt(std::string_view text) const;
 
 private:
     tdcrypto::CRsaPubKey m_key;

@@ -46,8 +46,8 @@ void AddSource(CMarkupSTL& doc, const Media& media, const CCredentialCipher& cip
     if (const auto channelId = ChannelId(media)) {
         doc.AddElem("channelid", channelId->c_str());
     }
-    doc.AddElem("user", cipher.Encrypt(FieldText(media._user)).c_str());
-    doc.AddElem("pwd", cipher.Encrypt(FieldText(media._pwd)).c_str());
+    doc.AddElem("user", cipher.Encrypt(FieldView(media._user)).c_str());
+    doc.AddElem("pwd", cipher.Encrypt(FieldView(media._pwd)).c_str());
 }
 
 } // namespace

@@ -1,11 +1,11 @@
 #include "NetProtocolProcDevice.h"
 
 #include <cstring>
-#include <memory>
 
 #include "CmdProcObject.h"
 #include "HostFunctions.h"
-#include "Lock.h"
+#include "ThreadLock.h"
+#include "Wipe.h"
 
 namespace {
 
@@ -46,9 +46,9 @@ void CNetProtocolProcDevice::AddOneCmd(CCmdProcObject* cmd, unsigned char* buf, 
 {
     CAutoLock lock(m_CmdProcListLock);
     CQueueReference reference(cmd);
-    std::unique_ptr<BYTE[]> copy;
+    TWipedBytes<BYTE> copy; // a payload may hold passwords
     if (len != 0) {
-        copy.reset(new BYTE[len]);
+        copy = MakeWipedBytes<BYTE>(len);
         memcpy(copy.get(), buf, len);
     }
     m_pCmdProcList->push_back({cmd, nullptr, len});
@@ -67,9 +67,9 @@ bool CNetProtocolProcDevice::ProcDevCmd()
         entry = m_pCmdProcList->front();
         m_pCmdProcList->pop_front();
     }
+    const TWipedBytes<BYTE> payload(entry.pBuf, S_WipingDelete{entry.dwLen});
     ProcOneCommand(entry.pCmdProcObject, entry.pBuf, entry.dwLen);
     entry.pCmdProcObject->DecReference(QUEUE_HOLDER_TAG);
-    delete[] entry.pBuf;
     return true;
 }
 

@@ -11,6 +11,7 @@
 #include "NetProtocolProcTWDECODERDevImp.h"
 #include "RunningCommand.h"
 #include "SessionLog.h"
+#include "Wipe.h"
 
 using namespace ORVA_NET_PROTOCOL;
 using namespace ORVA2_DECODER_TVW;
@@ -203,9 +204,9 @@ void CNetProtocolProcTWDECODERDevImp::ReplyResult(CCmdProcObject* cmd, char* ext
         DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
         return;
     }
-    // Large enough from the start, so that its bytes are written once.
+    // Large enough from the start, so that its bytes are written once; they may repeat passwords.
     unsigned long nCapacity = sizeof(S_Decoder_Default_Result) + extraLen;
-    const auto answer = std::make_unique_for_overwrite<char[]>(nCapacity);
+    const auto answer = MakeWipedBytes<char>(nCapacity);
     char* buf = answer.get();
     const unsigned long nLen = DevToKESTDefaultResultBuf(
         static_cast<int>(optType), static_cast<int>(nErrorCode), buf, nCapacity, extra, extraLen);

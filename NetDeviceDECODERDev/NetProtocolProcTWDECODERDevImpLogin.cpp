@@ -4,17 +4,17 @@
 #include <algorithm>
 #include <cstring>
 
-#include <openssl/crypto.h>
-
 #include "AtomicAccess.h"
 #include "CmdXmlFormat.h"
 #include "CredentialCipher.h"
 #include "DeviceReply.h"
 #include "DeviceRequest.h"
+#include "FieldText.h"
 #include "NetNode.h"
 #include "NetProtocolProcTWDECODERDevImp.h"
 #include "SessionLog.h"
 #include "TypeCheck.h"
+#include "Wipe.h"
 #include "tdcrypto.h"
 
 using namespace DECODE_XML_CMD_HEADER;
@@ -24,36 +24,25 @@ namespace {
 
 constexpr int REQUEST_RSA_ENCRYPTION = 1;
 
-// The login record as far as it came, the rest zero; wiped when it goes out of scope.
-class CLoginRecord {
-public:
-    CLoginRecord(const char* data, unsigned int len)
-    {
-        if (data != nullptr) {
-            memcpy(&m_record, data, std::min<size_t>(len, sizeof(m_record)));
-        }
-    }
-    ~CLoginRecord() { OPENSSL_cleanse(&m_record, sizeof(m_record)); }
-    CLoginRecord(const CLoginRecord&) = delete;
-    CLoginRecord& operator=(const CLoginRecord&) = delete;
-
-    std::string UserName() const
-    {
-        return {m_record.username, strnlen(m_record.username, sizeof(m_record.username))};
-    }
-
-    // SHA-256 of the password as 64 hexadecimal characters.
-    std::string PasswordDigest() const
-    {
-        char szDigest[65];
-        const size_t nLen = strnlen(m_record.password, sizeof(m_record.password));
-        tdcrypto::Sha265_String(m_record.password, static_cast<unsigned int>(nLen), szDigest);
-        return szDigest;
-    }
-
-private:
-    _kest_net_login_info m_record{};
+// The name from the login record, enciphered, and the password's digest.
+struct S_Account {
+    std::string strName;
+    std::string strAuthentication;
 };
+
+// Reads as much of the login record as came, the rest as zeros. What the decoder is not to see in clear is
+// wiped.
+S_Account Encipher(const char* data, unsigned int len, const CCredentialCipher& cipher)
+{
+    TWiped<_kest_net_login_info> record;
+    if (data != nullptr) {
+        memcpy(&record.value, data, std::min<size_t>(len, sizeof(record.value)));
+    }
+    const std::string_view password = FieldView(record.value.password);
+    TWiped<char[65]> digest; // 64 hexadecimal characters of SHA-256
+    tdcrypto::Sha265_String(password.data(), static_cast<unsigned int>(password.size()), digest.value);
+    return {cipher.Encrypt(FieldView(record.value.username)), cipher.Encrypt(digest.value)};
+}
 
 // The host's code for a refused login, 0 where the host gets no answer.
 unsigned int HostCodeOfLoginError(unsigned int nDeviceCode)
@@ -103,13 +92,10 @@ void CNetProtocolProcTWDECODERDevImp::ProcLoginCmd(CCmdProcObject* cmd, char* da
         session_log::Assert(594);
     }
     m_sendOptin = false;
-    const CLoginRecord record(data, len);
     CDeviceRequest request(*this, HTTP_CMDX_LOGIN);
-    const CCredentialCipher cipher = Cipher(m_replyMessage.s_pubkey1);
-    const std::string authentication = cipher.Encrypt(record.PasswordDigest());
-    const std::string account = cipher.Encrypt(record.UserName());
-    request.Header().AddElem("account", account.c_str());
-    request.Header().AddElem("authentication", authentication.c_str());
+    const S_Account account = Encipher(data, len, Cipher(m_replyMessage.s_pubkey1));
+    request.Header().AddElem("account", account.strName.c_str());
+    request.Header().AddElem("authentication", account.strAuthentication.c_str());
     if (SendAndWait(request, E_SendCheck::WaitAnyway) != E_Exchange::Reply) {
         return;
     }

@@ -17,12 +17,13 @@
 #include <openssl/aes.h>
 #include <openssl/bio.h>
 #include <openssl/buffer.h>
-#include <openssl/crypto.h>
 #include <openssl/err.h>
 #include <openssl/evp.h>
 #include <openssl/pem.h>
 #include <openssl/rsa.h>
 #include <openssl/sha.h>
+
+#include "Wipe.h"
 
 namespace tdcrypto {
 
@@ -49,15 +50,12 @@ using MallocBytes = std::unique_ptr<unsigned char, Releaser<std::free>>;
 class SecretBytes {
 public:
     explicit SecretBytes(size_t nLen) : m_bytes(nLen) {}
-    ~SecretBytes() { OPENSSL_cleanse(m_bytes.data(), m_bytes.size()); }
-    SecretBytes(SecretBytes&&) = default;
-    SecretBytes& operator=(SecretBytes&&) = delete;
 
     unsigned char* Data() { return m_bytes.data(); }
     const char* Text() const { return reinterpret_cast<const char*>(m_bytes.data()); }
 
 private:
-    std::vector<unsigned char> m_bytes;
+    std::vector<unsigned char, TWipingAllocator<unsigned char>> m_bytes;
 };
 
 // Runs an operation that may run out of memory or fail inside the library. Nothing is thrown past it, and the
@@ -194,7 +192,7 @@ bool RunAesCbc(AesKeySetter setKey, int nDirection, const char* key, const unsig
     if (bSet) {
         AES_cbc_encrypt(in, out, nLen, &schedule, iv, nDirection);
     }
-    OPENSSL_cleanse(&schedule, sizeof(schedule));
+    WipeBytes(&schedule, sizeof(schedule));
     return bSet;
 }
 
@@ -208,7 +206,7 @@ bool IsUsableKey(const RSA& key)
     const BIGNUM* pModulus = nullptr;
     const BIGNUM* pExponent = nullptr;
     RSA_get0_key(&key, &pModulus, &pExponent, nullptr);
-    constexpr int MAX_MODULUS_BITS = 4096;
+    constexpr int MAX_MODULUS_BITS = 16384;
     constexpr int MAX_EXPONENT_BITS = 32;
     return BN_num_bits(pModulus) <= MAX_MODULUS_BITS && BN_num_bits(pExponent) <= MAX_EXPONENT_BITS &&
            !BN_is_negative(pModulus) && !BN_is_negative(pExponent) && BN_is_odd(pExponent) &&
@@ -234,8 +232,8 @@ void Sha265_String(const void* data, unsigned int len, char* out) noexcept
     for (size_t i = 0; i < sizeof(digest); ++i) {
         (void)std::snprintf(out + 2 * i, 3, "%02X", digest[i]);
     }
-    OPENSSL_cleanse(&context, sizeof(context));
-    OPENSSL_cleanse(digest, sizeof(digest));
+    WipeBytes(&context, sizeof(context));
+    WipeBytes(digest, sizeof(digest));
 }
 
 int Base64Encode(const unsigned char* data, unsigned long len, std::string& out) noexcept
@@ -293,7 +291,7 @@ CRsaPubKey::CRsaPubKey(const std::string& pubKeyPem) noexcept
     });
 }
 
-std::string CRsaPubKey::Encrypt(const std::string& data) const noexcept
+std::string CRsaPubKey::Encrypt(std::string_view data) const noexcept
 {
     return Contained(std::string(), [&] {
         if (!m_key || !IsUsableLength(data.size())) {

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 struct rsa_st;
 
@@ -33,7 +34,7 @@ void RsaPubKeyPKCS1toPKCS8(const std::string& pkcs1Pem, std::string& out) noexce
 
 // Enciphers data, at most the key's size minus 11 bytes, under a PKCS#1 public key ("RSA PUBLIC KEY"; other
 // forms are refused, and so are keys under which the text could be read, such as one with the
-// exponent 1, and keys of more than 4,096 bits or 32 bits of exponent).
+// exponent 1, and keys of more than 16,384 bits or 32 bits of exponent).
 // Returns the Base64 text of the ciphertext, or an empty string on failure.
 std::string RsaPubEncrypt(const std::string& data, const std::string& pubKeyPem) noexcept;
 
@@ -44,7 +45,7 @@ public:
     explicit CRsaPubKey(const std::string& pubKeyPem) noexcept;
 
     // What RsaPubEncrypt returns.
-    std::string Encrypt(const std::string& data) const noexcept;
+    std::string Encrypt(std::string_view data) const noexcept;
 
 private:
     struct Free {

@@ -1,11 +1,14 @@
 // The two requests that carry credentials, through the real handlers, beside the bare RSA calls that they
 // need: the counter "vs_rsa" is the ratio of the two. 16 windows of 16 sub-windows with one stream each make
-// 512 texts to encipher.
+// 512 texts to encipher; WallByKey is such a wall under longer keys, and under the exponent that takes
+// longest.
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #define OPENSSL_SUPPRESS_DEPRECATED
+#include <openssl/bn.h>
 #include <openssl/pem.h>
 #include <openssl/rsa.h>
 
@@ -24,10 +27,23 @@ constexpr int CREDENTIALS = 2 * WINDOWS * SUB_WINDOWS;
 const std::string USER = "operator";
 const std::string PASSWORD = "a password of a camera";
 
-// A key of the size that the decoder's keys have.
+constexpr int DECODER_KEY_BITS = 1024; // that the decoder's keys have
+
+// A public key to which there is no private one; enciphering takes as long as with any.
 class DecoderKey {
 public:
-    DecoderKey() : m_key(RSA_generate_key(1024, RSA_F4, nullptr, nullptr), &RSA_free) {}
+    DecoderKey(int nBits, unsigned long nExponent)
+        : m_key(RSA_new(), &RSA_free), m_cipher(static_cast<size_t>(nBits) / 8)
+    {
+        BIGNUM* pModulus = BN_new();
+        BIGNUM* pExponent = BN_new();
+        BN_rand(pModulus, nBits, BN_RAND_TOP_ONE, BN_RAND_BOTTOM_ODD);
+        BN_set_word(pExponent, nExponent);
+        RSA_set0_key(m_key.get(), pModulus, pExponent, nullptr);
+    }
+
+    // Characters of an enciphered text.
+    size_t TextLen() const { return (m_cipher.size() + 2) / 3 * 4; }
 
     std::string Pem() const
     {
@@ -41,14 +57,14 @@ public:
     void Encipher(const std::string& text)
     {
         const auto* data = reinterpret_cast<const unsigned char*>(text.data());
-        const int nLen =
-            RSA_public_encrypt(static_cast<int>(text.size()), data, m_cipher, m_key.get(), RSA_PKCS1_PADDING);
+        const int nLen = RSA_public_encrypt(static_cast<int>(text.size()), data, m_cipher.data(), m_key.get(),
+                                            RSA_PKCS1_PADDING);
         benchmark::DoNotOptimize(nLen);
     }
 
 private:
     std::unique_ptr<RSA, decltype(&RSA_free)> m_key;
-    unsigned char m_cipher[128];
+    std::vector<unsigned char> m_cipher;
 };
 
 std::string Credentials() { return Field("10.0.0.9", 32) + Field(USER, 256) + Field(PASSWORD, 256); }
@@ -79,12 +95,13 @@ std::string Wall()
     return Option(0x60010, record);
 }
 
-void RunBeside(benchmark::State& state, unsigned int nCmdID, std::string payload)
+void RunBeside(benchmark::State& state, unsigned int nCmdID, std::string payload,
+               int nKeyBits = DECODER_KEY_BITS, unsigned long nExponent = RSA_F4)
 {
-    DecoderKey key;
+    DecoderKey key(nKeyBits, nExponent);
     BenchSession session("<pubkey1>" + key.Pem() + "</pubkey1><pubkey2>" + key.Pem() + "</pubkey2>");
     session.Run(nCmdID, payload);
-    if (!session.Succeeded() || session.RequestLen() < size_t{CREDENTIALS} * 172) {
+    if (!session.Succeeded() || session.RequestLen() < size_t{CREDENTIALS} * key.TextLen()) {
         state.SkipWithError("the credentials were not sent");
         return;
     }
@@ -100,7 +117,17 @@ void RunBeside(benchmark::State& state, unsigned int nCmdID, std::string payload
 
 void DoPlayMedia(benchmark::State& state) { RunBeside(state, 0x50002, Media()); }
 void SetWallInfo(benchmark::State& state) { RunBeside(state, 0x50001, Wall()); }
+void WallByKey(benchmark::State& state)
+{
+    RunBeside(state, 0x50001, Wall(), static_cast<int>(state.range(0)),
+              static_cast<unsigned long>(state.range(1)));
+}
 BENCHMARK(DoPlayMedia)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(SetWallInfo)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(WallByKey)
+    ->ArgNames({"bits", "exponent"})
+    ->ArgsProduct({{1024, 2048, 4096, 8192, 16384}, {RSA_F4, 0xFFFFFFFF}})
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -2,7 +2,9 @@
 // Allocations of the plug-in that are counted and fail on order. Only a test program that links
 // FailingAllocation.cpp does it; elsewhere nothing happens.
 
+#include <array>
 #include <atomic>
+#include <string_view>
 
 namespace allocation_fault {
 
@@ -30,7 +32,12 @@ inline bool Disarm()
     return bFailed;
 }
 
-// What the test itself allocates on the way does not count.
+// While they are watched, no block of the plug-in may hold one of the secrets when it is freed.
+inline std::array<std::string_view, 4> g_secrets; // set before the first watch; empty ones are not looked for
+inline std::atomic<bool> g_bWatched = false;
+inline std::atomic<long> g_nUnwiped = 0; // blocks that held one all the same
+
+// What the test itself allocates and frees on the way does not count.
 class Pause {
 public:
     Pause() { ++t_nPauses; }

@@ -1,6 +1,9 @@
 // Replaces the allocation functions of this program, for C++ and for OpenSSL, by ones that fail on order.
+// Those for C++ look for secrets in what is freed; OpenSSL's memory is its own affair.
 
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 #include <malloc.h>
@@ -22,6 +25,9 @@ void* Allocate(std::size_t nSize)
 {
     void* pBytes = MayAllocate() ? std::malloc(nSize == 0 ? 1 : nSize) : nullptr;
     allocation_fault::g_nTaken += SizeOf(pBytes);
+    if (pBytes != nullptr && allocation_fault::g_bWatched) {
+        std::memset(pBytes, '\xA5', nSize); // what was there before is nobody's
+    }
     return pBytes;
 }
 
@@ -37,6 +43,28 @@ void* AllocateOrThrow(std::size_t nSize)
         return pBytes;
     }
     throw std::bad_alloc();
+}
+
+void FreeWatched(void* pBytes)
+{
+    using namespace allocation_fault;
+    if (pBytes != nullptr && g_bWatched && t_nPauses == 0) {
+        const auto nSize = static_cast<std::size_t>(SizeOf(pBytes));
+        g_nUnwiped += std::any_of(g_secrets.begin(), g_secrets.end(), [&](std::string_view secret) {
+            return !secret.empty() && memmem(pBytes, nSize, secret.data(), secret.size()) != nullptr;
+        });
+    }
+    Free(pBytes);
+}
+
+void* AllocateAligned(std::size_t nSize, std::align_val_t alignment)
+{
+    const auto nAlignment = static_cast<std::size_t>(alignment);
+    void* pBytes = MayAllocate()
+                       ? std::aligned_alloc(nAlignment, (nSize + nAlignment - 1) / nAlignment * nAlignment)
+                       : nullptr;
+    allocation_fault::g_nTaken += SizeOf(pBytes);
+    return pBytes != nullptr ? pBytes : throw std::bad_alloc();
 }
 
 void* CryptoAllocate(std::size_t nSize, const char*, int) { return Allocate(nSize); }
@@ -64,9 +92,21 @@ void* operator new(std::size_t nSize) { return AllocateOrThrow(nSize); }
 void* operator new[](std::size_t nSize) { return AllocateOrThrow(nSize); }
 void* operator new(std::size_t nSize, const std::nothrow_t&) noexcept { return Allocate(nSize); }
 void* operator new[](std::size_t nSize, const std::nothrow_t&) noexcept { return Allocate(nSize); }
-void operator delete(void* pBytes) noexcept { Free(pBytes); }
-void operator delete[](void* pBytes) noexcept { Free(pBytes); }
-void operator delete(void* pBytes, std::size_t) noexcept { Free(pBytes); }
-void operator delete[](void* pBytes, std::size_t) noexcept { Free(pBytes); }
-void operator delete(void* pBytes, const std::nothrow_t&) noexcept { Free(pBytes); }
-void operator delete[](void* pBytes, const std::nothrow_t&) noexcept { Free(pBytes); }
+void* operator new(std::size_t nSize, std::align_val_t alignment)
+{
+    return AllocateAligned(nSize, alignment);
+}
+void* operator new[](std::size_t nSize, std::align_val_t alignment)
+{
+    return AllocateAligned(nSize, alignment);
+}
+void operator delete(void* pBytes) noexcept { FreeWatched(pBytes); }
+void operator delete[](void* pBytes) noexcept { FreeWatched(pBytes); }
+void operator delete(void* pBytes, std::size_t) noexcept { FreeWatched(pBytes); }
+void operator delete[](void* pBytes, std::size_t) noexcept { FreeWatched(pBytes); }
+void operator delete(void* pBytes, const std::nothrow_t&) noexcept { FreeWatched(pBytes); }
+void operator delete[](void* pBytes, const std::nothrow_t&) noexcept { FreeWatched(pBytes); }
+void operator delete(void* pBytes, std::align_val_t) noexcept { FreeWatched(pBytes); }
+void operator delete[](void* pBytes, std::align_val_t) noexcept { FreeWatched(pBytes); }
+void operator delete(void* pBytes, std::size_t, std::align_val_t) noexcept { FreeWatched(pBytes); }
+void operator delete[](void* pBytes, std::size_t, std::align_val_t) noexcept { FreeWatched(pBytes); }

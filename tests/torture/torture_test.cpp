@@ -1,6 +1,8 @@
 // Every command, with one thing going wrong, at every place where it can.
 
 #include <algorithm>
+#include <array>
+#include <cstdlib>
 #include <functional>
 #include <string_view>
 #include <thread>
@@ -8,6 +10,7 @@
 
 #include <gtest/gtest.h>
 #include <openssl/crypto.h>
+#include <pthread.h>
 
 #include "AllocationFault.h"
 #include "CommandSamples.h"
@@ -21,6 +24,11 @@
 namespace {
 
 constexpr int POLLS_OF_A_TIMEOUT = 300;
+
+// In the samples, with the digest of the login's password.
+constexpr std::array<std::string_view, 4> SECRETS = {
+    SOURCE_PASSWORD, SOURCE_USER, "secret",
+    "2BB80D537B1DA3E38BD30361AA855686BDE0EACD7162FEF6A25FE97BF527A25B"};
 
 bool IsLogin(const CommandSample& sample) { return sample.nCmdID == 0x101; }
 
@@ -76,6 +84,8 @@ public:
         FakeCommand command(sample.nCmdID);
         std::string payload = sample.Payload();
         bQueued = true;
+        allocation_fault::g_secrets = SECRETS;
+        allocation_fault::g_bWatched = true;
         allocation_fault::Arm(nAllowed, bForGood);
         try {
             m_pProcessor->AddOneCmd(&command, reinterpret_cast<unsigned char*>(payload.data()),
@@ -89,6 +99,8 @@ public:
         if (m_stopper.joinable()) {
             m_stopper.join();
         }
+        allocation_fault::g_bWatched = false;
+        EXPECT_EQ(allocation_fault::g_nUnwiped.exchange(0), 0) << "a secret in freed memory";
         EXPECT_EQ(command.nReferences, 0);
         return command.Answer();
     }
@@ -261,6 +273,20 @@ TEST_P(TortureTest, EveryCommandSurvivesEverySendThatFails)
     }
 }
 
+TEST_P(TortureTest, ARefusedCommandFailsOnceAndTheNextOneWorks)
+{
+    for (const CommandSample& sample : CommandSamples()) {
+        SCOPED_TRACE(sample.szName);
+        Session session(GetParam());
+        const auto accept =
+            std::exchange(session.onRequest, [&](size_t) { session.Deliver(session.Reply("9")); });
+        EXPECT_EQ(session.Run(sample), "failure 20000002");
+        EXPECT_EQ(session.node.frames.size(), 1U);
+        session.onRequest = accept;
+        EXPECT_EQ(session.Run(sample), sample.Answer());
+    }
+}
+
 TEST_P(TortureTest, AReplyThatStopsAnywhereIsATimeoutAndComesTooLate)
 {
     for (const CommandSample& sample : CommandSamples()) {
@@ -331,6 +357,32 @@ TEST_P(TortureTest, RepliesInBadCompanyAreStillTheAnswer)
                 EXPECT_EQ(session.nPolls, static_cast<int>(Exchanges(sample)));
             }
         }
+    }
+}
+
+// Memory that is freed is looked at in every run of a command.
+TEST(SecretsTest, TheStackKeepsNone)
+{
+    constexpr size_t STACK_LEN = size_t{1} << 20;
+    const std::unique_ptr<char, decltype(&std::free)> stack(
+        static_cast<char*>(std::aligned_alloc(4096, STACK_LEN)), &std::free);
+    std::fill_n(stack.get(), STACK_LEN, '\0');
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstack(&attributes, stack.get(), STACK_LEN);
+    const auto run = [](void*) -> void* {
+        Session session(false); // logs in
+        for (const char* name : {"PlayMedia", "StopPlayMedia", "SetWallInfo"}) {
+            EXPECT_EQ(session.Run(CommandSampleOf(name)), CommandSampleOf(name).Answer());
+        }
+        return nullptr;
+    };
+    pthread_t thread{};
+    ASSERT_EQ(pthread_create(&thread, &attributes, run, nullptr), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+    for (const std::string_view secret : SECRETS) {
+        EXPECT_EQ(std::string_view(stack.get(), STACK_LEN).find(secret), std::string_view::npos) << secret;
     }
 }
 

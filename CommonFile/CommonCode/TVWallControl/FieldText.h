@@ -5,12 +5,20 @@
 #include <cstddef>
 #include <cstring>
 #include <string>
+#include <string_view>
 
-// The text up to its zero, or the whole field where there is none.
+// The text up to its zero, or the whole field where there is none; it lies in the field.
+template <size_t nSize>
+std::string_view FieldView(const char (&field)[nSize])
+{
+    return {field, strnlen(field, nSize)};
+}
+
+// The same as a copy; not for secrets.
 template <size_t nSize>
 std::string FieldText(const char (&field)[nSize])
 {
-    return {field, strnlen(field, nSize)};
+    return std::string(FieldView(field));
 }
 
 // Cuts the text to what leaves room for a terminating zero; the rest of the field becomes zero.

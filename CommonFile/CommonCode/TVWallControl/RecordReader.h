@@ -7,6 +7,8 @@
 #include <memory>
 #include <type_traits>
 
+#include "Wipe.h"
+
 // Decodes the host's bytes into a record, step by step, and never reads behind their end. The first thing
 // that does not fit makes the reader fail; from then on it reads nothing, so it is asked once, at the end.
 // The bytes are borrowed.
@@ -56,7 +58,7 @@ public:
             return;
         }
         for (Count i = 0; i < nCount; ++i) {
-            Copy(*images.emplace_back(std::make_shared<Image>()));
+            Copy(*images.emplace_back(MakeShared<Image>()));
         }
     }
 
@@ -82,7 +84,7 @@ protected:
     template <class Item>
     bool ReadCutItem(std::list<std::shared_ptr<Item>>& items)
     {
-        const auto& item = items.emplace_back(std::make_shared<Item>());
+        const auto& item = items.emplace_back(MakeShared<Item>());
         m_bGood = item->SetData(m_pData, m_nLeft) && m_bGood;
         Skip(item->GetLength());
         return m_bGood;
@@ -91,6 +93,13 @@ protected:
     void Fail() { m_bGood = false; }
 
 private:
+    // Some records hold passwords.
+    template <class Part>
+    static std::shared_ptr<Part> MakeShared()
+    {
+        return std::allocate_shared<Part>(TWipingAllocator<Part>());
+    }
+
     template <class Count>
     static uint64_t Total(Count nCount, size_t nItemLen)
     {
