@@ -299,6 +299,17 @@ TEST_F(StopTest, WaitsForACommandWhichThenEndsItsWaitWithoutTheTimeoutText)
     EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Normal, "NetProtocolProcTWDECODERDevImp", 1940), 0);
 }
 
+TEST_F(StopTest, WinsAgainstAReplyThatHasJustCome)
+{
+    std::function<void()> wait;
+    node.onSend = [&] {
+        const unsigned int nSeq = CNetProtocolProcTWDECODERDevImp::GetCmdID() - 1; // of the request
+        Receive(Frame(ReplyText("dowallclear", std::to_string(nSeq))));
+        wait();
+    };
+    EXPECT_EQ(StopInside(wait, clearWall, [] {}), "failure 2000000f");
+}
+
 TEST_F(StopTest, EndsTheTriesToSendToAFullSocket)
 {
     node.sendErrors.assign(5, NET_SOCKET_ERROR_NOBUFS);

@@ -98,15 +98,16 @@ std::vector<CommandSample> MakeSamples()
         Bytes().U32(0x01234567).U16(0x89AB).U16(0xCDEF).Text("\x10\x20\x30\x40\x50\x60\x70\x80");
     const std::string screens =
         Elem("row", 1) + Elem("col", 2) +
-        Elem("td_channellist", Item(Elem("id", 7) + Elem("name", "left &lt;1&gt;") + Coordinate(0, 1)));
-    const std::string system = Elem("name", "wall") + Elem("model", -1) + Elem("devicetype", "t") +
+        Elem("td_channellist",
+             Item(Elem("id", 4294967287) + Elem("name", "left &lt;1&gt;") + Coordinate(0, 1)));
+    const std::string system = Elem("name", "wall") + Elem("model", -2000000001) + Elem("devicetype", "t") +
                                Elem("mac", "m") + Elem("softversion", "s") + Elem("builddate", "b") +
                                Elem("kernelversion", "k") + Elem("dataversion", "d");
     const std::string systemTexts =
         Field("t", 64) + Field("m", 64) + Field("s", 64) + Field("b", 64) + Field("k", 64) + Field("d", 64);
     const std::string groups =
-        Elem("channelgrouplist", Item(Elem("id", 4) + Elem("name", "entrances") + Elem("interval", 30) +
-                                      Elem("td_channellist", "1,2")));
+        Elem("channelgrouplist", Item(Elem("id", -2000000004) + Elem("name", "entrances") +
+                                      Elem("interval", 30) + Elem("td_channellist", "1,2")));
     const std::string stream = Elem("type", -1) + Elem("reqmode", 2) + Elem("addr", "10.0.0.&lt;1&gt;") +
                                Elem("port", 554) + Elem("channelid", GUID_TEXT) + Elem("user", SOURCE_USER) +
                                Elem("pwd", SOURCE_PASSWORD) + Elem("begintime", 4294967303) +
@@ -125,7 +126,7 @@ std::vector<CommandSample> MakeSamples()
         {"SetWallLayout", 0x50005, NO_OPTION, Layout(), "setwalllayout",
          Body(Elem("row", 3) + Elem("col", 4294967295)), NO_HEAD, "", ""},
         {"GetWallLayout", 0x50006, NO_OPTION, "not read", "getwalllayout", NO_BODY, NO_HEAD, screens,
-         Bytes().U32(1).U32(2).U32(1).U32(7).Text(Field("left <1>", 256)).U32(0).U32(1)},
+         Bytes().U32(1).U32(2).U32(1).U32(4294967287).Text(Field("left <1>", 256)).U32(0).U32(1)},
         {"BindWall", 0x50007, NO_OPTION, Layout(), "dobindwall",
          Body(Elem("td_channellist", Item(Elem("id", 4294967295) + Coordinate(1, 2147483648)) +
                                          Item(Elem("id", 8) + Coordinate(0, 2)))),
@@ -137,15 +138,23 @@ std::vector<CommandSample> MakeSamples()
          Elem("identidy", 4294967295) + Elem("runmode", 2) + Elem("devicename", "wall"),
          Bytes().Zeros(16).U32(0xFFFFFFFF).U32(2).Text("wall")},
         {"GetDecSystemInfo", GET, 0x5000A, "not read", "getsysteminfo getchannelinfo", NO_BODY, 0x5000A,
-         system, Bytes().Zeros(16).Text(Field("wall", 64)).U32(-1UL).Text(systemTexts)},
-        {"GetChannelGroup", GET, 0x6000D, Bytes().Text(WALL).U32(-2UL), "setchannelgroup",
-         Body(Elem("channelgroup", Elem("id", -2))), 0x6000E, groups,
-         Bytes().U32(1).Zeros(16).U32(4).U32(0).U32(30).Text(Field("entrances", 256)).Text(Field("1,2", 16))},
+         system, Bytes().Zeros(16).Text(Field("wall", 64)).U32(-2000000001UL).Text(systemTexts)},
+        {"GetChannelGroup", GET, 0x6000D, Bytes().Text(WALL).U32(-2000000002UL), "setchannelgroup",
+         Body(Elem("channelgroup", Elem("id", -2000000002))), 0x6000E, groups,
+         Bytes()
+             .U32(1)
+             .Zeros(16)
+             .U32(-2000000004UL)
+             .U32(0)
+             .U32(30)
+             .Text(Field("entrances", 256))
+             .Text(Field("1,2", 16))},
         {"GetWindowConfig", GET, 0x60013, "not read", "getwindowconfig", NO_BODY, 0x60013,
-         Elem("enableborder", 4294967295), SwitchesText(4294967295, 0, "getWindowConfig")},
+         Switches(4294967295, 70000), SwitchesText(4294967295, 70000, "getWindowConfig")},
         {"GetAudioConfig", GET, 0x60016, Sound(), "getaudioconfig", Body(""), 0x60016,
-         Elem("td_windowlist", WindowItem(-2, Item(Elem("index", 4) + Elem("channelid", -9)))),
-         Guids().U32(1).U32(-2UL).U32(1).U32(4).U32(-9UL)},
+         Elem("td_windowlist",
+              WindowItem(-2000000002, Item(Elem("index", 2000000004) + Elem("channelid", -2000000009)))),
+         Guids().U32(1).U32(-2000000002UL).U32(1).U32(2000000004).U32(-2000000009UL)},
         {"doSetCanvasSplit", SAVE, 0x5000E, Canvas(), "dosplitwindow", CANVAS, 0x60006},
         {"DrawBorder", SAVE, 0x60003, Bytes().U32(1).U16(65535).U32(2).U16(0).U16(65535).U16(0x8000).U16(1),
          "dodrawborder",
@@ -174,8 +183,9 @@ std::vector<CommandSample> MakeSamples()
         {"CreateCanvas", OPTION, 0x60006, Canvas(), "docreatewindow", CANVAS, 0x60006},
         {"DelCanvas", OPTION, 0x60007, Guids().U32(2).U32(7).U32(0x80000000), "dodestroywindow",
          Windows(Item(Elem("id", 7)) + Item(Elem("id", 2147483648))), 0x60007},
-        {"ChangeCanvas", OPTION, 0x60008, Guids().U32(1).U32(7).U32(-10UL).U32(20).U32(30).U32(40),
-         "domodifywindow", Windows(Item(Elem("id", 7) + Rect(-10, 20, 30, 40))), 0x60008},
+        {"ChangeCanvas", OPTION, 0x60008,
+         Guids().U32(1).U32(-7UL).U32(-10UL).U32(-20UL).U32(-30UL).U32(-40UL), "domodifywindow",
+         Windows(Item(Elem("id", -7) + Rect(-10, -20, -30, -40))), 0x60008},
         {"TopCanvas", OPTION, 0x60009, Guids().U32(0xFFFFFFFE), "dowindowtop",
          Body(Elem("td_window", Elem("id", 4294967294))), 0x60009},
         {"AddChannelGroup", OPTION, 0x6000A, Group(), "doaddchannelgroup", GROUP, 0x6000A},

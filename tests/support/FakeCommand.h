@@ -38,7 +38,8 @@ public:
     // What was answered, in one text: "none", "failure 20000013", "buffer <hex>", or "twice".
     std::string Answer() const;
 
-    std::function<void()> onAnswer = [] {}; // runs inside the answer
+    std::function<void()> onAnswer = [] {};                                 // runs inside the answer
+    std::function<void(const char* what)> onReference = [](const char*) {}; // "take", "give back"
     std::atomic<int> nAnswers = 0;
     bool bFailed = false;
     ORVA_NET_PROTOCOL::_kest_net_reply record{};
@@ -55,6 +56,7 @@ private:
         } else {
             ++nOtherTags;
         }
+        onReference(n > 0 ? "take" : "give back");
     }
 
     unsigned int m_nCmdID;

@@ -40,6 +40,7 @@ void Record(fake_host::LogLevel level, const char* szText, const char* szSource,
 
 int RecordCall(fake_host::Call call)
 {
+    fake_host::Get().onCall(call);
     fake_host::Get().calls.push_back(std::move(call));
     return 0;
 }

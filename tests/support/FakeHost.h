@@ -1,6 +1,7 @@
 #pragma once
 // The host functions that the plug-in imports, as recorded fakes for tests, benchmarks and fuzz targets.
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -39,6 +40,7 @@ struct State {
     unsigned int registeredType = 0;
     CNetProtocolProc* pCreated = nullptr; // CreateSelf of the registered prototype; the test owns it
     std::vector<Call> calls;
+    std::function<void(const Call&)> onCall = [](const Call&) {};
 };
 State& Get();
 

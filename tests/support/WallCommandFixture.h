@@ -16,6 +16,13 @@ protected:
         EXPECT_EQ(SentBody(), sample.body);
     }
 
+    // The same command when the host wants no answer.
+    void CheckWithoutAnswer(const CommandSample& sample)
+    {
+        EXPECT_EQ(Ask(sample, false), "none");
+        EXPECT_EQ(SentBody(), sample.body);
+    }
+
     // The same command with another record, which comes back in its answer.
     void Check(const char* what, const char* szHandler, const std::string& record, const std::string& body)
     {
@@ -39,7 +46,7 @@ protected:
     virtual std::string SentBody() const { return node.frames.empty() ? "" : BodyOf(node.frames.front()); }
 
 private:
-    std::string Ask(const CommandSample& sample)
+    std::string Ask(const CommandSample& sample, bool bHasReply = true)
     {
         node.frames.clear();
         std::istringstream urls(sample.urls);
@@ -47,7 +54,7 @@ private:
             ReplyWith(
                 ReplyText(url, "%SEQ%", "0", "<session>SID</session><token>TOK</token>", sample.replyBody));
         }
-        const std::string answer = Run(sample.nCmdID, sample.Payload());
+        const std::string answer = Run(sample.nCmdID, sample.Payload(), bHasReply);
         std::string sent;
         for (const std::string& frame : node.frames) {
             sent += (sent.empty() ? "" : " ") + Element(frame, "url");

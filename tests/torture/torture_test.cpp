@@ -240,6 +240,20 @@ TEST_P(TortureTest, EveryCommandSurvivesEveryAllocationThatFails)
     }
 }
 
+TEST(QueueTortureTest, APayloadIsFreedOnceItsReferenceIsGivenBack)
+{
+    CNetProtocolProcTWDECODERDev processor;
+    FakeCommand command(0x50006);
+    long nWhileHeld = 0;
+    command.onReference = [&](const char*) { nWhileHeld = allocation_fault::LiveBytes(); };
+    std::string payload(100'000, 'p');
+    const long nBefore = allocation_fault::LiveBytes();
+    processor.AddOneCmd(&command, reinterpret_cast<unsigned char*>(payload.data()), 100'000);
+    EXPECT_TRUE(processor.ProcDevCmd());
+    EXPECT_GE(nWhileHeld, nBefore + 100'000);
+    EXPECT_EQ(allocation_fault::LiveBytes(), nBefore);
+}
+
 TEST_P(TortureTest, EveryCommandSurvivesEverySendThatFails)
 {
     constexpr unsigned int BROKEN = 1;

@@ -80,11 +80,6 @@ TEST(ChannelGroupRecords, KeepEveryByteAndRefuseEveryShorterPayload)
         Bytes().Text(WALL).U32(2).U32(1).U32(1).U32(2).U32(3).U32(4).U32(0));
     RoundTrips<S_MTvw_Wall_Get_ChGroup>(Bytes().Text(WALL).U32(7));
     RoundTrips<S_MTvw_Wall_Get_ChGroup_info>(Bytes().U32(1).Text(Group(WALL, 1, 2, 3, "name", "1")));
-    for (const unsigned long count : {3UL, 0x20000001UL, 0xFFFFFFFFUL}) { // some wrap around in 32 bits
-        S_MTvw_Wall_Start_Chl_GrPolling polling;
-        EXPECT_FALSE(Decode(polling, Bytes().Text(WALL).U32(count).Zeros(16)));
-        EXPECT_TRUE(polling._GrPollinglist.empty());
-    }
 }
 
 } // namespace

@@ -11,7 +11,13 @@ protected:
     std::string Run() { return SessionFixture::Run(GetParam().nCmdID, GetParam().Payload()); }
 };
 
-TEST_P(CommandTest, SendsItsRequestAndAnswersTheHost) { Check(GetParam()); }
+TEST_P(CommandTest, SendsItsRequestAndAnswersTheHost)
+{
+    Check(GetParam());
+    const size_t nNotifications = node.notifications.size();
+    CheckWithoutAnswer(GetParam());
+    EXPECT_EQ(node.notifications.size(), 2 * nNotifications);
+}
 
 TEST_P(CommandTest, TellsTheHostWhenTheDecoderRefusesOrIsSilent)
 {
@@ -21,6 +27,8 @@ TEST_P(CommandTest, TellsTheHostWhenTheDecoderRefusesOrIsSilent)
     ReplyWith(ReplyText("dowallclear", "%SEQ%", "5"));
     EXPECT_EQ(Run(), "failure 20000002");
     EXPECT_EQ(node.frames.size(), 1U) << "no second request after a failure";
+    ReplyWith(ReplyText("dowallclear", "%SEQ%", "5"));
+    EXPECT_EQ(SessionFixture::Run(GetParam().nCmdID, GetParam().Payload(), false), "none");
 
     node.sendErrors = {1};
     EXPECT_EQ(Run(), noReply);

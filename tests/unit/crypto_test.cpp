@@ -1,6 +1,8 @@
 #include <climits>
 #include <cstdlib>
+#include <cstring>
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <memory>
 #include <openssl/err.h>
 #include <openssl/evp.h>
@@ -80,8 +82,10 @@ TEST_F(CryptoTest, Base64IsOneLineAndComesBack)
         const std::vector<char> exact(text.begin(), text.end()); // no terminating zero: nothing is read past
         unsigned char* pOut = nullptr;
         unsigned long nOut = 0;
+        mallopt(M_PERTURB, 0xAA); // what is allocated is zero only where it has been zeroed
         EXPECT_EQ(Base64Decode(exact.data(), static_cast<int>(exact.size()), &pOut, &nOut), 0);
-        EXPECT_EQ(std::string(pOut, pOut + nOut), bytes);
+        mallopt(M_PERTURB, 0);
+        EXPECT_EQ(std::string(pOut, pOut + exact.size()), bytes + std::string(exact.size() - nOut, '\0'));
         std::free(pOut);
     }
 }
@@ -107,6 +111,7 @@ TEST_F(CryptoTest, WhatThePublicKeyEnciphersThePrivateKeyReads)
     EVP_PKEY_CTX_set_rsa_padding(context.get(), RSA_PKCS1_PADDING);
     EVP_PKEY_decrypt(context.get(), Bytes<unsigned char>(plain), &nPlain, Bytes(cipher), cipher.size());
     EXPECT_EQ(plain.substr(0, nPlain), "admin");
+    EXPECT_TRUE(BN_is_word(RSA_get0_e(EVP_PKEY_get0_RSA(key.get())), 65537));
 }
 
 TEST_F(CryptoTest, OnlyPkcs1PublicKeysOfSufficientSizeEncipher)
@@ -170,7 +175,26 @@ TEST_F(CryptoTest, XorRepeatsItsKey)
     cipher.Encrypt(pData, 7, pKey, 0);
     cipher.Encrypt(pData, 7, nullptr, 3);
     cipher.Encrypt(pData, -1, pKey, 2);
-    EXPECT_EQ(data, "decoder");
+    cipher.Encrypt(pData, 7, pKey, 1);
+    EXPECT_EQ(data, "DECODER");
+}
+
+// The host calls both by their places in the virtual table, and Decrypt calls Encrypt so.
+TEST_F(CryptoTest, XorHasATableOfTwoOperations)
+{
+    const auto place = [](auto operation) {
+        ptrdiff_t n = 0; // of a virtual operation: one more than the bytes in front of its entry
+        memcpy(&n, &operation, sizeof(n));
+        return n;
+    };
+    EXPECT_EQ(place(&CEncryptXOR::Encrypt), 1);
+    EXPECT_EQ(place(&CEncryptXOR::Decrypt), 1 + static_cast<ptrdiff_t>(sizeof(void*)));
+    struct Replaced final : CEncryptXOR {
+        void Encrypt(unsigned char* data, int, unsigned char*, int) override { *data = 'E'; }
+    } replaced;
+    unsigned char data = 'x';
+    replaced.Decrypt(&data, 1, nullptr, 0);
+    EXPECT_EQ(data, 'E');
 }
 
 TEST_F(CryptoTest, NullPointersAndImpossibleLengthsAreFailures)

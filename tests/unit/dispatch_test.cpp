@@ -1,3 +1,7 @@
+#include <set>
+#include <tuple>
+
+#include "CommandSamples.h"
 #include "SessionFixture.h"
 
 using namespace ORVA_NET_PROTOCOL;
@@ -21,19 +25,22 @@ TEST_F(DispatchTest, BeforeTheLoginEveryOtherCommandIsRefusedWithoutAskingTheDec
 TEST_F(DispatchTest, WhatIsNotListedIsIgnored)
 {
     LogIn();
-    struct {
-        unsigned int id;
-        std::string payload;
-    } const cases[] = {
-        {0x50003, ""},
-        {0x50000, Option(0x60004, "x")}, // an option type of another command
-        {0x50001, Option(0x60006, "x")},
-        {0x50002, Option(0x99999, "x")},
-        {0x50002, "1234567"}, // no whole option head
-        {0x50002, ""},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(Run(c.id, c.payload), "none") << c.id;
+    std::set<std::pair<unsigned int, unsigned int>> listed;
+    for (const CommandSample& sample : CommandSamples()) {
+        listed.emplace(sample.nCmdID, sample.nOptType);
+    }
+    for (unsigned int nCmdID = 0x50000; nCmdID < 0x50010; ++nCmdID) {
+        for (unsigned int nType = 0; nType < 0x40; ++nType) { // 0x50000 to 0x5001F and 0x60000 to 0x6001F
+            const unsigned int nOptType = nType < 0x20 ? 0x50000 + nType : 0x60000 + nType - 0x20;
+            if (!listed.contains({nCmdID, nOptType}) &&
+                !listed.contains({nCmdID, CommandSample::NO_OPTION})) {
+                EXPECT_EQ(Run(nCmdID, Option(nOptType, "x")), "none") << nCmdID << " " << nOptType;
+            }
+        }
+    }
+    for (const std::string& payload :
+         {std::string(), Option(0x60009, "").substr(0, 7)}) { // no whole option head
+        EXPECT_EQ(Run(0x50002, payload), "none");
     }
     EXPECT_TRUE(node.frames.empty());
 }
@@ -58,47 +65,16 @@ TEST_F(DispatchTest, CommandsAndLoggedOptionTypesAppearInTheLog)
 TEST_F(DispatchTest, TheOptionRecordEndsWithThePayloadWhateverItsHeadSays)
 {
     LogIn();
-    struct {
-        const char* what;
-        unsigned long nLen;
-        std::string extra; // of the answer
-    } const cases[] = {
-        {"announced huge", 0xFFFFFFFF, "abc"},
-        {"announced exactly", 3, "abc"},
-        {"announced short", 2, "ab"},
-        {"announced empty", 0, ""},
+    const std::string large(0x10005, 'e'); // longer than the answer's length field can say
+    const std::tuple<unsigned long, std::string, std::string> cases[] = {
+        {0xFFFFFFFF, "abc", "abc"}, {3, "abc", "abc"}, {2, "abc", "ab"}, {0, "abc", ""},
+        {0x10005, large, large},
     };
-    for (const auto& c : cases) {
+    for (const auto& [nLen, record, extra] : cases) {
         ReplyWith(ReplyText("dowallclear", "%SEQ%"));
-        EXPECT_EQ(Run(0x50001, Bytes().U32(0x60011).U32(c.nLen).Text("abc")),
-                  "buffer " + Hex(Bytes()
-                                      .U32(0x60011)
-                                      .U16(8)
-                                      .U16(static_cast<unsigned int>(c.extra.size()))
-                                      .U32(0)
-                                      .U32(0)
-                                      .Text(c.extra)))
-            << c.what;
+        EXPECT_EQ(Run(0x50001, Bytes().U32(0x60011).U32(nLen).Text(record)), ResultOf(0x60011, extra))
+            << nLen;
     }
-}
-
-TEST_F(DispatchTest, ExtraDataBeyondTheLengthFieldFollowsWhole)
-{
-    LogIn();
-    const std::string extra(0x10005, 'e');
-    ReplyWith(ReplyText("dowallclear", "%SEQ%"));
-    EXPECT_EQ(Run(0x50001, Option(0x60011, extra)),
-              "buffer " + Hex(Bytes().U32(0x60011).U16(8).U16(5).U32(0).U32(0).Text(extra)));
-}
-
-TEST_F(DispatchTest, NoAnswerLeavesWhenNoneIsWanted)
-{
-    LogIn();
-    ReplyWith(ReplyText("dowallclear", "%SEQ%"));
-    EXPECT_EQ(Run(0x50001, Option(0x60011, ""), false), "none");
-    ReplyWith(ReplyText("dowallclear", "%SEQ%", "5"));
-    EXPECT_EQ(Run(0x50001, Option(0x60011, ""), false), "none");
-    EXPECT_EQ(node.frames.size(), 2U);
 }
 
 } // namespace

@@ -51,7 +51,7 @@ protected:
 
 using Words = std::vector<std::string>;
 
-TEST_F(FramesTest, DirectModeTellsWhatIsConsumedAndWhatTheNextFrameNeeds)
+TEST_F(FramesTest, BothModesDeliverWholeFramesAndDirectModeTellsWhatTheNextOneNeeds)
 {
     struct {
         std::string bytes;
@@ -67,6 +67,7 @@ TEST_F(FramesTest, DirectModeTellsWhatIsConsumedAndWhatTheNextFrameNeeds)
         {BEAT + "1", {"beat"}, 8, 7},
         {DEVICE_HEAD, {"device"}, 64, 0},
         {DEVICE_HEAD.substr(0, 63), {}, 0, 1},
+        {"111x" + DEVICE_HEAD.substr(4), {"device"}, 64, 0},
         {DEVICE_HEAD + BEAT, {"device", "beat"}, 72, 0},
         {Bytes().Text("1111").U32(0xFFFFFFF8), {}, 0, 0xFFFFFFF8},
         {Bytes().Text("1111").U32(0xFFFFFFFF).Text("x"), {}, 0, 0xFFFFFFFE},
@@ -78,7 +79,15 @@ TEST_F(FramesTest, DirectModeTellsWhatIsConsumedAndWhatTheNextFrameNeeds)
         EXPECT_EQ(delivered, c.frames);
         EXPECT_EQ(consumed, c.consumed);
         EXPECT_EQ(needLen, c.needLen);
+
+        delivered.clear();
+        CNetPacketProcTWDECODERDev keeping;
+        keeping.Initial(&FramesTest::Deliver, this);
+        EXPECT_TRUE(keeping.RecvProc(c.bytes.data(), c.bytes.size(), consumed, nullptr));
+        EXPECT_EQ(delivered, c.frames);
+        EXPECT_EQ(consumed, c.bytes.size());
     }
+    EXPECT_TRUE(fake_host::Logs().empty());
 }
 
 TEST_F(FramesTest, AStreamSplitAnywhereGivesTheSameMessagesInBothModes)
@@ -143,15 +152,22 @@ TEST_F(FramesTest, FragmentsInOrderBecomeOneMessage)
     EXPECT_TRUE(parser.CombineDataProc(live, "abc", 3));
     EXPECT_TRUE(parser.CombineDataProc(play, "xyz", 3)); // another slot
     live.dwIndex = 2;
-    swl_combined_data stranger = live;
-    stranger.dwDataID = 8;
-    EXPECT_FALSE(parser.CombineDataProc(stranger, "???", 3));
-    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 265), 1);
+    for (const auto field :
+         {&swl_combined_data::dwDataID, &swl_combined_data::dwTotalPack, &swl_combined_data::dwTotalLen}) {
+        swl_combined_data stranger = live;
+        ++(stranger.*field);
+        EXPECT_FALSE(parser.CombineDataProc(stranger, "???", 3));
+    }
+    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 265), 3);
     char* handle = MEM_POOL_New("def", 3);
     EXPECT_TRUE(parser.CombineDataProcMemPool(live, handle));
     MEM_POOL_Delete(handle);
     EXPECT_EQ(delivered, (Words{"data:xyz", "data:abcdef"}));
     EXPECT_EQ(fake_host::LiveBuffers(), 0);
+
+    parser.Initial(nullptr, nullptr); // a message that nobody takes stays until the next one
+    EXPECT_TRUE(parser.CombineDataProc(play, "xyz", 3));
+    EXPECT_EQ(fake_host::LiveBuffers(), 1);
 }
 
 TEST_F(FramesTest, FragmentsThatFitNowhereAreRefused)

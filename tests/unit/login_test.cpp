@@ -1,3 +1,7 @@
+#include <iterator>
+#include <sstream>
+
+#include "CommandSamples.h"
 #include "SessionFixture.h"
 #include "tdcrypto.h"
 
@@ -88,11 +92,29 @@ TEST_F(LoginTest, AFailedFirstExchangeEndsTheLogin)
     }
 }
 
-TEST_F(LoginTest, AReplyOfNoKnownRequestIsNoReply)
+TEST_F(LoginTest, AReplyIsNoneUntilAMessageWithAKnownUrlHasCome)
 {
-    ReplyWith(ReplyText("unheardof", "%SEQ%", "0", "<session>S</session>"));
-    EXPECT_EQ(Login(), "none");
-    EXPECT_EQ(node.frames.size(), 1U);
+    std::vector<std::string> urls = {"unheardof", "", "notifychannelchange", "notifychannelstate"};
+    for (const CommandSample& sample : CommandSamples()) {
+        std::istringstream words(sample.urls);
+        urls.insert(urls.end(), std::istream_iterator<std::string>(words), {});
+    }
+    for (size_t i = 0; i < urls.size(); ++i) {
+        CNetProtocolProcTWDECODERDevImp fresh;
+        fresh.Start(&node, nullptr, 0);
+        const std::string frame = Frame(ReplyText(urls[i], "1"));
+        unsigned int nNeed = 0;
+        fresh.OnSocketRecvData(0, frame.data(), static_cast<unsigned int>(frame.size()), &nNeed, nullptr);
+        onPoll = [&] {
+            const std::string reply = Frame(ReplyText("unheardof", Element(LastRequest(), "seq")));
+            fresh.OnSocketRecvData(0, reply.data(), static_cast<unsigned int>(reply.size()), &nNeed, nullptr);
+        };
+        node.frames.clear();
+        FakeCommand command(KEST_CMD_REQUEST_LOGIN);
+        fresh.ProcOneCommand(&command, nullptr, 0);
+        EXPECT_EQ(node.frames.size(), i < 2 ? 1U : 2U) << urls[i];
+        EXPECT_EQ(command.nAnswers, i < 2 ? 0 : 1) << urls[i];
+    }
 }
 
 TEST_F(LoginTest, AnUnreadableSecondReplyIsAnUnknownCode)
@@ -104,7 +126,9 @@ TEST_F(LoginTest, AnUnreadableSecondReplyIsAnUnknownCode)
 
 TEST_F(LoginTest, WhatAReplyDoesNotNameIsKeptFromBefore)
 {
-    ReplyToDooption();
+    ReplyToDooption("9"); // what a refused exchange brings counts as well
+    Login();
+    ReplyWith(ReplyText("dooption", "%SEQ%"));
     ReplyToDologin("103");
     Login();
     ReplyWith(ReplyText("dooption", "%SEQ%"));
@@ -113,6 +137,11 @@ TEST_F(LoginTest, WhatAReplyDoesNotNameIsKeptFromBefore)
     EXPECT_EQ(Element(LastRequest(), "session"), "S&lt;1");
     EXPECT_EQ(Element(LastRequest(), "token"), "TOK"); // even that of a refused login
     EXPECT_EQ(Deciphered("account"), "admin");
+
+    ReplyWith(ReplyText("dooption", "%SEQ%"));
+    ReplyToDologin("103");
+    EXPECT_EQ(Login(), "failure 20000024");
+    EXPECT_EQ(Run(0x50000, Option(0x50002, "")), "failure 2000000f") << "the first login stands";
 }
 
 TEST_F(LoginTest, WrongPayloadLengthsAreReportedTwiceAndReadAsFarAsTheyGo)

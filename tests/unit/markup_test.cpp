@@ -49,28 +49,6 @@ bool Parses(CMarkupSTL& doc, const std::string& text)
 
 constexpr size_t MANY = 100'000;
 
-TEST(Markup, ComposesARequestHeaderLineByLine)
-{
-    CMarkupSTL doc;
-    {
-        CElemScope command(doc, "td_command");
-        {
-            CElemScope header(doc, "td_header");
-            doc.AddElem("url", "dowallclear");
-            doc.AddElem("seq", 5);
-        }
-        {
-            CElemScope refused(doc, "");
-        }
-        doc.AddElem("td_body");
-    }
-    EXPECT_EQ(doc.GetDoc(),
-              "<td_command>\r\n<td_header>\r\n<url>dowallclear</url>\r\n<seq>5</seq>\r\n</td_header>"
-              "\r\n<td_body/>\r\n</td_command>\r\n");
-    EXPECT_TRUE(doc.IsWellFormed());
-    EXPECT_EQ(doc.GetTagName(), "td_command");
-}
-
 TEST(Markup, WritesAnElementInItsForm)
 {
     using M = CMarkupSTL;
@@ -87,7 +65,8 @@ TEST(Markup, WritesAnElementInItsForm)
         {"1", M::MNF_WITHNOLINES, "<x>1</x>"},
         {"a<b>&'\"\xE2\x82\xAC", 0, "<x>a&lt;b&gt;&amp;'\"\xE2\x82\xAC</x>\r\n"},
         {"'\"", M::MNF_ESCAPEQUOTES, "<x>&apos;&quot;</x>\r\n"},
-        {"&amp;&#x20;&_a-1;& &1;&a", M::MNF_WITHREFS, "<x>&amp;&#x20;&_a-1;&amp; &amp;1;&amp;a</x>\r\n"},
+        {"&amp;&#x20;&_a-1;&:.;& &1;&a", M::MNF_WITHREFS,
+         "<x>&amp;&#x20;&_a-1;&:.;&amp; &amp;1;&amp;a</x>\r\n"},
         {"<&]]>]]>", M::MNF_WITHCDATA, "<x><![CDATA[<&]]]]><![CDATA[>]]]]><![CDATA[>]]></x>\r\n"},
     };
     for (const auto& c : cases) {
@@ -123,6 +102,8 @@ TEST(Markup, AddsWhereTheCursorStands)
         {"<a>\r\n<b/>\r\n<c/>\r\n</a>", {"a", "b"}, false, 0, "<a>\r\n<b/>\r\n<x/>\r\n<c/>\r\n</a>"},
         {"<a><b/> text</a>", {"a", "b"}, false, 0, "<a><b/><x/>\r\n text</a>"},
         {"<a><b/> </a>", {"a", "b"}, false, 0, "<a><b/> <x/>\r\n</a>"},
+        {"<a><b/> <!-- c --></a>", {"a", "b"}, false, 0, "<a><b/> <x/>\r\n<!-- c --></a>"},
+        {"<a><b/></a>", {"a", "b"}, false, CMarkupSTL::MNF_WITHNOLINES, "<a><b/><x/></a>"},
         {"<a><b/><c/></a>", {"a"}, true, 0, "<a><b/><c/><x/>\r\n</a>"},
         {"<a></a>", {"a"}, true, 0, "<a>\r\n<x/>\r\n</a>"},
         {"<a>1</a>", {"a"}, true, 0, "<a>1<x/>\r\n</a>"},
@@ -172,6 +153,9 @@ TEST(Markup, RefusedOperationsLeaveDocumentAndCursor)
     EXPECT_FALSE(doc.AddElem("b", "1", CMarkupSTL::MNF_WITHNOEND));
     EXPECT_FALSE(doc.AddElem(endTagTooLong.c_str(), "1"));
     EXPECT_FALSE(doc.AddElem(std::string(1 << 20, 'n').c_str()));
+    {
+        CElemScope refused(doc, "");
+    }
     EXPECT_FALSE(doc.FindElem("a"));
     EXPECT_EQ(doc.GetDoc(), "<a/>\r\n");
     EXPECT_EQ(doc.GetTagName(), "a");
@@ -192,6 +176,7 @@ TEST(Markup, ReportsWhatIsWrongAndKeepsWhatItRecognises)
         {"<?xml version='1.0'?><!DOCTYPE a '>' [<!ENTITY b '>'>]><!-- <c> --><a b='<>'><![CDATA[<d>]]></a>",
          "", "a=<d>"},
         {"<a  b = \"/>\" c ><d/></a >", "", "a[d]"},
+        {"<!DOCTYPE a [<!ELEMENT a><b>]><?c <d> > ?><a\\e>1</a>", "", "a=1"},
         {"<a b' c=d\"><e/></a>", "", "a[e]"},
         {"", "Empty document", ""},
         {" text", "No root element", ""},
@@ -326,6 +311,10 @@ TEST(Markup, AddsInsideDeepNestingAndItsCopy)
     CMarkupSTL copy;
     copy = doc;
     EXPECT_EQ(copy.GetTagName(), "c");
+    copy = At("<c/><d/>", {"d"});
+    EXPECT_EQ(copy.GetError(), "Root element has sibling");
+    copy = doc;
+    EXPECT_EQ(copy.GetError(), "");
     copy.ResetPos();
     EXPECT_TRUE(copy.FindElem("a") && copy.IntoElem() && copy.AddElem("d"));
     EXPECT_TRUE(copy.GetDoc().ends_with("</a><d/>\r\n</a>"));

@@ -66,6 +66,11 @@ TEST_F(MediaTest, RecordsKeepEveryByteRefuseCountsThatDoNotFitAndHideCredentials
     RoundTrips<S_MTvw_Wall_Media>(Bytes().U32(2).Text(Window(1, 1, media)).U32(2).U32(0));
     RoundTrips<S_MTvw_Wall_Media_info>(Media(GUID_BYTES, 5, SOURCE_USER, SOURCE_PASSWORD, ""));
     EXPECT_EQ(S_MTvw_Wall_Media_info().GetLength(), 604u);
+    S_MTvw_Wall_Media_info alone;
+    ASSERT_TRUE(Decode(alone, Media(GUID_BYTES, 5, SOURCE_USER, SOURCE_PASSWORD, "")));
+    CheckDump(alone, "channelIdInt:5 channelid:" + GUID_TEXT +
+                         " type:-1 reqmode:2 port:-3 streamtype:-4 recordmask:2147483648 source:-6 "
+                         "begintime:18446744073709551615 endtime:4294967303 addr:10.0.0.<1>");
 
     S_MTvw_Wall_Media record;
     const std::string head = Bytes().U32(1).U32(7);

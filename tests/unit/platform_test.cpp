@@ -1,25 +1,17 @@
-#include <algorithm>
-#include <cerrno>
-#include <csignal>
 #include <functional>
 #include <gtest/gtest.h>
 #include <list>
 #include <string>
 #include <thread>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
 #include "AtomicAccess.h"
 #include "Interlocked.h"
 #include "Lock.h"
-#include "PFHelper.h"
 #include "PFTime.h"
 #include "SysHelper.h"
 #include "TypeCheck.h"
-
-// The tests are linked so that calls of the sleep go to the test's clock; this is the one that ships.
-bool RealSleep(unsigned int ms) asm("__real__ZN9CPFHelper5SleepEj");
 
 namespace {
 
@@ -64,20 +56,6 @@ TEST(PlatformTest, AnEventReleasesOneWaitPerSetOrAllUntilReset)
     }
 }
 
-TEST(PlatformTest, ASetWakesOneOfTheThreadsThatWait)
-{
-    CMyEvent event(false);
-    CMySemaphore released(0, 3);
-    std::thread producer([&] {
-        for (int i = 0; i < 3; ++i) {
-            event.SetEvent();
-            EXPECT_TRUE(released.lock(FAR_AHEAD) && !released.trylock());
-        }
-    });
-    RunThreads(3, [&] { EXPECT_TRUE(event.WaitEvent(FAR_AHEAD) == WAIT_SIGNALLED && released.unlock()); });
-    producer.join();
-}
-
 TEST(PlatformTest, SeveralEventsArePolledInPasses)
 {
     const auto wait = [](const std::vector<bool>& signalled, bool bWaitAll, unsigned int ms) {
@@ -116,33 +94,6 @@ TEST(PlatformTest, ASemaphoreCountsUpToItsMaximum)
     EXPECT_FALSE(semaphore.trylock());
 }
 
-TEST(PlatformTest, ANamedLockIsHeldByOneOfItsHoldersWhereverTheyOpenedIt)
-{
-    const std::string name = "/platform_test." + std::to_string(getpid());
-    CNameLock first(name.c_str()), second(name.c_str());
-    int nInside = 0, nMost = 0;
-    std::vector<std::thread> threads;
-    for (CNameLock* pLock : {&first, &second}) {
-        threads.emplace_back([pLock, &nInside, &nMost] {
-            for (int i = 0; i < 10'000; ++i) {
-                EXPECT_TRUE(pLock->Lock());
-                nMost = std::max(nMost, ++nInside);
-                --nInside;
-                EXPECT_TRUE(pLock->Unlock());
-            }
-        });
-    }
-    for (auto& thread : threads) {
-        thread.join();
-    }
-    EXPECT_EQ(nMost, 1);
-    sem_unlink(name.c_str());
-    for (const char* szName : {static_cast<const char*>(nullptr), "", "/no/such"}) {
-        CNameLock none(szName);
-        EXPECT_FALSE(none.Lock() || none.Unlock());
-    }
-}
-
 TEST(PlatformTest, CountersAreAtomicAndAStorePublishesWhatWasWrittenBefore)
 {
     Interlocked counter(5), arrived(0), running(4);
@@ -167,28 +118,6 @@ TEST(PlatformTest, CountersAreAtomicAndAStorePublishesWhatWasWrittenBefore)
         EXPECT_EQ(text, "reply");
     });
     EXPECT_EQ(counter.Increment(), 400'001);
-}
-
-TEST(PlatformTest, ASleepGoesOnAfterASignal)
-{
-    std::signal(SIGUSR1, [](int) {});
-    Interlocked done(0);
-    uint64_t nThreadID = 0;
-    const timespec end = CPFTime::GetDeadline(50);
-    const auto sleeper = [](void* pDone) {
-        RealSleep(50);
-        static_cast<Interlocked*>(pDone)->SetValue(1);
-        return pDone;
-    };
-    ASSERT_TRUE(CPFHelper::CreateThread(sleeper, &done, &nThreadID));
-    while (done == 0) {
-        pthread_kill(nThreadID, SIGUSR1);
-        RealSleep(1);
-    }
-    const timespec now = CPFTime::GetDeadline(0);
-    EXPECT_GE(std::pair(now.tv_sec, now.tv_nsec), std::pair(end.tv_sec, end.tv_nsec));
-    EXPECT_EQ(pthread_join(nThreadID, nullptr), 0);
-    EXPECT_FALSE(CPFHelper::CreateThread(nullptr, &done, &nThreadID));
 }
 
 TEST(PlatformTest, GuidTextIsUpperCaseInBraces)

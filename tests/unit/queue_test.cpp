@@ -1,12 +1,16 @@
+#include <future>
+
 #include <gtest/gtest.h>
 
 #include "FakeCommand.h"
 #include "FakeHost.h"
 #include "FakeNode.h"
+#include "LinkTexts.h"
 #include "NetProtocolProcDevice.h"
 #include "NetProtocolProcTWDECODERDev.h"
 #include "NetProtocolProcTWDECODERDevImp.h"
 #include "PluginExports.h"
+#include "SocketDataObserver.h"
 
 namespace {
 
@@ -14,9 +18,21 @@ class RecordingQueue : public CNetProtocolProcDevice {
 public:
     void ProcOneCommand(CCmdProcObject* cmd, unsigned char* buf, unsigned int len) override
     {
+        Note("run");
         ran.push_back({cmd, buf == nullptr ? "null" : std::string(reinterpret_cast<char*>(buf), len)});
     }
+    // Notes what happens, and whether another thread could take the queue's lock meanwhile.
+    void Note(const std::string& what)
+    {
+        const auto isFree = [this] {
+            pthread_mutex_t* pMutex = m_CmdProcListLock.Handle();
+            return pthread_mutex_trylock(pMutex) == 0 && pthread_mutex_unlock(pMutex) == 0;
+        };
+        events += what + (std::async(std::launch::async, isFree).get() ? " free, " : " locked, ");
+    }
+
     std::vector<std::pair<CCmdProcObject*, std::string>> ran;
+    std::string events;
 };
 
 TEST(QueueTest, RunsCommandsInOrderOnPrivateCopiesAndGivesTheirReferencesBack)
@@ -44,16 +60,27 @@ TEST(QueueTest, RunsCommandsInOrderOnPrivateCopiesAndGivesTheirReferencesBack)
     }
 }
 
-TEST(QueueTest, ACommandLeftInTheQueueIsReportedOnce)
+TEST(QueueTest, IsLockedWhileACommandIsQueuedAndFreeWhileItRuns)
+{
+    RecordingQueue queue;
+    FakeCommand command(1);
+    command.onReference = [&](const char* what) { queue.Note(what); };
+    queue.AddOneCmd(&command, nullptr, 0);
+    queue.ProcDevCmd();
+    EXPECT_EQ(queue.events, "take locked, run free, give back free, ");
+}
+
+TEST(QueueTest, CommandsLeftInTheQueueAreReportedOnce)
 {
     fake_host::Reset();
     FakeCommand command(1);
     {
         RecordingQueue queue;
         queue.AddOneCmd(&command, nullptr, 0);
+        queue.AddOneCmd(&command, nullptr, 0);
     }
     EXPECT_EQ(fake_host::CountAsserts("NetProtocolProcDevice", 16), 1);
-    EXPECT_EQ(command.nReferences, 1); // dropped, not repaired
+    EXPECT_EQ(command.nReferences, 2); // dropped, not repaired
 }
 
 TEST(FacadeTest, IsRegisteredUnderTheDecoderTypeAndLivesThroughTheHostsCalls)
@@ -68,18 +95,29 @@ TEST(FacadeTest, IsRegisteredUnderTheDecoderTypeAndLivesThroughTheHostsCalls)
     std::unique_ptr<CNetProtocolProc> processor(fake_host::Get().pCreated);
     FakeNode node;
     EXPECT_EQ(processor->Initial(&node, 7, 8, 9), 5);
+    fake_host::Get().onCall = [&](const fake_host::Call& call) {
+        if (call.name == "Start") { // bytes may come at once
+            const std::string bytes = Frame(ReplyText("notifychannelstate", "1"));
+            fake_host::Get().calls[0].pObserver->OnSocketRecvData(
+                0, bytes.data(), static_cast<unsigned int>(bytes.size()), nullptr, nullptr);
+        }
+    };
     EXPECT_EQ(processor->Start(nullptr, 0), 0);
+    EXPECT_EQ(node.notifications.size(), 1U);
     EXPECT_FALSE(processor->IsWorking());
     EXPECT_TRUE(processor->IsOnline());
     unsigned long nLen = 0;
     EXPECT_EQ(std::string(processor->GetBeatData(nLen), 8), std::string("1111\0\0\0\0", 8));
     EXPECT_EQ(nLen, 8U);
 
-    FakeCommand command(0x50006);
-    processor->AddOneCmd(&command, nullptr, 0);
+    FakeCommand commands[] = {FakeCommand(0x50006), FakeCommand(0x50006)};
+    for (FakeCommand& command : commands) {
+        command.onReference = [](const char* what) { fake_host::Get().calls.push_back({what, 7}); };
+        command.onAnswer = [] { fake_host::Get().calls.push_back({"answer", 7}); };
+        processor->AddOneCmd(&command, nullptr, 0);
+    }
     processor->Stop(); // drains the queue
-    EXPECT_EQ(command.Answer(), "failure 20000013");
-    EXPECT_EQ(command.nReferences, 0);
+    EXPECT_EQ(commands[0].Answer() + commands[1].Answer(), "failure 20000013failure 20000013");
     processor->Quit();
     NET_DEV_DECODERDEVSDK_Quit();
 
@@ -89,10 +127,28 @@ TEST(FacadeTest, IsRegisteredUnderTheDecoderTypeAndLivesThroughTheHostsCalls)
         EXPECT_EQ(call.hNetCommunication, 7);
         names += call.name + " ";
     }
-    EXPECT_EQ(names, "RegisterNode Start Stop UnRegisterNode DestroyHNetCommunication ");
+    EXPECT_EQ(names, "RegisterNode Start take take answer give back answer give back Stop UnRegisterNode "
+                     "DestroyHNetCommunication ");
     EXPECT_EQ(calls[0].pObserver, calls[0].pContext);
     EXPECT_EQ(calls[0].a, 8);
     EXPECT_EQ(calls[0].b, 9);
+}
+
+TEST(FacadeTest, StopAsksItsOwnProcDevCmdUntilTheQueueIsEmpty)
+{
+    struct Processor : CNetProtocolProcTWDECODERDev {
+        bool ProcDevCmd() override
+        {
+            ++nAsked;
+            return CNetProtocolProcTWDECODERDev::ProcDevCmd();
+        }
+        int nAsked = 0;
+    };
+    Processor processor;
+    FakeCommand command(0x50006);
+    processor.AddOneCmd(&command, nullptr, 0);
+    processor.Stop();
+    EXPECT_EQ(processor.nAsked, 2);
 }
 
 } // namespace

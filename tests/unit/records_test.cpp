@@ -75,6 +75,7 @@ Texts Dumped(const std::string& bytes)
     record.Dump();
     Texts texts;
     for (const auto& log : fake_host::Logs()) {
+        EXPECT_EQ(log.level, fake_host::LogLevel::Normal);
         texts.push_back(log.text);
     }
     return texts;
@@ -233,8 +234,8 @@ TEST_F(Records, FilesAreReadAndWrittenWhole)
     uint32_t length = 0;
     EXPECT_TRUE(WriteFile(path, bytes.data(), 4, O_WRONLY | O_CREAT));
     EXPECT_FALSE(WriteFile(path, bytes.data(), 4, O_RDONLY));
-    EXPECT_FALSE(WriteFile(path, nullptr, 4, O_WRONLY));
     EXPECT_FALSE(WriteFile("", bytes.data(), 4, O_WRONLY | O_CREAT));
+    EXPECT_FALSE(WriteFile(path, nullptr, 4, O_WRONLY | O_TRUNC)); // opens nothing
     EXPECT_TRUE(ReadFile(path, bytes, length, O_RDONLY));
     EXPECT_EQ(bytes, written);
     EXPECT_EQ(length, 4u);

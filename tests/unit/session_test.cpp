@@ -3,6 +3,7 @@
 #include "CommandSamples.h"
 #include "DeviceRequest.h"
 #include "HostFunctions.h"
+#include "SessionAccess.h"
 
 using namespace ORVA_NET_PROTOCOL;
 using namespace ORVA2_DECODER_TVW;
@@ -93,6 +94,9 @@ TEST_F(SessionTest, NoReplyForThreeHundredPollsIsATimeout)
         Element(LastRequest(), "seq") + " , m_recvCmdID=-1";
     EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Normal, SOURCE, 1940), 1);
     EXPECT_EQ(fake_host::Logs().back().text, text);
+    EXPECT_FALSE(CSessionAccess::WaitProc(session, 1, 199));
+    EXPECT_FALSE(CSessionAccess::WaitProc(session, 1, 99));
+    EXPECT_EQ(nPolls, 301) << "a part of a poll is none";
 }
 
 TEST_F(SessionTest, RepliesWithOtherNumbersAreNotTakenForTheAnswer)
@@ -189,14 +193,28 @@ TEST_F(SessionTest, AMessageFromBeforeTheQuestionCountsOnlyAsTheLastNumber)
     }
 }
 
-TEST_F(SessionTest, NumbersAboveTheSignedRangeAndTrailingLettersAreRead)
+TEST_F(SessionTest, EveryMessageIsStoredAndTheNumberBehindItsUrlIsReadAsDecimal)
 {
-    LogIn();
-    onPoll = [this] {
-        const unsigned long seq = std::stoul(Element(LastRequest(), "seq")) + 0x100000000UL;
-        Receive(Frame(ReplyText("dowallclear", std::to_string(seq) + "abc")));
+    const struct {
+        std::string header;
+        int nSeq;
+    } cases[] = {
+        {"<url>dowallclear</url><seq>4294967298abc</seq>", 2}, // 32 bits
+        {"<url>dowallclear</url><seq>4294967295</seq>", -1},
+        {"<url>unheardof</url><x/><seq> -010</seq>", -10},
+        {"<url/><seq>0x10</seq>", 0},
+        {"<seq>7</seq>", 7},
+        {"<seq>8</seq><url>dowallclear</url>", 7},
+        {"<seq>8</seq><url>dowallclear</url><seq>9</seq>", 9},
+        {"<x><url/><seq>8</seq></x>", 9},
+        {"", 9},
     };
-    EXPECT_EQ(ClearWall(), done);
+    for (const auto& c : cases) {
+        const std::string text = Elem("td_command", Elem("td_header", c.header));
+        Receive(Frame(text));
+        EXPECT_EQ(CSessionAccess::LastNumber(session), c.nSeq) << text;
+        EXPECT_EQ(CSessionAccess::Stored(session), text);
+    }
 }
 
 TEST_F(SessionTest, SendFailuresAnswerAtOnceAndAFullSocketIsTriedAgain)
@@ -226,6 +244,7 @@ TEST_F(SessionTest, LivenessLastsSixteenChecksWithoutAFrame)
         for (int i = 1; i <= 16; ++i) {
             EXPECT_TRUE(session.IsOnline()) << i;
         }
+        Receive(std::string(64, '2')); // a device head says nothing
         EXPECT_FALSE(session.IsOnline());
         Receive(round == 0 ? Frame("") : Frame("x")); // a heartbeat or any message
     }

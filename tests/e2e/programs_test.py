@@ -1,0 +1,218 @@
+"""The built plug-in in the stand-in host against the simulated decoder, over TCP on loopback.
+
+Usage: programs_test.py HOST DECODER PLUGIN [Programs.TEST...]
+"""
+import json
+import os
+import signal
+import subprocess
+import sys
+import tempfile
+import unittest
+
+HOST, DECODER, PLUGIN = sys.argv[1:4]
+PATIENCE = 60  # seconds
+DEVICE_ERROR = 0x20000002
+SCRIPT = """# a wall
+window create 1 0 0 960 540 --mode 4 --osd 11,12,13,14
+window create 2 960 0 960 540  3 0 540 400 300
+
+window create 1 0 0 10 10
+window move 2 100 100 500 500
+window move 2 -10 0 500 500
+window split 1 0 0 960 540 --mode 9
+window raise 1
+window raise 77
+window delete 3
+"""
+SCRIPT_ANSWERS = ["buffer", "buffer", "buffer", DEVICE_ERROR, "buffer", DEVICE_ERROR, "buffer", "buffer", DEVICE_ERROR,
+                  "buffer"]
+WHOLE_WALL = """info
+config
+layout set 2 2
+layout bind 9 1 0
+layout get
+wall apply {folder}/wall.json
+media play 1 1 192.0.2.2:554 --channel 2 --source-user viewer --source-password-file {folder}/password
+playback 1 0 1 2
+zoom 1 0 on
+border 1 0 on
+window-config set on off
+window-config get
+audio play 1 0 1
+audio get
+group add 7 --name doors --channels 1,2 --interval 5
+group set 7 --name gates --channels 1,3 --interval 6
+group get 7
+polling start 1 1 7
+polling stop 1 1
+group delete 7
+audio stop 1 0
+media stop 1 0
+layout unbind 1 0
+wall clear
+logout
+"""
+WALL_FILE = {"windows": [{"id": 1, "x": 0, "y": 0, "width": 960, "height": 540, "subWindows": [
+    {"index": 0, "osd": 11, "media": {"address": "192.0.2.1", "port": 554, "channel": 1, "user": "viewer",
+                                      "password": "hidden-1"}}, {"index": 1, "osd": 12}]}]}
+
+
+def answers(lines):
+    """One for each answer: "buffer", "none", or the failure code."""
+    return [line["code"] if line["answer"] == "failure" else line["answer"] for line in lines if "command" in line]
+
+
+class Programs(unittest.TestCase):
+    def setUp(self):
+        self.folder = self.enterContext(tempfile.TemporaryDirectory())
+        self.address = "127.0.0.1:1"  # nobody listens there
+
+    def start(self, *command, password="secret"):
+        passwords = {"TVWALL_DECODER_PASSWORD": password, "TVWALL_PASSWORD": password}
+        with open(self.folder + "/errors-" + os.path.basename(command[0]), "w") as errors:
+            program = subprocess.Popen(command, env={**os.environ, **passwords}, text=True, stdin=subprocess.PIPE,
+                                       stdout=subprocess.PIPE, stderr=errors)
+        self.addCleanup(program.communicate)
+        self.addCleanup(program.kill)
+        return program
+
+    def end(self, program, status, number=None):
+        if number is not None:
+            program.send_signal(number)
+        program.communicate(timeout=PATIENCE)
+        self.assertEqual(program.returncode, status, self.errors())
+
+    def start_decoder(self, *faults, options=()):
+        self.decoder = self.start(DECODER, "--listen", "127.0.0.1:0", "--json-log", self.folder + "/requests.json", "--user",
+                                  "admin", *options, *[word for fault in faults for word in ("--fault", fault)])
+        self.address = self.decoder.stdout.readline().removeprefix("listening on ").strip()
+
+    def start_host(self, *arguments, password="secret"):
+        return self.start(HOST, "--plugin", PLUGIN, "--decoder", self.address, "--user", "admin", *arguments,
+                          password=password)
+
+    def run_host(self, status, *arguments, script=None, password="secret"):
+        """What it prints, read as JSON where it is."""
+        host = self.start_host(*arguments, password=password)
+        out, _ = host.communicate(script or "", timeout=PATIENCE)
+        self.assertEqual(host.returncode, status, out + self.errors())
+        for secret in "secret", "hidden-1":
+            self.assertNotIn(secret, out + self.errors())
+        return [json.loads(line) for line in out.splitlines()] if "--json" in arguments else out
+
+    def fail_in_one_line(self, status, *arguments, password="secret"):
+        self.run_host(status, *arguments, password=password)
+        self.assertEqual(self.errors().count("\n"), 1, self.errors())
+
+    def errors(self):
+        return self.file("errors-" + os.path.basename(HOST))
+
+    def file(self, name):
+        with open(self.folder + "/" + name) as file:
+            return file.read()
+
+    def requests(self, key):
+        return [json.loads(line).get(key, 0) for line in self.file("requests.json").splitlines()]
+
+    def test_the_wall_follows_the_commands_of_a_script(self):
+        self.start_decoder()
+        lines = self.run_host(1, "--json", "script", "-", script=SCRIPT)
+        self.assertEqual(answers(lines), SCRIPT_ANSWERS)
+        created = lines[1]["hex"]  # the head, and the record that comes back
+        self.assertEqual(created[:32], "06000600" "0800" "6c00" "00000000" "00000000")
+        self.assertEqual(len(created), 2 * (16 + 36 + 40 + 4 * 8))
+        self.assertEqual(self.requests("url"), ["dooption", "dologin"] + 3 * ["docreatewindow"] + 2 * ["domodifywindow"] +
+                         ["dosplitwindow", "dowindowtop", "dowindowtop", "dodestroywindow"])
+        self.end(self.decoder, 0, signal.SIGINT)
+
+    def test_every_family_of_commands_with_real_credentials(self):
+        for name, text in ("accounts", "viewer:hidden-1\n"), ("password", "hidden-1\n"), ("wall.json", json.dumps(WALL_FILE)):
+            with open(f"{self.folder}/{name}", "w") as file:
+                file.write(text)
+        self.start_decoder(options=["--source-accounts", self.folder + "/accounts"])
+        lines = self.run_host(0, "--json", "script", "-", script=WHOLE_WALL.format(folder=self.folder))
+        self.assertEqual(answers(lines), 26 * ["buffer"])
+        self.assertEqual(len(lines), 27, "the channels that follow the system information")
+        fields = json.dumps([line.get("fields") for line in lines], separators=(",", ":"))
+        for read in '"rows":2', '"id":9', '"name":"gates"', '"channels":"1,3"':
+            self.assertIn(read, fields)
+        self.assertNotIn("hidden-1", self.file("requests.json"))
+        self.assertEqual(sum(self.requests("credentials")), 2, "the accounts of two sources")
+
+    def test_the_answers_are_the_same_whatever_the_link_looks_like(self):
+        for faults in (["chunk=1"], ["device-head", "chunk=37"], ["notify-every=3", "beat-every=2", "chunk=100"],
+                       ["delay=250@dowindowtop", "delay=120@dologin"]):
+            self.start_decoder(*faults)
+            for options in [], ["--buffered-receive"]:
+                with self.subTest(faults=faults, options=options):
+                    lines = self.run_host(1, "--json", *options, "script", "-", script=SCRIPT)
+                    self.assertEqual(answers(lines), SCRIPT_ANSWERS)
+                    self.run_host(0, "wall", "clear")
+
+    def test_every_way_to_fail_has_its_status_and_one_line(self):
+        self.fail_in_one_line(3, "login")  # nobody there
+        self.start_decoder("silent@dowallclear", "error=77@dowindowtop", "garbage@dosplitwindow", "wrong-seq@dodestroywindow")
+        self.fail_in_one_line(5, "login", password="wrong")
+        self.fail_in_one_line(1, "window", "raise", "1")
+        self.fail_in_one_line(1, "--no-login", "wall", "clear")
+        for command in "wall clear", "window delete 1", "window split 1 0 0 5 5 --mode 4":
+            self.fail_in_one_line(4, "--answer-timeout", "0.5", *command.split())
+        for wrong in ("window fly", "", "--nonsense login", "--plugin /no/such/plugin.so login", f"--plugin {HOST} login",
+                      "raw 0x50002 --hex 0g", "script /no/such/script"):
+            self.fail_in_one_line(2, *wrong.split())
+        self.run_host(2, "script", "-", script="window raise 1\nwall clean\n")
+        self.assertIn("line 2", self.errors())
+
+    def test_a_decoder_that_dies_or_an_interrupt_ends_the_host_at_once(self):
+        self.start_decoder("cut-after=3")
+        self.run_host(3, "wall", "clear")
+        for dies in True, False:
+            self.start_decoder("silent@dowallclear")
+            host = self.start_host("script", "-")
+            host.stdin.write("window create 1 0 0 10 10\nwall clear\n")
+            host.stdin.flush()
+            while not host.stdout.readline().startswith("window create"):
+                pass
+            if dies:
+                self.decoder.kill()
+            self.end(host, 3 if dies else 128 + signal.SIGINT, None if dies else signal.SIGINT)
+
+    def test_watch_prints_notifications_until_it_is_interrupted(self):
+        self.start_decoder("notify-every=20")
+        host = self.start_host("--json", "watch")
+        lines = [json.loads(host.stdout.readline()) for _ in range(12)]
+        told = [line for line in lines if "notification" in line]
+        self.assertGreater(len(told), 10, "all but the answer to the login")
+        for i, line in enumerate(told):
+            state = line["optType"] - 0x60000
+            self.assertEqual((line["notification"], state), (0x50003, (told[0]["optType"] - 0x60000) ^ i % 2))  # in turn
+            self.assertGreater(line["nLen"], 0, "the length of the login request")
+            self.assertEqual(len(line["destination"]), 38)
+            self.assertIn(["notifychannelchange", "notifychannelstate"][state], line["data"])
+        self.end(host, 0, signal.SIGINT)
+        host = self.start_host("watch")
+        while "notification" not in host.stdout.readline():
+            pass
+        self.end(host, 128 + signal.SIGTERM, signal.SIGTERM)  # not the user's way to say that it is enough
+
+    def test_each_decoder_of_a_process_has_its_own_wall(self):
+        decoders = self.start(DECODER, "--decoders", "2")
+        for _ in range(2):
+            self.address = decoders.stdout.readline().removeprefix("listening on ").strip()
+            self.run_host(0, "window", "create", "1", "0", "0", "960", "540")
+        self.run_host(1, "window", "create", "1", "0", "0", "960", "540")  # the last one has it now
+
+    def test_raw_commands_go_in_as_they_are(self):
+        self.start_decoder()
+        lines = self.run_host(4, "--json", "script", "-", script="raw 0x50001 --option 0x60011 --hex 0102\n"
+                              "raw 0x50001 --option 0x60011 --no-reply\n"
+                              "raw 0x50002 --option 0x60009\n"  # raises window 0
+                              "raw 0x50002 --option 0x50000\n"  # logs out
+                              "raw 0x50003\n")  # no command of the plug-in: no answer
+        self.assertEqual(answers(lines), ["buffer", "buffer", "none", DEVICE_ERROR, "buffer", "none"])
+        self.assertEqual(lines[1]["hex"], "110006000800020000000000000000000102")
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1] + sys.argv[4:])

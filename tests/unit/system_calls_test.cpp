@@ -1,0 +1,248 @@
+// What the platform layer asks of the system, call by call, and what it makes of the results.
+
+#include <cerrno>
+#include <cstdarg>
+#include <ctime>
+#include <deque>
+#include <fcntl.h>
+#include <functional>
+#include <gtest/gtest.h>
+#include <pthread.h>
+#include <semaphore.h>
+#include <string>
+
+#include "Event.h"
+#include "PFHelper.h"
+#include "Semaphore.h"
+
+// The tests are linked so that calls of the sleep go to the test's clock; this is the one that ships.
+bool RealSleep(unsigned int ms) __asm__("__real__ZN9CPFHelper5SleepEj");
+
+namespace {
+
+// The calls that were made while it lives, in one text, and their scripted results: an error or 0, which is
+// also what follows the last one. Calls have no effect then. A second passes between two looks at the clock.
+struct Script {
+    Script() { s_pRunning = this; }
+    ~Script() { s_pRunning = nullptr; }
+    Script(const Script&) = delete;
+    Script& operator=(const Script&) = delete;
+
+    int Next(const std::string& call)
+    {
+        calls += (calls.empty() ? "" : ", ") + call;
+        const int nError = errors.empty() ? 0 : errors.front();
+        if (!errors.empty()) {
+            errors.pop_front();
+        }
+        return nError;
+    }
+
+    std::string calls;
+    std::deque<int> errors;
+    std::function<void()> onWait = [] {};
+    time_t now = 100;
+    static inline thread_local Script* s_pRunning = nullptr;
+};
+
+std::string Time(const timespec& time)
+{
+    return std::to_string(time.tv_sec) + "s " + std::to_string(time.tv_nsec / 1'000'000) + "ms";
+}
+
+// The result of a call that reports its error in errno.
+int WithErrno(int nError)
+{
+    errno = nError;
+    return nError == 0 ? 0 : -1;
+}
+
+} // namespace
+
+// The linker sends the platform layer's calls here and gives the originals the other names.
+#define TVWALL_WRAPPED(result, name, parameters)                                                             \
+    result Real_##name parameters __asm__("__real_" #name);                                                  \
+    result Wrapped_##name parameters __asm__("__wrap_" #name);                                               \
+    result Wrapped_##name parameters
+
+TVWALL_WRAPPED(int, clock_gettime, (clockid_t clock, timespec* pTime))
+{
+    Script* pScript = Script::s_pRunning;
+    if (pScript == nullptr) {
+        return Real_clock_gettime(clock, pTime);
+    }
+    *pTime = {pScript->now++, 700'000'000};
+    EXPECT_EQ(clock, CLOCK_MONOTONIC);
+    return 0;
+}
+
+TVWALL_WRAPPED(int, pthread_condattr_setclock, (pthread_condattr_t * pAttributes, clockid_t clock))
+{
+    EXPECT_EQ(clock, CLOCK_MONOTONIC);
+    if (Script::s_pRunning != nullptr) {
+        Script::s_pRunning->Next("setclock");
+    }
+    return Real_pthread_condattr_setclock(pAttributes, clock);
+}
+
+TVWALL_WRAPPED(int, pthread_cond_timedwait,
+               (pthread_cond_t * pCond, pthread_mutex_t* pMutex, const timespec* pEnd))
+{
+    Script* pScript = Script::s_pRunning;
+    if (pScript == nullptr) {
+        return Real_pthread_cond_timedwait(pCond, pMutex, pEnd);
+    }
+    const int nError = pScript->Next("wait until " + Time(*pEnd));
+    pScript->onWait();
+    return nError;
+}
+
+TVWALL_WRAPPED(int, pthread_cond_signal, (pthread_cond_t * pCond))
+{
+    return Script::s_pRunning != nullptr ? Script::s_pRunning->Next("signal")
+                                         : Real_pthread_cond_signal(pCond);
+}
+
+TVWALL_WRAPPED(int, pthread_cond_broadcast, (pthread_cond_t * pCond))
+{
+    return Script::s_pRunning != nullptr ? Script::s_pRunning->Next("broadcast")
+                                         : Real_pthread_cond_broadcast(pCond);
+}
+
+TVWALL_WRAPPED(int, pthread_create,
+               (pthread_t * pThread, const pthread_attr_t* pAttributes, void* (*pFunction)(void*),
+                void* pArgument))
+{
+    if (Script::s_pRunning == nullptr) {
+        return Real_pthread_create(pThread, pAttributes, pFunction, pArgument);
+    }
+    *pThread = 77;
+    return Script::s_pRunning->Next(pAttributes == nullptr ? "create" : "create with attributes");
+}
+
+TVWALL_WRAPPED(int, nanosleep, (const timespec* pTime, timespec* pLeft))
+{
+    if (Script::s_pRunning == nullptr) {
+        return Real_nanosleep(pTime, pLeft);
+    }
+    const int nError = Script::s_pRunning->Next("sleep " + Time(*pTime));
+    if (nError == EINTR && pLeft != nullptr) {
+        *pLeft = {pTime->tv_sec - 1, pTime->tv_nsec};
+    }
+    return WithErrno(nError);
+}
+
+TVWALL_WRAPPED(sem_t*, sem_open, (const char* szName, int nFlags, ...))
+{
+    std::string call = std::string("open ") + szName;
+    if ((nFlags & O_CREAT) != 0) {
+        va_list arguments;
+        va_start(arguments, nFlags);
+        const auto mode = va_arg(arguments, mode_t);
+        const auto nValue = va_arg(arguments, unsigned int);
+        va_end(arguments);
+        call += " new " + std::to_string(mode) + " " + std::to_string(nValue);
+    }
+    static sem_t semaphore;
+    return WithErrno(Script::s_pRunning->Next(call)) == 0 ? &semaphore : SEM_FAILED;
+}
+
+TVWALL_WRAPPED(int, sem_wait, (sem_t*)) { return WithErrno(Script::s_pRunning->Next("wait")); }
+TVWALL_WRAPPED(int, sem_post, (sem_t*)) { return WithErrno(Script::s_pRunning->Next("post")); }
+TVWALL_WRAPPED(int, sem_close, (sem_t*)) { return WithErrno(Script::s_pRunning->Next("close")); }
+
+namespace {
+
+// The thread that takes the lock twice passes; with a lock that is not recursive it does not.
+bool IsRecursive(CLock& lock)
+{
+    pthread_mutex_t* pMutex = lock.Handle();
+    pthread_mutex_lock(pMutex);
+    const bool bRecursive = pthread_mutex_trylock(pMutex) == 0 && pthread_mutex_unlock(pMutex) == 0;
+    pthread_mutex_unlock(pMutex);
+    return bRecursive;
+}
+
+TEST(SystemCallsTest, EveryOperationMakesItsCallsAndHeedsTheirResults)
+{
+    CMyEvent event(false);
+    CMySemaphore semaphore(0, 9);
+    uint64_t nThreadID = 0;
+    const auto create = [&] {
+        return CPFHelper::CreateThread([](void* p) { return p; }, nullptr, &nThreadID);
+    };
+    const struct {
+        std::function<bool()> operation;
+        bool bResult;
+        std::deque<int> errors;
+        const char* calls;
+    } cases[] = {
+        {[] { return CMyEvent(true).ResetEvent(); }, true, {}, "setclock"},
+        {[&] { return event.WaitEvent(1400) == WAIT_TIMED_OUT; },
+         true,
+         {0, 0, ETIMEDOUT}, // woken twice for nothing
+         "wait until 102s 100ms, wait until 102s 100ms, wait until 102s 100ms"},
+        {[&] { return event.SetEvent() && event.SetEvent(); }, true, {}, "signal, signal"},
+        {[&] { return event.WaitEvent(5) == WAIT_SIGNALLED; }, true, {}, ""},
+        {[&] { return semaphore.lock(299); },
+         false,
+         {0, ETIMEDOUT},
+         "wait until 100s 999ms, wait until 100s 999ms"},
+        {[&] { return semaphore.unlock(); }, true, {}, "signal"},
+        {[&] { return semaphore.unlock(2, nullptr); }, true, {}, "broadcast"},
+        {[&] { return semaphore.lock(0) && semaphore.lock(0) && semaphore.lock(0); }, true, {}, ""},
+        {[&] { return semaphore.trylock() || semaphore.unlock(10, nullptr); }, false, {}, ""},
+        {create, true, {}, "create"},
+        {create, false, {EAGAIN}, "create"},
+        {[] { return CPFHelper::CreateThread(nullptr, nullptr, nullptr); }, false, {}, ""},
+        {[] { return RealSleep(2500); }, true, {}, "sleep 2s 500ms"},
+        {[] { return RealSleep(2500); },
+         true,
+         {EINTR, EINTR}, // each takes what is left
+         "sleep 2s 500ms, sleep 1s 500ms, sleep 0s 500ms"},
+        {[] { return RealSleep(1); }, true, {EINVAL}, "sleep 0s 1ms"},
+        {[] { return CNameLock("/l").Lock(); }, true, {}, "open /l, wait, close"},
+        {[] { return CNameLock("/l").Lock(); }, true, {0, EINTR}, "open /l, wait, wait, close"},
+        {[] { return CNameLock("/l").Lock(); }, false, {0, EINVAL}, "open /l, wait, close"},
+        {[] { return CNameLock("/l").Unlock(); }, true, {ENOENT}, "open /l, open /l new 438 1, post, close"},
+        {[] { return CNameLock("/l").Unlock(); }, false, {0, EOVERFLOW}, "open /l, post, close"},
+        {[] { return CNameLock("/l").Lock() || CNameLock("/l").Unlock(); },
+         false,
+         {ENOENT, EACCES, ENOENT, EACCES},
+         "open /l, open /l new 438 1, open /l, open /l new 438 1"},
+        {[] { return CNameLock(nullptr).Lock() || CNameLock(nullptr).Unlock(); }, false, {}, ""},
+    };
+    for (const auto& c : cases) {
+        Script script;
+        script.errors = c.errors;
+        EXPECT_EQ(c.operation(), c.bResult) << c.calls;
+        EXPECT_EQ(script.calls, c.calls);
+    }
+    EXPECT_EQ(nThreadID, 77U);
+}
+
+TEST(SystemCallsTest, WhatComesAtTheDeadlineIsTooLateAndStays)
+{
+    CMyEvent event(false);
+    CMySemaphore semaphore(0, 9);
+    {
+        Script script;
+        script.errors = {ETIMEDOUT};
+        script.onWait = [&] { event.SetEvent(); }; // its lock is recursive
+        EXPECT_EQ(event.WaitEvent(5), WAIT_TIMED_OUT);
+    }
+    EXPECT_EQ(event.WaitEvent(0), WAIT_SIGNALLED);
+    EXPECT_FALSE(semaphore.lock(0) || semaphore.trylock());
+    int nBefore = -1;
+    EXPECT_TRUE(semaphore.unlock(9, &nBefore));
+    EXPECT_EQ(nBefore, 0);
+}
+
+TEST(SystemCallsTest, LocksAreRecursiveUnlessTheyAreToldNotToBe)
+{
+    CLock lock, same(true), plain(false);
+    EXPECT_TRUE(IsRecursive(lock) && IsRecursive(same));
+    EXPECT_FALSE(IsRecursive(plain));
+}
+
+} // namespace
