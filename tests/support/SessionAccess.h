@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "NetProtocolProcTWDECODERDevImp.h"
 
 class CSessionAccess {

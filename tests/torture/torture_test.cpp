@@ -242,6 +242,7 @@ TEST_P(TortureTest, EveryCommandSurvivesEveryAllocationThatFails)
 
 TEST(QueueTortureTest, APayloadIsFreedOnceItsReferenceIsGivenBack)
 {
+    fake_host::SetLogRecording(false);
     CNetProtocolProcTWDECODERDev processor;
     FakeCommand command(0x50006);
     long nWhileHeld = 0;
