@@ -25,20 +25,6 @@ protected:
     const std::string done = "buffer " + Hex(Bytes().U32(0x60011).U16(8).U16(0).U32(0).U32(0));
 };
 
-TEST_F(SessionTest, ARequestIsOneFrameWithTheWholeEnvelope)
-{
-    LogIn();
-    ReplyWith(ReplyText("dowallclear", "%SEQ%"));
-    EXPECT_EQ(ClearWall(), done);
-    const std::string seq = Element(LastRequest(), "seq");
-    EXPECT_EQ(node.frames.back(),
-              Frame("<td_command>\r\n<td_header>\r\n<version>2.2</version>\r\n<type>request</type>\r\n"
-                    "<url>dowallclear</url>\r\n<seq>" +
-                    seq +
-                    "</seq>\r\n<identity>3</identity>\r\n<session>SID</session>\r\n<token>TOK</token>\r\n"
-                    "</td_header>\r\n<td_body/>\r\n</td_command>\r\n"));
-}
-
 TEST_F(SessionTest, SequenceNumbersGoUpByOneAcrossSessions)
 {
     const unsigned int first = CNetProtocolProcTWDECODERDevImp::GetCmdID();

@@ -1,15 +1,14 @@
 // What the platform layer asks of the system, call by call, and what it makes of the results.
 
 #include <cerrno>
-#include <cstdarg>
 #include <ctime>
-#include <deque>
 #include <fcntl.h>
 #include <functional>
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <semaphore.h>
 #include <string>
+#include <vector>
 
 #include "Event.h"
 #include "PFHelper.h"
@@ -20,8 +19,13 @@ bool RealSleep(unsigned int ms) __asm__("__real__ZN9CPFHelper5SleepEj");
 
 namespace {
 
-// The calls that were made while it lives, in one text, and their scripted results: an error or 0, which is
-// also what follows the last one. Calls have no effect then. A second passes between two looks at the clock.
+std::string Text(const timespec& time)
+{
+    return std::to_string(time.tv_sec) + "s " + std::to_string(time.tv_nsec / 1'000'000) + "ms";
+}
+
+// The calls that are made while it lives, in one text, and what they come to: each takes the next error, or
+// 0, and has no effect. A second passes between two looks at the clock.
 struct Script {
     Script() { s_pRunning = this; }
     ~Script() { s_pRunning = nullptr; }
@@ -32,124 +36,83 @@ struct Script {
     {
         calls += (calls.empty() ? "" : ", ") + call;
         const int nError = errors.empty() ? 0 : errors.front();
-        if (!errors.empty()) {
-            errors.pop_front();
-        }
+        errors.erase(errors.begin(), errors.begin() + (errors.empty() ? 0 : 1));
         return nError;
+    }
+    static int WithErrno(int nError)
+    {
+        errno = nError;
+        return nError == 0 ? 0 : -1;
+    }
+    int Clock(clockid_t clock, timespec& time)
+    {
+        EXPECT_EQ(clock, CLOCK_MONOTONIC);
+        time = {now++, 700'000'000};
+        return 0;
+    }
+    int Wait(const timespec& end)
+    {
+        const int nError = Next("wait until " + Text(end));
+        onWait();
+        return nError;
+    }
+    int Sleep(const timespec& time, timespec* pLeft)
+    {
+        const int nError = Next("sleep " + Text(time));
+        if (nError == EINTR && pLeft != nullptr) {
+            *pLeft = {time.tv_sec - 1, time.tv_nsec};
+        }
+        return WithErrno(nError);
+    }
+    int Create(pthread_t& thread, const pthread_attr_t* pAttributes)
+    {
+        thread = 77;
+        return Next(pAttributes == nullptr ? "create" : "create with attributes");
+    }
+    int Semaphore(const std::string& call) { return WithErrno(Next(call)); }
+    sem_t* Open(const std::string& name, int nFlags, mode_t mode, unsigned int nValue)
+    {
+        static sem_t semaphore;
+        const std::string made = " new " + std::to_string(mode) + " " + std::to_string(nValue);
+        return Next("open " + name + ((nFlags & O_CREAT) != 0 ? made : "")) == 0 ? &semaphore : SEM_FAILED;
     }
 
     std::string calls;
-    std::deque<int> errors;
+    std::vector<int> errors;
     std::function<void()> onWait = [] {};
     time_t now = 100;
     static inline thread_local Script* s_pRunning = nullptr;
 };
 
-std::string Time(const timespec& time)
-{
-    return std::to_string(time.tv_sec) + "s " + std::to_string(time.tv_nsec / 1'000'000) + "ms";
-}
-
-// The result of a call that reports its error in errno.
-int WithErrno(int nError)
-{
-    errno = nError;
-    return nError == 0 ? 0 : -1;
-}
-
 } // namespace
 
-// The linker sends the platform layer's calls here and gives the originals the other names.
-#define TVWALL_WRAPPED(result, name, parameters)                                                             \
+// The linker sends the platform layer's calls here and gives the originals the other names, which are called
+// where no script runs.
+#define TVWALL_WRAPPED(result, name, parameters, arguments, scripted)                                        \
     result Real_##name parameters __asm__("__real_" #name);                                                  \
     result Wrapped_##name parameters __asm__("__wrap_" #name);                                               \
-    result Wrapped_##name parameters
-
-TVWALL_WRAPPED(int, clock_gettime, (clockid_t clock, timespec* pTime))
-{
-    Script* pScript = Script::s_pRunning;
-    if (pScript == nullptr) {
-        return Real_clock_gettime(clock, pTime);
+    result Wrapped_##name parameters                                                                         \
+    {                                                                                                        \
+        return Script::s_pRunning == nullptr ? Real_##name arguments : Script::s_pRunning->scripted;         \
     }
-    *pTime = {pScript->now++, 700'000'000};
-    EXPECT_EQ(clock, CLOCK_MONOTONIC);
-    return 0;
-}
 
-TVWALL_WRAPPED(int, pthread_condattr_setclock, (pthread_condattr_t * pAttributes, clockid_t clock))
-{
-    EXPECT_EQ(clock, CLOCK_MONOTONIC);
-    if (Script::s_pRunning != nullptr) {
-        Script::s_pRunning->Next("setclock");
-    }
-    return Real_pthread_condattr_setclock(pAttributes, clock);
-}
-
+TVWALL_WRAPPED(int, clock_gettime, (clockid_t clock, timespec* pTime), (clock, pTime), Clock(clock, *pTime))
+TVWALL_WRAPPED(int, nanosleep, (const timespec* pTime, timespec* pLeft), (pTime, pLeft), Sleep(*pTime, pLeft))
+TVWALL_WRAPPED(int, pthread_condattr_setclock, (pthread_condattr_t * p, clockid_t clock), (p, clock),
+               Next("clock " + std::to_string(clock)))
 TVWALL_WRAPPED(int, pthread_cond_timedwait,
-               (pthread_cond_t * pCond, pthread_mutex_t* pMutex, const timespec* pEnd))
-{
-    Script* pScript = Script::s_pRunning;
-    if (pScript == nullptr) {
-        return Real_pthread_cond_timedwait(pCond, pMutex, pEnd);
-    }
-    const int nError = pScript->Next("wait until " + Time(*pEnd));
-    pScript->onWait();
-    return nError;
-}
-
-TVWALL_WRAPPED(int, pthread_cond_signal, (pthread_cond_t * pCond))
-{
-    return Script::s_pRunning != nullptr ? Script::s_pRunning->Next("signal")
-                                         : Real_pthread_cond_signal(pCond);
-}
-
-TVWALL_WRAPPED(int, pthread_cond_broadcast, (pthread_cond_t * pCond))
-{
-    return Script::s_pRunning != nullptr ? Script::s_pRunning->Next("broadcast")
-                                         : Real_pthread_cond_broadcast(pCond);
-}
-
+               (pthread_cond_t * p, pthread_mutex_t* pMutex, const timespec* pEnd), (p, pMutex, pEnd),
+               Wait(*pEnd))
+TVWALL_WRAPPED(int, pthread_cond_signal, (pthread_cond_t * p), (p), Next("signal"))
+TVWALL_WRAPPED(int, pthread_cond_broadcast, (pthread_cond_t * p), (p), Next("broadcast"))
 TVWALL_WRAPPED(int, pthread_create,
-               (pthread_t * pThread, const pthread_attr_t* pAttributes, void* (*pFunction)(void*),
-                void* pArgument))
-{
-    if (Script::s_pRunning == nullptr) {
-        return Real_pthread_create(pThread, pAttributes, pFunction, pArgument);
-    }
-    *pThread = 77;
-    return Script::s_pRunning->Next(pAttributes == nullptr ? "create" : "create with attributes");
-}
-
-TVWALL_WRAPPED(int, nanosleep, (const timespec* pTime, timespec* pLeft))
-{
-    if (Script::s_pRunning == nullptr) {
-        return Real_nanosleep(pTime, pLeft);
-    }
-    const int nError = Script::s_pRunning->Next("sleep " + Time(*pTime));
-    if (nError == EINTR && pLeft != nullptr) {
-        *pLeft = {pTime->tv_sec - 1, pTime->tv_nsec};
-    }
-    return WithErrno(nError);
-}
-
-TVWALL_WRAPPED(sem_t*, sem_open, (const char* szName, int nFlags, ...))
-{
-    std::string call = std::string("open ") + szName;
-    if ((nFlags & O_CREAT) != 0) {
-        va_list arguments;
-        va_start(arguments, nFlags);
-        const auto mode = va_arg(arguments, mode_t);
-        const auto nValue = va_arg(arguments, unsigned int);
-        va_end(arguments);
-        call += " new " + std::to_string(mode) + " " + std::to_string(nValue);
-    }
-    static sem_t semaphore;
-    return WithErrno(Script::s_pRunning->Next(call)) == 0 ? &semaphore : SEM_FAILED;
-}
-
-TVWALL_WRAPPED(int, sem_wait, (sem_t*)) { return WithErrno(Script::s_pRunning->Next("wait")); }
-TVWALL_WRAPPED(int, sem_post, (sem_t*)) { return WithErrno(Script::s_pRunning->Next("post")); }
-TVWALL_WRAPPED(int, sem_close, (sem_t*)) { return WithErrno(Script::s_pRunning->Next("close")); }
+               (pthread_t * p, const pthread_attr_t* pAttributes, void* (*pRun)(void*), void* pArg),
+               (p, pAttributes, pRun, pArg), Create(*p, pAttributes))
+TVWALL_WRAPPED(sem_t*, sem_open, (const char* szName, int nFlags, mode_t mode, unsigned int nValue),
+               (szName, nFlags, mode, nValue), Open(szName, nFlags, mode, nValue))
+TVWALL_WRAPPED(int, sem_wait, (sem_t * p), (p), Semaphore("wait"))
+TVWALL_WRAPPED(int, sem_post, (sem_t * p), (p), Semaphore("post"))
+TVWALL_WRAPPED(int, sem_close, (sem_t * p), (p), Semaphore("close"))
 
 namespace {
 
@@ -174,10 +137,10 @@ TEST(SystemCallsTest, EveryOperationMakesItsCallsAndHeedsTheirResults)
     const struct {
         std::function<bool()> operation;
         bool bResult;
-        std::deque<int> errors;
+        std::vector<int> errors;
         const char* calls;
     } cases[] = {
-        {[] { return CMyEvent(true).ResetEvent(); }, true, {}, "setclock"},
+        {[] { return CMyEvent(true).ResetEvent(); }, true, {}, "clock 1"},
         {[&] { return event.WaitEvent(1400) == WAIT_TIMED_OUT; },
          true,
          {0, 0, ETIMEDOUT}, // woken twice for nothing
