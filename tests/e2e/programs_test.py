@@ -4,6 +4,7 @@ Usage: programs_test.py HOST DECODER PLUGIN [Programs.TEST...]
 """
 import json
 import os
+import re
 import signal
 import subprocess
 import sys
@@ -125,6 +126,19 @@ class Programs(unittest.TestCase):
         self.assertEqual(self.requests("url"), ["dooption", "dologin"] + 3 * ["docreatewindow"] + 2 * ["domodifywindow"] +
                          ["dosplitwindow", "dowindowtop", "dowindowtop", "dodestroywindow"])
         self.end(self.decoder, 0, signal.SIGINT)
+
+    def test_the_words_of_each_command_become_its_request(self):
+        with open(os.path.join(os.path.dirname(__file__), "requests.txt")) as file:
+            wanted = file.read()
+        self.start_decoder()
+        os.environ["TVWALL_SOURCE_PASSWORD"] = "secret"
+        self.run_host(1, "script", "-", script="\n".join(re.findall(r"^\$ (.*)", wanted, re.M)))
+        sent = ""
+        for url, text in list(zip(self.requests("url"), self.requests("request")))[2:]:
+            body = re.sub(r"[\w+/]{171}=", "#", text.replace("\r\n", ""))  # what is enciphered
+            sent += f"{url} {body.split('</td_header>')[1].removesuffix('</td_command>')}".strip() + "\n"
+        # The system information is followed by a question for the channels.
+        self.assertEqual(sent.replace("getchannelinfo <td_body/>\n", ""), re.sub(r"^\$.*\n", "", wanted, flags=re.M))
 
     def test_every_family_of_commands_with_real_credentials(self):
         for name, text in ("accounts", "viewer:hidden-1\n"), ("password", "hidden-1\n"), ("wall.json", json.dumps(WALL_FILE)):
