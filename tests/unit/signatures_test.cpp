@@ -55,6 +55,9 @@ struct Fields {
 };
 
 // One of several operations with the same name.
+template <class Signature, Signature* pOperation>
+struct StaticOperation {
+};
 template <class Signature, class Class>
 constexpr bool IsOneOf(Signature Class::* /*operation*/)
 {
@@ -159,8 +162,10 @@ template struct Operations<void(CCmdProcObject*, char*, unsigned int, unsigned i
 #define COMMAND(id, handler) &Session::handler,
 #define OPTION(id, type, handler) &Session::handler,
 template struct Operations<Handler, TVWALL_COMMANDS(COMMAND) TVWALL_OPTIONS(OPTION) & Session::ProcLoginCmd>;
-template struct Operations<void(S_MTvw_Wall_Get_ChGroup_info&, const char*, unsigned int),
-                           &Session::GetChGroupInfoXml>;
+template struct StaticOperation<void(S_MTvw_Wall_Layout&, const char*, unsigned int),
+                                &Session::GetWallLayoutMessage>;
+template struct StaticOperation<void(S_MTvw_Wall_Get_ChGroup_info&, const char*, unsigned int),
+                                &Session::GetChGroupInfoXml>;
 template struct Operations<void(CMarkupSTL&, S_MTvw_Wall_Media*, unsigned int), &Session::AddPlayMediaXmlStr>;
 
 template struct Fields<CNetNode*, Session, &Session::m_pCurNetNode>;
