@@ -2,6 +2,7 @@
 
 #include "AtomicAccess.h"
 #include "DeviceReply.h"
+#include "MarkupSTL.h"
 
 namespace {
 

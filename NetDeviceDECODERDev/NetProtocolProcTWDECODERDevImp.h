@@ -79,6 +79,11 @@ public:
     void AddCommomXmlStr(CMarkupSTL& doc, const std::string& url, unsigned int seq) const;
     // The part of it that needs no login: all but session and token.
     static void AddSessionlessXmlStr(CMarkupSTL& doc, const std::string& url, unsigned int seq);
+    // An empty document for a request: that of an earlier large request, or a new one. Worker only.
+    std::unique_ptr<CMarkupSTL> TakeDocument();
+    // Takes the document of a request back. It is kept where the allocator would return its memory to the
+    // system and fetch it again for the next request of this size, but at most 2 MiB.
+    void KeepDocument(std::unique_ptr<CMarkupSTL> pDoc);
     // The next sequence number, 256 to 0xFFFFFFFD, from the counter that all sessions share. Any thread; no
     // number is given out twice before all others were.
     static unsigned int GetCmdID();
@@ -231,6 +236,8 @@ private:
     int m_RunFlag = 1;
     volatile int m_recvCmdID = -1; // sequence number of the last message that carried one
     bool m_sendOptin = false;      // between the start of "dooption" and the start of "dologin"
+
+    std::unique_ptr<CMarkupSTL> m_pSpareDocument; // of the last large request; worker only
 
     CReplyHandOver m_replyHandOver;
     S_RunningCommand* m_pRunning = nullptr; // the innermost one; null while none runs

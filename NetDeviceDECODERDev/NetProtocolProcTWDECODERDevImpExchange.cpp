@@ -69,6 +69,26 @@ void CNetProtocolProcTWDECODERDevImp::AddCommomXmlStr(CMarkupSTL& doc, const std
     doc.AddElem("token", m_replyMessage.s_token.c_str());
 }
 
+std::unique_ptr<CMarkupSTL> CNetProtocolProcTWDECODERDevImp::TakeDocument()
+{
+    if (!m_pSpareDocument) {
+        return std::make_unique<CMarkupSTL>();
+    }
+    auto pDoc = std::move(m_pSpareDocument);
+    pDoc->Clear();
+    return pDoc;
+}
+
+void CNetProtocolProcTWDECODERDevImp::KeepDocument(std::unique_ptr<CMarkupSTL> pDoc)
+{
+    constexpr size_t KEPT_FROM = size_t{128} << 10; // where the allocator begins to map blocks one by one
+    constexpr size_t KEPT_UP_TO = size_t{2} << 20;
+    const size_t nMemory = pDoc->GetMemory();
+    if (nMemory >= KEPT_FROM && nMemory <= KEPT_UP_TO) {
+        m_pSpareDocument = std::move(pDoc);
+    }
+}
+
 void CNetProtocolProcTWDECODERDevImp::ResizeBuffer(char*& buf, unsigned long& capacity, unsigned long need)
 {
     if (need <= capacity) {

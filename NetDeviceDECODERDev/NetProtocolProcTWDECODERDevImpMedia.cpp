@@ -17,7 +17,7 @@ void CNetProtocolProcTWDECODERDevImp::PlayMedia(CCmdProcObject* cmd, char* data,
     S_MTvw_Wall_Media record;
     record.SetData(data, len);
 
-    CDeviceRequest request;
+    CDeviceRequest request(*this);
     AddPlayMediaXmlStr(request.Doc(), &record, request.Seq());
     if (Exchange(cmd, request)) {
         ReplyResult(cmd, data, len, TVWALL_DECODE_DO_PLAY_MEDIA);

@@ -2,7 +2,6 @@
 // "vs_parse" is the ratio of the two. What counts of a command is the worker's part from the reply on; the
 // request, the receive thread's part and what the host does with the answer do not.
 
-#include <malloc.h>
 #include <string>
 
 #include <benchmark/benchmark.h>
@@ -27,10 +26,6 @@ std::string List(const std::string& name, const std::string& item, int64_t nItem
 void RunBeside(benchmark::State& state, const std::string& body, unsigned int nCmdID, std::string payload,
                size_t nItemLen)
 {
-    // Memory that is freed stays with the process, as it does in a host's large heap; otherwise the kernel's
-    // work on pages that come and go would be measured on both sides.
-    mallopt(M_TRIM_THRESHOLD, 1 << 28);
-    mallopt(M_MMAP_THRESHOLD, 1 << 25);
     BenchSession session(body);
     session.Run(nCmdID, payload);
     if (session.AnswerLen() < static_cast<size_t>(state.range(0)) * nItemLen) {

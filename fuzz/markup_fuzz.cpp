@@ -91,5 +91,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     Exercise(parsed, parsed.IsWellFormed(), steps);
     CMarkupSTL composed;
     Exercise(composed, true, steps);
+    parsed.Clear(); // as good as new
+    Exercise(parsed, true, steps);
+    Require(parsed.GetDoc() == composed.GetDoc() && parsed.GetError() == composed.GetError());
     return 0;
 }

@@ -62,6 +62,15 @@ bool CMarkupSTL::x_SetDoc(std::string_view strDoc)
     return x_ParseDoc();
 }
 
+void CMarkupSTL::Clear()
+{
+    ResetPos();
+    m_mapSavedPos.clear();
+    m_strDoc.clear();
+    m_strError.clear();
+    x_ParseDoc();
+}
+
 bool CMarkupSTL::IsWellFormed() const
 {
     if (m_aPos.Size() == 0 || (m_aPos[0].nFlags & MNF_ILLFORMED) != 0) {
@@ -94,7 +103,7 @@ bool CMarkupSTL::OutOfElem()
     const int nGrown = m_aGrown.back();
     m_aGrown.pop_back();
     if (nGrown != 0) {
-        x_GrowParent(m_iPos, nGrown);
+        x_GrowParent(m_aPos[m_iPos].iElemNext, m_aPos[m_iPosParent], nGrown);
     }
     return true;
 }

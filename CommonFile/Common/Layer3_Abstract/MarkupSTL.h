@@ -71,6 +71,10 @@ public:
     // is too long.
     bool SetDoc(const char* szDoc);
     bool SetDoc(const char* szDoc, unsigned int nLen);
+    // Makes the document an empty one, as if it were new, but keeps its memory for the next text.
+    void Clear();
+    // Bytes of memory that the document holds for its text and index.
+    size_t GetMemory() const { return m_strDoc.capacity() + m_aPos.Memory(); }
     // The document text; valid until the next change.
     const std::string& GetDoc() const { return m_strDoc; }
     // What the last SetDoc found wrong, joined with ", "; offsets are bytes of its text. Ends after about 1
@@ -125,15 +129,13 @@ private:
     template <class Number>
     bool x_AddNumber(std::string_view strName, Number nData, int nFlags);
     bool x_AddElem(const NewElem& elem);
-    bool x_InsertNew(const NewElem& elem);
-    bool x_InsertIntoEmpty(const NewElem& elem);
-    size_t x_FindInsertOffset() const;
+    bool x_InsertNew(const NewElem& elem, ElemPos& parent);
+    bool x_InsertIntoEmpty(const NewElem& elem, ElemPos& parent);
+    size_t x_FindInsertOffset(const ElemPos& parent) const;
     char* x_MakeGap(size_t nOffset, size_t nReplace, size_t nGap);
-    void x_IndexNew(const NewElem& elem, size_t nStart, size_t nShift);
-    void x_LinkElem(int iPos, int iPosParent, int iPosPrev);
-    int x_LastChild(int iPosParent) const;
-    bool x_IsEmptyElem(int iPos) const;
-    void x_GrowParent(int iPos, int nShift);
+    void x_IndexNew(const NewElem& elem, ElemPos& parent, size_t nStart, size_t nShift);
+    static bool x_IsEmptyElem(const ElemPos& elem);
+    void x_GrowParent(int iPosNext, ElemPos& parent, int nShift);
     void x_ShiftTree(int iPosTop, int nShift);
 
     TokenPos x_FindTagName(int iPos) const;

@@ -3,16 +3,22 @@
 #include <algorithm>
 #include <charconv>
 #include <climits>
+#include <cstring>
 
 #include "MarkupSTLToken.h"
 
 namespace {
 
-constexpr size_t kGrowth = 4; // large steps, as memory that was not touched yet costs nothing
+constexpr size_t kGrowth = 4;       // large steps, as memory that was not touched yet costs nothing
+constexpr size_t kFirstText = 1024; // holds the usual request
 
 std::string_view View(const char* szText) { return szText == nullptr ? std::string_view() : szText; }
 
-char* Put(char* p, std::string_view strText) { return std::copy(strText.begin(), strText.end(), p); }
+char* Put(char* p, std::string_view strText)
+{
+    std::memcpy(p, strText.data(), strText.size());
+    return p + strText.size();
+}
 
 char* PutEndTag(char* p, std::string_view strName)
 {
@@ -21,7 +27,7 @@ char* PutEndTag(char* p, std::string_view strName)
     return p + 1;
 }
 
-size_t EndTagLen(std::string_view strName) { return strName.size() + 3; }
+size_t EndTagLen(size_t nName) { return nName + 3; }
 
 } // namespace
 
@@ -34,7 +40,7 @@ struct CMarkupSTL::NewElem {
             strTagClose = (nFlags & MNF_WITHXHTMLSPACE) != 0 ? " />" : "/>";
         }
         nStartTag = 1 + strName.size() + strTagClose.size();
-        nEndTag = strData.empty() ? 0 : EndTagLen(strName);
+        nEndTag = strData.empty() ? 0 : EndTagLen(strName.size());
     }
 
     bool IsValid() const
@@ -115,37 +121,39 @@ bool CMarkupSTL::x_AddElem(const NewElem& elem)
     if (m_iPosFree == m_aPos.Size()) {
         m_aPos.Grow();
     }
-    return x_IsEmptyElem(m_iPosParent) ? x_InsertIntoEmpty(elem) : x_InsertNew(elem);
+    ElemPos& parent = m_aPos[m_iPosParent];
+    return m_iPosParent != 0 && x_IsEmptyElem(parent) ? x_InsertIntoEmpty(elem, parent)
+                                                      : x_InsertNew(elem, parent);
 }
 
 // Behind the main position, else at the end of the parent's content.
-bool CMarkupSTL::x_InsertNew(const NewElem& elem)
+bool CMarkupSTL::x_InsertNew(const NewElem& elem, ElemPos& parent)
 {
-    const bool bFirstContent = m_iPosParent != 0 && m_aPos[m_iPosParent].ContentLen() == 0;
+    const bool bFirstContent = m_iPosParent != 0 && parent.ContentLen() == 0;
     const size_t nLead = bFirstContent ? elem.LineEndLen() : 0;
     const size_t nGap = nLead + elem.Length() + elem.LineEndLen();
-    const size_t nOffset = x_FindInsertOffset();
+    const size_t nOffset = x_FindInsertOffset(parent);
     char* p = x_MakeGap(nOffset, 0, nGap);
     if (p == nullptr) {
         return false;
     }
     p = bFirstContent ? elem.PutLineEnd(p) : p;
     elem.PutLineEnd(elem.PutElem(p));
-    x_IndexNew(elem, nOffset + nLead, nGap);
+    x_IndexNew(elem, parent, nOffset + nLead, nGap);
     return true;
 }
 
 // The parent gets an end tag: its "/>" becomes ">", the new element and "</name>".
-bool CMarkupSTL::x_InsertIntoEmpty(const NewElem& elem)
+bool CMarkupSTL::x_InsertIntoEmpty(const NewElem& elem, ElemPos& parent)
 {
     constexpr size_t kReplaced = 2;
-    const std::string strParent(x_FindTagName(m_iPosParent).GetToken()); // the text is about to move
-    const size_t nStartTag = static_cast<size_t>(m_aPos[m_iPosParent].StartTagLen()) - 1;
-    const size_t nEndTag = EndTagLen(strParent);
+    const size_t nName = x_FindTagName(m_iPosParent).GetToken().size();
+    const size_t nStartTag = static_cast<size_t>(parent.StartTagLen()) - 1;
+    const size_t nEndTag = EndTagLen(nName);
     if (!ElemPos::FitsTags(nStartTag, nEndTag)) {
         return false;
     }
-    const size_t nOffset = static_cast<size_t>(m_aPos[m_iPosParent].StartContent()) - kReplaced;
+    const size_t nOffset = static_cast<size_t>(parent.StartContent()) - kReplaced;
     const size_t nLead = 1 + elem.LineEndLen();
     const size_t nGap = nLead + elem.Length() + elem.LineEndLen() + nEndTag;
     char* p = x_MakeGap(nOffset, kReplaced, nGap);
@@ -153,23 +161,26 @@ bool CMarkupSTL::x_InsertIntoEmpty(const NewElem& elem)
         return false;
     }
     p = elem.PutLineEnd(Put(p, ">"));
-    PutEndTag(elem.PutLineEnd(elem.PutElem(p)), strParent);
-    m_aPos[m_iPosParent].SetTagLengths(nStartTag, nEndTag);
-    x_IndexNew(elem, nOffset + nLead, nGap - kReplaced);
+    PutEndTag(elem.PutLineEnd(elem.PutElem(p)),
+              std::string_view(m_strDoc).substr(static_cast<size_t>(parent.nStart) + 1, nName));
+    parent.SetTagLengths(nStartTag, nEndTag);
+    x_IndexNew(elem, parent, nOffset + nLead, nGap - kReplaced);
     return true;
 }
 
 // The new element goes on the line after the previous one: over whitespace, where a tag or the end follows.
-size_t CMarkupSTL::x_FindInsertOffset() const
+size_t CMarkupSTL::x_FindInsertOffset(const ElemPos& parent) const
 {
-    const int nEnd = m_aPos[m_iPosParent].EndContent();
+    const auto nEnd = static_cast<size_t>(parent.EndContent());
     if (m_iPos == 0) {
-        return static_cast<size_t>(nEnd);
+        return nEnd;
     }
-    TokenPos token(std::string_view(m_strDoc).substr(0, static_cast<size_t>(nEnd)),
-                   m_aPos[m_iPos].StartAfter());
-    const bool bTextFollows = token.FindAny() && token.Peek() != '<';
-    return static_cast<size_t>(bTextFollows ? token.nPreSpaceStart : token.nNext);
+    const auto nAfter = static_cast<size_t>(m_aPos[m_iPos].StartAfter());
+    size_t nNext = nAfter;
+    while (nNext < nEnd && TokenPos::IsSpace(m_strDoc[nNext])) {
+        ++nNext;
+    }
+    return nNext == nEnd || m_strDoc[nNext] == '<' ? nNext : nAfter;
 }
 
 // Puts nGap bytes in the place of nReplace bytes; answers where, or null when the text would be too long.
@@ -179,70 +190,42 @@ char* CMarkupSTL::x_MakeGap(size_t nOffset, size_t nReplace, size_t nGap)
         return nullptr;
     }
     if (m_strDoc.size() + nGap > m_strDoc.capacity()) {
-        m_strDoc.reserve(std::min<size_t>(kGrowth * (m_strDoc.size() + nGap), INT_MAX));
+        m_strDoc.reserve(std::clamp<size_t>(kGrowth * (m_strDoc.size() + nGap), kFirstText, INT_MAX));
     }
     m_strDoc.replace(nOffset, nReplace, nGap, '\0');
     return &m_strDoc[nOffset];
 }
 
 // Makes the element at nStart known and current. The text has grown by nShift.
-void CMarkupSTL::x_IndexNew(const NewElem& elem, size_t nStart, size_t nShift)
+void CMarkupSTL::x_IndexNew(const NewElem& elem, ElemPos& parent, size_t nStart, size_t nShift)
 {
     const int iPos = m_iPosFree++;
     ElemPos& pos = m_aPos[iPos];
-    pos = ElemPos{};
     pos.nStart = static_cast<int>(nStart);
     pos.nLength = static_cast<int>(elem.Length());
     pos.SetTagLengths(elem.nStartTag, elem.nEndTag);
     pos.nFlags = (elem.nFlags & MNF_WITHNOEND) != 0 ? MNF_NONENDED : 0;
-    x_LinkElem(iPos, m_iPosParent, m_iPos != 0 ? m_iPos : x_LastChild(m_iPosParent));
-    x_GrowParent(iPos, static_cast<int>(nShift));
+    m_aPos.Link(iPos, m_iPosParent, m_iPos != 0 ? m_iPos : m_aPos.LastChild(m_iPosParent));
+    x_GrowParent(pos.iElemNext, parent, static_cast<int>(nShift));
     m_iPos = iPos;
     m_iPosChild = 0;
 }
 
-int CMarkupSTL::x_LastChild(int iPosParent) const
-{
-    const int iFirst = m_aPos[iPosParent].iElemChild;
-    return iFirst == 0 ? 0 : m_aPos[iFirst].iElemPrev;
-}
-
 // Whether the element is written with "/>".
-bool CMarkupSTL::x_IsEmptyElem(int iPos) const
+bool CMarkupSTL::x_IsEmptyElem(const ElemPos& elem)
 {
-    return iPos != 0 && m_aPos[iPos].EndTagLen() == 0 && (m_aPos[iPos].nFlags & MNF_NONENDED) == 0;
+    return elem.EndTagLen() == 0 && (elem.nFlags & MNF_NONENDED) == 0;
 }
 
-// Links a new element behind its sibling iPosPrev; with 0 it is the only child.
-void CMarkupSTL::x_LinkElem(int iPos, int iPosParent, int iPosPrev)
+// After the text has grown by nShift in front of iPosNext, a child of the cursor's parent or none: the parent
+// is longer, what follows in it stands later. What is above learns of it when the cursor leaves the parent,
+// so that adding costs the same at any depth.
+void CMarkupSTL::x_GrowParent(int iPosNext, ElemPos& parent, int nShift)
 {
-    ElemPos& elem = m_aPos[iPos];
-    ElemPos& parent = m_aPos[iPosParent];
-    elem.iElemParent = iPosParent;
-    elem.nFlags |= std::min<int>(parent.Level() + 1, ElemPos::EP_LEVMASK);
-    if (iPosPrev == 0) {
-        parent.iElemChild = iPos;
-        elem.iElemPrev = iPos;
-        elem.nFlags |= MNF_FIRST;
-        return;
-    }
-    ElemPos& prev = m_aPos[iPosPrev];
-    elem.iElemNext = prev.iElemNext;
-    elem.iElemPrev = iPosPrev;
-    prev.iElemNext = iPos;
-    const int iFollowing = elem.iElemNext != 0 ? elem.iElemNext : parent.iElemChild;
-    m_aPos[iFollowing].iElemPrev = iPos;
-}
-
-// After the text has grown by nShift at iPos, a child of the cursor's parent: the parent is longer, what
-// follows in it stands later. What is above learns of it when the cursor leaves the parent, so that adding
-// costs the same at any depth.
-void CMarkupSTL::x_GrowParent(int iPos, int nShift)
-{
-    for (int iNext = m_aPos[iPos].iElemNext; iNext != 0; iNext = m_aPos[iNext].iElemNext) {
+    for (int iNext = iPosNext; iNext != 0; iNext = m_aPos[iNext].iElemNext) {
         x_ShiftTree(iNext, nShift);
     }
-    m_aPos[m_iPosParent].nLength += nShift;
+    parent.nLength += nShift;
     if (m_iPosParent != 0) {
         m_aGrown.back() += nShift;
     }

@@ -21,8 +21,11 @@ void PosArray::Swap(PosArray& other) noexcept
 
 void PosArray::Reset(size_t nEntries)
 {
-    Clear();
     nEntries = std::min<size_t>(nEntries, PA_SEGSIZE);
+    if (nEntries <= static_cast<size_t>(nSize)) {
+        return;
+    }
+    Clear();
     pSegs.push_back(std::make_unique_for_overwrite<ElemPos[]>(nEntries));
     nSize = static_cast<int>(nEntries);
 }
@@ -40,7 +43,8 @@ void PosArray::Grow()
         nSize += PA_SEGSIZE;
         return;
     }
-    const int nNewSize = std::min<int>(2 * nSize, PA_SEGSIZE);
+    constexpr int SMALL_SIZE = 4096;
+    const int nNewSize = std::min<int>((nSize < SMALL_SIZE ? 4 : 2) * nSize, PA_SEGSIZE);
     auto pLarger = std::make_unique_for_overwrite<ElemPos[]>(static_cast<size_t>(nNewSize));
     std::copy_n(pSegs[0].get(), nSize, pLarger.get());
     pSegs[0] = std::move(pLarger);

@@ -1,6 +1,7 @@
 #pragma once
 // The element index of CMarkupSTL: where each element stands in the text and how elements are related.
 
+#include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -14,7 +15,8 @@ struct ElemPos {
         // Not a run of 22 ones; kept as it is. A start-tag length must survive this mask to be indexed.
         EP_STMASK = 3145727,
         EP_ETMAX = 1023,
-        EP_LEVMASK = 65535
+        EP_LEVMASK = 65535,
+        EP_FIRST = 524288 // the node flag of a first child
     };
 
     int nStart;      // the "<" of the start tag
@@ -39,12 +41,12 @@ struct ElemPos {
     int EndTagLen() const { return static_cast<int>(static_cast<unsigned int>(nTagLengths) >> EP_STBITS); }
     int StartContent() const { return nStart + StartTagLen(); }
     int ContentLen() const { return nLength - StartTagLen() - EndTagLen(); }
-    int EndContent() const { return StartContent() + ContentLen(); }
+    int EndContent() const { return StartAfter() - EndTagLen(); }
     int StartAfter() const { return nStart + nLength; }
     int Level() const { return nFlags & EP_LEVMASK; }
 };
 
-// Entries in segments. The first segment grows by doubling; from then on whole segments are added and nothing
+// Entries in segments. The first segment grows by a factor; from then on whole segments are added and nothing
 // moves. New entries are not initialised: memory that is never used is never touched.
 class PosArray {
 public:
@@ -53,14 +55,21 @@ public:
     PosArray& operator=(const PosArray&) = delete;
     void Swap(PosArray& other) noexcept;
 
-    // Drops all entries and makes room for nEntries, at most one segment for a start.
+    // Makes room for nEntries, at most one segment for a start, unless there is as much; what the entries
+    // held is lost.
     void Reset(size_t nEntries);
     void Clear();
     void Grow();
 
     int Size() const { return nSize; }
+    size_t Memory() const { return static_cast<size_t>(nSize) * sizeof(ElemPos); }
     ElemPos& operator[](int i) { return pSegs[Segment(i)][Slot(i)]; }
     const ElemPos& operator[](int i) const { return pSegs[Segment(i)][Slot(i)]; }
+
+    int LastChild(int iParent) const;
+    // Links a new element behind its sibling iPrev; with 0 it is the only child. Sets its level, beside the
+    // flags that it has, and all its links.
+    void Link(int iPos, int iParent, int iPrev);
 
 private:
     enum { PA_SEGBITS = 16, PA_SEGMASK = 65535, PA_SEGSIZE = PA_SEGMASK + 1 };
@@ -72,6 +81,35 @@ private:
     std::vector<std::unique_ptr<ElemPos[]>> pSegs;
     int nSize = 0; // entries allocated
 };
+
+inline int PosArray::LastChild(int iParent) const
+{
+    const int iFirst = (*this)[iParent].iElemChild;
+    return iFirst == 0 ? 0 : (*this)[iFirst].iElemPrev;
+}
+
+// In the header, as it runs once for each element.
+inline void PosArray::Link(int iPos, int iParent, int iPrev)
+{
+    ElemPos& elem = (*this)[iPos];
+    ElemPos& parent = (*this)[iParent];
+    elem.nFlags |= std::min<int>(parent.Level() + 1, ElemPos::EP_LEVMASK);
+    elem.iElemParent = iParent;
+    elem.iElemChild = 0;
+    if (iPrev == 0) {
+        elem.nFlags |= ElemPos::EP_FIRST;
+        elem.iElemNext = 0;
+        elem.iElemPrev = iPos;
+        parent.iElemChild = iPos;
+        return;
+    }
+    ElemPos& prev = (*this)[iPrev];
+    const int iNext = prev.iElemNext;
+    elem.iElemNext = iNext;
+    elem.iElemPrev = iPrev;
+    prev.iElemNext = iPos;
+    (*this)[iNext != 0 ? iNext : parent.iElemChild].iElemPrev = iPos;
+}
 
 // Cursor positions saved under a name.
 struct SavedPos {

@@ -247,7 +247,7 @@ void CMarkupSTL::x_ParseElem(NodeStack& open, const TokenPos& token, const NodeP
     elem.nStart = node.nStart;
     elem.SetTagLengths(static_cast<size_t>(node.nLength), 0);
     const int iParent = open.TopPos();
-    x_LinkElem(iPos, iParent, x_LastChild(iParent));
+    m_aPos.Link(iPos, iParent, m_aPos.LastChild(iParent));
     if ((node.nFlags & MNF_EMPTY) != 0) {
         elem.nLength = node.nLength;
         return;

@@ -1,5 +1,6 @@
 #include "MarkupSTLToken.h"
 
+#include <algorithm>
 #include <array>
 #include <strings.h>
 
@@ -18,10 +19,8 @@ constexpr CharSet MakeSet(std::string_view strChars)
     return set;
 }
 
-constexpr CharSet kSpaces = MakeSet(" \t\n\r");
 constexpr CharSet kNameEnds = MakeSet(" \t\n\r<>=\\/?!");
 
-bool IsSpace(char c) { return kSpaces[static_cast<unsigned char>(c)]; }
 bool EndsName(char c) { return kNameEnds[static_cast<unsigned char>(c)]; }
 
 bool IsSameName(std::string_view a, std::string_view b, bool bIgnoreCase)
@@ -44,9 +43,8 @@ bool TokenPos::FindAny()
 bool TokenPos::FindName()
 {
     nL = nNext;
-    while (!AtEnd() && !EndsName(Peek())) {
-        ++nNext;
-    }
+    const std::string_view strRest = Rest();
+    nNext += static_cast<int>(std::find_if(strRest.begin(), strRest.end(), EndsName) - strRest.begin());
     nR = nNext - 1;
     return nL <= nR;
 }

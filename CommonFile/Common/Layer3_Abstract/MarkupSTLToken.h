@@ -28,6 +28,7 @@ struct TokenPos {
     int nPreSpaceStart = 0;
     int nPreSpaceLength = 0;
 
+    static bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
     bool AtEnd() const { return nNext >= Length(); }
     int Length() const { return static_cast<int>(szDoc.size()); }
     // The character n places on, a zero byte beyond the end.
