@@ -102,9 +102,9 @@ void CNetProtocolProcTWDECODERDevImp::GetChGroupInfoXml(S_MTvw_Wall_Get_ChGroup_
          item = xml.GetNextSiblingItem(item, "item")) {
         auto group = std::make_shared<S_MTvw_Wall_Channel_Group_Info>();
         group->_nid = xml.GetValue_i32(item, "id");
-        SetFieldText(group->_name, xml.GetValueStr(item, "name"));
+        SetFieldText(group->_name, xml.GetText(item, "name"));
         group->_interval = xml.GetValueDWORD(item, "interval");
-        SetFieldText(group->_td_channellist, xml.GetValueStr(item, "td_channellist"));
+        SetFieldText(group->_td_channellist, xml.GetText(item, "td_channellist"));
         AppendReplied(info.getChGroupList, std::move(group));
     }
 }

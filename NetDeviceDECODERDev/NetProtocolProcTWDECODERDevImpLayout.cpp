@@ -35,7 +35,7 @@ std::shared_ptr<S_MTvw_Wall_WallLayout_Item> ReadScreen(const CVTXMLParse& xml, 
 
     auto screen = std::make_shared<S_MTvw_Wall_WallLayout_Item>();
     screen->_id = xml.GetValueDWORD(id);
-    SetFieldText(screen->_name, xml.GetValueStr(name));
+    SetFieldText(screen->_name, xml.GetText(name));
     screen->_coordinate = {xml.GetValueDWORD(xPos), xml.GetValueDWORD(yPos)};
     return screen;
 }

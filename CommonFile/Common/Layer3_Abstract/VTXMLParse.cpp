@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <string_view>
 #include <tinyxml2.h>
 
@@ -11,7 +12,8 @@ namespace {
 bool HasName(const tinyxml2::XMLNode& node, std::string_view name)
 {
     const char* szName = node.Value();
-    return std::strncmp(szName, name.data(), name.size()) == 0 && szName[name.size()] == '\0';
+    return !name.empty() && *szName == name.front() && // most names differ here
+           std::strncmp(szName, name.data(), name.size()) == 0 && szName[name.size()] == '\0';
 }
 
 CVTXMLParse::Item Descend(const tinyxml2::XMLNode* pNode, std::string_view path)
@@ -25,6 +27,22 @@ CVTXMLParse::Item Descend(const tinyxml2::XMLNode* pNode, std::string_view path)
         }
     }
     return pNode == nullptr ? nullptr : pNode->ToElement();
+}
+
+// The number that begins with the usual few digits; all else is left to the library's functions, which take
+// much longer.
+std::optional<uint32_t> ReadDigits(const char* szText)
+{
+    constexpr std::ptrdiff_t MAX_DIGITS = 9; // more might not fit
+    uint32_t nValue = 0;
+    const char* p = szText;
+    for (; *p >= '0' && *p <= '9'; ++p) {
+        if (p - szText == MAX_DIGITS) {
+            return std::nullopt;
+        }
+        nValue = 10 * nValue + static_cast<uint32_t>(*p - '0');
+    }
+    return p == szText ? std::nullopt : std::optional(nValue);
 }
 
 const char* TextOf(CVTXMLParse::Item item)
@@ -152,15 +170,19 @@ CVTXMLParse::Item CVTXMLParse::GetNextSiblingItem(Item item, const char* szName)
 
 int32_t CVTXMLParse::GetValue_i32(Item item, const char* szPath) const
 {
-    return static_cast<int32_t>(std::strtol(TextOf(Descend(item, szPath)), nullptr, 10));
+    const char* szText = GetText(item, szPath);
+    const auto digits = ReadDigits(szText);
+    return static_cast<int32_t>(digits ? *digits : std::strtol(szText, nullptr, 10));
 }
 
 uint32_t CVTXMLParse::GetValueDWORD(Item item, const char* szPath) const
 {
-    return static_cast<uint32_t>(std::strtoul(TextOf(Descend(item, szPath)), nullptr, 10));
+    const char* szText = GetText(item, szPath);
+    const auto digits = ReadDigits(szText);
+    return static_cast<uint32_t>(digits ? *digits : std::strtoul(szText, nullptr, 10));
 }
 
-std::string CVTXMLParse::GetValueStr(Item item, const char* szPath) const
+const char* CVTXMLParse::GetText(Item item, const char* szPath) const
 {
-    return TextOf(Descend(item, szPath));
+    return TextOf(*szPath == '\0' ? item : Descend(item, szPath));
 }

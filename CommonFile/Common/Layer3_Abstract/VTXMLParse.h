@@ -47,7 +47,9 @@ public:
     uint32_t GetValueDWORD(const char* szPath) const { return GetValueDWORD(GetFirstItem(szPath)); }
     uint32_t GetValueDWORD(Item item, const char* szPath = "") const;
     std::string GetValueStr(const char* szPath) const { return GetValueStr(GetFirstItem(szPath)); }
-    std::string GetValueStr(Item item, const char* szPath = "") const;
+    std::string GetValueStr(Item item, const char* szPath = "") const { return GetText(item, szPath); }
+    // Zero-terminated, never null; valid as long as the item.
+    const char* GetText(Item item, const char* szPath = "") const;
 
 private:
     std::unique_ptr<tinyxml2::XMLDocument> m_pDocument;

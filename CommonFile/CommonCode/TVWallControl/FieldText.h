@@ -23,7 +23,7 @@ std::string FieldText(const char (&field)[nSize])
 
 // Cuts the text to what leaves room for a terminating zero; the rest of the field becomes zero.
 template <size_t nSize>
-void SetFieldText(char (&field)[nSize], const std::string& text)
+void SetFieldText(char (&field)[nSize], std::string_view text)
 {
     const size_t nLen = std::min(text.size(), nSize - 1);
     std::memcpy(field, text.data(), nLen);
