@@ -447,8 +447,8 @@ TEST_F(DecoderLink, FlappingChannelsGoOffAndOnAgain)
         const std::string text = Receive();
         ASSERT_NE(text, "");
         if (Element(text, "url") == "notifychannelstate") {
-            const std::string header = "</url><seq>" + std::to_string(seq++) + "</seq></td_header>";
-            EXPECT_NE(text.find(header), std::string::npos) << text;
+            const std::string numbered = "</url><seq>" + std::to_string(seq++) + "</seq></td_header>";
+            EXPECT_NE(text.find(numbered), std::string::npos) << text;
             onAgain = off && text.find("<item><id>64</id><state>online</state></item>") != std::string::npos;
             off = off || text.find("<item><id>64</id><state>offline</state></item>") != std::string::npos;
         }
