@@ -27,6 +27,13 @@ ErrorCode ReadOrder(const XMLElement& window, const ReadChange& read, WindowOrde
     return ErrorCode::Success;
 }
 
+// A number of 32 bits. Who creates a window writes it without a sign, who moves one with a sign.
+std::optional<std::int64_t> ReadPixels(const XMLElement* rect, const char* name)
+{
+    const auto value = ChildNumber<std::int64_t>(rect, name);
+    return value && *value >= INT32_MIN && *value <= UINT32_MAX ? value : std::nullopt;
+}
+
 } // namespace
 
 const XMLElement* Child(const XMLElement* parent, const char* name)
@@ -42,10 +49,10 @@ std::optional<std::uint32_t> ReadId(const XMLElement& item)
 std::optional<Rect> ReadRect(const XMLElement& item)
 {
     const XMLElement* rect = Child(&item, "rect");
-    const auto x = ChildNumber<std::int64_t>(rect, "xpos");
-    const auto y = ChildNumber<std::int64_t>(rect, "ypos");
-    const auto width = ChildNumber<std::int64_t>(rect, "width");
-    const auto height = ChildNumber<std::int64_t>(rect, "height");
+    const auto x = ReadPixels(rect, "xpos");
+    const auto y = ReadPixels(rect, "ypos");
+    const auto width = ReadPixels(rect, "width");
+    const auto height = ReadPixels(rect, "height");
     if (!x || !y || !width || !height) {
         return std::nullopt;
     }

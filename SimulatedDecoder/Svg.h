@@ -1,6 +1,7 @@
 #pragma once
 // The elements of SVG that the picture of the wall is made of. All measures are in the picture's own units.
 
+#include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <string>
@@ -18,6 +19,13 @@ struct Area {
     double Bottom() const { return y + height; }
     double CentreX() const { return x + width / 2; }
     double CentreY() const { return y + height / 2; }
+    // What it has in common with another; a width or height that is not positive where that is nothing.
+    Area Common(const Area& other) const
+    {
+        const double left = std::max(x, other.x);
+        const double top = std::max(y, other.y);
+        return {left, top, std::min(Right(), other.Right()) - left, std::min(Bottom(), other.Bottom()) - top};
+    }
     Area Shrunk(double by) const { return {x + by, y + by, width - 2 * by, height - 2 * by}; }
 };
 

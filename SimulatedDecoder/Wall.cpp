@@ -101,10 +101,9 @@ ErrorCode Wall::CheckRect(const Rect& rect) const
     if (rect.width <= 0 || rect.height <= 0) {
         return ErrorCode::EmptyRectangle;
     }
-    // Differences, because the sum of two values from the link may overflow.
-    const bool inside = rect.x >= 0 && rect.y >= 0 && rect.x <= Width() && rect.y <= Height() &&
-                        rect.width <= Width() - rect.x && rect.height <= Height() - rect.y;
-    return inside ? ErrorCode::Success : ErrorCode::OffTheWall;
+    const bool seen =
+        rect.x < Width() && rect.y < Height() && rect.x + rect.width > 0 && rect.y + rect.height > 0;
+    return seen ? ErrorCode::Success : ErrorCode::OffTheWall;
 }
 
 ErrorCode Wall::CheckWindow(const Window& window) const

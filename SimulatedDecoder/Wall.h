@@ -63,7 +63,7 @@ public:
     // Grows with every change.
     std::uint64_t Revision() const { return m_revision; }
 
-    // Refused when a window or a bound screen would be left out.
+    // Refused when a window would be left out wholly, or a bound screen.
     ErrorCode Resize(int rows, int columns);
     ErrorCode Bind(const std::vector<Binding>& bindings);
     ErrorCode Unbind(const std::vector<GridPosition>& positions);
@@ -86,6 +86,7 @@ public:
 
 private:
     ErrorCode Changed(ErrorCode code);
+    // It may reach over any edge, but a pixel of it lies on the wall.
     ErrorCode CheckRect(const Rect& rect) const;
     ErrorCode CheckWindow(const Window& window) const;
 

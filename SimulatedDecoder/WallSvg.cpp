@@ -190,9 +190,15 @@ public:
         DrawTitle();
         DrawLegend();
         DrawScreens();
+        // What of a window lies beyond the wall is cut off.
+        const Area wall = WallArea();
+        m_svg.Add("<clipPath id=\"wall\"><path d=\"M{:.1f} {:.1f}h{:.1f}v{:.1f}h{:.1f}z\"/></clipPath>\n",
+                  wall.x, wall.y, wall.width, wall.height, -wall.width);
+        m_svg.Add("<g clip-path=\"url(#wall)\">\n");
         for (const VisibleWindow& visible : VisibleWindows(m_wall)) {
             DrawWindow(visible);
         }
+        m_svg.Add("</g>\n");
         DrawOutputs();
         DrawList();
         return m_svg.Finish();
@@ -206,6 +212,7 @@ private:
         return {kMargin + Scaled(rect.x), kTitleHeight + Scaled(rect.y), Scaled(rect.width),
                 Scaled(rect.height)};
     }
+    Area WallArea() const { return OnPicture({0, 0, m_wall.Width(), m_wall.Height()}); }
     Area ScreenArea(std::int64_t column, std::int64_t row) const
     {
         return OnPicture({column * kScreenWidth, row * kScreenHeight, kScreenWidth, kScreenHeight});
@@ -259,8 +266,7 @@ private:
 
     void DrawScreens()
     {
-        const Area wall = OnPicture({0, 0, m_wall.Width(), m_wall.Height()});
-        m_svg.Rect(wall.Shrunk(-6), "rx=\"6\" fill=\"#cbd5e1\"");
+        m_svg.Rect(WallArea().Shrunk(-6), "rx=\"6\" fill=\"#cbd5e1\"");
         for (int row = 0; row < m_wall.Rows(); ++row) {
             for (int column = 0; column < m_wall.Columns(); ++column) {
                 const Area screen = ScreenArea(column, row);
@@ -319,21 +325,28 @@ private:
         m_svg.Add("<g>\n");
         m_svg.Rect(area, fmt::format("fill=\"{}\" stroke=\"{}\" stroke-width=\"{:.1f}\"", colour.fill,
                                      colour.line, inset));
-        const double header = DrawHeader(window, visible.layer, area);
+        // What is seen of it carries its name, even where its own upper edge is cut off.
+        const Area seen = area.Common(WallArea());
+        const double height = std::min(24.0, seen.height / 4);
+        const double size = height * 0.6;
+        const std::string name = NameFor(window, visible.layer, seen.width, size);
+        const double header = name.empty() ? 0 : height;
         if (visible.withCells) {
             DrawSubWindows(window, {area.x, area.y + header, area.width, area.height - header});
+        }
+        if (!name.empty()) {
+            m_svg.Rect({seen.x, seen.y, seen.width, height}, fmt::format("fill=\"{}\"", colour.line));
+            m_svg.Text(seen.x + size * 0.7, seen.y + height / 2, name, {size, "#ffffff", nullptr, true});
         }
         DrawBezels(window.rect);
         m_svg.Add("</g>\n");
     }
 
-    // The strip on top that names the window, as fully as there is room. Returns its height, 0 without any.
-    double DrawHeader(const Window& window, std::size_t layer, const Area& area)
+    // For the strip on top, as full as there is room; empty without any.
+    std::string NameFor(const Window& window, std::size_t layer, double room, double size) const
     {
-        const double height = std::min(24.0, area.height / 4);
-        const double size = height * 0.6;
         if (!m_wall.Switches().windowIds || size < 4) {
-            return 0;
+            return {};
         }
         const Rect& rect = window.rect;
         const std::string name = fmt::format("#{}", window.id);
@@ -341,14 +354,11 @@ private:
         const std::string full =
             fmt::format("{} · {},{} · {} × {}", withLayer, rect.x, rect.y, rect.width, rect.height);
         for (const std::string& text : {full, withLayer, name}) {
-            if (TextWidth(text, size) + 2 * size <= area.width) {
-                m_svg.Rect({area.x, area.y, area.width, height},
-                           fmt::format("fill=\"{}\"", ColourOf(window).line));
-                m_svg.Text(area.x + size * 0.7, area.y + height / 2, text, {size, "#ffffff", nullptr, true});
-                return height;
+            if (TextWidth(text, size) + 2 * size <= room) {
+                return text;
             }
         }
-        return 0;
+        return {};
     }
 
     void DrawSubWindows(const Window& window, const Area& area)

@@ -45,25 +45,40 @@ void AppendUtf8(std::string& text, char32_t character)
     }
 }
 
-// A sheet of characters; what lies beyond its edges is not drawn.
+// A sheet of characters; what lies beyond its open part, at first all of it, is not drawn.
 class Sheet {
 public:
     Sheet(std::int64_t columns, std::int64_t lines)
-        : m_columns(columns), m_cells(static_cast<std::size_t>(columns * lines), U' ')
+        : m_columns(columns),
+          m_open{0, 0, columns - 1, lines - 1},
+          m_cells(static_cast<std::size_t>(columns * lines), U' ')
     {
+    }
+
+    const Box& Open() const { return m_open; }
+    // Closes the lines and columns at its edges.
+    void CloseEdges() { m_open = {m_open.left + 1, m_open.top + 1, m_open.right - 1, m_open.bottom - 1}; }
+    // What of the box lies in the open part.
+    Box Clip(const Box& box) const
+    {
+        return {std::max(box.left, m_open.left), std::max(box.top, m_open.top),
+                std::min(box.right, m_open.right), std::min(box.bottom, m_open.bottom)};
     }
 
     void Put(std::int64_t column, std::int64_t line, char32_t character)
     {
-        m_cells[static_cast<std::size_t>(line * m_columns + column)] = character;
+        if (column >= m_open.left && column <= m_open.right && line >= m_open.top && line <= m_open.bottom) {
+            m_cells[static_cast<std::size_t>(line * m_columns + column)] = character;
+        }
     }
 
     // A frame around an empty inside, or where there is no inside, a bar.
     void Draw(const Box& box, const Pen& pen)
     {
         const bool thin = box.right <= box.left || box.bottom <= box.top;
-        for (std::int64_t line = box.top; line <= box.bottom; ++line) {
-            for (std::int64_t column = box.left; column <= box.right; ++column) {
+        const Box seen = Clip(box);
+        for (std::int64_t line = seen.top; line <= seen.bottom; ++line) {
+            for (std::int64_t column = seen.left; column <= seen.right; ++column) {
                 Put(column, line, thin ? pen.bar : Stroke(box, column, line, pen));
             }
         }
@@ -105,6 +120,7 @@ private:
     }
 
     std::int64_t m_columns;
+    Box m_open;
     std::u32string m_cells;
 };
 
@@ -125,6 +141,7 @@ public:
                 DrawScreen(row, column);
             }
         }
+        m_sheet.CloseEdges(); // the frame of the wall stays visible around windows that reach over it
         for (const VisibleWindow& visible : VisibleWindows(m_wall)) {
             DrawWindow(visible);
         }
@@ -181,21 +198,23 @@ private:
         joint(box.right, box.bottom);
     }
 
-    // Windows are drawn inside the lines of the screens, so that those stay visible between them.
+    // Windows are drawn inside the lines of the screens, so that those stay visible between them. However
+    // little of one lies on the wall, a character of it is seen.
     void DrawWindow(const VisibleWindow& visible)
     {
         const Window& window = *visible.window;
         const Rect& rect = window.rect;
         const std::int64_t left = std::min(Column(rect.x) + 1, Columns() - 2);
         const std::int64_t top = std::min(Line(rect.y) + 1, Lines() - 2);
-        const Box box{left, top, std::max(left, Column(rect.x + rect.width) - 1),
-                      std::max(top, Line(rect.y + rect.height) - 1)};
+        const Box box{left, top, std::max({left, Column(rect.x + rect.width) - 1, m_sheet.Open().left}),
+                      std::max({top, Line(rect.y + rect.height) - 1, m_sheet.Open().top})};
         m_sheet.Draw(box, kWindowPen);
         if (visible.withCells) {
             DrawSubWindows(box, VisibleSubWindows(window));
         }
         if (m_wall.Switches().windowIds) {
-            m_sheet.Write(box.left + 2, box.top, box.right, fmt::format(" {} ", window.id));
+            const Box seen = m_sheet.Clip(box);
+            m_sheet.Write(seen.left + 2, seen.top, seen.right, fmt::format(" {} ", window.id));
         }
     }
 
@@ -211,13 +230,14 @@ private:
             return box.left + (box.right - box.left) * i / columns;
         };
         const auto rowLine = [&](std::int64_t i) { return box.top + (box.bottom - box.top) * i / rows; };
-        for (std::int64_t line = box.top + 1; line < box.bottom; ++line) {
+        const Box inside = m_sheet.Clip({box.left + 1, box.top + 1, box.right - 1, box.bottom - 1});
+        for (std::int64_t line = inside.top; line <= inside.bottom; ++line) {
             for (std::int64_t i = 1; i < columns; ++i) {
                 m_sheet.Put(columnLine(i), line, U'│');
             }
         }
         for (std::int64_t i = 1; i < rows; ++i) {
-            for (std::int64_t column = box.left + 1; column < box.right; ++column) {
+            for (std::int64_t column = inside.left; column <= inside.right; ++column) {
                 m_sheet.Put(column, rowLine(i), U'─');
             }
             for (std::int64_t j = 1; j < columns; ++j) {

@@ -8,7 +8,8 @@
 
 namespace simulated_decoder {
 
-// In wall coordinates: pixels from the wall's upper left corner.
+// In wall coordinates: pixels from the wall's upper left corner. The link has them in 32 bits each, so that
+// sums and products with the size of a wall do not overflow.
 struct Rect {
     std::int64_t x = 0;
     std::int64_t y = 0;

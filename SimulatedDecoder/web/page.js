@@ -70,6 +70,15 @@ function placeOf(rect) {
   return { x: rect.x * scale, y: rect.y * scale, width: rect.width * scale, height: rect.height * scale };
 }
 
+// What of a place lies on the wall; windows may reach over its edges.
+function clip(place) {
+  const x = Math.max(place.x, 0);
+  const y = Math.max(place.y, 0);
+  const right = Math.min(place.x + place.width, wall.width * scale);
+  const bottom = Math.min(place.y + place.height, wall.height * scale);
+  return { x, y, width: right - x, height: bottom - y };
+}
+
 function strokeInside(place, width) {
   brush.lineWidth = Math.min(width, place.width / 2, place.height / 2);
   const inset = brush.lineWidth / 2;
@@ -108,9 +117,10 @@ function hatch(place, colour) {
   brush.rect(place.x, place.y, place.width, place.height);
   brush.clip();
   brush.beginPath();
-  for (let offset = step; offset < place.width + place.height; offset += step) {
-    brush.moveTo(place.x + offset, place.y);
-    brush.lineTo(place.x + offset - place.height, place.y + place.height);
+  const seen = clip(place);
+  for (let offset = step; offset < seen.width + seen.height; offset += step) {
+    brush.moveTo(seen.x + offset, seen.y);
+    brush.lineTo(seen.x + offset - seen.height, seen.y + seen.height);
   }
   brush.strokeStyle = colour;
   brush.lineWidth = 0.5;
@@ -213,7 +223,7 @@ function drawWindow(item, colour) {
   }
   brush.strokeStyle = colour["window-line"];
   strokeInside(place, place.width > 24 && place.height > 24 ? 2 : 1);
-  if (wall.windowIds) drawId(item, place, colour);
+  if (wall.windowIds) drawId(item, clip(place), colour);
 }
 
 function drawId(item, place, colour) {

@@ -35,18 +35,30 @@ std::vector<std::uint32_t> Ids(const Wall& wall)
     return ids;
 }
 
-TEST(SimulatedWall, RefusesRectanglesThatAreEmptyOrLeaveIt)
+TEST(SimulatedWall, RefusesRectanglesThatAreEmptyOrBeyondItsEdges)
 {
-    constexpr std::int64_t kHuge = INT64_MAX;
+    constexpr std::int64_t kHuge = UINT32_MAX;
+    constexpr std::int64_t kFar = INT32_MIN;
     const struct {
         Rect rect;
         ErrorCode expected;
     } cases[] = {
-        {{0, 0, 3840, 1080}, ErrorCode::Success},    {{3839, 1079, 1, 1}, ErrorCode::Success},
-        {{0, 0, 0, 1}, ErrorCode::EmptyRectangle},   {{0, 0, 1, -1}, ErrorCode::EmptyRectangle},
-        {{-1, 0, 100, 100}, ErrorCode::OffTheWall},  {{0, -1, 100, 100}, ErrorCode::OffTheWall},
-        {{3840, 0, 1, 1}, ErrorCode::OffTheWall},    {{1, 0, 3840, 1080}, ErrorCode::OffTheWall},
-        {{0, 1, 3840, 1080}, ErrorCode::OffTheWall}, {{kHuge, kHuge, kHuge, kHuge}, ErrorCode::OffTheWall},
+        {{0, 0, 3840, 1080}, ErrorCode::Success},
+        {{3839, 1079, 1, 1}, ErrorCode::Success},
+        {{0, 0, 0, 1}, ErrorCode::EmptyRectangle},
+        {{0, 0, 1, -1}, ErrorCode::EmptyRectangle},
+        {{-99, 0, 100, 100}, ErrorCode::Success},
+        {{-100, 0, 100, 100}, ErrorCode::OffTheWall},
+        {{0, -99, 100, 100}, ErrorCode::Success},
+        {{0, -100, 100, 100}, ErrorCode::OffTheWall},
+        {{3839, 0, 100, 100}, ErrorCode::Success},
+        {{3840, 0, 100, 100}, ErrorCode::OffTheWall},
+        {{0, 1079, 100, 100}, ErrorCode::Success},
+        {{0, 1080, 100, 100}, ErrorCode::OffTheWall},
+        {{kFar, kFar, kHuge, kHuge}, ErrorCode::Success},
+        {{kHuge, kHuge, kHuge, kHuge}, ErrorCode::OffTheWall},
+        {{kFar, 0, 1, 1}, ErrorCode::OffTheWall},
+        {{-1, 0, 0, 1}, ErrorCode::EmptyRectangle},
     };
     for (const auto& [rect, expected] : cases) {
         SCOPED_TRACE(testing::Message()
@@ -57,6 +69,17 @@ TEST(SimulatedWall, RefusesRectanglesThatAreEmptyOrLeaveIt)
         ASSERT_EQ(wall.Create({MakeWindow(2)}), ErrorCode::Success);
         EXPECT_EQ(wall.Move({{2, rect}}), expected);
     }
+}
+
+TEST(SimulatedWall, ShrinksToAnyGridThatLeavesAPixelOfEachWindow)
+{
+    Wall wall(2, 2);
+    ASSERT_EQ(wall.Create({MakeWindow(1, {1900, 1000, 1000, 1000})}), ErrorCode::Success);
+    EXPECT_EQ(wall.Resize(1, 1), ErrorCode::Success);
+    ASSERT_EQ(wall.Resize(2, 2), ErrorCode::Success);
+    ASSERT_EQ(wall.Move({{1, {1920, 1000, 1000, 1000}}}), ErrorCode::Success);
+    EXPECT_EQ(wall.Resize(1, 1), ErrorCode::OffTheWall);
+    EXPECT_EQ(wall.Columns(), 2);
 }
 
 TEST(SimulatedWall, ChangesAllWindowsOfARequestOrNone)
