@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <asio/buffer.hpp>
+#include <asio/post.hpp>
 #include <asio/write.hpp>
 #include <spdlog/spdlog.h>
 
@@ -14,7 +15,7 @@ namespace simulated_decoder {
 namespace {
 
 // A host that does not read what it asked for is cut off here.
-constexpr std::size_t kMaxOutput = std::size_t{32} * 1024 * 1024;
+constexpr std::size_t kMaxOutput = std::size_t{16} * 1024 * 1024;
 
 // Between two pieces of chunked output, so that the host's socket really sees them one by one.
 constexpr std::chrono::microseconds kPiecePause{100};
@@ -108,7 +109,9 @@ void Connection::TakeFrames()
         switch (m_frames.Next(payload)) {
         case FrameReader::Result::Payload:
             TakeRequest(payload);
-            break;
+            // Whatever else is to be done comes in between, however many requests came at once.
+            asio::post(m_socket.get_executor(), [self = shared_from_this()] { self->TakeFrames(); });
+            return;
         case FrameReader::Result::Heartbeat:
             SendUnasked(Unasked::Beat);
             break;
@@ -144,9 +147,12 @@ void Connection::TakeRequest(std::string_view payload)
 void Connection::Reply(std::string frame, std::chrono::milliseconds delay)
 {
     const auto send = [this](std::string bytes, bool last) {
-        Send(std::move(bytes));
+        Enqueue(std::move(bytes), std::nullopt);
         m_closeWhenSent = m_closeWhenSent || last;
     };
+    if (!Reserve(frame.size())) {
+        return;
+    }
     if (delay.count() == 0) {
         send(std::move(frame), m_cutting);
         return;
@@ -160,14 +166,18 @@ void Connection::Reply(std::string frame, std::chrono::milliseconds delay)
     });
 }
 
-void Connection::Send(std::string bytes, std::optional<Unasked> kind)
+bool Connection::Reserve(std::size_t length)
+{
+    m_unsent += length;
+    if (m_unsent > kMaxOutput) {
+        Close("it does not read what it is sent");
+    }
+    return m_open;
+}
+
+void Connection::Enqueue(std::string bytes, std::optional<Unasked> kind)
 {
     if (!m_open || m_closeWhenSent) {
-        return;
-    }
-    m_outputSize += bytes.size();
-    if (m_outputSize > kMaxOutput) {
-        Close("it does not read what it is sent");
         return;
     }
     const bool idle = m_output.empty();
@@ -183,7 +193,10 @@ void Connection::SendUnasked(Unasked kind)
         return;
     }
     if (m_waiting.insert(kind).second) {
-        Send(EncodeFrame(UnaskedText(kind)), kind);
+        std::string frame = EncodeFrame(UnaskedText(kind));
+        if (Reserve(frame.size())) {
+            Enqueue(std::move(frame), kind);
+        }
     } else {
         m_due.insert(kind);
     }
@@ -225,7 +238,7 @@ void Connection::SendNextPiece()
 
 void Connection::PieceSent(std::size_t length)
 {
-    m_outputSize -= length;
+    m_unsent -= length;
     m_sent += length;
     if (m_sent == m_output.front().bytes.size()) {
         // The next of its kind is put into the queue before this one leaves it, so that the queue goes on.

@@ -64,7 +64,10 @@ private:
         std::optional<Unasked> kind; // nothing: a reply
     };
 
-    void Send(std::string bytes, std::optional<Unasked> kind = std::nullopt);
+    // Room for so many bytes more. False when a host that does not read has no such room left, which closes
+    // the connection.
+    bool Reserve(std::size_t length);
+    void Enqueue(std::string bytes, std::optional<Unasked> kind);
     // Sends it between any two frames, but never behind one of its kind that waits: on a slow line there is
     // one of each kind at most, and the next follows when that has gone out.
     void SendUnasked(Unasked kind);
@@ -92,8 +95,8 @@ private:
     bool m_closeWhenSent = false; // what is in m_output is the last
 
     std::deque<Frame> m_output;
-    std::size_t m_outputSize = 0; // bytes in m_output that are not sent yet
-    std::size_t m_sent = 0;       // bytes of m_output.front().bytes that are sent
+    std::size_t m_unsent = 0; // bytes in m_output, and in replies that are held back on order
+    std::size_t m_sent = 0;   // bytes of m_output.front().bytes that are sent
 
     MadeUpNotices m_madeUpNotices;
     std::set<Unasked> m_waiting; // kinds that are in m_output

@@ -1,11 +1,11 @@
 #include "Device.h"
 
-#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
 #include <spdlog/spdlog.h>
 
+#include "LogText.h"
 #include "RequestHandlers.h"
 
 namespace simulated_decoder {
@@ -22,10 +22,7 @@ constexpr std::string_view kGarbage = "\x01\x02 this is <no <XML &\xff\xfe> at a
 // A url from the link, fit for one line of the log.
 std::string Printable(std::string_view url)
 {
-    std::string text(url.substr(0, 64));
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
-    return text.empty() ? "unreadable request" : text;
+    return url.empty() ? "unreadable request" : Visible(url.substr(0, 64));
 }
 
 void LogOutcome(int connection, const RequestContext& context, ErrorCode code)

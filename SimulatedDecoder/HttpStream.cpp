@@ -12,8 +12,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds kRequestTime{30000}; // for all of a request
-constexpr milliseconds kWriteTime{10000};   // until the next bytes are taken
+constexpr milliseconds kWriteTime{10000}; // until the next bytes are taken
 constexpr std::size_t kMaxRequest = 65536;
 
 void Tell(const asio::ip::tcp::endpoint& endpoint, std::string& ip, int& port)
@@ -24,8 +23,8 @@ void Tell(const asio::ip::tcp::endpoint& endpoint, std::string& ip, int& port)
 
 } // namespace
 
-HttpStream::HttpStream(asio::ip::tcp::socket& socket)
-    : m_socket(socket), m_handle(socket.native_handle()), m_readBefore(Clock::now() + kRequestTime)
+HttpStream::HttpStream(asio::ip::tcp::socket& socket, milliseconds requestTime)
+    : m_socket(socket), m_handle(socket.native_handle()), m_readBefore(Clock::now() + requestTime)
 {
 }
 

@@ -11,12 +11,12 @@
 namespace simulated_decoder {
 
 // A browser's socket as the HTTP library reads and writes it, on a thread of its own. A browser that takes
-// too long to ask or to take what it asked for, or that sends more than any honest one, is as good as gone;
-// so is every one whose socket has been shut down.
+// too long to ask or to take what it asked for, or that sends more than 64 KiB, is as good as gone; so is
+// every one whose socket has been shut down.
 class HttpStream : public httplib::Stream {
 public:
-    // The socket outlives the stream.
-    explicit HttpStream(asio::ip::tcp::socket& socket);
+    // The socket outlives the stream. `requestTime` is for all of a request.
+    HttpStream(asio::ip::tcp::socket& socket, std::chrono::milliseconds requestTime);
 
     bool is_readable() const override;
     bool is_writable() const override;

@@ -31,28 +31,25 @@ bool IsEnciphered(std::string_view text)
 
 // Replaces what stands in elements with this name and is not enciphered. Works on the text, because what a
 // host puts there need not be well-formed.
-void HidePlain(std::string& text, const std::string& name)
+std::string HidePlain(std::string_view text, const std::string& name)
 {
     const std::string begin = "<" + name;
-    for (auto at = text.find(begin); at != std::string::npos; at = text.find(begin, at)) {
+    std::string hidden;
+    std::size_t copied = 0;
+    for (auto at = text.find(begin); at != std::string_view::npos; at = text.find(begin, at)) {
         at += begin.size();
-        const std::string_view rest = std::string_view(text).substr(at);
+        const std::string_view rest = text.substr(at);
         if (rest.empty() || std::string_view("> \t\r\n").find(rest.front()) == std::string_view::npos) {
             continue; // an element without content, or one whose name goes on
         }
         const std::string_view content = rest.substr(0, rest.find("</" + name));
         if (content != ">" && !IsEnciphered(content.substr(1))) {
-            text.replace(at, content.size(), ">(not enciphered)");
+            hidden.append(text, copied, at - copied).append(">(not enciphered)");
+            at += content.size();
+            copied = at;
         }
     }
-}
-
-std::string WithoutPlainAccounts(std::string_view request)
-{
-    std::string text(request);
-    HidePlain(text, "user");
-    HidePlain(text, "pwd");
-    return text;
+    return hidden.append(text, copied);
 }
 
 } // namespace
@@ -67,7 +64,7 @@ void JsonLog::Write(int connection, const RequestContext& context, std::string_v
                                 {"connection", connection},
                                 {"url", context.request.Url()},
                                 {"seq", nullptr},
-                                {"request", WithoutPlainAccounts(text)},
+                                {"request", HidePlain(HidePlain(text, "user"), "pwd")},
                                 {"credentials", context.credentials},
                                 {"errorcode", nullptr}};
     if (context.request.Seq()) {

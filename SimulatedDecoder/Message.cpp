@@ -1,6 +1,9 @@
 #include "Message.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "RequestLimits.h"
 
 namespace simulated_decoder {
 
@@ -29,8 +32,11 @@ void AddChild(tinyxml2::XMLElement& parent, const char* name, std::string_view t
 
 bool HasControls(std::string_view text)
 {
-    return std::any_of(text.begin(), text.end(),
-                       [](char byte) { return static_cast<unsigned char>(byte) < ' ' || byte == '\x7f'; });
+    unsigned char before = 0;
+    return std::any_of(text.begin(), text.end(), [&](unsigned char byte) {
+        const bool isSecondOfTwo = std::exchange(before, byte) == 0xC2;
+        return byte < ' ' || byte == 0x7F || (isSecondOfTwo && byte >= 0x80 && byte < 0xA0);
+    });
 }
 
 bool IsPlain(std::string_view text)
@@ -41,7 +47,7 @@ bool IsPlain(std::string_view text)
 bool Request::Parse(std::string_view text)
 {
     // The parser stops at a zero byte as if the text ended there; on this link no text holds one.
-    if (text.find('\0') != std::string_view::npos ||
+    if (text.find('\0') != std::string_view::npos || !KeepsLimits(text) ||
         m_document.Parse(text.data(), text.size()) != tinyxml2::XML_SUCCESS) {
         return false;
     }

@@ -29,7 +29,8 @@ std::optional<Number> ParseNumber(std::string_view text)
     return value;
 }
 
-// Whether there are bytes in it that no XML text and no line of a terminal should hold.
+// Whether there are characters in it that no XML text and no line of a terminal should hold: below U+0020,
+// and U+007F to U+009F.
 bool HasControls(std::string_view text);
 // Whether there is nothing but printable ASCII in it.
 bool IsPlain(std::string_view text);
@@ -52,8 +53,9 @@ void AddChild(tinyxml2::XMLElement& parent, const char* name, Number value)
 // A request as it came.
 class Request {
 public:
-    // False when the text is not XML, or its header lacks the version, the type, a url or a number in `seq`.
-    // What could be read is there all the same, so that the refusal can carry it.
+    // False when the text is not XML or beyond the limits of KeepsLimits, or its header lacks the version,
+    // the type, a url or a number in `seq`. What could be read is there all the same, so that the refusal can
+    // carry it.
     bool Parse(std::string_view text);
 
     const std::string& Url() const { return m_url; }

@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 #include <spdlog/fmt/fmt.h>
 
+#include "LogText.h"
 #include "Message.h"
 #include "ScreenGrid.h"
 
@@ -216,10 +217,10 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
     } catch (const CLI::Success& success) {
         return app.exit(success);
     } catch (const CLI::ExtrasError&) {
-        std::cerr << "tvwall-decoder: " << UnknownOptions(app.remaining()) << '\n';
+        std::cerr << "tvwall-decoder: " << Visible(UnknownOptions(app.remaining())) << '\n';
         return kExitUsage;
     } catch (const CLI::Error& error) {
-        std::cerr << "tvwall-decoder: " << error.what() << '\n';
+        std::cerr << "tvwall-decoder: " << Visible(error.what()) << '\n';
         return kExitUsage;
     }
     return options;

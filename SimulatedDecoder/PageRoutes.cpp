@@ -97,6 +97,10 @@ auto PageRoutes::Refuse(const HttpRequest& request, HttpResponse& response) cons
         Say(response, 403, "this page is not known by that name");
         return HandlerResponse::Handled;
     }
+    if (request.ranges.size() > 1) {
+        response.status = 416; // without a text, which would be cut into these ranges
+        return HandlerResponse::Handled;
+    }
     if (request.method == "GET" || request.method == "HEAD") {
         return HandlerResponse::Unhandled;
     }

@@ -20,9 +20,10 @@ constexpr std::size_t kMaxVisitors = 32;
 } // namespace
 
 PageServer::PageServer(asio::io_context& context, DeviceFeed& feed, Device& device, Server& hosts,
-                       const std::string& host, std::uint16_t port)
+                       const std::string& host, std::uint16_t port, std::chrono::milliseconds requestTime)
     : m_context(context),
       m_feed(feed),
+      m_requestTime(requestTime),
       m_routes(feed, device, hosts, host),
       m_acceptor(context, host, port, [this](tcp::socket socket) { Welcome(std::move(socket)); })
 {
@@ -62,7 +63,7 @@ void PageServer::Welcome(tcp::socket socket)
 void PageServer::Serve(int number, tcp::socket& socket)
 {
     try {
-        HttpStream stream(socket);
+        HttpStream stream(socket, m_requestTime);
         m_routes.Serve(stream);
     } catch (const std::exception& error) {
         spdlog::error("a browser's request failed: {}", error.what());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -21,8 +22,10 @@ namespace simulated_decoder {
 class PageServer {
 public:
     // Listens when it returns. ListenError, with a text for the user, when that cannot be done.
+    // `requestTime` is what a browser has to send a request.
     PageServer(asio::io_context& context, DeviceFeed& feed, Device& device, Server& hosts,
-               const std::string& host, std::uint16_t port);
+               const std::string& host, std::uint16_t port,
+               std::chrono::milliseconds requestTime = std::chrono::seconds(5));
     ~PageServer();
     PageServer(const PageServer&) = delete;
     PageServer& operator=(const PageServer&) = delete;
@@ -42,6 +45,7 @@ private:
 
     asio::io_context& m_context;
     DeviceFeed& m_feed;
+    std::chrono::milliseconds m_requestTime;
     PageRoutes m_routes;
     std::map<int, Visitor> m_visitors;
     int m_lastNumber = 0;

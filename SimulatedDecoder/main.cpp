@@ -17,9 +17,11 @@
 #include "AtomicFile.h"
 #include "DeviceFeed.h"
 #include "Fleet.h"
+#include "LogText.h"
 #include "Options.h"
 #include "PageServer.h"
 #include "Server.h"
+#include "StopSignals.h"
 
 namespace {
 
@@ -43,13 +45,13 @@ constexpr int kExitListen = 3;
 void SetUpLog()
 {
     spdlog::set_default_logger(spdlog::stderr_color_mt("tvwall-decoder"));
-    spdlog::set_pattern("%H:%M:%S.%e %^%l%$ %v");
+    spdlog::set_formatter(LogFormatter());
     spdlog::cfg::load_env_levels();
 }
 
 int Complain(const char* what, int status)
 {
-    std::cerr << "tvwall-decoder: " << what << '\n';
+    std::cerr << "tvwall-decoder: " << Visible(what) << '\n';
     return status;
 }
 
@@ -68,9 +70,7 @@ int Run(const Options& options)
 {
     asio::io_context context(1);
     // From here on, so that a signal during the start ends the program cleanly, too.
-    asio::signal_set signals(context, SIGINT, SIGTERM);
-    signals.async_wait([&](const std::error_code&, int) { context.stop(); });
-
+    const StopSignals signals(context);
     asio::signal_set hangUps(context, SIGHUP);
 
     DeviceFeed feed(context);

@@ -19,8 +19,8 @@ window create 1 0 0 960 540 --mode 4 --osd 11,12,13,14
 window create 2 960 0 960 540  3 0 540 400 300
 
 window create 1 0 0 10 10
-window move 2 100 100 500 500
-window move 2 -10 0 500 500
+window move 2 -10 -100 500 500
+window move 2 -500 0 500 500
 window split 1 0 0 960 540 --mode 9
 window raise 1
 window raise 77
@@ -191,6 +191,18 @@ class Programs(unittest.TestCase):
             if dies:
                 self.decoder.kill()
             self.end(host, 3 if dies else 128 + signal.SIGINT, None if dies else signal.SIGINT)
+
+    def test_a_signal_ends_a_decoder_that_stands_at_a_full_pipe(self):
+        pipe = self.folder + "/pipe"
+        os.mkfifo(pipe)
+        full = os.open(pipe, os.O_RDWR | os.O_NONBLOCK)
+        self.addCleanup(os.close, full)
+        self.start_decoder(options=["--wall-svg", pipe])
+        with self.assertRaises(BlockingIOError):
+            while True:
+                os.write(full, b"x")
+        self.run_host(4, "--answer-timeout", "0.5", "wall", "clear")
+        self.end(self.decoder, 0, signal.SIGTERM)
 
     def test_watch_prints_notifications_until_it_is_interrupted(self):
         self.start_decoder("notify-every=20")

@@ -1,9 +1,12 @@
 // The simulated decoder from a host's side: a request in, the reply and the picture of the wall out.
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <thread>
+
+#include <sys/resource.h>
 
 #include <asio.hpp>
 #include <gtest/gtest.h>
@@ -11,8 +14,11 @@
 #include <openssl/decoder.h>
 #include <spdlog/fmt/fmt.h>
 
+#include "AtomicFile.h"
 #include "Captions.h"
 #include "Device.h"
+#include "LogText.h"
+#include "Message.h"
 #include "PcapFile.h"
 #include "Server.h"
 
@@ -377,16 +383,114 @@ TEST_F(DecoderRequests, AWallFullOfWindowsIsDrawnWithoutWhatIsHidden)
     EXPECT_EQ(picture.Parse(DrawSvg(state).c_str()), tinyxml2::XML_SUCCESS);
 }
 
+TEST_F(DecoderRequests, PicturesCutOffWhatLiesBeyondTheWall)
+{
+    DeviceState state{"", Wall(1, 1)};
+    const Rect huge{INT32_MIN, INT32_MIN, UINT32_MAX, UINT32_MAX};
+    ASSERT_EQ(state.wall.Create({{7, huge, {4, {{0, 1}, {1, 1}, {2, 1}, {3, 1}}}},
+                                 {8, {-99, -99, 100, 100}, {1, {{0, 1}}}}}),
+              ErrorCode::Success);
+    std::istringstream picture(DrawText(state));
+    std::string line;
+    std::getline(picture, line);
+    std::getline(picture, line);
+    std::string drawn;
+    for (int i = 0; i < 28 && std::getline(picture, line); ++i) {
+        // The frame of the wall is whole.
+        EXPECT_NE(std::string("┌│└").find(line.substr(0, 3)), std::string::npos) << line;
+        EXPECT_NE(std::string("┐│┘").find(line.substr(line.size() - 3)), std::string::npos) << line;
+        drawn += line;
+    }
+    EXPECT_NE(drawn.find("╝  7 "), std::string::npos) << drawn; // next to the only corner that is seen of 8
+    tinyxml2::XMLDocument svg;
+    ASSERT_EQ(svg.Parse(DrawSvg(state).c_str()), tinyxml2::XML_SUCCESS);
+    int cut = 0;
+    for (const auto* group = svg.RootElement()->FirstChildElement("g"); group != nullptr;
+         group = group->NextSiblingElement("g")) {
+        for (const auto* window = group->FirstChildElement("g"); window != nullptr;
+             window = window->NextSiblingElement("g")) {
+            cut += group->Attribute("clip-path", "url(#wall)") != nullptr ? 1 : 0;
+        }
+    }
+    EXPECT_EQ(cut, 2);
+}
+
+TEST_F(DecoderRequests, WhatTheParserCannotReadInLinearTimeIsRefused)
+{
+    const auto repeat = [](const std::string& text, int times) {
+        std::string all;
+        for (int i = 0; i < times; ++i) {
+            all += fmt::format(fmt::runtime(text), i);
+        }
+        return all;
+    };
+    const auto parses = [](const std::string& body) {
+        return Request().Parse(RequestText("dowallclear", "", body));
+    };
+    EXPECT_TRUE(parses("<a " + repeat("b{}=\"'>\" ", 64) + "/>"));
+    EXPECT_FALSE(parses("<a " + repeat("b{}=\"'>\" ", 65) + "/>"));
+    EXPECT_TRUE(parses(repeat("<a><b/>", 62) + repeat("</a>", 62)));
+    EXPECT_FALSE(parses(repeat("<a><b/>", 63) + repeat("</a>", 63)));
+    EXPECT_TRUE(parses("<a>&#x1F600;&#128512;</a><!-- <a \" --><![CDATA[<a ']]><!a \">"));
+    EXPECT_FALSE(parses("<a>&#x000001F600;</a>"));
+    EXPECT_FALSE(parses("<a>&#x</a>"));
+    EXPECT_FALSE(parses("<a"));
+    LogIn();
+    const std::string login = "<a " + repeat("b{}='' ", 60000) + "/>";
+    Run({{"dologin", login, 1}});
+}
+
+TEST_F(DecoderRequests, WhatReachesATerminalIsPrintable)
+{
+    const std::string bad = "\x1b[2J \xc2\x9b \xff \xe4 \xe2\x82 \x7f\n";
+    const std::string seen = R"(\x1b[2J \xc2\x9b \xff \xe4 \xe2\x82 \x7f\x0a ä €)";
+    spdlog::memory_buf_t line;
+    LogFormatter()->format({"", spdlog::level::info, bad + " ä €"}, line);
+    const std::string text(line.data(), line.size());
+    EXPECT_NE(text.find(seen + "\n"), std::string::npos) << text;
+    LogIn();
+    Run({{"doaddchannelgroup",
+          "<channelgroup><id>5</id><name>\xc2\x9b</name><channelnum>1</channelnum><interval>10"
+          "</interval><td_channellist>1</td_channellist></channelgroup>",
+          3}});
+}
+
+TEST_F(DecoderRequests, AFileIsNotWrittenThroughALinkThatSomebodyPutBesideIt)
+{
+    WriteFile("victim", "mine");
+    std::filesystem::create_symlink("victim", folder + "wall.new");
+    ASSERT_EQ(WriteFileAtomically(folder + "wall", "new"), "");
+    EXPECT_EQ(ReadFile("victim") + ReadFile("wall"), "minenew");
+    std::filesystem::create_symlink("victim", folder + "link"); // but through one that stands in its place
+    ASSERT_EQ(WriteFileAtomically(folder + "link", "by order"), "");
+    EXPECT_EQ(ReadFile("victim"), "by order");
+
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small{2, before.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
+    const std::string problem = WriteFileAtomically(folder + "wall", "too long");
+    setrlimit(RLIMIT_FSIZE, &before);
+    (void)std::signal(SIGXFSZ, handler);
+    EXPECT_NE(problem.find("File too large"), std::string::npos) << problem;
+    EXPECT_EQ(ReadFile("wall"), "new");
+    const std::filesystem::directory_iterator left(folder);
+    EXPECT_EQ(std::distance(begin(left), end(left)), 4); // victim, wall, and both links
+}
+
 // A host on the line.
 class DecoderLink : public DecoderRequests {
 protected:
-    ~DecoderLink() override
+    ~DecoderLink() override { Disconnect(); }
+    void Disconnect()
     {
         context.stop();
         if (thread.joinable()) {
             thread.join();
         }
         server.reset();
+        host.close();
     }
     void Connect(const std::vector<const char*>& faults)
     {
@@ -396,6 +500,9 @@ protected:
         options.notifySeq = UINT32_MAX;
         device = std::make_unique<Device>(options);
         server = std::make_unique<Server>(context, *device, capture, "127.0.0.1", 0);
+        context.restart();
+        host.open(asio::ip::tcp::v4());
+        host.set_option(asio::socket_base::receive_buffer_size(65536));
         host.connect({asio::ip::address_v4::loopback(), server->Port()});
         thread = std::thread([this] { context.run(); });
     }
@@ -462,6 +569,49 @@ TEST_F(DecoderLink, TheLineIsCutInTheNthReplyWhateverIsLeftUnanswered)
     Send(RequestText("dowallclear", "", ""));
     LogInOverTheLine();
     EXPECT_EQ(Receive(), "");
+}
+
+TEST_F(DecoderLink, OneHeartbeatAtMostWaitsInFrontOfAReply)
+{
+    Connect({"chunk=1"});
+    std::string beats;
+    for (int i = 0; i < 5000; ++i) {
+        beats += EncodeFrame({});
+    }
+    asio::write(host, asio::buffer(beats));
+    Send(RequestText("dowallclear", "", ""));
+    int answered = 0;
+    std::string payload;
+    std::array<char, 4096> bytes{};
+    for (auto result = FrameReader::Result::NeedMore; result != FrameReader::Result::Payload;) {
+        result = frames.Next(payload);
+        answered += result == FrameReader::Result::Heartbeat ? 1 : 0;
+        if (result == FrameReader::Result::NeedMore) {
+            frames.Feed({bytes.data(), host.read_some(asio::buffer(bytes))});
+        }
+    }
+    EXPECT_LT(answered, 100); // a few for each piece in which they arrived
+    EXPECT_GT(answered, 0);
+}
+
+TEST_F(DecoderLink, AHostThatDoesNotReadIsCutOffAt16MiB)
+{
+    const std::string url(1024 * 1024, 'u'); // comes back in the reply
+    for (const std::string& fault : {std::string("beat-every=1000"), "delay=86400000@" + url}) {
+        Connect({fault.c_str()});
+        std::error_code error;
+        for (int i = 0; i < 64 && !error; ++i) {
+            asio::write(host, asio::buffer(EncodeFrame(RequestText(url, "", ""))), error);
+        }
+        std::array<char, 65536> bytes{};
+        while (!error) {
+            host.read_some(asio::buffer(bytes), error);
+        }
+        Disconnect();
+        // The system takes some 4 MiB besides.
+        EXPECT_GE(device->Requests().All().size(), 16U);
+        EXPECT_LE(device->Requests().All().size(), 22U);
+    }
 }
 
 } // namespace

@@ -22,7 +22,8 @@ protected:
         device = std::make_unique<Device>(options);
         device->Watch([this] { feed.Changed(); });
         server = std::make_unique<Server>(context, *device, capture, "127.0.0.1", 0);
-        page = std::make_unique<PageServer>(context, feed, *device, *server, "127.0.0.1", 0);
+        page = std::make_unique<PageServer>(context, feed, *device, *server, "127.0.0.1", 0,
+                                            std::chrono::seconds(2));
         host = page->Where();
         thread = std::thread([this] { context.run(); });
     }
@@ -83,12 +84,23 @@ TEST_F(Page, RefusesWhatNoBrowserOfItsOwnAsks)
 {
     const std::string own = "Host: " + host + "\r\nContent-Type: application/json\r\n";
     const std::string order = R"({"fault":"chunk=5","on":true})";
+    const auto lines = [](int count) {
+        std::string text;
+        for (int i = 0; i < count; ++i) {
+            text += "X: " + std::string(1024, 'x') + "\r\n";
+        }
+        return text;
+    };
+    EXPECT_EQ(Ask("GET / HTTP/1.1\r\n" + own + lines(70) + "\r\n").find("HTTP/1.1 200"), std::string::npos);
     const std::pair<std::string, int> cases[] = {
         {Ask("GET / HTTP/1.1\r\nHost: wall.example\r\n\r\n"), 403}, // a name that was made to lead here
         {Ask("GET / HTTP/1.1\r\n\r\n"), 403},
         {Ask("GET /page.html HTTP/1.1\r\n" + own + "\r\n"), 404},
         {Ask("GET /windows/1 HTTP/1.1\r\n" + own + "\r\n"), 404},
         {Ask("GET /windows/99999999999 HTTP/1.1\r\n" + own + "\r\n"), 404},
+        {Ask("GET / HTTP/1.1\r\nRange: bytes=0-1\r\n" + own + "\r\n"), 206},
+        {Ask("GET / HTTP/1.1\r\nRange: bytes=0-1,2-3\r\n" + own + "\r\n"), 416},
+        {Ask("GET / HTTP/1.1\r\n" + own + lines(60) + "\r\n"), 200},
         {Ask("what is this\r\n\r\n"), 400},
         {Ask("DELETE /faults HTTP/1.1\r\n" + own + "\r\n"), 405},
         {Ask("POST /faults HTTP/1.1\r\n" + own + "\r\n"), 411},
@@ -112,6 +124,22 @@ TEST_F(Page, RefusesWhatNoBrowserOfItsOwnAsks)
     EXPECT_EQ(OnDevice([this] { return device->ActiveFaults().chunk; }), 5U);
     EXPECT_TRUE(Post(own, R"({"fault":"chunk","on":false})").starts_with("HTTP/1.1 204 "));
     EXPECT_EQ(OnDevice([this] { return device->ActiveFaults().chunk; }), 0U);
+}
+
+TEST_F(Page, SlowBrowsersHoldUpNeitherTheDecoderNorOthersForLong)
+{
+    std::vector<tcp::iostream> slow;
+    for (int i = 0; i < 32; ++i) {
+        slow.push_back(Send("GET / HTTP/1.1\r\n"));
+    }
+    const std::string request = "GET / HTTP/1.1\r\nHost: localhost\r\n\r\n";
+    EXPECT_EQ(Ask(request), ""); // turned away
+    EXPECT_EQ(OnDevice([] { return 5; }), 5);
+    for (tcp::iostream& browser : slow) {
+        EXPECT_TRUE(Line(browser, "no such line").empty());
+        EXPECT_NE(browser.error(), asio::error::timed_out); // by the test
+    }
+    EXPECT_TRUE(Ask(request).starts_with("HTTP/1.1 200 "));
 }
 
 TEST_F(Page, TellsWhatHasChangedAndOnlyThat)
