@@ -120,4 +120,22 @@ CHostEvents::SWake CHostEvents::Wait(Clock::time_point deadline, int nInput)
     return {bEvent, descriptors[1].revents != 0};
 }
 
+bool CHostEvents::WaitForOutput(int nOutput)
+{
+    bool bWritable = false;
+    bool bReported = false;
+    for (bool bSignal = false; !bWritable && !bSignal;) {
+        bSignal = Interrupted() != 0;
+        pollfd descriptors[] = {{m_nWakeDescriptor, POLLIN, 0}, {nOutput, POLLOUT, 0}};
+        (void)::poll(descriptors, 2, bSignal ? 0 : -1);
+        eventfd_t nReports = 0;
+        bReported = ::eventfd_read(m_nWakeDescriptor, &nReports) == 0 || bReported;
+        bWritable = descriptors[1].revents != 0;
+    }
+    if (bReported) {
+        Changed(); // Wait has not seen it yet
+    }
+    return bWritable;
+}
+
 } // namespace standin_host

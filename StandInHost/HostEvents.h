@@ -57,6 +57,8 @@ public:
     };
     // Blocks until a report, input or the deadline. A negative descriptor is not looked at.
     SWake Wait(Clock::time_point deadline, int nInput = -1);
+    // Blocks until the descriptor can be written, or until a signal has come; false when it cannot.
+    bool WaitForOutput(int nOutput);
 
 private:
     static constexpr std::size_t kMaxWaiting = 4096;

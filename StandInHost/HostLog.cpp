@@ -12,6 +12,7 @@
 #include "HostExport.h"
 #include "HostFunctions.h"
 #include "Mutex.h"
+#include "Text.h"
 
 namespace standin_host {
 
@@ -62,7 +63,7 @@ std::shared_ptr<spdlog::logger>& Logger()
 
 void PluginOutput(ELogLevel level, const char* szText, const char* szSource, int nLine)
 {
-    Logger()->log(LibraryLevel(level), "{} ({}:{})", szText == nullptr ? "" : szText,
+    Logger()->log(LibraryLevel(level), "{} ({}:{})", OneLine(szText == nullptr ? "" : szText),
                   szSource == nullptr ? "" : szSource, nLine);
 }
 
@@ -84,7 +85,7 @@ void OpenLog(ELogLevel level, const std::string& strFile)
     Logger() = MakeLogger(level, std::move(sink));
 }
 
-void Log(ELogLevel level, std::string_view text) { Logger()->log(LibraryLevel(level), text); }
+void Log(ELogLevel level, std::string_view text) { Logger()->log(LibraryLevel(level), OneLine(text)); }
 
 } // namespace standin_host
 

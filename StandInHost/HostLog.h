@@ -13,7 +13,7 @@ enum class ELogLevel { Off, Error, Abnormal, Normal, Debug };
 // error. Throws CUsageError when the file cannot be written.
 void OpenLog(ELogLevel level, const std::string& strFile);
 
-// Any thread.
+// Any thread. Texts of the plug-in may quote the decoder: all that is logged is one printable line.
 void Log(ELogLevel level, std::string_view text);
 
 } // namespace standin_host

@@ -1,8 +1,13 @@
 #include "Output.h"
 
-#include <cstdio>
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <string_view>
+#include <utility>
 
 #include <nlohmann/json.hpp>
+#include <unistd.h>
 
 #include "AnswerText.h"
 #include "Text.h"
@@ -11,8 +16,27 @@ namespace standin_host {
 
 namespace {
 
+// DEL and the control characters of two bytes, U+0080 to U+009F, as JSON can also write them: what is dumped
+// is valid UTF-8 and has them in texts only.
+std::string EscapeControls(const std::string& strJson)
+{
+    std::string strPrintable;
+    for (std::size_t i = 0; i < strJson.size(); ++i) {
+        const bool bPair = strJson[i] == '\xC2' && static_cast<uint8_t>(strJson[i + 1]) < 0xA0;
+        if (bPair || strJson[i] == '\x7F') {
+            i += bPair ? 1 : 0;
+            strPrintable += "\\u00" + HexText(&strJson[i], 1);
+        } else {
+            strPrintable += strJson[i];
+        }
+    }
+    return strPrintable;
+}
+
 class CTextOutput final : public COutput {
 public:
+    explicit CTextOutput(CHostEvents& events) : COutput(events) {}
+
     void Command(const SConsoleCommand& command, const SAnswer* pAnswer, const SReadAnswer& read) override
     {
         const std::string strUnanswered =
@@ -33,6 +57,8 @@ public:
 
 class CJsonOutput final : public COutput {
 public:
+    explicit CJsonOutput(CHostEvents& events) : COutput(events) {}
+
     void Command(const SConsoleCommand& command, const SAnswer* pAnswer, const SReadAnswer& read) override
     {
         Json object{{"command", command.nCmdID}, {"answer", "none"}, {"code", 0}, {"hex", ""}};
@@ -62,24 +88,36 @@ private:
     using Json = nlohmann::ordered_json;
 
     // Bytes that are not UTF-8 become replacement characters.
-    void Print(const Json& object) { Line(object.dump(-1, ' ', false, Json::error_handler_t::replace)); }
+    void Print(const Json& object)
+    {
+        Line(EscapeControls(object.dump(-1, ' ', false, Json::error_handler_t::replace)));
+    }
 };
 
 } // namespace
 
-std::unique_ptr<COutput> COutput::Create(bool bJson)
+std::unique_ptr<COutput> COutput::Create(bool bJson, CHostEvents& events)
 {
     if (bJson) {
-        return std::make_unique<CJsonOutput>();
+        return std::make_unique<CJsonOutput>(events);
     }
-    return std::make_unique<CTextOutput>();
+    return std::make_unique<CTextOutput>(events);
 }
 
-void COutput::Line(const std::string& strLine)
+void COutput::Line(std::string strLine)
 {
-    const bool bWritten = std::fwrite(strLine.data(), 1, strLine.size(), stdout) == strLine.size() &&
-                          std::fputc('\n', stdout) != EOF && std::fflush(stdout) == 0;
-    m_bFailed = m_bFailed || !bWritten;
+    strLine += '\n';
+    for (std::string_view left = strLine; !left.empty() && !m_bFailed;) {
+        if (!m_events.WaitForOutput(STDOUT_FILENO)) {
+            m_bFailed = true;
+            return;
+        }
+        // A pipe that can be written takes so much at once.
+        const ssize_t nWritten =
+            ::write(STDOUT_FILENO, left.data(), std::min<std::size_t>(left.size(), PIPE_BUF));
+        m_bFailed = nWritten < 0 && errno != EINTR && errno != EAGAIN;
+        left.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(nWritten, 0)));
+    }
 }
 
 } // namespace standin_host

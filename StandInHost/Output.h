@@ -15,20 +15,27 @@ struct SReadAnswer;
 // behind a command's line the indented rows of its table.
 class COutput {
 public:
-    static std::unique_ptr<COutput> Create(bool bJson);
+    // A signal that the events hear of ends the waiting for a reader; they outlive the output.
+    static std::unique_ptr<COutput> Create(bool bJson, CHostEvents& events);
     virtual ~COutput() = default;
+    COutput(const COutput&) = delete;
+    COutput& operator=(const COutput&) = delete;
 
     // pAnswer is null for a command that got no answer; else it holds no password any more, and read says
     // what it means.
     virtual void Command(const SConsoleCommand& command, const SAnswer* pAnswer, const SReadAnswer& read) = 0;
     virtual void Notification(const SNotification& notification) = 0;
-    // True once a line could not be written, such as to a closed pipe.
+    // True once a line could not be written, such as to a closed pipe, or was given up at a signal. Nothing
+    // is written any more then.
     bool Failed() const { return m_bFailed; }
 
 protected:
-    void Line(const std::string& strLine);
+    explicit COutput(CHostEvents& events) : m_events(events) {}
+
+    void Line(std::string strLine);
 
 private:
+    CHostEvents& m_events;
     bool m_bFailed = false;
 };
 

@@ -273,6 +273,7 @@ void CSession::CheckLost() const
 void CSession::CheckOutput() const
 {
     if (m_output.Failed()) {
+        CheckInterrupted();
         throw CExitError(EXIT_SIGNAL_BASE + SIGPIPE, "cannot write to standard output");
     }
 }

@@ -1,10 +1,16 @@
 #include "Text.h"
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <clocale>
 #include <cstdio>
 #include <cstring>
+#include <cwchar>
+#include <cwctype>
 #include <utility>
+
+#include <locale.h>
 
 namespace standin_host {
 
@@ -24,6 +30,36 @@ int HexValue(char c)
         return c - 'A' + 10;
     }
     return -1;
+}
+
+// While it lives, this thread's characters are UTF-8, whatever the terminal's are.
+class CUtf8Scope {
+public:
+    CUtf8Scope() : m_before(::uselocale(Utf8())) {}
+    ~CUtf8Scope() { ::uselocale(m_before); }
+    CUtf8Scope(const CUtf8Scope&) = delete;
+    CUtf8Scope& operator=(const CUtf8Scope&) = delete;
+
+private:
+    static locale_t Utf8()
+    {
+        static const locale_t s_utf8 = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+        return s_utf8;
+    }
+
+    const locale_t m_before;
+};
+
+// The bytes of the printable character that the text begins with; 0 when it begins with none.
+std::size_t PrintableBytes(std::string_view text)
+{
+    if (static_cast<uint8_t>(text.front()) < 0x80) {
+        return text.front() >= 0x20 && text.front() != 0x7F ? 1 : 0;
+    }
+    std::mbstate_t state{};
+    wchar_t character = 0;
+    const std::size_t nBytes = std::mbrtowc(&character, text.data(), text.size(), &state);
+    return nBytes <= text.size() && std::iswprint(static_cast<wint_t>(character)) != 0 ? nBytes : 0;
 }
 
 // Where the hyphens stand in a GUID without braces.
@@ -140,23 +176,23 @@ std::optional<SAddress> SplitAddress(const std::string& strAddress)
 
 std::string OneLine(std::string_view text)
 {
+    const CUtf8Scope utf8;
     std::string strLine;
     bool bLineEnd = false;
-    for (const char c : text) {
-        const auto byByte = static_cast<uint8_t>(c);
-        if (c == '\n' || c == '\r') {
+    while (!text.empty()) {
+        if (text.front() == '\n' || text.front() == '\r') {
             bLineEnd = true;
+            text.remove_prefix(1);
             continue;
         }
         if (bLineEnd && !strLine.empty()) {
             strLine += ' ';
         }
         bLineEnd = false;
-        if (byByte < 0x20 || byByte == 0x7F) {
-            strLine += "\\x" + HexText(&byByte, 1);
-        } else {
-            strLine += c;
-        }
+        const std::size_t nPrintable = PrintableBytes(text);
+        strLine +=
+            nPrintable != 0 ? std::string(text.substr(0, nPrintable)) : "\\x" + HexText(text.data(), 1);
+        text.remove_prefix(std::max<std::size_t>(nPrintable, 1));
     }
     return strLine;
 }

@@ -33,7 +33,8 @@ struct SAddress {
 // "host:port" or "[address]:port" with a decimal port from 1 to 65535.
 std::optional<SAddress> SplitAddress(const std::string& strAddress);
 
-// Bytes from outside, fit for a terminal: line ends become one blank, other control bytes "\xNN".
+// Bytes from outside, fit for a terminal: line ends become one blank; what is no printable character of
+// UTF-8, control characters of one byte and of two, becomes "\xNN" byte by byte.
 std::string OneLine(std::string_view text);
 
 } // namespace standin_host

@@ -5,6 +5,7 @@
 #include <string>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include "Command.h"
@@ -48,7 +49,7 @@ int Run(const SOptions& options)
         pScript = std::make_unique<CLineInput>(options.command.strScriptFile);
     }
     CCredentials credentials(options, events);
-    const auto pOutput = COutput::Create(options.bJson);
+    const auto pOutput = COutput::Create(options.bJson, events);
     const SSessionGround ground{options, plugin, ioThread, events, credentials, *pOutput};
     if (options.command.kind == SConsoleCommand::EKind::Shell) {
         return CShell(ground).Run();
@@ -75,6 +76,13 @@ void CheckBalances()
     CheckBalance("broken rules on commands", CHostCommand::Misuses());
 }
 
+// A signal ends the program also when nobody reads what it says last.
+bool CanWrite(int nDescriptor)
+{
+    pollfd descriptor{nDescriptor, POLLOUT, 0};
+    return ::poll(&descriptor, 1, 0) == 1;
+}
+
 int RunToStatus(int argc, const char* const* argv)
 {
     try {
@@ -82,7 +90,7 @@ int RunToStatus(int argc, const char* const* argv)
     } catch (const CExitError& error) {
         if (error.Status() == EXIT_ALL_ANSWERED) {
             std::cout << error.what() << '\n';
-        } else if (*error.what() != '\0') {
+        } else if (*error.what() != '\0' && (error.Status() < EXIT_SIGNAL_BASE || CanWrite(STDERR_FILENO))) {
             std::cerr << "tvwall-host: " << error.what() << '\n';
         }
         return error.Status();

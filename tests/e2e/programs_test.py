@@ -222,6 +222,18 @@ class Programs(unittest.TestCase):
             pass
         self.end(host, 128 + signal.SIGTERM, signal.SIGTERM)  # not the user's way to say that it is enough
 
+    def test_a_signal_ends_a_watch_whose_output_nobody_reads(self):
+        self.start_decoder("notify-every=1", "notify-burst=100", options=["--notify-channels", "1"])
+        signal.signal(signal.SIGHUP, signal.SIG_DFL)  # the host would leave it ignored
+        for number in signal.SIGINT, signal.SIGHUP:
+            host = self.start_host("watch")
+            # That it prints no more shows in what it drops.
+            tail = self.start("tail", "-c+1", "-f", self.folder + "/errors-" + os.path.basename(HOST))
+            while "a notification was dropped" not in tail.stdout.readline():
+                pass
+            host.send_signal(number)
+            self.assertEqual(host.wait(PATIENCE), 128 + number, self.errors())
+
     def test_each_decoder_of_a_process_has_its_own_wall(self):
         decoders = self.start(DECODER, "--decoders", "2")
         for _ in range(2):

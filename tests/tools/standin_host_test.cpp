@@ -19,8 +19,11 @@
 #include "Connection.h"
 #include "DecoderLink.h"
 #include "HostEvents.h"
+#include "HostFunctions.h"
+#include "HostLog.h"
 #include "IoThread.h"
 #include "MemPool.h"
+#include "Output.h"
 #include "Plugin.h"
 #include "SocketDataObserver.h"
 #include "SocketLayer.h"
@@ -48,6 +51,40 @@ TEST(HostCommand, KeepsTheFirstAnswerAndReportsBrokenRules)
     }
     EXPECT_EQ(CHostCommand::Misuses(), nMisusesBefore + 2);
     EXPECT_EQ(CHostCommand::Live(), 0);
+}
+
+// What a decoder writes reaches a terminal through lines of text, through JSON and through the log.
+TEST(Terminal, GetsPrintableCharactersOnly)
+{
+    const std::pair<const char*, const char*> lines[] = {
+        {"a\x1b[31m\x07\x7f", "a\\x1b[31m\\x07\\x7f"},
+        {"\xc2\x9bZ\xc2\x80\xc2\x9f", "\\xc2\\x9bZ\\xc2\\x80\\xc2\\x9f"},
+        {"\x9bZ", "\\x9bZ"},
+        {"\xc3\xa4\xe4\xb8\xad\xf0\x9f\x98\x80", "\xc3\xa4\xe4\xb8\xad\xf0\x9f\x98\x80"},
+        {"\xe4\xb8", "\\xe4\\xb8"},
+        {"\xed\xa0\x80\xc0\x9b", "\\xed\\xa0\\x80\\xc0\\x9b"},
+        {"one\r\ntwo\n", "one two"},
+    };
+    CHostEvents events;
+    for (const auto& [szText, szPrinted] : lines) {
+        EXPECT_EQ(OneLine(szText), szPrinted);
+    }
+    const SNotification notification{0x50003, {}, {}, "\x1b\x7f\xc2\x9b\xc2\xa0\x9b"};
+    for (const bool bJson : {false, true}) {
+        testing::internal::CaptureStdout();
+        COutput::Create(bJson, events)->Notification(notification);
+        const std::string strOut = testing::internal::GetCapturedStdout();
+        EXPECT_NE(strOut.find(bJson ? "\"\\u001b\\u007f\\u009b\xc2\xa0\xef\xbf\xbd\""
+                                    : "\\x1b\\x7f\\xc2\\x9b\xc2\xa0\\x9b\n"),
+                  std::string::npos)
+            << strOut;
+    }
+    testing::internal::CaptureStderr();
+    SHARESDK_AbnormalOutput("\x1b\xc2\x9b\n", "source", 1);
+    Log(ELogLevel::Abnormal, "\x1b");
+    const std::string strLog = testing::internal::GetCapturedStderr();
+    EXPECT_NE(strLog.find("] \\x1b\\xc2\\x9b (source:1)\n"), std::string::npos) << strLog;
+    EXPECT_NE(strLog.find("] \\x1b\n"), std::string::npos) << strLog;
 }
 
 // A peer on loopback and the host's connection to it.
