@@ -193,9 +193,13 @@ void Connection::SendUnasked(Unasked kind)
         return;
     }
     if (m_waiting.insert(kind).second) {
-        std::string frame = EncodeFrame(UnaskedText(kind));
-        if (Reserve(frame.size())) {
-            Enqueue(std::move(frame), kind);
+        std::string frames;
+        for (auto left = kind == Unasked::MadeUpNotice ? m_device.ActiveFaults().notifyBurst : 1; left > 0;
+             --left) {
+            frames += EncodeFrame(UnaskedText(kind));
+        }
+        if (Reserve(frames.size())) {
+            Enqueue(std::move(frames), kind);
         }
     } else {
         m_due.insert(kind);
@@ -270,10 +274,14 @@ void Connection::PieceSent(std::size_t length)
 void Connection::Repeat(asio::steady_timer& timer, std::chrono::milliseconds Faults::*period, Unasked kind)
 {
     timer.cancel();
-    if ((m_device.ActiveFaults().*period).count() == 0) {
+    const auto step = m_device.ActiveFaults().*period;
+    if (step.count() == 0) {
         return;
     }
-    timer.expires_after(m_device.ActiveFaults().*period);
+    // In step with the time before, so that short periods keep their rate, unless that step was missed.
+    const auto now = std::chrono::steady_clock::now();
+    const auto next = timer.expiry() + step;
+    timer.expires_at(next > now && next < now + step ? next : now + step);
     timer.async_wait([self = shared_from_this(), &timer, period, kind](const std::error_code& cancelled) {
         if (!cancelled && self->m_open) {
             self->SendUnasked(kind);

@@ -15,6 +15,7 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr std::uint32_t kMaxMilliseconds = 24U * 3600U * 1000U;
+constexpr std::uint32_t kMaxBurst = 1000;
 
 // The least and the greatest number a fault takes; a fault with maximum 0 takes none.
 struct Range {
@@ -106,6 +107,14 @@ const Kind kKinds[] = {
     Period<&Faults::notifyEvery>(
         "notify-every", "notify-every=MS",
         "notify hosts that are logged in, by turns of channels and of channel states"),
+    {"notify-burst",
+     "notify-burst=N",
+     {1, kMaxBurst},
+     nullptr,
+     nullptr,
+     [](Faults& faults, std::uint32_t count) { faults.notifyBurst = std::max(count, 1U); },
+     [](const Faults& faults) { return faults.notifyBurst > 1 ? faults.notifyBurst : 0; },
+     "N notifications of notify-every at once"},
     Period<&Faults::flapEvery>(
         "flap-channels", "flap-channels=MS",
         "let all input channels go off, MS later on again, and so forth; hosts are notified"),

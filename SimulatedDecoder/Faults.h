@@ -30,6 +30,7 @@ struct Faults {
     std::uint32_t cutAfter = 0;               // cut in the middle of the n-th reply of a connection; 0: never
     std::chrono::milliseconds flapEvery{0};   // 0: never
     std::chrono::milliseconds notifyEvery{0}; // 0: never
+    std::uint32_t notifyBurst = 1;            // notifications of notifyEvery at once
     std::chrono::milliseconds beatEvery{0};   // 0: never
     bool deviceHead = false;                  // in front of every reply
 
