@@ -1,6 +1,7 @@
 #include "LoadCommand.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "HostEvents.h"
 
@@ -13,6 +14,12 @@ constexpr std::chrono::milliseconds s_pollingStep{100};
 } // namespace
 
 CLoadCommand::CLoadCommand(unsigned int nCmdID, STally& tally) : m_nCmdID(nCmdID), m_tally(tally)
+{
+    ++m_tally.nQueued;
+}
+
+CLoadCommand::CLoadCommand(unsigned int nCmdID, STally& tally, std::optional<std::vector<uint8_t>> answer)
+    : m_nCmdID(nCmdID), m_tally(tally), m_bChecked(true), m_answer(std::move(answer))
 {
     ++m_tally.nQueued;
 }
@@ -41,7 +48,7 @@ void CLoadCommand::ReplyRecord(const ORVA_NET_PROTOCOL::_kest_net_reply& reply)
 {
     switch (reply.dwResult) {
     case ORVA_NET_PROTOCOL::KEST_RESULT_DEVICE_ERROR:
-        Count(m_tally.nRefused);
+        Count(m_bChecked && !m_answer ? m_tally.nDone : m_tally.nRefused);
         break;
     case ORVA_NET_PROTOCOL::KEST_RESULT_TIMEOUT:
         Count(m_tally.nTimedOut);
@@ -51,7 +58,14 @@ void CLoadCommand::ReplyRecord(const ORVA_NET_PROTOCOL::_kest_net_reply& reply)
     }
 }
 
-void CLoadCommand::ReplyBuffer(const char* /*pData*/, unsigned long /*nLen*/) { Count(m_tally.nDone); }
+void CLoadCommand::ReplyBuffer(const char* pData, unsigned long nLen)
+{
+    const bool bOwn =
+        !m_bChecked ||
+        (m_answer && std::equal(m_answer->begin(), m_answer->end(), pData, pData + nLen,
+                                [](uint8_t a, char b) { return a == static_cast<uint8_t>(b); }));
+    Count(bOwn ? m_tally.nDone : m_tally.nForeign);
+}
 
 void CLoadCommand::Count(std::atomic<uint64_t>& kind)
 {

@@ -1,5 +1,6 @@
 #include "ScaleOptions.h"
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 
@@ -24,8 +25,9 @@ constexpr char s_szFooter[] =
 Examples:
   tvwall-scale --decoders 1000 --seconds 30 --json 1000.json
   tvwall-scale --decoders 100 --soak 30 --rate 2 --json soak.json
+  tvwall-scale --decoders 4 --seconds 15 --rate 9 --notify 100 --burst 50
 
-Exit status: 0 every command was answered once (and a soak found memory and descriptors flat), 1 not so, 2 wrong
+Exit status: 0 every command got one answer, its own (and a soak found memory and descriptors flat), 1 not so, 2 wrong
 usage or no usable plug-in, 3 the decoders do not come up or a connection was lost; 128 + n after signal n.)";
 
 std::string DefaultDecoderProgram()
@@ -36,49 +38,62 @@ std::string DefaultDecoderProgram()
     return folder / "SimulatedDecoder" / "tvwall-decoder";
 }
 
-} // namespace
+struct STimes {
+    double dSeconds;
+    double dSoakMinutes; // 0: no soak
+    double dSampleEvery;
+};
 
-SScaleOptions ParseScaleOptions(int argc, const char* const* argv)
+void AddLoad(CLI::App& app, SScaleOptions& options)
 {
-    SScaleOptions options;
-    double dSeconds = options.loadTime.count();
-    double dSampleEvery = options.sampleEvery.count();
-    double dSoakMinutes = 0;
-    CLI::App app(s_szDescription, "tvwall-scale");
-    app.set_version_flag("--version", "tvwall-scale " TVWALL_VERSION);
     app.add_option("--decoders", options.nDecoders, "how many")
         ->check(CLI::Range(1, 4096))
         ->capture_default_str();
     app.add_option("--rate", options.dRate, "commands a second for each decoder; a session runs 9 at most")
         ->check(CLI::Range(0.01, 9.0))
         ->capture_default_str();
-    app.add_option("--notify-every", options.nNotifyEvery,
-                   "milliseconds between two notifications of a decoder; 0: none")
-        ->type_name("MS")
-        ->check(CLI::Range(0, 3600000))
+    app.add_option("--notify", options.dNotify, "notifications a second of each decoder; 0: none")
+        ->type_name("RATE")
+        ->check(CLI::Range(0.0, 100000.0))
+        ->capture_default_str();
+    app.add_option("--burst", options.nBurst, "of these at once")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1000))
         ->capture_default_str();
     app.add_option("--channels", options.nChannels, "channels in each notification")
         ->check(CLI::Range(1, 256))
         ->capture_default_str();
-    auto* pSeconds = app.add_option("--seconds", dSeconds, "how long commands are sent")
+}
+
+void AddTimes(CLI::App& app, STimes& times)
+{
+    auto* pSeconds = app.add_option("--seconds", times.dSeconds,
+                                    "how long commands are sent, before each decoder ends its round of them")
                          ->type_name("S")
                          ->check(CLI::Range(0.1, 86400.0))
                          ->capture_default_str();
-    auto* pSoak = app.add_option("--soak", dSoakMinutes, "the same in minutes, with samples and a verdict")
-                      ->type_name("MINUTES")
-                      ->check(CLI::Range(0.1, 10080.0))
-                      ->excludes(pSeconds);
-    app.add_option("--sample-every", dSampleEvery, "seconds between two samples of a soak")
+    app.add_option("--soak", times.dSoakMinutes, "the same in minutes, with samples and a verdict")
+        ->type_name("MINUTES")
+        ->check(CLI::Range(0.1, 10080.0))
+        ->excludes(pSeconds);
+    app.add_option("--sample-every", times.dSampleEvery, "seconds between two samples of a soak")
         ->type_name("S")
         ->check(CLI::Range(0.1, 3600.0))
         ->capture_default_str();
+}
+
+void AddFiles(CLI::App& app, SScaleOptions& options)
+{
     app.add_option("--json", options.strJsonFile, "write all figures to this file")->type_name("FILE");
     app.add_option("--plugin", options.strPluginFile, "the plug-in library (default: of this build)")
         ->type_name("FILE");
     app.add_option("--decoder-program", options.strDecoderProgram,
                    "the simulated decoder (default: of this build)")
         ->type_name("FILE");
-    app.footer(s_szFooter);
+}
+
+void Parse(CLI::App& app, int argc, const char* const* argv)
+{
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForVersion& version) {
@@ -88,15 +103,41 @@ SScaleOptions ParseScaleOptions(int argc, const char* const* argv)
     } catch (const CLI::Error& error) {
         throw CUsageError(error.what());
     }
-    if (std::isnan(options.dRate) || std::isnan(dSeconds) || std::isnan(dSampleEvery) ||
-        std::isnan(dSoakMinutes)) {
-        throw CUsageError("an option takes a number");
+}
+
+} // namespace
+
+uint32_t SScaleOptions::NotifyPeriod() const
+{
+    constexpr double kDay = 24.0 * 3600 * 1000; // the decoder's longest
+    return dNotify == 0 ? 0 : static_cast<uint32_t>(std::lround(std::min(1000 * nBurst / dNotify, kDay)));
+}
+
+SScaleOptions ParseScaleOptions(int argc, const char* const* argv)
+{
+    SScaleOptions options;
+    STimes times{options.loadTime.count(), 0, options.sampleEvery.count()};
+    CLI::App app(s_szDescription, "tvwall-scale");
+    AddLoad(app, options);
+    AddTimes(app, times);
+    AddFiles(app, options);
+    app.set_version_flag("--version", "tvwall-scale " TVWALL_VERSION);
+    app.footer(s_szFooter);
+    Parse(app, argc, argv);
+    for (const double dNumber :
+         {options.dRate, options.dNotify, times.dSeconds, times.dSoakMinutes, times.dSampleEvery}) {
+        if (std::isnan(dNumber)) {
+            throw CUsageError("an option takes a number");
+        }
     }
-    options.loadTime = std::chrono::duration<double>(dSeconds);
-    options.sampleEvery = std::chrono::duration<double>(dSampleEvery);
-    if (pSoak->count() != 0) {
-        options.soakMinutes = dSoakMinutes;
-        options.loadTime = std::chrono::duration<double, std::ratio<60>>(dSoakMinutes);
+    if (options.dNotify > 1000.0 * options.nBurst) {
+        throw CUsageError("a decoder notifies at most 1000 times a second: more at once with --burst");
+    }
+    options.loadTime = std::chrono::duration<double>(times.dSeconds);
+    options.sampleEvery = std::chrono::duration<double>(times.dSampleEvery);
+    if (times.dSoakMinutes != 0) {
+        options.soakMinutes = times.dSoakMinutes;
+        options.loadTime = std::chrono::duration<double, std::ratio<60>>(times.dSoakMinutes);
     }
     if (options.strPluginFile.empty()) {
         options.strPluginFile = standin_host::DefaultPluginFile();

@@ -42,9 +42,10 @@ std::size_t Median(std::vector<SSample>::const_iterator first, std::vector<SSamp
     return *middle;
 }
 
-// Without the longest message, which a session keeps. It has the decoder's keys, a login and two buffers to
-// hold.
-constexpr double kMaxSessionHeap = 8 * 1024;
+// A session has the decoder's keys, a login and two buffers to hold. One of them is as long as the longest
+// message so far, of which the bound covers so many bytes.
+constexpr double kMaxSessionHeap = 4 * 1024;
+constexpr std::size_t kUsualMessage = 2 * 1024;
 
 double SessionHeap(const SScaleOptions& options, const SScaleResult& result)
 {
@@ -102,6 +103,18 @@ void Expect(std::vector<std::string>& complaints, uint64_t nCount, const char* s
     }
 }
 
+// A load without the notifications that were asked for shows nothing. A busy machine may be late with some.
+void JudgeNotifications(std::vector<std::string>& complaints, const SScaleOptions& options,
+                        const SScaleResult& result)
+{
+    const double dDue = options.dNotify * options.nDecoders * result.loadTime.count();
+    const auto nNotifications = static_cast<double>(result.nNotifications);
+    if (nNotifications + options.nDecoders * options.nBurst < dDue / 2) {
+        complaints.push_back("only " + std::to_string(result.nNotifications) + " notifications came");
+    }
+    Expect(complaints, result.nNotifications - result.nNumbered, "notifications had no number");
+}
+
 Json ToJson(const SProcessFigures& figures)
 {
     return {{"heap", figures.nHeap},
@@ -117,15 +130,18 @@ std::vector<std::string> Complaints(const SScaleOptions& options, const SScaleRe
     std::vector<std::string> complaints;
     Expect(complaints, Lost(result.load), "commands got no answer");
     Expect(complaints, result.load.nDoubled, "answers came a second time");
+    Expect(complaints, result.load.nForeign, "answers are not those of their commands");
     Expect(complaints, result.load.nRefused, "commands were refused by the decoder");
     Expect(complaints, result.load.nTimedOut, "commands saw no reply of the decoder");
     Expect(complaints, result.load.nOtherFailures, "commands failed in the plug-in");
     Expect(complaints, result.nOfflineAnswers, "liveness checks took a decoder for gone");
+    JudgeNotifications(complaints, options, result);
     if (const long nThreads = PluginThreads(result); nThreads != 0) {
         complaints.push_back(std::to_string(nThreads) + " threads are not the host's");
     }
     const double dHeap = SessionHeap(options, result);
-    if (dHeap > kMaxSessionHeap + static_cast<double>(result.nLongestNotification)) {
+    const std::size_t nLonger = std::max(result.nLongestNotification, kUsualMessage) - kUsualMessage;
+    if (dHeap > kMaxSessionHeap + static_cast<double>(nLonger)) {
         complaints.push_back("a session holds " + std::to_string(std::lround(dHeap)) + " bytes of heap");
     }
     if (options.soakMinutes) {
@@ -153,7 +169,8 @@ Json ToJson(const SScaleOptions& options, const SScaleResult& result)
         {"decoders", nNodes},
         {"soak_minutes", options.soakMinutes ? Json(*options.soakMinutes) : Json(nullptr)},
         {"rate", options.dRate},
-        {"notify_every_ms", options.nNotifyEvery},
+        {"notify_rate", options.dNotify},
+        {"notify_burst", options.nBurst},
         {"channels", options.nChannels},
         {"compiler", "g++ " __VERSION__},
         {"login_seconds", result.loginTime.count()},
@@ -167,7 +184,8 @@ Json ToJson(const SScaleOptions& options, const SScaleResult& result)
           {"timed_out", load.nTimedOut.load()},
           {"failed", load.nOtherFailures.load()},
           {"lost", Lost(load)},
-          {"doubled", load.nDoubled.load()}}},
+          {"doubled", load.nDoubled.load()},
+          {"foreign", load.nForeign.load()}}},
         {"latency_us",
          {{"p50", result.latency.Percentile(0.5)},
           {"p99", result.latency.Percentile(0.99)},
@@ -216,6 +234,8 @@ void PrintTable(std::ostream& out, const Json& report)
     Row("  of these refused by the decoder", commands["refused"].get<uint64_t>(), "");
     Row("answers lost", commands["lost"].get<uint64_t>(), "");
     Row("answers twice", commands["doubled"].get<uint64_t>(), "");
+    Row("answers of another command", commands["foreign"].get<uint64_t>(), "");
+    Row("commands without a reply in time", commands["timed_out"].get<uint64_t>(), "");
     Row("notifications", report["notifications"].get<uint64_t>(), "");
     Row("latency beyond the polling step, p50", Milliseconds(latency["p50"]), "ms");
     Row("latency beyond the polling step, p99", Milliseconds(latency["p99"]), "ms");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <future>
+#include <utility>
 
 #include <asio/post.hpp>
 
@@ -154,22 +155,42 @@ void CScaleRun::Load()
     }
     m_result.loadTime = Clock::now() - begin;
     Drain(m_result.load);
-    m_result.processorTime = ProcessorTime() - processorTime;
     m_result.latency.Take(m_result.load.latency);
+    EndRounds();
+    m_result.processorTime = ProcessorTime() - processorTime;
+}
+
+// What a session keeps depends on its last requests, so it is measured at the same place each time. Those
+// that are queued for that, one behind the other, say nothing about latency.
+void CScaleRun::EndRounds()
+{
+    while (m_nNext % (m_nodes.size() * CommandsOfARound()) != 0) {
+        QueueNext();
+    }
+    Drain(m_result.load);
 }
 
 // The nodes take turns, and each goes through its round of commands.
 void CScaleRun::QueueDue(Clock::time_point begin, Clock::time_point now)
 {
-    static const std::vector<SStep> s_round = RoundOfCommands();
     const double dSeconds = std::chrono::duration<double>(now - begin).count();
     const auto nDue =
         static_cast<uint64_t>(dSeconds * m_options.dRate * static_cast<double>(m_nodes.size())) + 1;
-    for (; m_nNext < nDue; ++m_nNext) {
-        const SStep& step = s_round.at(m_nNext / m_nodes.size() % s_round.size());
-        m_nodes.at(m_nNext % m_nodes.size())
-            ->Queue(new CLoadCommand(step.nCmdID, m_result.load), step.payload);
+    while (m_nNext < nDue) {
+        QueueNext();
     }
+}
+
+void CScaleRun::QueueNext()
+{
+    const std::size_t nNode = m_nNext % m_nodes.size();
+    const uint64_t nOfNode = m_nNext / m_nodes.size();
+    // No two nodes have the same round.
+    const uint64_t nRound = nOfNode / CommandsOfARound() * m_nodes.size() + nNode;
+    SStep step = CommandOfRound(nOfNode % CommandsOfARound(), static_cast<uint32_t>(nRound));
+    m_nodes[nNode]->Queue(new CLoadCommand(step.nCmdID, m_result.load, std::move(step.answer)),
+                          std::move(step.payload));
+    ++m_nNext;
 }
 
 void CScaleRun::Sample(Clock::time_point begin, Clock::time_point now)
@@ -206,6 +227,7 @@ void CScaleRun::Attend()
     for (const standin_host::SNotification& notification : m_events.TakeNotifications()) {
         ++m_result.nNotifications;
         m_result.nLongestNotification = std::max(m_result.nLongestNotification, notification.strData.size());
+        m_result.nNumbered += notification.strData.find("<seq>") != std::string::npos ? 1 : 0;
     }
     if (const int nSignal = m_events.Interrupted()) {
         throw CExitError(standin_host::EXIT_SIGNAL_BASE + nSignal, "interrupted");

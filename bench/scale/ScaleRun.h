@@ -49,6 +49,7 @@ struct SScaleResult {
     std::size_t nHostStacks = 0; // bytes of all workers' stacks in memory before there are sessions
     std::size_t nStacks = 0;     // after the load
     uint64_t nNotifications = 0;
+    uint64_t nNumbered = 0;               // of these with a sequence number
     std::size_t nLongestNotification = 0; // bytes
     uint64_t nOfflineAnswers = 0;         // liveness checks that took a decoder for gone
     std::chrono::duration<double> loginTime{};
@@ -81,6 +82,8 @@ private:
     void LogIn(const std::string& strUser, const std::string& strPassword);
     void Load();
     void QueueDue(Clock::time_point begin, Clock::time_point now);
+    void QueueNext();
+    void EndRounds();
     void Sample(Clock::time_point begin, Clock::time_point now);
     void SendHeartbeats();
     // Waits until no command of the phase is under way.

@@ -1,17 +1,24 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace scale {
 
+// One command and the only answer that belongs to it.
 struct SStep {
     unsigned int nCmdID;
     std::vector<uint8_t> payload;
+    std::optional<std::vector<uint8_t>> answer; // its bytes; none when the decoder must refuse the command
 };
 
-// A round of commands for one wall of 2 x 2 screens: windows, media, playback, sound, channel groups. The
-// decoder accepts all of them, and at the end the wall is as it was.
-std::vector<SStep> RoundOfCommands();
+// A round of commands for one wall of 2 x 2 screens: windows, media, playback, sound, channel groups. At the
+// end the wall is as it was. What is set, and read back, is named after the round, so that rounds with other
+// numbers have other answers; window ids repeat after 30,000 rounds.
+std::size_t CommandsOfARound();
+// Command nIndex of the round, below CommandsOfARound().
+SStep CommandOfRound(std::size_t nIndex, uint32_t nRound);
 
 } // namespace scale

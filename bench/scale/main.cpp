@@ -42,9 +42,9 @@ std::vector<std::string> DecoderArguments(const SScaleOptions& options)
     std::vector<std::string> arguments = {"--user", s_szUser, "--listen", "127.0.0.1:0"};
     arguments.insert(arguments.end(), {"--decoders", std::to_string(options.nDecoders), "--notify-channels",
                                        std::to_string(options.nChannels)});
-    if (options.nNotifyEvery != 0) {
-        arguments.insert(arguments.end(),
-                         {"--fault", "notify-every=" + std::to_string(options.nNotifyEvery)});
+    if (const uint32_t nPeriod = options.NotifyPeriod(); nPeriod != 0) {
+        arguments.insert(arguments.end(), {"--fault", "notify-every=" + std::to_string(nPeriod), "--fault",
+                                           "notify-burst=" + std::to_string(options.nBurst)});
     }
     return arguments;
 }
@@ -74,7 +74,8 @@ int Report(const SScaleOptions& options, const SScaleResult& result, std::ofstre
         std::cerr << "tvwall-scale: " << strComplaint << '\n';
     }
     if (complaints.empty() && options.soakMinutes) {
-        std::cout << "verdict: memory, descriptors and threads flat, every command answered once\n";
+        std::cout
+            << "verdict: memory, descriptors and threads flat, every command got its own answer, once\n";
     }
     return complaints.empty() ? EXIT_ALL_ANSWERED : EXIT_COMMAND_FAILED;
 }

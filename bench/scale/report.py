@@ -10,7 +10,7 @@ import platform
 import sys
 
 KIB = 1024
-AIM_KIB = 16
+AIM_KIB = 4
 
 ROWS = [  # label, value of one result, format
     ("all logged in after, s", lambda r: r["login_seconds"], "{:.1f}"),
@@ -18,6 +18,7 @@ ROWS = [  # label, value of one result, format
     ("… of these refused by the decoder", lambda r: r["commands"]["refused"], "{}"),
     ("answers lost", lambda r: r["commands"]["lost"], "{}"),
     ("answers twice", lambda r: r["commands"]["doubled"], "{}"),
+    ("answers of another command", lambda r: r["commands"]["foreign"], "{}"),
     ("commands without a reply in time", lambda r: r["commands"]["timed_out"], "{}"),
     ("notifications", lambda r: r["notifications"], "{}"),
     ("latency beyond the polling step, p50, ms", lambda r: r["latency_us"]["p50"] / 1000, "{:.1f}"),
@@ -38,8 +39,8 @@ ROWS = [  # label, value of one result, format
 EXPLANATION = """\
 Each decoder has a session of the plug-in, a worker thread of the host, a TCP connection on loopback and a wall of its
 own in the simulated decoders' process; all log in with real keys. Then come commands for windows, media, playback, sound
-and channel groups in turns, {rate:g} a second for each decoder, and each decoder sends a notification about {channels}
-channels every {notify} ms.
+and channel groups in turns, {rate:g} a second for each decoder, and each decoder sends {notify:g} numbered
+notifications a second, about {channels} channels each.
 
 - *Session, heap after the load* is what the heap gives back when the sessions are destroyed after the load, counted at
   every allocation. Wanted are less than {aim} KiB. It grows with the longest message so far, which a session keeps.
@@ -51,6 +52,31 @@ channels every {notify} ms.
 - *Latency beyond the polling step* runs from queueing a command to its answer, less the 100 ms that the plug-in waits
   before it first looks for a reply.
 - Processor time is that of the whole host process, notifications included, divided by the number of commands.
+"""
+
+NUMBERED_ROWS = [
+    ("at once", lambda r: r["notify_burst"], "{}"),
+    ("commands", lambda r: r["commands"]["queued"], "{}"),
+    ("lost: without an answer, or taken for unanswered by the decoder",
+     lambda r: r["commands"]["lost"] + r["commands"]["timed_out"], "{}"),
+    ("answered twice", lambda r: r["commands"]["doubled"], "{}"),
+    ("with a foreign answer", lambda r: r["commands"]["foreign"], "{}"),
+    ("notifications that came, a second for each decoder",
+     lambda r: r["notifications"] / r["load_seconds"] / r["decoders"], "{:.0f}"),
+    ("latency beyond the polling step, p50, ms", lambda r: r["latency_us"]["p50"] / 1000, "{:.1f}"),
+    ("latency beyond the polling step, p99, ms", lambda r: r["latency_us"]["p99"] / 1000, "{:.1f}"),
+    ("session, heap after the load, KiB", lambda r: r["session_heap"]["after_load"] / KIB, "{:.1f}"),
+]
+
+NUMBERED = """\
+A decoder numbers its notifications as it numbers replies, here from 1,000,000 on, and a session sees them between a
+reply and its next look for it. None of them may cost an answer, double one or pass for one.
+
+Each answer is held against the one that its command must get, byte by byte. Windows, groups and names differ from
+round to round and from decoder to decoder, so what is given back, and what is read back from the decoder, tells whose
+answer it is. In each round one command must be refused: a notification holds no error code, and taken for the reply it
+would pass for a success. A run ends with status 1 when anything is lost, double or foreign, when a session holds more
+than {aim} KiB, or when fewer than half of the notifications came.
 """
 
 FLAT = """\
@@ -77,20 +103,31 @@ def machine(results):
 
 def command_line(result):
     duration = f"--soak {result['soak_minutes']:g}" if result["soak_minutes"] else f"--seconds {result['load_seconds']:.0f}"
-    return f"tvwall-scale --decoders {result['decoders']} {duration} --rate {result['rate']:g}"
+    notify = f" --notify {result['notify_rate']:g}" if result["notify_rate"] != 1 else ""
+    burst = f" --burst {result['notify_burst']}" if result["notify_burst"] != 1 else ""
+    return f"tvwall-scale --decoders {result['decoders']} {duration} --rate {result['rate']:g}{notify}{burst}"
 
 
-def table(results):
-    lines = ["| decoders | " + " | ".join(str(r["decoders"]) for r in results) + " |"]
+def table(results, title, key, rows):
+    lines = [f"| {title} | " + " | ".join(f"{r[key]:g}" for r in results) + " |"]
     lines.append("|---|" + "---:|" * len(results))
-    for label, value, form in ROWS:
+    for label, value, form in rows:
         lines.append(f"| {label} | " + " | ".join(form.format(value(r)) for r in results) + " |")
+    return "\n".join(lines)
+
+
+def numbered_section(numbered):
+    lines = ["## Numbered notifications", "", NUMBERED.format(aim=AIM_KIB)]
+    lines += ["```sh", *map(command_line, numbered), "```", ""]
+    lines += [table(numbered, "notifications a second of each decoder", "notify_rate", NUMBERED_ROWS), ""]
+    complaints = [complaint for r in numbered for complaint in r["complaints"]]
+    lines += [f"Verdict: {'; '.join(complaints) or 'every command got its own answer, once'}.", ""]
     return "\n".join(lines)
 
 
 def soak_section(soak):
     samples = soak["samples"]
-    verdict = "; ".join(soak["complaints"]) or "memory, descriptors and threads flat, every command answered once"
+    verdict = "; ".join(soak["complaints"]) or "memory, descriptors and threads flat, every command got its own answer, once"
     lines = [
         "## Soak",
         "",
@@ -203,21 +240,27 @@ def main():
         sys.exit(__doc__)
     folder = pathlib.Path(sys.argv[1])
     try:
-        found = [json.loads(path.read_text()) for path in folder.glob("*.json")]
+        named = {path.stem: json.loads(path.read_text()) for path in folder.glob("*.json")}
     except (OSError, ValueError) as error:
         sys.exit(f"report.py: cannot read the results: {error}")
+    found = list(named.values())
     if not found:
         sys.exit(f"report.py: no results in {folder}")
-    results = sorted((r for r in found if not r["soak_minutes"]), key=lambda r: r["decoders"])
+    numbered = sorted((r for name, r in named.items() if name.startswith("numbered")),
+                      key=lambda r: (r["notify_burst"], r["notify_rate"]))
+    results = sorted((r for r in found if not r["soak_minutes"] and r not in numbered), key=lambda r: r["decoders"])
     soak = next((r for r in found if r["soak_minutes"]), None)
     parts = ["# Many decoders in one host", "", f"![Memory and latency over the number of decoders]({pathlib.Path(sys.argv[3]).name})", ""]
-    parts += [EXPLANATION.format(rate=found[0]["rate"], channels=found[0]["channels"], notify=found[0]["notify_every_ms"], aim=AIM_KIB)]
+    first = (results or [soak or numbered[0]])[0]
+    parts += [EXPLANATION.format(rate=first["rate"], channels=first["channels"], notify=first["notify_rate"], aim=AIM_KIB)]
     parts += [f"Machine: {machine(found)}. Made by `scripts/scale`, which ran:", ""]
     parts += ["```sh", *map(command_line, results + ([soak] if soak else [])), "```", ""]
     if os.environ.get("SCALE_NOTE"):
         parts += [os.environ["SCALE_NOTE"], ""]
     if results:
-        parts += [table(results), ""]
+        parts += [table(results, "decoders", "decoders", ROWS), ""]
+    if numbered:
+        parts += [numbered_section(numbered)]
     if soak:
         parts += [soak_section(soak)]
     pathlib.Path(sys.argv[2]).write_text("\n".join(parts).rstrip() + "\n")

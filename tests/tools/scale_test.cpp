@@ -1,5 +1,6 @@
 // What tvwall-scale concludes from its figures.
 
+#include <array>
 #include <functional>
 
 #include <gtest/gtest.h>
@@ -51,8 +52,19 @@ TEST(ScaleVerdict, NamesWhatWasLostOrGrew)
              --r.load.nDone;
              ++r.load.nRefused;
          }},
+        {"1 answers are not those of their commands;",
+         [](SScaleResult& r) {
+             --r.load.nDone;
+             ++r.load.nForeign;
+         }},
+        {"only 449 notifications came;",
+         [](SScaleResult& r) {
+             r.loadTime = std::chrono::seconds(92); // 10 decoders, one a second each
+             r.nNotifications = r.nNumbered = 449;
+         }},
+        {"1 notifications had no number;", [](SScaleResult& r) { ++r.nNotifications; }},
         {"1 threads are not the host's;", [](SScaleResult& r) { ++r.stages.loaded.nThreads; }},
-        {"a session holds 9000 bytes of heap;", [](SScaleResult& r) { r.stages.loaded.nHeap += 90'000; }},
+        {"a session holds 4100 bytes of heap;", [](SScaleResult& r) { r.stages.loaded.nHeap += 41'000; }},
         {"the heap grew from 40268000 to 40484000 bytes;",
          [](SScaleResult& r) { Grow(r, &SProcessFigures::nHeap, 24'000); }},
         {"", [](SScaleResult& r) { Grow(r, &SProcessFigures::nHeap, 100); }},
@@ -64,6 +76,32 @@ TEST(ScaleVerdict, NamesWhatWasLostOrGrew)
     for (const auto& [strExpected, change] : cases) {
         EXPECT_EQ(Verdict(change), strExpected);
     }
+}
+
+TEST(LoadCommand, TellsItsOwnAnswerFromThatOfAnotherCommand)
+{
+    standin_host::CHostEvents events;
+    STally tally(events);
+    const auto answered = [&](std::optional<std::vector<uint8_t>> own, const std::string& strBuffer) {
+        auto* pCommand = new CLoadCommand(1, tally, std::move(own));
+        if (strBuffer.empty()) {
+            ORVA_NET_PROTOCOL::_kest_net_reply refusal{};
+            refusal.dwResult = ORVA_NET_PROTOCOL::KEST_RESULT_DEVICE_ERROR;
+            pCommand->ReplyRecord(refusal);
+        } else {
+            pCommand->ReplyBuffer(strBuffer.data(), strBuffer.size());
+        }
+        pCommand->DecReference(CLoadCommand::kCreatorTag);
+        return std::array<uint64_t, 3>{tally.nDone.exchange(0), tally.nRefused.exchange(0),
+                                       tally.nForeign.exchange(0)};
+    };
+    using Counts = std::array<uint64_t, 3>;
+    EXPECT_EQ(answered({{'a', 'b'}}, "ab"), (Counts{1, 0, 0}));
+    EXPECT_EQ(answered({{'a', 'b'}}, "aB"), (Counts{0, 0, 1}));
+    EXPECT_EQ(answered({{'a', 'b'}}, "abc"), (Counts{0, 0, 1}));
+    EXPECT_EQ(answered({{'a', 'b'}}, ""), (Counts{0, 1, 0}));
+    EXPECT_EQ(answered(std::nullopt, ""), (Counts{1, 0, 0})) << "the refusal was due";
+    EXPECT_EQ(answered(std::nullopt, "ab"), (Counts{0, 0, 1}));
 }
 
 TEST(LatencyHistogram, IsExactToThreePercentOverItsWholeRange)
