@@ -20,7 +20,8 @@ size_t g_nAllocated = 0; // bytes, by operator new; pugixml and tinyxml2 do not 
 
 } // namespace
 
-void* operator new(std::size_t nSize)
+// Not inlined, or the compiler takes a pair of them for a mistake.
+[[gnu::noinline]] void* operator new(std::size_t nSize)
 {
     g_nAllocated += nSize;
     if (void* pBytes = std::malloc(nSize)) {
@@ -28,8 +29,8 @@ void* operator new(std::size_t nSize)
     }
     throw std::bad_alloc();
 }
-void operator delete(void* pBytes) noexcept { std::free(pBytes); }
-void operator delete(void* pBytes, std::size_t) noexcept { std::free(pBytes); }
+[[gnu::noinline]] void operator delete(void* pBytes) noexcept { std::free(pBytes); }
+[[gnu::noinline]] void operator delete(void* pBytes, std::size_t) noexcept { std::free(pBytes); }
 
 namespace {
 
