@@ -20,6 +20,10 @@ constexpr std::size_t kMaxOutput = std::size_t{16} * 1024 * 1024;
 // Between two pieces of chunked output, so that the host's socket really sees them one by one.
 constexpr std::chrono::microseconds kPiecePause{100};
 
+// A period that a busy machine has missed is made up for, so that short ones keep their rate, unless that was
+// longer ago.
+constexpr std::chrono::seconds kMostBehind{1};
+
 } // namespace
 
 Connection::Connection(asio::ip::tcp::socket socket, int number, Device& device, CapturedConnection capture,
@@ -274,19 +278,22 @@ void Connection::PieceSent(std::size_t length)
 void Connection::Repeat(asio::steady_timer& timer, std::chrono::milliseconds Faults::*period, Unasked kind)
 {
     timer.cancel();
-    const auto step = m_device.ActiveFaults().*period;
-    if (step.count() == 0) {
-        return;
+    if ((m_device.ActiveFaults().*period).count() != 0) {
+        timer.expires_after(m_device.ActiveFaults().*period);
+        AwaitStep(timer, period, kind);
     }
-    // In step with the time before, so that short periods keep their rate, unless that step was missed.
-    const auto now = std::chrono::steady_clock::now();
-    const auto next = timer.expiry() + step;
-    timer.expires_at(next > now && next < now + step ? next : now + step);
+}
+
+void Connection::AwaitStep(asio::steady_timer& timer, std::chrono::milliseconds Faults::*period, Unasked kind)
+{
     timer.async_wait([self = shared_from_this(), &timer, period, kind](const std::error_code& cancelled) {
-        if (!cancelled && self->m_open) {
-            self->SendUnasked(kind);
-            self->Repeat(timer, period, kind);
+        if (cancelled || !self->m_open || (self->m_device.ActiveFaults().*period).count() == 0) {
+            return;
         }
+        self->SendUnasked(kind);
+        const auto step = self->m_device.ActiveFaults().*period;
+        timer.expires_at(std::max(timer.expiry() + step, std::chrono::steady_clock::now() - kMostBehind));
+        self->AwaitStep(timer, period, kind);
     });
 }
 

@@ -77,6 +77,7 @@ private:
 
     // Sends something in the period of this fault, as long as it is active and the connection open.
     void Repeat(asio::steady_timer& timer, std::chrono::milliseconds Faults::*period, Unasked kind);
+    void AwaitStep(asio::steady_timer& timer, std::chrono::milliseconds Faults::*period, Unasked kind);
 
     asio::ip::tcp::socket m_socket;
     int m_number;
