@@ -4,6 +4,8 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "CountedText.h"
 #include "FuzzScript.h"
@@ -12,78 +14,24 @@
 
 namespace {
 
-constexpr std::string_view PIECES[] = {
-    "<td_command>",
-    "</td_command>",
-    "<td_header>",
-    "</td_header>",
-    "<url>",
-    "</url>",
-    "<seq>",
-    "</seq>",
-    "<url/>",
-    "<seq/>",
-    "<a>",
-    "</a>",
-    "<ab>",
-    "</ab>",
-    "<bb>",
-    "</bb>",
-    "<a/>",
-    "<a//>",
-    "<a x='>'>",
-    "<a x=\"/\"",
-    "<seq y='1'/>",
-    "<url a=\"",
-    "<",
-    ">",
-    "/",
-    "</",
-    "/>",
-    "</ seq>",
-    "</seq \r\n>",
-    "</seq x>",
-    "<!",
-    "<!-",
-    "<!--",
-    "-->",
-    "<!---->",
-    "<!-->",
-    "->",
-    "<![CDATA[",
-    "]]>",
-    "<![CDATA[x]",
-    "]",
-    "<!DOCTYPE",
-    "<!DOCTYPE a [",
-    "<?",
-    "?>",
-    "<?>",
-    "&",
-    "&lt;",
-    "&amp;",
-    "&#65;",
-    "&#x41;",
-    "&#0;",
-    "&#12345678;",
-    "&#x;",
-    ";",
-    "1",
-    "25",
-    " ",
-    "\r\n",
-    "x",
-    "'",
-    "\"",
-    "=",
-    "td_command",
-    "td_header",
-    "<td_command ",
-    "<td_command/",
-    "<td_header/",
-    "<tail></a>",
-    {"\0", 1},
-};
+// Separated by a sign that is in none of them.
+constexpr char PIECES[] =
+    "<td_command>|</td_command>|<td_header>|</td_header>|<url>|</url>|<seq>|</seq>|<url/>|"
+    "<seq/>|<a>|</a>|<ab>|</ab>|<bb>|</bb>|<a/>|<a//>|<a x='>'>|<a x=\"/\"|<seq y='1'/>|"
+    "<url a=\"|<|>|/|</|/>|</ seq>|</seq \r\n>|</seq x>|<!|<!-|<!--|-->|<!---->|<!-->|->|"
+    "<![CDATA[|]]>|<![CDATA[x]|]|<!DOCTYPE|<!DOCTYPE a [|<?|?>|<?>|&|&lt;|&amp;|&#65;|&#x41;|"
+    "&#0;|&#12345678;|&#x;|;|1|25| |\r\n|x|'|\"|=|td_command|td_header|<td_command |"
+    "<td_command/|<td_header/|<tail></a>|\0";
+
+std::vector<std::string_view> Pieces()
+{
+    std::vector<std::string_view> pieces;
+    const std::string_view all(PIECES, sizeof(PIECES) - 1);
+    for (size_t at = 0; at <= all.size(); at += pieces.back().size() + 1) {
+        pieces.push_back(all.substr(at, all.find('|', at) - at));
+    }
+    return pieces;
+}
 
 std::string Message(FuzzScript& script)
 {
@@ -91,11 +39,12 @@ std::string Message(FuzzScript& script)
     if (script.Number() % 2 == 0) {
         return script.Rest();
     }
+    static const std::vector<std::string_view> pieces = Pieces();
     std::string message;
     while (!script.AtEnd()) {
         const unsigned int n = script.Number();
-        const std::string_view piece = PIECES[n % std::size(PIECES)];
-        for (size_t i = 0; i < (n / std::size(PIECES) == 3 ? MANY : 1); ++i) {
+        const std::string_view piece = pieces[n % pieces.size()];
+        for (size_t i = 0; i < (n / pieces.size() == 3 ? MANY : 1); ++i) {
             message += piece;
         }
     }
