@@ -28,35 +28,16 @@ window delete 3
 """
 SCRIPT_ANSWERS = ["buffer", "buffer", "buffer", DEVICE_ERROR, "buffer", DEVICE_ERROR, "buffer", "buffer", DEVICE_ERROR,
                   "buffer"]
-WHOLE_WALL = """info
-config
-layout set 2 2
-layout bind 9 1 0
-layout get
-wall apply {folder}/wall.json
-media play 1 1 192.0.2.2:554 --channel 2 --source-user viewer --source-password-file {folder}/password
-playback 1 0 1 2
-zoom 1 0 on
-border 1 0 on
-window-config set on off
-window-config get
-audio play 1 0 1
-audio get
-group add 7 --name doors --channels 1,2 --interval 5
-group set 7 --name gates --channels 1,3 --interval 6
-group get 7
-polling start 1 1 7
-polling stop 1 1
-group delete 7
-audio stop 1 0
-media stop 1 0
-layout unbind 1 0
-wall clear
-logout
-"""
-WALL_FILE = {"windows": [{"id": 1, "x": 0, "y": 0, "width": 960, "height": 540, "subWindows": [
-    {"index": 0, "osd": 11, "media": {"address": "192.0.2.1", "port": 554, "channel": 1, "user": "viewer",
-                                      "password": "hidden-1"}}, {"index": 1, "osd": 12}]}]}
+
+
+def window(number, layer, **sub_window):
+    return {"id": number, "x": 0, "y": 0, "width": 960, "height": 540, "layer": layer,
+            "subWindows": [{"index": 0, "osd": 1, **sub_window}]}
+
+
+MEDIA = {"address": "10.0.0.7", "port": 554, "channel": 3, "streamType": 4294967295, "user": "cam", "password": "hidden-1"}
+FILES = {"accounts": "cam:hidden-1\n", "password": "hidden-1\n", "twice.json": {"windows": [window(8, 9), window(8, 1)]},
+         "wall.json": {"windows": [window(8, 9), window(9, 1, media=MEDIA)]}}
 
 
 def answers(lines):
@@ -140,19 +121,26 @@ class Programs(unittest.TestCase):
         # The system information is followed by a question for the channels.
         self.assertEqual(sent.replace("getchannelinfo <td_body/>\n", ""), re.sub(r"^\$.*\n", "", wanted, flags=re.M))
 
-    def test_every_family_of_commands_with_real_credentials(self):
-        for name, text in ("accounts", "viewer:hidden-1\n"), ("password", "hidden-1\n"), ("wall.json", json.dumps(WALL_FILE)):
+    def test_the_decoder_takes_commands_or_refuses_them_and_draws_what_they_make(self):
+        for name, content in FILES.items():
             with open(f"{self.folder}/{name}", "w") as file:
-                file.write(text)
-        self.start_decoder(options=["--source-accounts", self.folder + "/accounts"])
-        lines = self.run_host(0, "--json", "script", "-", script=WHOLE_WALL.format(folder=self.folder))
-        self.assertEqual(answers(lines), 26 * ["buffer"])
-        self.assertEqual(len(lines), 27, "the channels that follow the system information")
-        fields = json.dumps([line.get("fields") for line in lines], separators=(",", ":"))
-        for read in '"rows":2', '"id":9', '"name":"gates"', '"channels":"1,3"':
-            self.assertIn(read, fields)
-        self.assertNotIn("hidden-1", self.file("requests.json"))
-        self.assertEqual(sum(self.requests("credentials")), 2, "the accounts of two sources")
+                file.write(content if isinstance(content, str) else json.dumps(content))
+        self.start_decoder(options=["--source-accounts", self.folder + "/accounts", "--wall-text", self.folder + "/wall.txt"])
+        with open(os.path.join(os.path.dirname(__file__), "wall.txt")) as file:
+            parts = re.findall(r"((?:\$ .*\n\d+\n)+)((?:[=*] .*\n)*)", file.read().replace("FOLDER", self.folder))
+        for commands, picture in parts:
+            known = len(self.requests("url")) if os.path.exists(self.folder + "/requests.json") else 0
+            codes = list(map(int, re.findall(r"^\d+$", commands, re.M)))
+            self.run_host(int(any(codes)), "script", "-", script="\n".join(re.findall(r"^\$ (.*)", commands, re.M)))
+            self.assertEqual(self.requests("errorcode")[known + 2:], codes, commands)
+            drawn = [re.sub(" +", " ", line.strip()) for line in self.file("wall.txt").splitlines()]
+            for line in re.findall(r"^\* (.*)", picture, re.M):
+                self.assertIn(line, drawn)
+            if "= " in picture:
+                shown = drawn[drawn.index("window sub osd sound border shows") + 1:]
+                self.assertEqual(shown, re.findall(r"^= (.*)", picture, re.M))
+        self.assertNotIn("hidden-1", self.file("requests.json") + self.file("wall.txt"))
+        self.assertEqual(sum(self.requests("credentials")), 3)
 
     def test_the_answers_are_the_same_whatever_the_link_looks_like(self):
         for faults in (["chunk=1"], ["device-head", "chunk=37"], ["notify-every=3", "beat-every=2", "chunk=100"],

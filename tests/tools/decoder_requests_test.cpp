@@ -1,4 +1,5 @@
-// The simulated decoder from a host's side: a request in, the reply and the picture of the wall out.
+// The simulated decoder from a host's side, as far as a host can see it that our own is not:
+// tests/e2e/wall.txt has the commands of that one.
 
 #include <csignal>
 #include <filesystem>
@@ -141,148 +142,12 @@ protected:
         return Media(address, Encipher(key, "cam"), Encipher(key, "hush"));
     }
 
-    // The picture's lines about what sub-windows show, without the gaps between the columns.
-    std::vector<std::string> Shows() const
-    {
-        std::istringstream picture(ReadFile("wall.txt"));
-        std::vector<std::string> lines;
-        bool listed = false;
-        for (std::string line; std::getline(picture, line);) {
-            std::istringstream words(line);
-            std::string text;
-            for (std::string word; words >> word;) {
-                text += (text.empty() ? "" : " ") + word;
-            }
-            if (listed) {
-                lines.push_back(text);
-            }
-            listed = listed || text == "window sub osd sound border shows";
-        }
-        return lines;
-    }
-    using Lines = std::vector<std::string>;
-
     std::string folder;
     Options options;
     std::unique_ptr<Device> device;
     std::unique_ptr<HostSession> session;
     std::string header;
 };
-
-TEST_F(DecoderRequests, ScreensAreBoundOnceAndTheGridKeepsWhatLiesOnIt)
-{
-    LogIn();
-    const auto at = [](int column, int row) {
-        return "<coordinate><xpos>" + std::to_string(column) + "</xpos><ypos>" + std::to_string(row) +
-               "</ypos></coordinate>";
-    };
-    const auto bind = [&](int output, int column, int row) {
-        return "<item><id>" + std::to_string(output) + "</id>" + at(column, row) + "</item>";
-    };
-    const auto list = [](const std::string& items) {
-        return "<td_channellist>" + items + "</td_channellist>";
-    };
-    Run({{"dobindwall", list(bind(7, 1, 0) + bind(8, 0, 1))},
-         {"dobindwall", list(bind(9, 0, 0) + bind(9, 1, 1)), 406},
-         {"dobindwall", list(bind(9, 0, 0) + bind(10, 1, 0)), 402},
-         {"dobindwall", list(bind(9, 2, 0)), 401},
-         {"dobindwall", list(bind(257, 0, 0)), 405},
-         {"dobindwall", "<td_channellist/>", 3},
-         {"dounbindwall", list("<item>" + at(0, 1) + "</item><item>" + at(0, 0) + "</item>"), 403},
-         {"setwalllayout", "<row>2</row><col>1</col>", 404},
-         {"setwalllayout", "<row>17</row><col>2</col>", 3},
-         {"dounbindwall", list("<item>" + at(0, 1) + "</item>")},
-         {"setwalllayout", "<row>1</row><col>3</col>"},
-         {"getwalllayout", "", 0,
-          "<td_body><row>1</row><col>3</col><td_channellist><item><id>7</id><name>Output 7</name>" +
-              at(1, 0) + "</item></td_channellist></td_body>"}});
-}
-
-TEST_F(DecoderRequests, SubWindowsShowWhatTheyAreTold)
-{
-    LogIn();
-    const std::string camera =
-        "<index>0</index><mediainfo>" + Media("10.0.0.5") + Media("10.0.0.6") + "</mediainfo>";
-    Run({{"doplaymedia", In(1, {camera, "<index>2</index><mediainfo>" + Media("cam") + "</mediainfo>"}),
-          207}});
-    EXPECT_EQ(Shows(), Lines{}); // not the first either
-    const std::string group =
-        "<channelgroup><id>5</id><name>\xc3\xa4</name><channelnum>2</channelnum><interval>10"
-        "</interval><td_channellist>1,64</td_channellist></channelgroup>";
-    const auto groupWith = [&](const std::string& what, const std::string& instead) {
-        return std::string(group).replace(group.find(what), what.size(), instead);
-    };
-    const std::string groups =
-        "<td_body><channelgrouplist><item><id>5</id><name>\xc3\xa4</name><interval>10</interval>"
-        "<td_channellist>1,64</td_channellist></item></channelgrouplist></td_body>";
-    Run({{"doplaybackcontrol", In(1, {"<index>0</index><pbctrltype>1</pbctrltype><pbctrlval>9</pbctrlval>"}),
-          208},
-         {"doplaymedia", In(1, {camera})},
-         {"doplaybackcontrol",
-          In(1, {"<index>0</index><pbctrltype>1</pbctrltype><pbctrlval>65535</pbctrlval>"})},
-         {"doaddchannelgroup", groupWith("1,64", "1,65"), 501},
-         {"doaddchannelgroup", groupWith(">2<", ">3<"), 3},
-         {"doaddchannelgroup", groupWith("1,64", "1,64,"), 3},
-         {"doaddchannelgroup", group},
-         {"doaddchannelgroup", group, 503},
-         {"setchannelgroup", groupWith(">5<", ">6<"), 502},
-         {"setchannelgroup", "", 0, groups}, // asks for all
-         {"setchannelgroup", "<channelgroup><id>5</id></channelgroup>", 0, groups},
-         {"dostartchlgrouppolling", In(1, {"<index>1</index><channelgroup>4</channelgroup>"}), 502},
-         {"dostartchlgrouppolling", In(1, {"<index>1</index><channelgroup>5</channelgroup>"})},
-         {"dodeletechannelgroup", "<channelgrouplist><item><id>5</id></item></channelgrouplist>", 504},
-         {"doopensound", In(1, {"<index>0</index><td_channel>65</td_channel>"}), 501},
-         {"doopensound", In(1, {"<index>0</index><td_channel>12</td_channel>"})},
-         {"getaudioconfig", "", 0,
-          "<td_body>" + In(1, {"<index>0</index><channelid>12</channelid>"}) + "</td_body>"},
-         {"dodrawborder", In(1, {"<index>1</index><drawborder>-1</drawborder>"})}});
-    EXPECT_EQ(Shows(), (Lines{"1 0 100 12 - 10.0.0.5:554, control 1=65535, +1 more, stream 0, ch 3",
-                              "1 1 101 - yes group 5, ch 1,64, every 10"}));
-    Run({{"dostopplaymedia", In(1, {"<index>0</index>", "<index>1</index>"})}, // also ends polling
-         {"dodeletechannelgroup", "<channelgrouplist><item><id>5</id></item></channelgrouplist>"},
-         {"doclosesound", In(1, {"<index>0</index>"})}});
-    EXPECT_EQ(Shows(), Lines{"1 1 101 - yes -"});
-}
-
-TEST_F(DecoderRequests, TheWholeWallAndItsDisplay)
-{
-    LogIn();
-    const std::string playing = Media("10.0.0.7");
-    const auto layered = [&](int id, int layer, const std::string& media) {
-        return "<item><id>" + std::to_string(id) +
-               "</id><rect><xpos>0</xpos><ypos>0</ypos><width>960</width><height>540"
-               "</height></rect><layerindex>" +
-               std::to_string(layer) +
-               "</layerindex><mode>1</mode><td_subwindowlist>"
-               "<item><index>0</index><osdid>1</osdid>" +
-               media + "</item></td_subwindowlist></item>";
-    };
-    const std::string info = "<mediainfo>" + playing.substr(0, playing.find("<begintime>")) +
-                             "<streamtype>4294967295</streamtype></mediainfo>";
-    const auto zoom = [](int window, int index, int enable) {
-        return "<enable>" + std::to_string(enable) + "</enable><td_window><id>" + std::to_string(window) +
-               "</id><td_subwindow><index>" + std::to_string(index) + "</index></td_subwindow></td_window>";
-    };
-    const std::string switches = "<enableborder>0</enableborder><enableshowwinid>1</enableshowwinid>";
-    Run({{"setwallinfo", "<td_windowlist>" + layered(8, 9, "") + layered(8, 1, "") + "</td_windowlist>", 202},
-         {"dofullscreen", zoom(1, 1, 1)}, // it is still there
-         {"setwallinfo", "<td_windowlist>" + layered(8, 9, "") + layered(9, 1, info) + "</td_windowlist>"},
-         {"dofullscreen", zoom(1, 0, 1), 201},
-         {"dofullscreen", zoom(9, 1, 1), 207},
-         {"dofullscreen", zoom(9, 0, 2), 3},
-         {"dofullscreen", zoom(9, 0, 1)},
-         {"setwindowconfig", "<enableborder>2</enableborder><enableshowwinid>1</enableshowwinid>", 3},
-         {"setwindowconfig", switches},
-         {"getwindowconfig", "", 0, "<td_body>" + switches + "</td_body>"},
-         {"getbasicconfig", "", 0,
-          "<td_body><identidy>1</identidy><runmode>0</runmode><devicename>tvwall-decoder</devicename></"
-          "td_body>"}});
-    EXPECT_EQ(Shows(), Lines{"9 0 1 - - 10.0.0.7:554, stream 4294967295, ch 3"});
-    const std::string picture = ReadFile("wall.txt");
-    EXPECT_NE(picture.find("1      2  -\n"), std::string::npos) << picture; // window 8, on top by its layer
-    EXPECT_NE(picture.find("1      1  0\n"), std::string::npos);            // window 9, zoomed
-    EXPECT_NE(picture.find("borders off"), std::string::npos);
-}
 
 TEST_F(DecoderRequests, AccountsOfSourcesAreDecipheredCheckedAndNeverShown)
 {
