@@ -142,34 +142,5 @@ TEST_F(Page, SlowBrowsersHoldUpNeitherTheDecoderNorOthersForLong)
     EXPECT_TRUE(Ask(request).starts_with("HTTP/1.1 200 "));
 }
 
-TEST_F(Page, TellsWhatHasChangedAndOnlyThat)
-{
-    auto browser = Send("GET /events HTTP/1.1\r\nHost: localhost\r\n\r\n");
-    EXPECT_NE(Line(browser, "data: {\"name\"").find(R"("name":"device-head")"), std::string::npos);
-    EXPECT_NE(Line(browser, "data: {\"rows\"").find(R"("windows":[])"), std::string::npos);
-    EXPECT_NE(Line(browser, "data: ").find(R"("hosts":[],"requests":[],"faults":[])"), std::string::npos);
-
-    // A host comes and asks for something without a session; a fault that is switched meets it on its line.
-    tcp::iostream line("127.0.0.1", std::to_string(server->Port()));
-    line.expires_after(std::chrono::seconds(20));
-    EXPECT_NE(Line(browser, "data: ").find(R"("number":1,"address":"127.0.0.1:)"), std::string::npos);
-    EXPECT_EQ(OnDevice([this] { return server->SwitchFault("beat-every=1", true); }), "");
-    EXPECT_NE(line.get(), EOF);
-    EXPECT_EQ(Line(browser, "event: "), "event: activity");
-    EXPECT_NE(Line(browser, "data: ").find(R"("faults":[{"name":"beat-every","url":"","number":1}])"),
-              std::string::npos);
-    OnDevice([this] {
-        HostSession session(device->Desk());
-        device->Handle(
-            1, session,
-            "<td_command><td_header><version>2.2</version><type>request</type><url>dowallclear</url>"
-            "<seq>7</seq></td_header><td_body/></td_command>");
-    });
-    EXPECT_EQ(Line(browser, "event: "), "event: activity");
-    EXPECT_NE(
-        Line(browser, "data: ").find(R"("url":"dowallclear","seq":7,"code":51,"words":"wrong session")"),
-        std::string::npos);
-}
-
 } // namespace
 } // namespace simulated_decoder
