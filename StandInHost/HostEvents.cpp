@@ -70,7 +70,9 @@ void CHostEvents::Deliver(SNotification notification)
     {
         const TMutexGuard guard(m_lock);
         if (m_notifications.size() >= kMaxWaiting) {
-            Log(ELogLevel::Abnormal, "a notification was dropped: too many wait to be printed");
+            if (!std::exchange(m_bDropping, true)) {
+                Log(ELogLevel::Abnormal, "notifications are dropped: too many wait to be printed");
+            }
             return;
         }
         m_notifications.push_back(std::move(notification));
@@ -105,6 +107,7 @@ std::optional<std::string> CHostEvents::Lost() const
 std::deque<SNotification> CHostEvents::TakeNotifications()
 {
     const TMutexGuard guard(m_lock);
+    m_bDropping = false;
     return std::exchange(m_notifications, {});
 }
 

@@ -38,7 +38,7 @@ public:
     void Interrupt(int nSignal);
     // Only the first reason is kept.
     void ReportLost(const std::string& strReason);
-    // At most kMaxWaiting wait; what is beyond is dropped and logged.
+    // At most kMaxWaiting wait; what is beyond is dropped, and the first of them logged.
     void Deliver(SNotification notification);
 
     // --- driving thread ---
@@ -67,7 +67,8 @@ private:
     int m_nSignal TVWALL_GUARDED_BY(m_lock) = 0;
     std::optional<std::string> m_lost TVWALL_GUARDED_BY(m_lock);
     std::deque<SNotification> m_notifications TVWALL_GUARDED_BY(m_lock);
-    int m_nWakeDescriptor; // readable while reports have not been seen by Wait
+    bool m_bDropping TVWALL_GUARDED_BY(m_lock) = false; // since they were last taken
+    int m_nWakeDescriptor;                              // readable while reports have not been seen by Wait
 };
 
 } // namespace standin_host

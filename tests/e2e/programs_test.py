@@ -206,7 +206,7 @@ class Programs(unittest.TestCase):
             host = self.start_host("watch")
             # That it prints no more shows in what it drops.
             tail = self.start("tail", "-c+1", "-f", self.folder + "/errors-" + os.path.basename(HOST))
-            while "a notification was dropped" not in tail.stdout.readline():
+            while "notifications are dropped" not in tail.stdout.readline():
                 pass
             host.send_signal(number)
             self.assertEqual(host.wait(PATIENCE), 128 + number, self.errors())
