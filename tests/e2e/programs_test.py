@@ -5,6 +5,7 @@ Usage: programs_test.py HOST DECODER PLUGIN [Programs.TEST...]
 import json
 import os
 import re
+import shlex
 import signal
 import subprocess
 import sys
@@ -149,11 +150,21 @@ class Programs(unittest.TestCase):
         self.fail_in_one_line(1, "--no-login", "wall", "clear")
         for command in "wall clear", "window delete 1", "window split 1 0 0 5 5 --mode 4":
             self.fail_in_one_line(4, "--answer-timeout", "0.5", *command.split())
-        for wrong in ("window fly", "", "--nonsense login", "--plugin /no/such/plugin.so login", f"--plugin {HOST} login",
-                      "raw 0x50002 --hex 0g", "script /no/such/script"):
+        for wrong in "", "--nonsense login", "--plugin /no/such/plugin.so login", f"--plugin {HOST} login", "script /no/such/script":
             self.fail_in_one_line(2, *wrong.split())
         self.run_host(2, "script", "-", script="window raise 1\nwall clean\n")
         self.assertIn("line 2", self.errors())
+
+    def test_what_is_wrong_is_said_before_anything_is_opened(self):
+        wall = self.folder + "/wall.json"
+        with open(os.path.join(os.path.dirname(__file__), "refusals.txt")) as file:
+            refusals = re.findall(r"^(?:\$ (.*)|([{[].*))\n(.*)", file.read(), re.M)
+        for line, text, refusal in refusals:
+            with self.subTest(line or text), open(wall, "w") as file:
+                file.write(text)
+                file.close()
+                self.fail_in_one_line(2, *shlex.split(line or "wall apply " + wall))
+                self.assertEqual(self.errors(), f"tvwall-host: {refusal.replace('FILE', wall)}\n")
 
     def test_a_decoder_that_dies_or_an_interrupt_ends_the_host_at_once(self):
         self.start_decoder("cut-after=3")

@@ -57,17 +57,6 @@ protected:
     std::string m_strFolder;
 };
 
-// What the line is refused with, "" when it is taken.
-std::string Refusal(const std::string& strLine)
-{
-    try {
-        Parse(strLine);
-        return "";
-    } catch (const CUsageError& error) {
-        return error.what();
-    }
-}
-
 TEST_F(WallCommands, ApplyAWallFileAndPrintNoPassword)
 {
     const std::string strFile = File(R"({"windows": [
@@ -111,94 +100,6 @@ TEST_F(WallCommands, ApplyAWallFileAndPrintNoPassword)
         EXPECT_EQ(strBytes.size(), nBefore);
         answer.bytes.resize(answer.bytes.size() - 300); // ends inside a password
         HideSecrets(command, answer);
-    }
-}
-
-TEST_F(WallCommands, NameThePlaceOfWhatIsWrongInAWallFile)
-{
-    const std::string strWindow =
-        R"({"windows": [{"id": 1, "x": 0, "y": 0, "width": 5, "height": 5, "subWindows":
-        [{"index": 0}, {"index": 1, "media": {"address": "a", "port": 5, "channel": 1, "user": "u", "password": "top"MORE}}]}]})";
-    const auto with = [&](const std::string& strMore, std::string strText) {
-        return strText.replace(strText.find("MORE"), 4, strMore);
-    };
-    const std::string strMedia = "windows[0].subWindows[1].media";
-    const std::pair<std::string, std::string> cases[] = {
-        {"{\n \"windows\": [top}", "line 2, column 15: this is no valid JSON"},
-        {"[]", " must be an object"},
-        {"{}", ": windows must be a list"},
-        {R"({"windows": [], "window": []})", "unknown key 'window'"},
-        {R"({"windows": [{"id": 65536}]})", "windows[0].id must be a whole number from 0 to 65535"},
-        {R"({"windows": [{"id": 1, "x": 1.5}]})", "windows[0].x must be"},
-        {R"({"windows": [{"id": 1, "x": 18446744073709551615}]})", "windows[0].x must be"},
-        {R"({"windows": [{"id": 1e999}]})", "too large"},
-        {R"({"windows": [{"id": 1}, {"id": 2, "x": 0, "id": 3}]})", ": windows[1].id is given twice"},
-        {R"({"windows": [7]})", "windows[0] must be an object"},
-        {with(R"(, "user": "top")", strWindow), strMedia + ".user is given twice"},
-        {with(R"(, "pasword": "top")", strWindow), strMedia + " has the unknown key 'pasword'"},
-        {with(R"(, "streamType": "top")", strWindow), strMedia + ".streamType must be a whole number"},
-        {with(R"(, "begin": -1)", strWindow), strMedia + ".begin must be"},
-    };
-    for (const auto& [strText, strError] : cases) {
-        const std::string strRefusal = Refusal("wall apply " + File(strText));
-        EXPECT_NE(strRefusal.find(strError), std::string::npos) << strText << ": " << strRefusal;
-        EXPECT_EQ(strRefusal.find("top"), std::string::npos) << strRefusal;
-        EXPECT_EQ(strRefusal.find('\n'), std::string::npos) << strRefusal;
-    }
-    const auto media = [&](const std::string& strFields) {
-        return R"({"windows": [{"id": 1, "x": 0, "y": 0, "width": 5, "height": 5, "subWindows": [{"index": 0,
-            "media": {)" +
-               strFields + "}}]}]}";
-    };
-    for (const auto& [strFields, strKey] : {
-             std::pair(R"("address": ")" + std::string(32, 'a') + R"(", "port": 1, "channel": 1)", "address"),
-             std::pair(std::string(R"("address": "a\u0000b", "port": 1, "channel": 1)"), "address"),
-             std::pair(std::string(R"("address": "a", "port": 1)"), "channel"),
-             std::pair(std::string(R"("address": "a", "port": 1, "channel": -1)"), "channel"),
-             std::pair(R"("address": "a", "port": 1, "channel": 1, "password": ")" + std::string(256, 'p') +
-                           '"',
-                       "password"),
-         }) {
-        const std::string strRefusal = Refusal("wall apply " + File(media(strFields)));
-        EXPECT_NE(strRefusal.find(std::string("media.") + strKey + " must be"), std::string::npos)
-            << strRefusal;
-    }
-}
-
-TEST_F(WallCommands, SayWhatIsWrongWithALine)
-{
-    const std::pair<std::string, const char*> cases[] = {
-        {"windo", "unknown command 'windo'"},
-        {"window shut 1", "unknown command 'window shut'"},
-        {"window", "needs one more word"},
-        {"window raise 1 2", "unexpected argument '2'"},
-        {"window raise", "required"},
-        {"window raise 4294967296", "'4294967296'"},
-        {"window create 1 0 0 5", "five numbers"},
-        {"window create 1 -1 0 5 5", "'-1'"},
-        {"window create 1 0 0 5 5 --osd 1,2", "more ids"},
-        {"window move 1 2147483648 0 5 5", "'2147483648'"},
-        {"raw 0x50002 --hex 123", "pairs of hexadecimal"},
-        {"window raise 1 wall clear", "one command at a time"},
-        {"window raise 1 --password=secret", "'--password'"},
-        {"script other.txt", "unknown command 'script'"},
-        {"wall 'clear", "inside a quotation"},
-        {"layout bind 1 0", "three numbers"},
-        {"media play 1 0 a:0x50 --channel 1", "HOST:PORT"},
-        {"media play 1 0 " + std::string(32, 'a') + ":1 --channel 1", "31 bytes"},
-        {"media play 1 0 a:1 --channel door", "'door'"},
-        {"media play 1 0 a:1 --channel 1 --source-password top", "'--source-password'"},
-        {"media play 1 0 a:1 --channel 1 --source-user u --source-password-file /", "password file"},
-        {"playback 65536 0 0 0", "the window id must be a number from 0 to 65535, not '65536'"},
-        {"border 1 0 maybe", "the border must be on or off"},
-        {"group add 1 --name a --channels 1,2,3,4,5,6,7,8,9 --interval 1", "15 bytes"},
-        {"wall apply /nowhere.json", "wall file /nowhere.json"},
-        {"raw 1 --payload /", "payload file /"},
-    };
-    for (const auto& [strLine, szError] : cases) {
-        const std::string strRefusal = Refusal(strLine);
-        EXPECT_NE(strRefusal.find(szError), std::string::npos) << strLine << ": " << strRefusal;
-        EXPECT_EQ(strRefusal.find("top"), std::string::npos) << strRefusal;
     }
 }
 
