@@ -36,9 +36,15 @@ def window(number, layer, **sub_window):
             "subWindows": [{"index": 0, "osd": 1, **sub_window}]}
 
 
-MEDIA = {"address": "10.0.0.7", "port": 554, "channel": 3, "streamType": 4294967295, "user": "cam", "password": "hidden-1"}
+MEDIA = {"address": "10.0.0.7", "port": 554, "channel": 3, "streamType": 4294967295, "user": "cam", "password": "hidden-1",
+         "type": 9, "begin": 10, "end": 11}
 FILES = {"accounts": "cam:hidden-1\n", "password": "hidden-1\n", "twice.json": {"windows": [window(8, 9), window(8, 1)]},
          "wall.json": {"windows": [window(8, 9), window(9, 1, media=MEDIA)]}}
+
+
+def data(name):
+    with open(os.path.join(os.path.dirname(__file__), name)) as file:
+        return file.read()
 
 
 def answers(lines):
@@ -50,6 +56,9 @@ class Programs(unittest.TestCase):
     def setUp(self):
         self.folder = self.enterContext(tempfile.TemporaryDirectory())
         self.address = "127.0.0.1:1"  # nobody listens there
+        for name, content in FILES.items():
+            with open(f"{self.folder}/{name}", "w") as file:
+                file.write(content if isinstance(content, str) else json.dumps(content))
 
     def start(self, *command, password="secret"):
         passwords = {"TVWALL_DECODER_PASSWORD": password, "TVWALL_PASSWORD": password}
@@ -99,8 +108,7 @@ class Programs(unittest.TestCase):
         return [json.loads(line).get(key, 0) for line in self.file("requests.json").splitlines()]
 
     def test_the_words_of_each_command_become_its_request(self):
-        with open(os.path.join(os.path.dirname(__file__), "requests.txt")) as file:
-            wanted = file.read()
+        wanted = data("requests.txt").replace("FOLDER", self.folder)
         self.start_decoder()
         os.environ["TVWALL_SOURCE_PASSWORD"] = "secret"
         self.run_host(1, "script", "-", script="\n".join(re.findall(r"^\$ (.*)", wanted, re.M)))
@@ -112,12 +120,8 @@ class Programs(unittest.TestCase):
         self.assertEqual(sent.replace("getchannelinfo <td_body/>\n", ""), re.sub(r"^\$.*\n", "", wanted, flags=re.M))
 
     def test_the_decoder_takes_commands_or_refuses_them_and_draws_what_they_make(self):
-        for name, content in FILES.items():
-            with open(f"{self.folder}/{name}", "w") as file:
-                file.write(content if isinstance(content, str) else json.dumps(content))
         self.start_decoder(options=["--source-accounts", self.folder + "/accounts", "--wall-text", self.folder + "/wall.txt"])
-        with open(os.path.join(os.path.dirname(__file__), "wall.txt")) as file:
-            parts = re.findall(r"((?:\$ .*\n\d+\n)+)((?:[=*] .*\n)*)", file.read().replace("FOLDER", self.folder))
+        parts = re.findall(r"((?:\$ .*\n\d+\n)+)((?:[=*] .*\n)*)", data("wall.txt").replace("FOLDER", self.folder))
         for commands, picture in parts:
             known = len(self.requests("url")) if os.path.exists(self.folder + "/requests.json") else 0
             codes = list(map(int, re.findall(r"^\d+$", commands, re.M)))
@@ -131,6 +135,17 @@ class Programs(unittest.TestCase):
                 self.assertEqual([line for line in tables if re.match("[0-9]", line)], re.findall(r"^= (.*)", picture, re.M))
         self.assertNotIn("hidden-1", self.file("requests.json") + self.file("wall.txt"))
         self.assertEqual(sum(self.requests("credentials")), 3)
+
+    def test_answers_are_told_in_words_and_as_json(self):
+        script, *wanted = data("answers.txt").split("\n\n")
+        self.start_decoder()
+        words = self.run_host(1, "script", "-", script=script)
+        self.start_decoder()
+        lines = self.run_host(1, "--json", "script", "-", script=script)
+        told = [words, "".join(json.dumps(line["fields"], ensure_ascii=False) + "\n" for line in lines if line.get("fields"))]
+        for varying in r"^notification.*\n", r"(?<=version:  ).*", r'(?<=Version": )"[^"]*"':
+            told = [re.sub(varying, "", text, flags=re.M) for text in told]
+        self.assertEqual(told, [wanted[0] + "\n", wanted[1]])
 
     def test_the_answers_are_the_same_whatever_the_link_looks_like(self):
         for faults in (["chunk=1"], ["device-head", "chunk=37"], ["notify-every=3", "beat-every=2", "chunk=100"],
@@ -157,9 +172,7 @@ class Programs(unittest.TestCase):
 
     def test_what_is_wrong_is_said_before_anything_is_opened(self):
         wall = self.folder + "/wall.json"
-        with open(os.path.join(os.path.dirname(__file__), "refusals.txt")) as file:
-            refusals = re.findall(r"^(?:\$ (.*)|([{[].*))\n(.*)", file.read(), re.M)
-        for line, text, refusal in refusals:
+        for line, text, refusal in re.findall(r"^(?:\$ (.*)|([{[].*))\n(.*)", data("refusals.txt"), re.M):
             with self.subTest(line or text), open(wall, "w") as file:
                 file.write(text)
                 file.close()
