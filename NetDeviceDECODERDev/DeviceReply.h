@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -29,14 +29,17 @@ private:
     CVTXMLParse m_xml;
 };
 
-// Appends what was read of one item of a reply. Throws std::length_error where no real decoder has so many:
-// each item of a few bytes takes some hundred in the host's record.
+// Appends what was read of one item of a reply, and takes off nSpare, which begins with what the text leaves
+// (CVTXMLParse::Spare), what it needs at most: the record, its place in the list, and its bytes twice,
+// encoded and in the answer. Throws std::length_error where nSpare does not suffice.
 template <class Items, class Item>
-void AppendReplied(Items& items, std::shared_ptr<Item> item)
+void AppendReplied(Items& items, std::shared_ptr<Item> item, uint64_t& nSpare)
 {
-    constexpr size_t MAX_ITEMS = 1 << 18;
-    if (items.size() == MAX_ITEMS) {
+    constexpr uint64_t LIST_PLACE = 72; // with the counts of a shared pointer and what the heap adds
+    constexpr uint64_t NEEDED = 3 * sizeof(Item) + LIST_PLACE;
+    if (nSpare < NEEDED) {
         throw std::length_error("too many items in a reply");
     }
+    nSpare -= NEEDED;
     items.push_back(std::move(item));
 }

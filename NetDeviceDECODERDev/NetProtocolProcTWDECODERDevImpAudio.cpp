@@ -15,7 +15,8 @@ using namespace ORVA2_DECODER_TVW;
 
 namespace {
 
-std::shared_ptr<S_MTvw_Get_AuCfg_Cav> ReadWindow(const CVTXMLParse& xml, CVTXMLParse::Item item)
+std::shared_ptr<S_MTvw_Get_AuCfg_Cav> ReadWindow(const CVTXMLParse& xml, CVTXMLParse::Item item,
+                                                 uint64_t& nSpare)
 {
     auto window = std::make_shared<S_MTvw_Get_AuCfg_Cav>();
     window->_id = xml.GetValue_i32(item, "id");
@@ -25,7 +26,7 @@ std::shared_ptr<S_MTvw_Get_AuCfg_Cav> ReadWindow(const CVTXMLParse& xml, CVTXMLP
         subWindow->_index = xml.GetValue_i32(subItem, "index");
         // The decoder's name for what it takes as td_channel.
         subWindow->_channelId = xml.GetValue_i32(subItem, "channelid");
-        AppendReplied(window->_subList, std::move(subWindow));
+        AppendReplied(window->_subList, std::move(subWindow), nSpare);
         ++window->_subCnt;
     }
     return window;
@@ -33,9 +34,10 @@ std::shared_ptr<S_MTvw_Get_AuCfg_Cav> ReadWindow(const CVTXMLParse& xml, CVTXMLP
 
 void ReadAudioConfig(const CVTXMLParse& xml, S_MTvw_Get_Audio_Config& answer)
 {
+    uint64_t nSpare = xml.Spare();
     for (auto item = xml.GetFirstItem("td_command/td_body/td_windowlist/item"); item != nullptr;
          item = xml.GetNextSiblingItem(item, "item")) {
-        AppendReplied(answer._cavList, ReadWindow(xml, item));
+        AppendReplied(answer._cavList, ReadWindow(xml, item, nSpare), nSpare);
         ++answer._cavCnt;
     }
 }

@@ -98,6 +98,7 @@ void CNetProtocolProcTWDECODERDevImp::GetChGroupInfoXml(S_MTvw_Wall_Get_ChGroup_
 void CNetProtocolProcTWDECODERDevImp::GetChGroupInfoXml(S_MTvw_Wall_Get_ChGroup_info& info,
                                                         const CVTXMLParse& xml)
 {
+    uint64_t nSpare = xml.Spare();
     for (auto item = xml.GetFirstItem("td_command/td_body/channelgrouplist/item"); item != nullptr;
          item = xml.GetNextSiblingItem(item, "item")) {
         auto group = std::make_shared<S_MTvw_Wall_Channel_Group_Info>();
@@ -105,7 +106,7 @@ void CNetProtocolProcTWDECODERDevImp::GetChGroupInfoXml(S_MTvw_Wall_Get_ChGroup_
         SetFieldText(group->_name, xml.GetText(item, "name"));
         group->_interval = xml.GetValueDWORD(item, "interval");
         SetFieldText(group->_td_channellist, xml.GetText(item, "td_channellist"));
-        AppendReplied(info.getChGroupList, std::move(group));
+        AppendReplied(info.getChGroupList, std::move(group), nSpare);
     }
 }
 

@@ -95,10 +95,11 @@ void CNetProtocolProcTWDECODERDevImp::GetWallLayoutMessage(S_MTvw_Wall_Layout& l
                        static_cast<int>(std::min(text.size(), MAX_LOGGED)), text.data());
     layout.rowCol._row = xml.GetValueDWORD("td_command/td_body/row");
     layout.rowCol._col = xml.GetValueDWORD("td_command/td_body/col");
+    uint64_t nSpare = xml.Spare();
     // A wall without screens is answered with one empty screen: the host expects it so.
     auto item = xml.GetFirstItem("td_command/td_body/td_channellist/item");
     do {
-        AppendReplied(layout._channelList, ReadScreen(xml, item));
+        AppendReplied(layout._channelList, ReadScreen(xml, item), nSpare);
         item = xml.GetNextSiblingItem(item);
     } while (item != nullptr);
 }

@@ -13,10 +13,14 @@ inline thread_local bool t_bForGood = false; // those behind it fail, too
 inline thread_local int t_nPauses = 0;
 inline std::atomic<long> g_nTaken = 0;
 inline std::atomic<long> g_nGivenBack = 0;
+inline std::atomic<long> g_nPeak = 0;
 
 // Bytes that the whole program has allocated so far, and those of them that are not freed yet.
 inline long TakenBytes() { return g_nTaken; }
 inline long LiveBytes() { return g_nTaken - g_nGivenBack; }
+// The most that was live since the last call of ResetPeak; from one thread at a time.
+inline long PeakBytes() { return g_nPeak; }
+inline void ResetPeak() { g_nPeak = LiveBytes(); }
 
 // The allocation behind the next nAllowed ones on this thread fails, once or for good.
 inline void Arm(long nAllowed, bool bForGood = false)

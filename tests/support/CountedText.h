@@ -33,6 +33,12 @@ public:
         return m_looks.empty() ? 0 : *std::max_element(m_looks.begin(), m_looks.end());
     }
 
+    // Bytes that got one look or more.
+    size_t Seen() const
+    {
+        return m_looks.size() - static_cast<size_t>(std::count(m_looks.begin(), m_looks.end(), 0U));
+    }
+
 private:
     CMessageText m_text;
     std::vector<unsigned int> m_looks;

@@ -20,6 +20,7 @@ std::mutex g_logMutex;
 std::vector<fake_host::LogLine> g_logs;
 std::atomic<bool> g_bRecord{true};
 std::atomic<long> g_liveBuffers{0};
+std::atomic<long> g_poolBytes{0};
 std::atomic<int> g_failPoolAllocation{0};
 thread_local unsigned int t_lastError = 0;
 
@@ -90,6 +91,7 @@ int CountAsserts(const std::string& source, int line)
 
 void SetLogRecording(bool bOn) { g_bRecord = bOn; }
 long LiveBuffers() { return g_liveBuffers; }
+long PoolBytes() { return g_poolBytes; }
 void FailPoolAllocation(int n) { g_failPoolAllocation = n; }
 void SetLastError(unsigned int nError) { t_lastError = nError; }
 
@@ -141,6 +143,7 @@ try {
     }
     auto pBuffer = std::make_unique<PoolBuffer>();
     pBuffer->bytes.assign(pData, nLen);
+    g_poolBytes += static_cast<long>(nLen);
     ++g_liveBuffers;
     return reinterpret_cast<char*>(pBuffer.release());
 } catch (const std::bad_alloc&) { // a host's pool throws nothing
@@ -166,6 +169,7 @@ try {
         return false;
     }
     FromHandle(hBuffer).bytes.append(pData, nLen);
+    g_poolBytes += static_cast<long>(nLen);
     return true;
 } catch (const std::bad_alloc&) {
     return false;

@@ -57,6 +57,8 @@ void SetLogRecording(bool bOn);
 
 // Memory-pool buffers that are alive now.
 long LiveBuffers();
+// Bytes that went into them so far.
+long PoolBytes();
 // The n-th allocation of the memory pool from now on fails, once (1 = the next); 0 switches the fault off.
 void FailPoolAllocation(int n);
 

@@ -21,10 +21,16 @@ bool MayAllocate()
 
 long SizeOf(void* pBytes) { return static_cast<long>(malloc_usable_size(pBytes)); } // 0 for null
 
+void CountTaken(void* pBytes)
+{
+    allocation_fault::g_nTaken += SizeOf(pBytes);
+    allocation_fault::g_nPeak = std::max<long>(allocation_fault::g_nPeak, allocation_fault::LiveBytes());
+}
+
 void* Allocate(std::size_t nSize)
 {
     void* pBytes = MayAllocate() ? std::malloc(nSize == 0 ? 1 : nSize) : nullptr;
-    allocation_fault::g_nTaken += SizeOf(pBytes);
+    CountTaken(pBytes);
     if (pBytes != nullptr && allocation_fault::g_bWatched) {
         std::memset(pBytes, '\xA5', nSize); // what was there before is nobody's
     }
@@ -77,7 +83,7 @@ void* CryptoReallocate(void* pBytes, std::size_t nSize, const char*, int)
     void* pMoved = MayAllocate() ? std::realloc(pBytes, nSize) : nullptr;
     if (pMoved != nullptr) {
         allocation_fault::g_nGivenBack += nBefore;
-        allocation_fault::g_nTaken += SizeOf(pMoved);
+        CountTaken(pMoved);
     }
     return pMoved;
 }

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <tinyxml2.h>
 
+#include "XmlCost.h"
+
 namespace {
 
 bool HasName(const tinyxml2::XMLNode& node, std::string_view name)
@@ -51,82 +53,6 @@ const char* TextOf(CVTXMLParse::Item item)
     return szText == nullptr ? "" : szText;
 }
 
-// Longer texts, and texts with more marks ('<'), are refused: the parser takes up to some fifty times the
-// memory of the text. The sound of 4,096 windows with 64 sub-windows each has room, 80,000 screens with names
-// as long as their field, too.
-constexpr size_t MAX_TEXT_LEN = size_t{32} << 20;
-constexpr size_t MAX_MARKS = size_t{2} << 20;
-
-bool IsTooLarge(std::string_view text)
-{
-    return text.size() > MAX_TEXT_LEN ||
-           static_cast<size_t>(std::count(text.begin(), text.end(), '<')) > MAX_MARKS;
-}
-
-// More attributes on one element than this are refused. Decoders write none, and the parser compares each one
-// with all before it, so that a message of a few hundred kilobytes could keep a worker busy for minutes.
-constexpr size_t MAX_ATTRIBUTES = 32;
-
-// Behind the end of what begins at the start of the text with a mark of nMark characters, which are no part
-// of the end; empty when it has no end.
-std::string_view SkipBehind(std::string_view text, size_t nMark, std::string_view end)
-{
-    const size_t nAt = text.find(end, nMark);
-    return nAt == std::string_view::npos ? std::string_view() : text.substr(nAt + end.size());
-}
-
-// Consumes a tag, from behind its '<'; false when it has too many attributes. A value ends at its own quote,
-// whatever stands in it.
-bool SkipTag(std::string_view& text)
-{
-    for (size_t nAttributes = 0; nAttributes <= MAX_ATTRIBUTES; ++nAttributes) {
-        const size_t nAt = text.find_first_of("'\">");
-        if (nAt == std::string_view::npos || text[nAt] == '>') {
-            text.remove_prefix(std::min(nAt, text.size()));
-            return true;
-        }
-        text = SkipBehind(text.substr(nAt), 1, text.substr(nAt, 1));
-    }
-    return false;
-}
-
-bool HasTooManyAttributes(std::string_view text)
-{
-    if (static_cast<size_t>(std::count(text.begin(), text.end(), '=')) <= MAX_ATTRIBUTES) {
-        return false; // the usual case, and quick to tell
-    }
-    for (size_t nAt = text.find('<'); nAt != std::string_view::npos; nAt = text.find('<')) {
-        text.remove_prefix(nAt + 1);
-        if (text.starts_with("!--")) {
-            text = SkipBehind(text, 3, "-->");
-        } else if (text.starts_with("![CDATA[")) {
-            text = SkipBehind(text, 8, "]]>");
-        } else if (text.starts_with("?")) {
-            text = SkipBehind(text, 1, "?>");
-        } else if (text.starts_with("!")) {
-            text = SkipBehind(text, 1, ">");
-        } else if (!SkipTag(text)) {
-            return true;
-        }
-    }
-    return false;
-}
-
-// Likewise character references without an end, for each of which the parser searches the rest of the text; a
-// few may stand in texts that are no references.
-bool HasTooManyEndlessReferences(std::string_view text)
-{
-    constexpr size_t MAX_ENDLESS = 64;
-    constexpr size_t MAX_REFERENCE_LEN = 16; // the longest is "&#x10FFFF;", some write zeros in front
-    size_t nEndless = 0;
-    for (size_t nAt = text.find("&#"); nAt != std::string_view::npos; nAt = text.find("&#", nAt + 2)) {
-        if (text.substr(nAt, MAX_REFERENCE_LEN).find(';') == std::string_view::npos) {
-            ++nEndless;
-        }
-    }
-    return nEndless > MAX_ENDLESS;
-}
-
 } // namespace
 
 CVTXMLParse::CVTXMLParse() : m_pDocument(std::make_unique<tinyxml2::XMLDocument>()) {}
@@ -137,14 +63,16 @@ CVTXMLParse::~CVTXMLParse() = default;
 
 bool CVTXMLParse::Parse(const char* pText, size_t nLen)
 {
-    const std::string_view text(pText, pText == nullptr ? 0 : strnlen(pText, nLen));
-    if (IsTooLarge(text) || HasTooManyAttributes(text) || HasTooManyEndlessReferences(text)) {
+    const std::string_view text(pText, pText == nullptr ? 0 : nLen);
+    const uint64_t nCost = xml_cost::Estimate(text.substr(0, text.find('\0')));
+    if (nCost > xml_cost::LIMIT) {
         m_pDocument->Clear();
         m_bParsed = false;
         return false;
     }
-    m_bParsed =
-        m_pDocument->Parse(pText, nLen) == tinyxml2::XML_SUCCESS && m_pDocument->RootElement() != nullptr;
+    m_nSpare = xml_cost::LIMIT - nCost;
+    m_bParsed = m_pDocument->Parse(text.data(), text.size()) == tinyxml2::XML_SUCCESS &&
+                m_pDocument->RootElement() != nullptr;
     return m_bParsed;
 }
 

@@ -27,12 +27,13 @@ public:
 
     // Takes a text of nLen bytes, which need not be zero-terminated; a zero byte ends it. False, with nothing
     // to read, for a text that is not well-formed, has no element, or nests deeper than the parser follows;
-    // and for one that no decoder sends: longer than 32 MiB, with more than 2,097,152 times '<', an element
-    // with more than 32 attributes, or more than 64 character references without an end. Throws nothing but
-    // std::bad_alloc.
+    // and for one that would take too much memory or time (XmlCost.h). Throws nothing but std::bad_alloc.
     bool Parse(const char* pText, size_t nLen);
     // The result of the last Parse: tells a message without some element from a text that is no XML at all.
     bool IsParsed() const { return m_bParsed; }
+
+    // Bytes that may still be taken for what is made of the text.
+    uint64_t Spare() const { return m_nSpare; }
 
     Item GetFirstItem(const char* szPath) const;
     Item GetFirstItem(Item item, const char* szPath) const;
@@ -53,5 +54,6 @@ public:
 
 private:
     std::unique_ptr<tinyxml2::XMLDocument> m_pDocument;
+    uint64_t m_nSpare = 0;
     bool m_bParsed = false;
 };
