@@ -61,10 +61,6 @@ TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
         {"one too many, with marks in their values", "<x " + Attributes(33) + "/>", "failure 20000002"},
         {"too many, behind a comment that begins with its end",
          "<!--><x \"--><x " + Attributes(300000) + "/>", "failure 20000002"},
-        {"many elements", Repeat("<a/>", (size_t{2} << 20) - 64) + "<devicename>n</devicename>", Hex("n")},
-        {"elements without number", Repeat("<a/>", size_t{2} << 20), "failure 20000002"},
-        {"much text", std::string((size_t{32} << 20) - 1024, ' ') + "<devicename>n</devicename>", Hex("n")},
-        {"text without end", std::string((size_t{32} << 20) + 1, ' '), "failure 20000002"},
         {"marks outside of tags", "<!-- <x> ' --><![CDATA[<x ' ]]><devicename>n</devicename>", Hex("n")},
     };
     for (const auto& c : cases) {

@@ -146,7 +146,7 @@ uint64_t xml_cost::Estimate(std::string_view text)
         return NEVER;
     }
     const uint64_t nBound = UpperBound(text);
-    if (nBound <= LIMIT / 4 && Count(text, '=') <= MAX_ATTRIBUTES) {
+    if (nBound <= LIMIT / 8 && Count(text, '=') <= MAX_ATTRIBUTES) {
         return nBound;
     }
     const uint64_t nNodes = CNodes(text).Cost();

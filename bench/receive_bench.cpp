@@ -1,0 +1,77 @@
+// What Stop may have to wait for: one message of 60 MB on the receive thread, the scan for its url and seq
+// alone and all that a session does with it, in nanoseconds a byte; and the largest replies that are read, on
+// the worker, as time of the processor.
+
+#include <string>
+
+#include <benchmark/benchmark.h>
+
+#include "BenchSession.h"
+#include "HeavyMessages.h"
+#include "MessageHead.h"
+
+namespace {
+
+constexpr size_t MESSAGE_LEN = 60000000;
+
+const HeavyMessage& Message(int64_t n)
+{
+    static const std::vector<HeavyMessage> messages = HeavyMessages(MESSAGE_LEN);
+    return messages[static_cast<size_t>(n)];
+}
+
+void SetTimePerByte(benchmark::State& state, size_t nLen)
+{
+    state.counters["per_byte"] =
+        benchmark::Counter(static_cast<double>(nLen) * static_cast<double>(state.iterations()),
+                           benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+
+void Scan(benchmark::State& state)
+{
+    const HeavyMessage& message = Message(state.range(0));
+    state.SetLabel(message.szWhat);
+    for ([[maybe_unused]] auto _ : state) {
+        benchmark::DoNotOptimize(ReadMessageHead(message.text));
+    }
+    SetTimePerByte(state, message.text.size());
+}
+
+void Receive(benchmark::State& state)
+{
+    const HeavyMessage& message = Message(state.range(0));
+    state.SetLabel(message.szWhat);
+    const std::string frame = Frame(message.text);
+    BenchNode node;
+    CNetProtocolProcTWDECODERDevImp session;
+    session.Start(&node, nullptr, 0);
+    for ([[maybe_unused]] auto _ : state) {
+        unsigned int nNeed = 0;
+        session.OnSocketRecvData(0, frame.data(), static_cast<unsigned int>(frame.size()), &nNeed, nullptr);
+    }
+    SetTimePerByte(state, message.text.size());
+}
+
+void LargestReply(benchmark::State& state)
+{
+    const struct {
+        const char* szItem;
+        size_t nMost;
+    } texts[] = {{"<a>x</a>", 1020000}, {"<a/>x", 1050000}, {"<a b=''/>", 1150000}, {"<a/>", 1970000}};
+    const auto& text = texts[state.range(0)];
+    state.SetLabel(text.szItem);
+    BenchSession session(Repeat(text.szItem, text.nMost));
+    std::string payload = Option(0x50002, "");
+    for ([[maybe_unused]] auto _ : state) {
+        session.Run(0x50000, payload);
+        if (!session.Succeeded()) {
+            state.SkipWithError("the reply is not read");
+        }
+    }
+}
+
+BENCHMARK(Scan)->DenseRange(0, 18)->Unit(benchmark::kMillisecond);
+BENCHMARK(Receive)->DenseRange(0, 18)->Unit(benchmark::kMillisecond);
+BENCHMARK(LargestReply)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
+
+} // namespace
