@@ -23,8 +23,6 @@ namespace {
 
 SConsoleCommand Parse(const std::string& strLine) { return ParseScriptLine(SplitLine(strLine)); }
 
-std::string Hex(const std::vector<uint8_t>& bytes) { return HexText(bytes.data(), bytes.size()); }
-
 std::string Zeros(std::size_t nBytes) { return std::string(2 * nBytes, '0'); }
 
 // A text in a field of nSize bytes.
