@@ -36,12 +36,13 @@ std::vector<std::string_view> Pieces()
 std::string Message(FuzzScript& script)
 {
     constexpr size_t MANY = 80; // of one piece, more than are open in any decoder's message
+    constexpr size_t LONG = 8192;
     if (script.Number() % 2 == 0) {
         return script.Rest();
     }
     static const std::vector<std::string_view> pieces = Pieces();
     std::string message;
-    while (!script.AtEnd()) {
+    while (!script.AtEnd() && message.size() < LONG) {
         const unsigned int n = script.Number();
         const std::string_view piece = pieces[n % pieces.size()];
         for (size_t i = 0; i < (n / pieces.size() == 3 ? MANY : 1); ++i) {
