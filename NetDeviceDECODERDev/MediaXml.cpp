@@ -39,6 +39,9 @@ std::optional<std::string> ChannelId(const S_MTvw_Wall_Set_wall_Subwin_Medinfo& 
 template <class Media>
 void AddSource(CMarkupSTL& doc, const Media& media, const CCredentialCipher& cipher)
 {
+    // Both in a row, and the elements in a row: each finds its code and data in the processor's cache.
+    const std::string user = cipher.Encrypt(FieldView(media._user));
+    const std::string pwd = cipher.Encrypt(FieldView(media._pwd));
     doc.AddElem("type", media._type);
     doc.AddElem("reqmode", media._reqmode);
     doc.AddElem("addr", FieldText(media._addr).c_str());
@@ -46,8 +49,8 @@ void AddSource(CMarkupSTL& doc, const Media& media, const CCredentialCipher& cip
     if (const auto channelId = ChannelId(media)) {
         doc.AddElem("channelid", channelId->c_str());
     }
-    doc.AddElem("user", cipher.Encrypt(FieldView(media._user)).c_str());
-    doc.AddElem("pwd", cipher.Encrypt(FieldView(media._pwd)).c_str());
+    doc.AddElem("user", user.c_str());
+    doc.AddElem("pwd", pwd.c_str());
 }
 
 } // namespace

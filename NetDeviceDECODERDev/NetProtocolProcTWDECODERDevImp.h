@@ -134,6 +134,8 @@ private:
     std::string_view ReplyText() const;
     // The same, opened for reading; one parse serves all who ask.
     const CDeviceReply& Reply();
+    // Frees what the opened reply takes, for those who have read all of it.
+    void CloseReply();
 
     // Enciphers credentials of the running command under a PKCS#1 public key, until the session is stopped.
     CCredentialCipher Cipher(const std::string& pubKeyPem) const;

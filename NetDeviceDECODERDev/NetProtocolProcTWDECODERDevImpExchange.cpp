@@ -227,3 +227,5 @@ const CDeviceReply& CNetProtocolProcTWDECODERDevImp::Reply()
     }
     return *pOpenReply;
 }
+
+void CNetProtocolProcTWDECODERDevImp::CloseReply() { Running().pOpenReply.reset(); }

@@ -77,6 +77,7 @@ void CNetProtocolProcTWDECODERDevImp::GetWallLayout(CCmdProcObject* cmd, char* /
     }
     S_MTvw_Wall_Layout answer;
     GetWallLayoutMessage(answer, ReplyText(), Reply().Xml());
+    CloseReply(); // the answer fits where its document was
     answer._numchannel = static_cast<tuint32>(answer._channelList.size());
     const std::string bytes = answer.Encode();
     ReplyBuffer(cmd, bytes.data(), bytes.size());

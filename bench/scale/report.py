@@ -43,7 +43,8 @@ and channel groups in turns, {rate:g} a second for each decoder, and each decode
 notifications a second, about {channels} channels each.
 
 - *Session, heap after the load* is what the heap gives back when the sessions are destroyed after the load, counted at
-  every allocation. Wanted are less than {aim} KiB. It grows with the longest message so far, which a session keeps.
+  every allocation. Wanted are less than {aim} KiB. It grows with the longest message so far, which a session keeps, and
+  with the memory in which its last large request was composed, at most 2 MiB.
 - *Session, resident* is how much more memory the process holds after the load than with connections and idle threads
   alone. It includes stack that the workers have used, what the worker threads and the allocator keep, and freed memory.
 - *Host, held more after the load* is memory that the session does not own and that goes with the host's thread and

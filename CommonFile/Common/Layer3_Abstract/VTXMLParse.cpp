@@ -11,11 +11,21 @@
 
 namespace {
 
-bool HasName(const tinyxml2::XMLNode& node, std::string_view name)
+bool HasName(const tinyxml2::XMLElement& element, std::string_view name)
 {
-    const char* szName = node.Value();
+    const char* szName = element.Value();
     return !name.empty() && *szName == name.front() && // most names differ here
            std::strncmp(szName, name.data(), name.size()) == 0 && szName[name.size()] == '\0';
+}
+
+CVTXMLParse::Item FindChild(const tinyxml2::XMLNode& node, std::string_view name)
+{
+    for (const auto* pChild = node.FirstChild(); pChild != nullptr; pChild = pChild->NextSibling()) {
+        if (const CVTXMLParse::Item element = pChild->ToElement(); element && HasName(*element, name)) {
+            return element;
+        }
+    }
+    return nullptr;
 }
 
 CVTXMLParse::Item Descend(const tinyxml2::XMLNode* pNode, std::string_view path)
@@ -23,10 +33,7 @@ CVTXMLParse::Item Descend(const tinyxml2::XMLNode* pNode, std::string_view path)
     while (pNode != nullptr && !path.empty()) {
         const std::string_view name = path.substr(0, path.find('/'));
         path.remove_prefix(std::min(path.size(), name.size() + 1));
-        pNode = pNode->FirstChildElement();
-        while (pNode != nullptr && !HasName(*pNode, name)) {
-            pNode = pNode->NextSiblingElement();
-        }
+        pNode = FindChild(*pNode, name);
     }
     return pNode == nullptr ? nullptr : pNode->ToElement();
 }
