@@ -58,6 +58,7 @@ std::size_t PrintableBytes(std::string_view text)
     }
     std::mbstate_t state{};
     wchar_t character = 0;
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): unsafe only without a state of its own
     const std::size_t nBytes = std::mbrtowc(&character, text.data(), text.size(), &state);
     return nBytes <= text.size() && std::iswprint(static_cast<wint_t>(character)) != 0 ? nBytes : 0;
 }
