@@ -58,7 +58,7 @@ notifications a second, about {channels} channels each.
 NUMBERED_ROWS = [
     ("at once", lambda r: r["notify_burst"], "{}"),
     ("commands", lambda r: r["commands"]["queued"], "{}"),
-    ("lost: without an answer, or taken for unanswered by the decoder",
+    ("lost: no answer, or a timeout",
      lambda r: r["commands"]["lost"] + r["commands"]["timed_out"], "{}"),
     ("answered twice", lambda r: r["commands"]["doubled"], "{}"),
     ("with a foreign answer", lambda r: r["commands"]["foreign"], "{}"),
