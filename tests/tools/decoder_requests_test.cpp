@@ -107,60 +107,6 @@ protected:
     std::string header;
 };
 
-TEST_F(DecoderRequests, AccountsOfSourcesAreDecipheredCheckedAndNeverShown)
-{
-    WriteFile("accounts", "cam:hush\r\nop:a:b\n");
-    options.sourceAccounts = folder + "accounts";
-    LogIn();
-    Run("docreatewindow",
-        "<td_windowlist><item><id>1</id><rect><xpos>0</xpos><ypos>0</ypos><width>1920</width><height>1080"
-        "</height></rect><mode>1</mode><td_subwindowlist><item><index>0</index><osdid>100</osdid></item>"
-        "</td_subwindowlist></item></td_windowlist>",
-        0);
-    const auto cipher = [key = device->Desk().SourceKey().PublicPem()](const std::string& text) {
-        return Encipher(key, text);
-    };
-    const std::string underTheOtherKey = Encipher(device->Desk().LoginKey().PublicPem(), "hush");
-    const struct {
-        std::string user, password;
-        int code;
-        const char* address = "10.0.0.5";
-    } cases[] = {
-        {cipher("cam"), cipher("hush"), 0},
-        {cipher("op"), cipher("a:b"), 0},
-        {cipher("cam"), cipher("a:b"), 302},
-        {cipher("you"), cipher("hush"), 302},
-        {cipher("cam"), "hush", 301},
-        {"cam", cipher("hush"), 301},
-        {cipher("cam"), underTheOtherKey, 301},
-        {cipher("cam"), "", 301},
-        {cipher("cam"), cipher(""), 301},
-        {cipher("cam"), "<![CDATA[hush]]>", 301},
-        {cipher("cam"), cipher("hush"), 3, "cam:hush@10.0.0.5"},
-    };
-    for (const auto& [user, password, code, address] : cases) {
-        Run("doplaymedia",
-            fmt::format("<td_windowlist><item><id>1</id><td_subwindowlist><item><index>0</index><mediainfo>"
-                        "<type>1</type><reqmode>2</reqmode><addr>{}</addr><port>554</port><channelid>3"
-                        "</channelid><user>{}</user><pwd>{}</pwd><begintime>0</begintime><endtime>-1"
-                        "</endtime><streamtype>0</streamtype><recordmask>2147483648</recordmask><source>0"
-                        "</source></mediainfo></item></td_subwindowlist></item></td_windowlist>",
-                        address, user, password),
-            code);
-    }
-
-    std::string counts;
-    std::istringstream log(ReadFile("log"));
-    for (std::string line; std::getline(log, line);) {
-        counts += nlohmann::json::parse(line)["credentials"].dump();
-    }
-    EXPECT_EQ(counts, "011110000000");
-    const std::string seen = ReadFile("wall.txt") + ReadFile("wall.svg") + ReadFile("log");
-    // The last request is left out, whose address is no place for an account.
-    EXPECT_EQ(seen.substr(0, seen.rfind("{\"time\"")).find("hush"), std::string::npos);
-    EXPECT_EQ(seen.find("<user>cam"), std::string::npos);
-}
-
 TEST_F(DecoderRequests, ChannelsComeFromTheFileWhenItIsGood)
 {
     const std::string good =
@@ -200,26 +146,6 @@ TEST_F(DecoderRequests, ChannelsComeFromTheFileWhenItIsGood)
         EXPECT_EQ(change.states, states) << text;
     }
     Run("getchannelinfo", "", 0, list("Door"));
-}
-
-TEST_F(DecoderRequests, AWallFullOfWindowsIsDrawnWithoutWhatIsHidden)
-{
-    DeviceState state{"", Wall(2, 2)};
-    std::vector<Window> windows;
-    for (std::uint32_t id = 0; id < kMaxWindows; ++id) {
-        windows.push_back({id, {id / 4, 0, 2000, 2000}, {64, std::vector<SubWindow>(64)}});
-        for (std::uint32_t index = 0; index < 64; ++index) {
-            windows.back().split.subWindows[index].index = index;
-        }
-    }
-    ASSERT_EQ(state.wall.Create(windows), ErrorCode::Success);
-    const auto visible = VisibleWindows(state.wall);
-    EXPECT_EQ(visible.size(), kMaxWindows / 4); // each covers three that lie exactly below it
-    EXPECT_EQ(visible.back().layer, kMaxWindows);
-    EXPECT_TRUE(visible.back().withCells);
-    EXPECT_FALSE(visible.front().withCells);
-    tinyxml2::XMLDocument picture;
-    EXPECT_EQ(picture.Parse(DrawSvg(state).c_str()), tinyxml2::XML_SUCCESS);
 }
 
 TEST_F(DecoderRequests, PicturesCutOffWhatLiesBeyondTheWall)
