@@ -34,9 +34,10 @@ struct CommandSample {
     }
 };
 
-// The account of the video sources. It leaves enciphered, and appears in no log.
-inline constexpr auto SOURCE_USER = "camera user";
-inline constexpr auto SOURCE_PASSWORD = "camera secret";
+// The account of the video sources. It leaves enciphered, and appears in no log. A text object that held a
+// copy of either would need memory for it.
+inline constexpr auto SOURCE_USER = "user of the cameras";
+inline constexpr auto SOURCE_PASSWORD = "secret of the cameras";
 
 // A channel's GUID, as the host's bytes and as text.
 inline const std::string GUID_BYTES = "ABCDEFGHIJKLMNOP";
