@@ -93,7 +93,7 @@ void CReplyHandOver::PublishReply(std::unique_ptr<S_DeviceReply> pReply)
     if (!m_pReply.compare_exchange_strong(pNone, pReply.get(), std::memory_order_acq_rel)) {
         return; // the first one stays
     }
-    pReply.release();
+    (void)pReply.release(); // the slot owns it
     if (IsAwaited(nSeq)) {
         m_nArrived.store(nSeq, std::memory_order_release);
     } else {
