@@ -22,6 +22,7 @@ template <typename Number>
 std::optional<Number> ParseNumber(std::string_view text)
 {
     Number value{};
+    // cppcheck-suppress invalidLifetime ; the text outlives the call
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (error != std::errc() || end != text.data() + text.size()) {
         return std::nullopt;
