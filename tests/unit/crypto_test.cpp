@@ -65,6 +65,8 @@ TEST_F(CryptoTest, DigestsAreHexadecimalText)
     EXPECT_STREQ(out, "248D6A61D20638B8E5C026930C3E6039A33CE45964FF2167F6ECEDD419DB06C1");
     PUB_MD5Encrypt(longText.data(), 56, out, true);
     EXPECT_STREQ(out, "8215EF0796A20BCAAAE116D3876C664A");
+    PUB_MD5Encrypt("", 0, out, false);
+    EXPECT_STREQ(out, "d41d8cd98f00b204e9800998ecf8427e");
     PUB_MD5Encrypt("abc", 3, out, false);
     EXPECT_STREQ(out, "900150983cd24fb0d6963f7d28e17f72");
 }
@@ -123,6 +125,7 @@ TEST_F(CryptoTest, OnlyPkcs1PublicKeysOfSufficientSizeEncipher)
     std::string spki;
     RsaPubKeyPKCS1toPKCS8(keys[0], spki);
     EXPECT_EQ(keys[0].find("-----BEGIN RSA PUBLIC KEY-----\n"), 0U);
+    EXPECT_TRUE(keys[0].ends_with("-----END RSA PUBLIC KEY-----\n"));
     EXPECT_EQ(spki.find("-----BEGIN PUBLIC KEY-----\n"), 0U);
     std::string locked = keys[0]; // would ask for a passphrase on the terminal
     locked.insert(locked.find('\n') + 1,

@@ -62,7 +62,7 @@ TEST(PlatformTest, SeveralEventsArePolledInPasses)
         std::list<CMyEvent> events;
         std::vector<const CMyEvent*> pointers;
         for (const bool bSignalled : signalled) {
-            pointers.push_back(&events.emplace_back(false));
+            pointers.push_back(&events.emplace_back(bWaitAll)); // may be seen signalled again
             bSignalled ? events.back().SetEvent() : events.back().ResetEvent();
         }
         return WaitForMultipleObjects(static_cast<int>(pointers.size()), pointers.data(), bWaitAll, ms);
