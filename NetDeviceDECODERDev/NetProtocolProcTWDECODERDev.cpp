@@ -1,7 +1,7 @@
 #include "NetProtocolProcTWDECODERDev.h"
 
 #include "HostFunctions.h"
-#include "NetProtocolProcTWDECODERDevImp.h"
+#include "Session/NetProtocolProcTWDECODERDevImp.h"
 
 CNetProtocolProcTWDECODERDev::CNetProtocolProcTWDECODERDev() : m_pImp(new CNetProtocolProcTWDECODERDevImp) {}
 

@@ -6,9 +6,9 @@
 
 #include <asio/io_context.hpp>
 
-#include "Device.h"
-#include "PcapFile.h"
-#include "Server.h"
+#include "Server/Device.h"
+#include "Server/PcapFile.h"
+#include "Server/Server.h"
 
 namespace simulated_decoder {
 

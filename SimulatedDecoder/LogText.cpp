@@ -6,7 +6,7 @@
 
 #include <spdlog/pattern_formatter.h>
 
-#include "Message.h"
+#include "Link/Message.h"
 
 namespace simulated_decoder {
 

@@ -8,9 +8,9 @@
 #include <CLI/CLI.hpp>
 #include <spdlog/fmt/fmt.h>
 
+#include "Link/Message.h"
 #include "LogText.h"
-#include "Message.h"
-#include "ScreenGrid.h"
+#include "State/ScreenGrid.h"
 
 namespace simulated_decoder {
 

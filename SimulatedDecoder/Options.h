@@ -6,7 +6,7 @@
 #include <string>
 #include <variant>
 
-#include "Faults.h"
+#include "Server/Faults.h"
 
 namespace simulated_decoder {
 

@@ -14,13 +14,13 @@
 #include <spdlog/sinks/stdout_color_sinks.h>
 #include <spdlog/spdlog.h>
 
-#include "AtomicFile.h"
-#include "DeviceFeed.h"
 #include "Fleet.h"
 #include "LogText.h"
 #include "Options.h"
-#include "PageServer.h"
-#include "Server.h"
+#include "Page/PageServer.h"
+#include "Picture/AtomicFile.h"
+#include "Server/DeviceFeed.h"
+#include "Server/Server.h"
 #include "StopSignals.h"
 
 namespace {

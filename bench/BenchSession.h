@@ -9,8 +9,8 @@
 #include "FakeHost.h"
 #include "LinkTexts.h"
 #include "NetNode.h"
-#include "NetProtocolProcTWDECODERDevImp.h"
 #include "Ratio.h"
+#include "Session/NetProtocolProcTWDECODERDevImp.h"
 #include "TestClock.h"
 
 // A link that keeps no more of a request than its envelope: what a host does with the bytes is its own

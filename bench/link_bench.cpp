@@ -7,8 +7,8 @@
 #include <benchmark/benchmark.h>
 
 #include "FakeHost.h"
+#include "Link/NetPacketProcTWDecoderDev.h"
 #include "LinkTexts.h"
-#include "NetPacketProcTWDecoderDev.h"
 #include "Ratio.h"
 
 namespace {

@@ -10,9 +10,9 @@
 #include <tinyxml2.h>
 #include <vector>
 
-#include "DeviceRequest.h"
-#include "NetProtocolProcTWDECODERDevImp.h"
 #include "Ratio.h"
+#include "Session/DeviceRequest.h"
+#include "Session/NetProtocolProcTWDECODERDevImp.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "BenchSession.h"
 #include "HeavyMessages.h"
-#include "MessageHead.h"
+#include "Link/MessageHead.h"
 
 namespace {
 

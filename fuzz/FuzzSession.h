@@ -9,7 +9,7 @@
 #include "FakeNode.h"
 #include "FuzzScript.h"
 #include "LinkTexts.h"
-#include "NetProtocolProcTWDECODERDevImp.h"
+#include "Session/NetProtocolProcTWDECODERDevImp.h"
 #include "TestClock.h"
 
 class FuzzSession {

@@ -9,8 +9,8 @@
 
 #include "CountedText.h"
 #include "FuzzScript.h"
+#include "Link/MessageHead.h"
 #include "MarkupSTL.h"
-#include "MessageHead.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include "FuzzSession.h"
 #include "HostFunctions.h"
-#include "NetPacketProcTWDecoderDev.h"
+#include "Link/NetPacketProcTWDecoderDev.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
-#include "MessageHead.h"
+#include "Link/MessageHead.h"
 
 #include <climits>
 #include <cstdint>
 #include <exception>
 #include <random>
 
-#include "MessageHeadScan.h"
+#include "Link/MessageHeadScan.h"
 
 namespace {
 

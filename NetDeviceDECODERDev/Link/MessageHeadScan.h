@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
+#include "Link/MessageHead.h"
+#include "Link/MessageNodes.h"
+#include "Link/OpenElements.h"
 #include "MarkupSTL.h"
-#include "MessageHead.h"
-#include "MessageNodes.h"
-#include "OpenElements.h"
 
 // An element's parent is whatever is open where its start tag stands, and what has been closed never opens
 // again. So the head is settled once seq has followed url, or once td_header or td_command is closed.

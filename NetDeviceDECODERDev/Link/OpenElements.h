@@ -8,7 +8,7 @@
 #include <memory>
 #include <utility>
 
-#include "MessageNodes.h"
+#include "Link/MessageNodes.h"
 
 // The elements that are open while a message is scanned, outermost first, found by name in constant time. A
 // few take no memory; from then on there is one allocation for as many as the message can hold.

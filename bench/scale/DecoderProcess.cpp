@@ -9,8 +9,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "ExitStatus.h"
-#include "HostEvents.h"
+#include "Base/ExitStatus.h"
+#include "Host/HostEvents.h"
 
 namespace scale {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "HostEvents.h"
+#include "Host/HostEvents.h"
 
 namespace scale {
 

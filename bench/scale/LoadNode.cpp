@@ -7,11 +7,11 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include "Connection.h"
-#include "ExitStatus.h"
+#include "Base/ExitStatus.h"
+#include "Host/Connection.h"
+#include "Host/Plugin.h"
+#include "Host/SocketLayer.h"
 #include "LoadCommand.h"
-#include "Plugin.h"
-#include "SocketLayer.h"
 
 namespace scale {
 

@@ -6,9 +6,9 @@
 #include <thread>
 #include <vector>
 
+#include "Host/Node.h"
 #include "Mutex.h"
 #include "NetProtocolProc.h"
-#include "Node.h"
 
 namespace standin_host {
 class CConnection;

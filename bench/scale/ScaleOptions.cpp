@@ -6,8 +6,8 @@
 
 #include <CLI/CLI.hpp>
 
-#include "ExitStatus.h"
-#include "Plugin.h"
+#include "Base/ExitStatus.h"
+#include "Host/Plugin.h"
 
 namespace scale {
 

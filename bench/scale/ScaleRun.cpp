@@ -6,12 +6,12 @@
 
 #include <asio/post.hpp>
 
-#include "Connection.h"
-#include "ExitStatus.h"
-#include "IoThread.h"
+#include "Base/ExitStatus.h"
+#include "Commands/Records/Payloads.h"
+#include "Host/Connection.h"
+#include "Host/IoThread.h"
+#include "Host/Plugin.h"
 #include "LoadNode.h"
-#include "Payloads.h"
-#include "Plugin.h"
 #include "Workload.h"
 
 namespace scale {

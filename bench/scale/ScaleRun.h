@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "HostEvents.h"
+#include "Host/HostEvents.h"
 #include "LoadCommand.h"
 #include "ProcessFigures.h"
 #include "ScaleOptions.h"

@@ -4,9 +4,9 @@
 #include <string>
 #include <utility>
 
-#include "Bytes.h"
-#include "Media.h"
-#include "Payloads.h"
+#include "Commands/Records/Bytes.h"
+#include "Commands/Records/Media.h"
+#include "Commands/Records/Payloads.h"
 #include "TvwallProtocol.h"
 
 namespace scale {

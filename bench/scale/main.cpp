@@ -9,13 +9,13 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Base/ExitStatus.h"
+#include "Base/Text.h"
 #include "DecoderProcess.h"
-#include "ExitStatus.h"
-#include "IoThread.h"
+#include "Host/IoThread.h"
+#include "Host/Plugin.h"
 #include "LoadNode.h"
-#include "Plugin.h"
 #include "ScaleReport.h"
-#include "Text.h"
 
 namespace {
 

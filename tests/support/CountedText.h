@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "MessageHeadScan.h"
+#include "Link/MessageHeadScan.h"
 
 // A message that counts how often the scan looks at each of its bytes.
 class CountedText {

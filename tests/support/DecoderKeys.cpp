@@ -1,6 +1,6 @@
 #include "DecoderKeys.h"
 
-#include "tdcrypto.h"
+#include "Crypto/tdcrypto.h"
 
 const TestKeys& DecoderKeys()
 {

@@ -1,8 +1,8 @@
 #pragma once
 // Commands that carry the credentials of video sources.
 
+#include "Crypto/tdcrypto.h"
 #include "WallCommandFixture.h"
-#include "tdcrypto.h"
 
 inline const std::string NO_GUID(16, '\0'); // no channel
 

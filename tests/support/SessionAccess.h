@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "NetProtocolProcTWDECODERDevImp.h"
+#include "Session/NetProtocolProcTWDECODERDevImp.h"
 
 class CSessionAccess {
 public:

@@ -13,7 +13,7 @@
 #include "FakeCommand.h"
 #include "FakeNode.h"
 #include "LinkTexts.h"
-#include "NetProtocolProcTWDECODERDevImp.h"
+#include "Session/NetProtocolProcTWDECODERDevImp.h"
 
 class SessionFixture : public testing::Test {
 protected:

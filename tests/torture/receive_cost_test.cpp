@@ -6,7 +6,7 @@
 #include "FakeHost.h"
 #include "FakeNode.h"
 #include "HeavyMessages.h"
-#include "NetProtocolProcTWDECODERDevImp.h"
+#include "Session/NetProtocolProcTWDECODERDevImp.h"
 
 TEST(ReceiveCostTest, AMessageTakesFourTimesItsSizeAndKeepsItTwice)
 {

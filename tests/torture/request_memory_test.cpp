@@ -1,7 +1,7 @@
 // What composing a request allocates, and what the session keeps of it.
 
 #include "AllocationFault.h"
-#include "DeviceRequest.h"
+#include "Session/DeviceRequest.h"
 #include "SessionFixture.h"
 
 namespace {

@@ -13,9 +13,9 @@
 #include <vector>
 
 #include "Base64Coder.h"
-#include "Encrypt.h"
+#include "Crypto/Encrypt.h"
+#include "Crypto/tdcrypto.h"
 #include "PUB_md5.h"
-#include "tdcrypto.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "FakeHost.h"
 #include "HostFunctions.h"
-#include "NetPacketProcTWDecoderDev.h"
+#include "Link/NetPacketProcTWDecoderDev.h"
 #include "SessionFixture.h"
 
 namespace {

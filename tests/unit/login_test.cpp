@@ -2,8 +2,8 @@
 #include <sstream>
 
 #include "CommandSamples.h"
+#include "Crypto/tdcrypto.h"
 #include "SessionFixture.h"
-#include "tdcrypto.h"
 
 using namespace ORVA_NET_PROTOCOL;
 using namespace ORVA2_DECODER_TVW;

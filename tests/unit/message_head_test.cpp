@@ -2,8 +2,8 @@
 
 #include "CountedText.h"
 #include "HeavyMessages.h"
+#include "Link/MessageHead.h"
 #include "MarkupSTL.h"
-#include "MessageHead.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include "LinkTexts.h"
 #include "NetProtocolProcDevice.h"
 #include "NetProtocolProcTWDECODERDev.h"
-#include "NetProtocolProcTWDECODERDevImp.h"
 #include "PluginExports.h"
+#include "Session/NetProtocolProcTWDECODERDevImp.h"
 #include "SocketDataObserver.h"
 
 namespace {

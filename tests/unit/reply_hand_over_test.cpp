@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "ReplyHandOver.h"
+#include "Link/ReplyHandOver.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "SessionFixture.h"
 
 #include "CommandSamples.h"
-#include "DeviceRequest.h"
 #include "HostFunctions.h"
+#include "Session/DeviceRequest.h"
 #include "SessionAccess.h"
 
 using namespace ORVA_NET_PROTOCOL;

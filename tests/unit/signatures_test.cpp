@@ -7,20 +7,20 @@
 #include <type_traits>
 
 #include "CmdProcParam.h"
+#include "Crypto/Encrypt.h"
+#include "Crypto/tdcrypto.h"
 #include "DecodeComm.h"
-#include "Encrypt.h"
 #include "HostFunctions.h"
 #include "Interlocked.h"
 #include "Lock.h"
 #include "MarkupSTL.h"
 #include "MonitorTvwComm.h"
 #include "NetProtocolProcTWDECODERDev.h"
-#include "NetProtocolProcTWDECODERDevImp.h"
 #include "PFHelper.h"
 #include "PUB_md5.h"
 #include "PluginExports.h"
+#include "Session/NetProtocolProcTWDECODERDevImp.h"
 #include "TypeCheck.h"
-#include "tdcrypto.h"
 
 using namespace ORVA2_CLIENT_TVW;
 using namespace ORVA2_DECODER_TVW;

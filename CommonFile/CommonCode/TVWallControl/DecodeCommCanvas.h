@@ -1,7 +1,7 @@
 #pragma once
 // Canvas windows and their sub-windows. Spellings such as Cavans and Roar are the host's.
 
-#include "TvwRecord.h"
+#include "Encoding/TvwRecord.h"
 
 namespace ORVA2_DECODER_TVW {
 

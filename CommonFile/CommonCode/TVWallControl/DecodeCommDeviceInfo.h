@@ -3,8 +3,8 @@
 
 #include <cstddef>
 
+#include "Encoding/TvwRecord.h"
 #include "HostTypes.h"
-#include "TvwRecord.h"
 
 namespace ORVA2_DECODER_TVW {
 

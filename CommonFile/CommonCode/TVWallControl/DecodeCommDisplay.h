@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "TvwRecord.h"
+#include "Encoding/TvwRecord.h"
 
 namespace ORVA2_DECODER_TVW {
 

@@ -1,7 +1,7 @@
 #pragma once
 // Playback control of recorded video in sub-windows.
 
-#include "TvwRecord.h"
+#include "Encoding/TvwRecord.h"
 
 namespace ORVA2_DECODER_TVW {
 

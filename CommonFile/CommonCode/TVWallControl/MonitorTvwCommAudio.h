@@ -1,8 +1,8 @@
 #pragma once
 // Sound of sub-windows: what to switch on or off, and what is on.
 
+#include "Encoding/TvwRecord.h"
 #include "HostTypes.h"
-#include "TvwRecord.h"
 
 namespace ORVA2_CLIENT_TVW {
 

@@ -2,8 +2,8 @@
 // Channel groups, through which the decoder cycles in a sub-window ("polling"). The walls' GUIDs are the
 // host's; the decoder does not see them.
 
+#include "Encoding/TvwRecord.h"
 #include "HostTypes.h"
-#include "TvwRecord.h"
 
 namespace ORVA2_CLIENT_TVW {
 

@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "Encoding/TvwRecord.h"
 #include "HostTypes.h"
-#include "TvwRecord.h"
 
 namespace ORVA2_CLIENT_TVW {
 

@@ -1,6 +1,6 @@
 #include "MonitorTvwCommLayout.h"
 
-#include "FieldText.h"
+#include "Encoding/FieldText.h"
 
 namespace ORVA2_CLIENT_TVW {
 

@@ -1,8 +1,8 @@
 #pragma once
 // The grid of a wall's screens, and the decoder's output channels in it.
 
+#include "Encoding/TvwRecord.h"
 #include "HostTypes.h"
-#include "TvwRecord.h"
 
 namespace ORVA2_CLIENT_TVW {
 

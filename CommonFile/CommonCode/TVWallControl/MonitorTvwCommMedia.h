@@ -4,8 +4,8 @@
 
 #include <cstddef>
 
+#include "Encoding/TvwRecord.h"
 #include "HostTypes.h"
-#include "TvwRecord.h"
 
 namespace ORVA2_CLIENT_TVW {
 

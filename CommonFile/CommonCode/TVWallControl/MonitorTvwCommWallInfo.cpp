@@ -1,6 +1,6 @@
 #include "MonitorTvwCommWallInfo.h"
 
-#include "FieldText.h"
+#include "Encoding/FieldText.h"
 #include "SysHelper.h"
 
 namespace ORVA2_CLIENT_TVW {

@@ -1,0 +1,214 @@
+// From a host command to its handler, and the answers that leave. Runs on the worker thread.
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+#include <utility>
+
+#include "AtomicAccess.h"
+#include "CmdProcObject.h"
+#include "Link/DeviceReply.h"
+#include "Session/NetProtocolProcTWDECODERDevImp.h"
+#include "Session/RunningCommand.h"
+#include "Session/SessionLog.h"
+#include "Wipe.h"
+
+using namespace ORVA_NET_PROTOCOL;
+using namespace ORVA2_DECODER_TVW;
+
+struct CNetProtocolProcTWDECODERDevImp::S_CommandRow {
+    unsigned int nCmdID;
+    CommandHandler pHandler;
+};
+
+struct CNetProtocolProcTWDECODERDevImp::S_OptionRow {
+    unsigned int nCmdID;
+    unsigned int nOptType;
+    CommandHandler pHandler;
+};
+
+#define TVWALL_COMMAND_ROW(id, handler) {id, &CNetProtocolProcTWDECODERDevImp::handler},
+#define TVWALL_OPTION_ROW(id, type, handler) {id, type, &CNetProtocolProcTWDECODERDevImp::handler},
+const CNetProtocolProcTWDECODERDevImp::S_CommandRow CNetProtocolProcTWDECODERDevImp::COMMAND_TABLE[] = {
+    TVWALL_COMMANDS(TVWALL_COMMAND_ROW)};
+const CNetProtocolProcTWDECODERDevImp::S_OptionRow CNetProtocolProcTWDECODERDevImp::OPTION_TABLE[] = {
+    TVWALL_OPTIONS(TVWALL_OPTION_ROW)};
+#undef TVWALL_OPTION_ROW
+#undef TVWALL_COMMAND_ROW
+
+// Makes a command the running one, and the one around it again in the end.
+class CNetProtocolProcTWDECODERDevImp::CRunningScope {
+public:
+    CRunningScope(CNetProtocolProcTWDECODERDevImp& session, CCmdProcObject* cmd, S_RunningCommand* pOuter)
+        : m_session(session), m_command{cmd, pOuter}
+    {
+        AtomicStore(m_session.m_pRunning, &m_command);
+        if (pOuter == nullptr) {
+            m_session.m_replyHandOver.Open();
+        }
+    }
+    ~CRunningScope()
+    {
+        if (m_command.pOuter == nullptr) {
+            m_session.m_replyHandOver.Close();
+        }
+        AtomicStore(m_session.m_pRunning, m_command.pOuter);
+    }
+    CRunningScope(const CRunningScope&) = delete;
+    CRunningScope& operator=(const CRunningScope&) = delete;
+
+private:
+    CNetProtocolProcTWDECODERDevImp& m_session;
+    S_RunningCommand m_command;
+};
+
+void CNetProtocolProcTWDECODERDevImp::ProcOneCommand(CCmdProcObject* cmd, unsigned char* buf,
+                                                     unsigned int len)
+{
+    // The outermost command keeps the event unsignalled, so that Stop waits for all of them.
+    S_RunningCommand* const pOuter = AtomicLoad(m_pRunning);
+    std::optional<CMySingleEvent> running;
+    if (pOuter == nullptr) {
+        running.emplace(m_ExportEvent);
+    }
+    AtomicStore(m_recvCmdID, -1);
+    if (m_ExportFlag == 0) {
+        // Stop drains the queue on its own thread while the worker may still take a command: nothing of the
+        // session is touched here.
+        SendFailure(cmd, KEST_RESULT_NOT_READY);
+        return;
+    }
+    const CRunningScope scope(*this, cmd, pOuter);
+    try {
+        RunCommand(cmd, reinterpret_cast<char*>(buf), len);
+    } catch (const std::exception&) { // no memory, or a reply without measure; the answer needs none
+        m_replyHandOver.ExpectNone();
+        DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
+    }
+}
+
+void CNetProtocolProcTWDECODERDevImp::RunCommand(CCmdProcObject* cmd, char* data, unsigned int len)
+{
+    const unsigned int nCmdID = cmd->GetRequestCommand();
+    session_log::Normal(166, "**************a=%d\n", nCmdID);
+    if (!m_bSuccessLogin && nCmdID != KEST_CMD_REQUEST_LOGIN) {
+        DevToKSETFailReturn(cmd, KEST_RESULT_NOT_READY);
+        return;
+    }
+    for (const S_CommandRow& row : COMMAND_TABLE) {
+        if (row.nCmdID == nCmdID) {
+            (this->*row.pHandler)(cmd, data, len);
+            return;
+        }
+    }
+}
+
+void CNetProtocolProcTWDECODERDevImp::GetDecoderConfig(CCmdProcObject* cmd, char* data, unsigned int len)
+{
+    RunOption(cmd, data, len, E_OptionLog::Logged);
+}
+
+void CNetProtocolProcTWDECODERDevImp::SaveDecoderConfig(CCmdProcObject* cmd, char* data, unsigned int len)
+{
+    RunOption(cmd, data, len, E_OptionLog::Logged);
+}
+
+void CNetProtocolProcTWDECODERDevImp::DecoderOption(CCmdProcObject* cmd, char* data, unsigned int len)
+{
+    RunOption(cmd, data, len, E_OptionLog::Quiet);
+}
+
+void CNetProtocolProcTWDECODERDevImp::RunOption(CCmdProcObject* cmd, char* data, unsigned int len,
+                                                E_OptionLog log)
+{
+    TVWALL_OPT_INFO option;
+    if (data == nullptr || len < sizeof(option)) {
+        return;
+    }
+    memcpy(&option, data, sizeof(option));
+    // The stated length is a wish; the handler gets the bytes that are there.
+    const unsigned int nLen = std::min(option.nLen, len - static_cast<unsigned int>(sizeof(option)));
+    if (log == E_OptionLog::Logged) {
+        session_log::Normal(session_log::NO_LINE, "**************pOptType.opt:%d******************",
+                            option.nOptType);
+    }
+    for (const S_OptionRow& row : OPTION_TABLE) {
+        if (row.nCmdID == cmd->GetRequestCommand() && row.nOptType == option.nOptType) {
+            (this->*row.pHandler)(cmd, data + sizeof(option), nLen);
+            return;
+        }
+    }
+}
+
+bool CNetProtocolProcTWDECODERDevImp::TakeAnswer(const CCmdProcObject* cmd)
+{
+    S_RunningCommand* pRunning = AtomicLoad(m_pRunning);
+    while (pRunning != nullptr && pRunning->pCommand != cmd) {
+        pRunning = pRunning->pOuter;
+    }
+    return pRunning == nullptr || !std::exchange(pRunning->bAnswered, true);
+}
+
+void CNetProtocolProcTWDECODERDevImp::SendFailure(CCmdProcObject* cmd, unsigned int code)
+{
+    if (!cmd->HasReply()) {
+        return;
+    }
+    _kest_net_reply reply{};
+    reply.dwResult = code;
+    cmd->ReplyRecord(reply);
+}
+
+void CNetProtocolProcTWDECODERDevImp::DevToKSETFailReturn(CCmdProcObject* cmd, const unsigned int& code)
+{
+    if (TakeAnswer(cmd)) {
+        SendFailure(cmd, code);
+    }
+}
+
+void CNetProtocolProcTWDECODERDevImp::ReplyBuffer(CCmdProcObject* cmd, const char* data, unsigned long len)
+{
+    if (TakeAnswer(cmd) && cmd->HasReply()) {
+        cmd->ReplyBuffer(data, len);
+    }
+}
+
+unsigned long CNetProtocolProcTWDECODERDevImp::DevToKESTDefaultResultBuf(const int& optType,
+                                                                         const int& errorCode, char*& buf,
+                                                                         unsigned long& bufLen,
+                                                                         const char* extra,
+                                                                         const unsigned long& extraLen)
+{
+    S_Decoder_Default_Result head{};
+    head.nOptType = static_cast<uint32_t>(optType);
+    head.wResultLen = sizeof(head.result);
+    head.wExtraLen = static_cast<uint16_t>(extraLen);
+    head.result._nResult = errorCode == 0 ? 0 : 1;
+    head.result._nErrorCode = static_cast<uint32_t>(errorCode);
+
+    const unsigned long nAnswerLen = sizeof(head) + extraLen;
+    ResizeBuffer(buf, bufLen, nAnswerLen);
+    memcpy(buf, &head, sizeof(head));
+    if (extraLen != 0) {
+        memcpy(buf + sizeof(head), extra, extraLen);
+    }
+    bufLen = nAnswerLen;
+    return nAnswerLen;
+}
+
+void CNetProtocolProcTWDECODERDevImp::ReplyResult(CCmdProcObject* cmd, char* extra, unsigned int extraLen,
+                                                  unsigned int optType)
+{
+    const unsigned int nErrorCode = Reply().ErrorCode();
+    if (nErrorCode != 0) {
+        DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
+        return;
+    }
+    // Large enough from the start, so that its bytes are written once; they may repeat passwords.
+    unsigned long nCapacity = sizeof(S_Decoder_Default_Result) + extraLen;
+    const auto answer = MakeWipedBytes<char>(nCapacity);
+    char* buf = answer.get();
+    const unsigned long nLen = DevToKESTDefaultResultBuf(
+        static_cast<int>(optType), static_cast<int>(nErrorCode), buf, nCapacity, extra, extraLen);
+    ReplyBuffer(cmd, buf, nLen);
+}

@@ -1,0 +1,231 @@
+// One request and its reply: envelope, frame, sending, waiting. Runs on the worker thread.
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <new>
+
+#include "AtomicAccess.h"
+#include "Crypto/CredentialCipher.h"
+#include "HostFunctions.h"
+#include "Link/DeviceReply.h"
+#include "NetNode.h"
+#include "PFHelper.h"
+#include "Session/DeviceRequest.h"
+#include "Session/NetProtocolProcTWDECODERDevImp.h"
+#include "Session/RunningCommand.h"
+#include "Session/SessionLog.h"
+
+namespace {
+
+constexpr unsigned int REPLY_TIMEOUT_MS = 30000;
+constexpr unsigned int POLL_INTERVAL_MS = 100;
+constexpr unsigned int SEND_RETRY_INTERVAL_MS = 1;
+
+constexpr unsigned int FIRST_CMD_ID = 256;
+constexpr unsigned int LAST_CMD_ID = 0xFFFFFFFD;
+
+std::atomic<unsigned int> g_nCmdID{FIRST_CMD_ID}; // shared by all sessions of the process
+
+} // namespace
+
+unsigned int CNetProtocolProcTWDECODERDevImp::GetCmdID()
+{
+    unsigned int nLast = g_nCmdID.load(std::memory_order_relaxed);
+    while (!g_nCmdID.compare_exchange_weak(nLast, CmdIDAfter(nLast), std::memory_order_relaxed)) {
+    }
+    return CmdIDAfter(nLast);
+}
+
+unsigned int CNetProtocolProcTWDECODERDevImp::CmdIDAfter(unsigned int nCmdID)
+{
+    return nCmdID < LAST_CMD_ID ? nCmdID + 1 : FIRST_CMD_ID;
+}
+
+void CNetProtocolProcTWDECODERDevImp::AddRequestXmfHeader(CMarkupSTL& doc)
+{
+    doc.AddElem("td_command");
+    doc.IntoElem();
+    doc.AddElem("td_header");
+}
+
+void CNetProtocolProcTWDECODERDevImp::AddSessionlessXmlStr(CMarkupSTL& doc, const std::string& url,
+                                                           unsigned int seq)
+{
+    constexpr int IDENTITY_PLUGIN = 3; // what the decoder takes the sender for
+    doc.IntoElem();
+    doc.AddElem("version", "2.2");
+    doc.AddElem("type", "request");
+    doc.AddElem("url", url.c_str());
+    doc.AddElem("seq", seq);
+    doc.AddElem("identity", IDENTITY_PLUGIN);
+}
+
+void CNetProtocolProcTWDECODERDevImp::AddCommomXmlStr(CMarkupSTL& doc, const std::string& url,
+                                                      unsigned int seq) const
+{
+    AddSessionlessXmlStr(doc, url, seq);
+    doc.AddElem("session", m_replyMessage.s_sessionId.c_str());
+    doc.AddElem("token", m_replyMessage.s_token.c_str());
+}
+
+std::unique_ptr<CMarkupSTL> CNetProtocolProcTWDECODERDevImp::TakeDocument()
+{
+    if (!m_pSpareDocument) {
+        return std::make_unique<CMarkupSTL>();
+    }
+    auto pDoc = std::move(m_pSpareDocument);
+    pDoc->Clear();
+    return pDoc;
+}
+
+void CNetProtocolProcTWDECODERDevImp::KeepDocument(std::unique_ptr<CMarkupSTL> pDoc)
+{
+    constexpr size_t KEPT_FROM = size_t{128} << 10; // where the allocator begins to map blocks one by one
+    constexpr size_t KEPT_UP_TO = size_t{2} << 20;
+    const size_t nMemory = pDoc->GetMemory();
+    if (nMemory >= KEPT_FROM && nMemory <= KEPT_UP_TO) {
+        m_pSpareDocument = std::move(pDoc);
+    }
+}
+
+void CNetProtocolProcTWDECODERDevImp::ResizeBuffer(char*& buf, unsigned long& capacity, unsigned long need)
+{
+    if (need <= capacity) {
+        return;
+    }
+    delete[] buf;
+    buf = new (std::nothrow) char[need]();
+    AtomicStoreRelaxed(capacity, buf != nullptr ? need : 0);
+    if (buf == nullptr) {
+        throw std::bad_alloc();
+    }
+}
+
+unsigned int CNetProtocolProcTWDECODERDevImp::GetDevHeaderLength() { return sizeof(_tagNET_DATAHEAD); }
+
+void CNetProtocolProcTWDECODERDevImp::FillKESTHeader(char* head, unsigned long len)
+{
+    _tagNET_DATAHEAD dataHead{{'1', '1', '1', '1'}, static_cast<uint32_t>(len - GetDevHeaderLength())};
+    memcpy(head, &dataHead, sizeof(dataHead));
+}
+
+unsigned long CNetProtocolProcTWDECODERDevImp::KESTToDevXmltoBuf(const CMarkupSTL& doc, char*& buf,
+                                                                 unsigned long& bufLen)
+{
+    const std::string& text = doc.GetDoc();
+    const unsigned long nFrameLen = GetDevHeaderLength() + text.size();
+    if (buf != nullptr) {
+        ResizeBuffer(buf, bufLen, nFrameLen);
+    } else {
+        buf = new char[nFrameLen]();
+    }
+    FillKESTHeader(buf, nFrameLen);
+    memcpy(buf + GetDevHeaderLength(), text.data(), text.size());
+    // From the capacity to the frame's length: a later, longer frame reallocates the buffer. The receive
+    // thread reads this length for notifications.
+    AtomicStoreRelaxed(bufLen, nFrameLen);
+    return nFrameLen;
+}
+
+long CNetProtocolProcTWDECODERDevImp::SendDataToDev(CNetNode* node, const void* data, unsigned long len)
+{
+    if (node == nullptr) {
+        session_log::Assert(2015);
+        return -1;
+    }
+    while (!node->SendData(data, len)) {
+        if (GetLastError() != NET_SOCKET_ERROR_NOBUFS) {
+            SHARESDK_AbnormalOutput("CNetProtocolProcTWDECODERImp：：SendDataToDev 发送失败 ",
+                                    session_log::SOURCE, 2025);
+            return -1;
+        }
+        // A full socket buffer is tried again without limit, but Stop does not wait for a peer that never
+        // reads.
+        if (AtomicLoad(m_RunFlag) == 0) {
+            return -1;
+        }
+        CPFHelper::Sleep(SEND_RETRY_INTERVAL_MS);
+    }
+    return static_cast<long>(len);
+}
+
+bool CNetProtocolProcTWDECODERDevImp::WaitProc(unsigned int cmdID, unsigned int timeoutMs)
+{
+    for (unsigned int nPolls = 0; nPolls < timeoutMs / POLL_INTERVAL_MS; ++nPolls) {
+        CPFHelper::Sleep(POLL_INTERVAL_MS);
+        if (AtomicLoad(m_RunFlag) == 0) {
+            return false;
+        }
+        const int nSeq = static_cast<int>(cmdID);
+        if (AtomicLoad(m_recvCmdID) == nSeq || m_replyHandOver.HasReply(nSeq)) {
+            return true;
+        }
+    }
+    session_log::Normal(1940,
+                        "CNetProtocolProcTWDECODERDevImp::WaitProc time out 等待设备回复命令超时 nCmdID=%d , "
+                        "m_recvCmdID=%d",
+                        static_cast<int>(cmdID), AtomicLoad(m_recvCmdID));
+    return false;
+}
+
+CNetProtocolProcTWDECODERDevImp::E_Exchange
+CNetProtocolProcTWDECODERDevImp::SendAndWait(const CDeviceRequest& request, E_SendCheck sendCheck)
+{
+    S_RunningCommand& running = Running();
+    running.pReply.reset();
+    running.pOpenReply.reset();
+    if (running.bGivenUp) {
+        return E_Exchange::NoReply;
+    }
+    const unsigned long nFrameLen = KESTToDevXmltoBuf(request.Doc(), m_pTmpBuffer, m_TmpbufferLen);
+    m_replyHandOver.Expect(static_cast<int>(request.Seq()));
+    const bool bSent = SendDataToDev(AtomicLoad(m_pCurNetNode), m_pTmpBuffer, nFrameLen) >= 0;
+    const bool bCame =
+        (bSent || sendCheck == E_SendCheck::WaitAnyway) && WaitProc(request.Seq(), REPLY_TIMEOUT_MS);
+    if (bCame) {
+        running.pReply = m_replyHandOver.Take();
+    }
+    m_replyHandOver.ExpectNone();
+    if (!bCame) {
+        return E_Exchange::NoReply;
+    }
+    return AtomicLoad(m_IsReplySuccess) ? E_Exchange::Reply : E_Exchange::NotStored;
+}
+
+bool CNetProtocolProcTWDECODERDevImp::Exchange(CCmdProcObject* cmd, const CDeviceRequest& request)
+{
+    switch (SendAndWait(request, E_SendCheck::FailAtOnce)) {
+    case E_Exchange::Reply:
+        return true;
+    case E_Exchange::NoReply:
+        DevToKSETFailReturn(cmd, ORVA_NET_PROTOCOL::KEST_RESULT_TIMEOUT);
+        return false;
+    case E_Exchange::NotStored:
+        DevToKSETFailReturn(cmd, ORVA_NET_PROTOCOL::KEST_RESULT_DEVICE_ERROR);
+        return false;
+    }
+    return false;
+}
+
+CCredentialCipher CNetProtocolProcTWDECODERDevImp::Cipher(const std::string& pubKeyPem) const
+{
+    return {pubKeyPem, m_RunFlag, Running().bGivenUp};
+}
+
+std::string_view CNetProtocolProcTWDECODERDevImp::ReplyText() const
+{
+    const auto& pReply = Running().pReply;
+    return pReply ? std::string_view(pReply->strText) : std::string_view();
+}
+
+const CDeviceReply& CNetProtocolProcTWDECODERDevImp::Reply()
+{
+    auto& pOpenReply = Running().pOpenReply;
+    if (!pOpenReply) {
+        pOpenReply = std::make_unique<CDeviceReply>(ReplyText());
+    }
+    return *pOpenReply;
+}
+
+void CNetProtocolProcTWDECODERDevImp::CloseReply() { Running().pOpenReply.reset(); }

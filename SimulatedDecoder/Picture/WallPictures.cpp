@@ -1,0 +1,26 @@
+#include "Picture/WallPictures.h"
+
+#include <utility>
+
+#include "Picture/AtomicFile.h"
+
+namespace simulated_decoder {
+
+WallPictures::WallPictures(std::string svgPath, std::string textPath)
+    : m_svgPath(std::move(svgPath)), m_textPath(std::move(textPath))
+{
+}
+
+std::string WallPictures::Write(const DeviceState& state) const
+{
+    std::string problem;
+    if (!m_svgPath.empty()) {
+        problem = WriteFileAtomically(m_svgPath, DrawSvg(state));
+    }
+    if (!m_textPath.empty() && problem.empty()) {
+        problem = WriteFileAtomically(m_textPath, DrawText(state));
+    }
+    return problem;
+}
+
+} // namespace simulated_decoder

@@ -1,0 +1,235 @@
+#include "Requests/RequestReading.h"
+
+#include <algorithm>
+#include <cctype>
+#include <iterator>
+#include <map>
+#include <string>
+
+namespace simulated_decoder {
+
+namespace {
+
+using tinyxml2::XMLElement;
+
+constexpr std::size_t kMaxMedia = 16; // of one sub-window
+constexpr std::size_t kMaxAddress = 255;
+constexpr std::size_t kMaxChannel = 64;
+
+// The elements of one media, by name.
+using MediaElements = std::map<std::string_view, std::string_view>;
+
+// A request that sets the whole wall leaves out what only recorded video has.
+enum class MediaForm { Full, WithoutRecording };
+
+// Several media of a sub-window stand one behind the other in its only `mediainfo`; each begins with its
+// `type`. Nothing when the elements do not come like that.
+std::optional<std::vector<MediaElements>> CutMedia(const XMLElement& mediaInfo)
+{
+    std::vector<MediaElements> list;
+    for (const XMLElement* element = mediaInfo.FirstChildElement(); element != nullptr;
+         element = element->NextSiblingElement()) {
+        const std::string_view name = element->Name();
+        if (name == "type") {
+            list.emplace_back();
+        }
+        const char* text = element->GetText();
+        if (list.empty() || !list.back().emplace(name, text != nullptr ? text : "").second) {
+            return std::nullopt;
+        }
+    }
+    return list;
+}
+
+// A name or a number of a computer; a URL could hold an account.
+bool IsAddress(std::string_view text)
+{
+    return !text.empty() && text.size() <= kMaxAddress &&
+           std::all_of(text.begin(), text.end(), [](char byte) {
+               return std::isalnum(static_cast<unsigned char>(byte)) != 0 ||
+                      std::string_view(".-_:%[]").find(byte) != std::string_view::npos;
+           });
+}
+
+class MediaReader {
+public:
+    explicit MediaReader(MediaElements elements) : m_elements(std::move(elements)) {}
+
+    std::optional<Media> Read(MediaForm form)
+    {
+        Media media;
+        Take("type", media.type);
+        Take("reqmode", media.requestMode);
+        media.address = m_elements["addr"];
+        Take("port", media.port);
+        media.channel = m_elements["channelid"];
+        Take("streamtype", media.streamType);
+        if (form == MediaForm::Full) {
+            Take("begintime", media.beginTime);
+            Take("endtime", media.endTime);
+            Take("recordmask", media.recordMask);
+            Take("source", media.source);
+        }
+        m_good = m_good && IsAddress(media.address) && media.port != 0 &&
+                 media.channel.size() <= kMaxChannel && IsPlain(media.channel);
+        return m_good ? std::optional(std::move(media)) : std::nullopt;
+    }
+
+private:
+    template <typename Number>
+    void Take(std::string_view name, Number& number)
+    {
+        const auto value = ParseNumber<Number>(m_elements[name]);
+        m_good = m_good && value;
+        number = value.value_or(0);
+    }
+
+    MediaElements m_elements;
+    bool m_good = true;
+};
+
+ErrorCode CheckAccount(RequestContext& context, MediaElements& elements)
+{
+    const RsaKeyPair& key = context.session.Desk().SourceKey();
+    const auto user = key.Decipher(elements["user"]);
+    const auto password = key.Decipher(elements["pwd"]);
+    if (!user || user->empty() || !password || password->empty()) {
+        return ErrorCode::UnreadableCredential;
+    }
+    ++context.credentials;
+    return context.state.sources.Accept(*user, *password) ? ErrorCode::Success : ErrorCode::RefusedCredential;
+}
+
+ErrorCode ReadMedia(RequestContext& context, const XMLElement& mediaInfo, MediaForm form,
+                    std::vector<Media>& list)
+{
+    auto cut = CutMedia(mediaInfo);
+    if (!cut || cut->empty()) {
+        return ErrorCode::BadValue;
+    }
+    if (cut->size() > kMaxMedia) {
+        return ErrorCode::TooManyMedia;
+    }
+    for (MediaElements& elements : *cut) {
+        auto media = MediaReader(elements).Read(form);
+        if (!media) {
+            return ErrorCode::BadValue;
+        }
+        if (const ErrorCode code = CheckAccount(context, elements); code != ErrorCode::Success) {
+            return code;
+        }
+        list.push_back(std::move(*media));
+    }
+    return ErrorCode::Success;
+}
+
+// A window of the whole wall, and its place in the stack.
+struct LayeredWindow {
+    std::uint32_t layer = 0;
+    Window window;
+};
+
+ErrorCode ReadShownSubWindow(RequestContext& context, const XMLElement& item, SubWindow& subWindow)
+{
+    auto read = ReadSubWindow(item);
+    if (!read) {
+        return ErrorCode::BadValue;
+    }
+    subWindow = std::move(*read);
+    const XMLElement* mediaInfo = Child(&item, "mediainfo");
+    return mediaInfo != nullptr ? ReadMedia(context, *mediaInfo, MediaForm::WithoutRecording, subWindow.media)
+                                : ErrorCode::Success;
+}
+
+ErrorCode ReadLayeredWindow(RequestContext& context, const XMLElement& item, LayeredWindow& layered)
+{
+    const auto id = ReadId(item);
+    const auto rect = ReadRect(item);
+    const auto layer = ChildNumber<std::uint32_t>(&item, "layerindex");
+    const auto mode = ChildNumber<std::uint32_t>(&item, "mode");
+    const XMLElement* list = Child(&item, "td_subwindowlist");
+    if (!id || !rect || !layer || !mode || list == nullptr) {
+        return ErrorCode::BadValue;
+    }
+    layered = {*layer, {*id, *rect, {*mode, {}}}};
+    for (const XMLElement* element = list->FirstChildElement("item"); element != nullptr;
+         element = element->NextSiblingElement("item")) {
+        SubWindow& subWindow = layered.window.split.subWindows.emplace_back();
+        if (const ErrorCode code = ReadShownSubWindow(context, *element, subWindow);
+            code != ErrorCode::Success) {
+            return code;
+        }
+    }
+    return ErrorCode::Success;
+}
+
+} // namespace
+
+ErrorCode DoPlayMedia(RequestContext& context)
+{
+    return ChangeSubWindows(context, [&](const XMLElement& item, SubWindowChange& change) {
+        const XMLElement* mediaInfo = Child(&item, "mediainfo");
+        std::vector<Media> media;
+        const ErrorCode code = mediaInfo != nullptr ? ReadMedia(context, *mediaInfo, MediaForm::Full, media)
+                                                    : ErrorCode::BadValue;
+        change = [media = std::move(media)](SubWindow& subWindow) {
+            subWindow.StopShowing();
+            subWindow.media = media;
+            return ErrorCode::Success;
+        };
+        return code;
+    });
+}
+
+ErrorCode DoStopMedia(RequestContext& context)
+{
+    return ChangeSubWindows(context, [](const XMLElement&, SubWindowChange& change) {
+        change = [](SubWindow& subWindow) {
+            subWindow.StopShowing();
+            return ErrorCode::Success;
+        };
+        return ErrorCode::Success;
+    });
+}
+
+ErrorCode DoSetWall(RequestContext& context)
+{
+    std::vector<LayeredWindow> layered;
+    const XMLElement* item = Child(Child(context.request.Body(), "td_windowlist"), "item");
+    for (; item != nullptr; item = item->NextSiblingElement("item")) {
+        const ErrorCode code = ReadLayeredWindow(context, *item, layered.emplace_back());
+        if (code != ErrorCode::Success) {
+            return code;
+        }
+    }
+    if (layered.empty()) {
+        return ErrorCode::BadValue;
+    }
+    std::stable_sort(layered.begin(), layered.end(),
+                     [](const auto& one, const auto& other) { return one.layer < other.layer; });
+    std::vector<Window> windows;
+    std::transform(layered.begin(), layered.end(), std::back_inserter(windows),
+                   [](LayeredWindow& each) { return std::move(each.window); });
+    return context.state.wall.Replace(std::move(windows));
+}
+
+ErrorCode DoPlaybackControl(RequestContext& context)
+{
+    return ChangeSubWindows(context, [](const XMLElement& item, SubWindowChange& change) {
+        const auto type = ChildNumber<std::uint16_t>(&item, "pbctrltype");
+        const auto value = ChildNumber<std::uint16_t>(&item, "pbctrlval");
+        if (!type || !value) {
+            return ErrorCode::BadValue;
+        }
+        change = [control = PlaybackControl{*type, *value}](SubWindow& subWindow) {
+            if (subWindow.media.empty()) {
+                return ErrorCode::NothingPlaying;
+            }
+            subWindow.control = control;
+            return ErrorCode::Success;
+        };
+        return ErrorCode::Success;
+    });
+}
+
+} // namespace simulated_decoder

@@ -1,0 +1,76 @@
+#include "Server/Acceptor.h"
+
+#include <chrono>
+#include <sstream>
+#include <system_error>
+#include <utility>
+
+#include <spdlog/spdlog.h>
+
+namespace simulated_decoder {
+
+namespace {
+
+using asio::ip::tcp;
+
+// After an accept that failed, most likely for want of file descriptors.
+constexpr std::chrono::milliseconds kAcceptRetry{100};
+
+} // namespace
+
+std::string Text(const tcp::endpoint& endpoint)
+{
+    std::ostringstream text;
+    text << endpoint;
+    return text.str();
+}
+
+Acceptor::Acceptor(asio::io_context& context, const std::string& host, std::uint16_t port,
+                   WelcomeFunction welcome)
+    : m_context(context), m_acceptor(context), m_retryTimer(context), m_welcome(std::move(welcome))
+{
+    try {
+        Listen(host, port);
+    } catch (const std::system_error& error) {
+        throw ListenError("cannot listen on " + host + ":" + std::to_string(port) + ": " +
+                          error.code().message());
+    }
+    Accept();
+}
+
+std::string Acceptor::Where() const { return Text(m_acceptor.local_endpoint()); }
+
+void Acceptor::Listen(const std::string& host, std::uint16_t port)
+{
+    tcp::resolver resolver(m_context);
+    const auto found =
+        resolver.resolve(host, std::to_string(port), tcp::resolver::passive | tcp::resolver::numeric_service);
+    const tcp::endpoint endpoint = found.begin()->endpoint();
+    m_acceptor.open(endpoint.protocol());
+    m_acceptor.set_option(tcp::acceptor::reuse_address(true));
+    m_acceptor.bind(endpoint);
+    m_acceptor.listen();
+}
+
+void Acceptor::Accept()
+{
+    m_acceptor.async_accept([this](const std::error_code& error, tcp::socket socket) {
+        if (!error) {
+            m_welcome(std::move(socket));
+            Accept();
+            return;
+        }
+        if (error == asio::error::operation_aborted) {
+            return;
+        }
+        spdlog::error("cannot accept a connection: {}", error.message());
+        m_retryTimer.expires_after(kAcceptRetry);
+        m_retryTimer.async_wait([this](const std::error_code& cancelled) {
+            if (!cancelled) {
+                Accept();
+            }
+        });
+    });
+}
+
+} // namespace simulated_decoder

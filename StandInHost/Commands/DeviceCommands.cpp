@@ -1,0 +1,38 @@
+#include "Commands/CommandFamilies.h"
+#include "Commands/Records/AnswerForms.h"
+#include "TvwallProtocol.h"
+
+namespace standin_host {
+
+using namespace ORVA_NET_PROTOCOL;
+using namespace ORVA2_DECODER_TVW;
+
+void SetUpInfo(CLI::App& app, SConsoleCommand& command)
+{
+    app.callback([&command] {
+        RequestOption(command, KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_SYSINFO, {},
+                      kSystemInfoForm);
+    });
+}
+
+void SetUpConfig(CLI::App& app, SConsoleCommand& command)
+{
+    app.callback([&command] {
+        RequestOption(command, KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_BASICCFG, {},
+                      kBasicConfigForm);
+    });
+}
+
+void SetUpLogin(CLI::App& app, SConsoleCommand& command)
+{
+    app.callback([&command] { command.kind = SConsoleCommand::EKind::Login; });
+}
+
+void SetUpLogout(CLI::App& app, SConsoleCommand& command)
+{
+    app.callback([&command] {
+        RequestOption(command, KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_LOGOUT, {}, kEmptyForm);
+    });
+}
+
+} // namespace standin_host

@@ -1,0 +1,50 @@
+#pragma once
+// The words of a command line as numbers and switches. Everything here throws CUsageError with what was
+// expected.
+
+#include <cstdint>
+#include <limits>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "Commands/Records/Payloads.h"
+
+namespace standin_host {
+
+// What a word stands for and the numbers that it may be.
+struct SField {
+    const char* szName; // as in "the window id"
+    int64_t nMin;
+    int64_t nMax;
+    bool bSwitch = false; // on or off, for 1 or 0
+};
+
+template <class T>
+constexpr SField FieldOf(const char* szName)
+{
+    return {szName, std::numeric_limits<T>::min(), std::numeric_limits<T>::max()};
+}
+constexpr SField SwitchOf(const char* szName) { return {szName, 0, 1, true}; }
+
+int64_t Number(const std::string& strText, const SField& field);
+uint32_t Unsigned(const std::string& strText, const char* szName);
+int32_t Signed(const std::string& strText, const char* szName);
+bool OnOrOff(const std::string& strText, const char* szName);
+// Checks a text against the bytes that its field holds.
+const std::string& Fitting(const std::string& strText, std::size_t nMax, const char* szName);
+
+using Words = std::vector<std::string>;
+using WordGroup = std::span<const std::string>;
+
+// The words in groups of nSize. szShape tells what a group is: "each screen takes three numbers: ID X Y".
+std::vector<WordGroup> Groups(const Words& words, std::size_t nSize, const char* szShape);
+
+// Groups of window, sub-window index and what else the fields say (at most four), gathered under their
+// windows in the order in which these come first.
+std::vector<SSubWindows> SubWindows(const Words& words, std::span<const SField> fields, const char* szShape);
+
+// " 1 0 0 960 540", for titles.
+std::string Join(const Words& words);
+
+} // namespace standin_host

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include <asio/ip/tcp.hpp>
+
+#include "Host/FrameTrace.h"
+#include "Mutex.h"
+
+class CSocketDataObserver;
+
+namespace standin_host {
+
+class CHostEvents;
+class CIoThread;
+
+// How a connection hands on what it receives and whom it tells.
+struct SConnectionSettings {
+    bool bBufferedReceive = false;       // the observer keeps unconsumed bytes itself (null needLen)
+    std::shared_ptr<CFrameTrace> pTrace; // null: no trace
+    CHostEvents* pEvents = nullptr;      // hears of a lost connection; null when nobody listens
+};
+
+// One TCP connection. It reads on the receive thread once it is started; every operation may be called from
+// any thread.
+class CConnection : public std::enable_shared_from_this<CConnection> {
+public:
+    CConnection(asio::ip::tcp::socket socket, SConnectionSettings settings);
+
+    void SetObserver(CSocketDataObserver* pObserver, void* pContext);
+    // After it has returned, the observer is not called any more.
+    void ClearObserver() { SetObserver(nullptr, nullptr); }
+    void Start(int nHandle);
+    // After it has returned, no receive is running. What arrives is kept for the next Start.
+    void Stop();
+
+    // Queues all bytes or none and returns at once; false sets LastSocketError. A message that finds
+    // kMaxQueued bytes waiting before it is refused with NOBUFS.
+    bool Send(std::string_view bytes);
+    // From now on every send fails, so that nobody waits for room in the queue.
+    void RefuseSends();
+    // Ends the connection for a reason that nobody asked for; the events hear of it.
+    void Fail(const std::string& strReason);
+    // Ends the connection on purpose.
+    void Close();
+
+    static constexpr std::size_t kMaxQueued = 1024UL * 1024;
+    // Bytes that an observer leaves unconsumed; a peer that makes it more is cut off.
+    static constexpr std::size_t kMaxKept = 64UL * 1024 * 1024;
+
+private:
+    void Read();
+    void OnReadable(asio::error_code error);
+    void OnRead(std::string_view bytes);
+    void DeliverDirect() TVWALL_REQUIRES(m_receiveLock);
+    void DeliverBuffered() TVWALL_REQUIRES(m_receiveLock);
+    unsigned int CallObserver(std::string_view bytes, unsigned int* pNeedLen) TVWALL_REQUIRES(m_receiveLock);
+    void Write();
+    void CloseSocket();
+
+    asio::ip::tcp::socket m_socket; // receive thread only
+    const SConnectionSettings m_settings;
+
+    // Held while the observer runs; recursive, since an observer may stop its own connection.
+    CRecursiveMutex m_receiveLock;
+    CSocketDataObserver* m_pObserver TVWALL_GUARDED_BY(m_receiveLock) = nullptr;
+    void* m_pContext TVWALL_GUARDED_BY(m_receiveLock) = nullptr;
+    int m_nHandle TVWALL_GUARDED_BY(m_receiveLock) = 0;
+    bool m_bStarted TVWALL_GUARDED_BY(m_receiveLock) = false;
+    bool m_bReading = false;   // receive thread only
+    std::string m_strKept;     // bytes that the observer has not consumed, and what came after them
+    std::size_t m_nWanted = 0; // bytes that m_strKept must hold before the observer is called again
+
+    CMutex m_sendLock;
+    bool m_bOpen TVWALL_GUARDED_BY(m_sendLock) = true;
+    bool m_bRefuseSends TVWALL_GUARDED_BY(m_sendLock) = false;
+    std::deque<std::string> m_queue TVWALL_GUARDED_BY(m_sendLock); // the front is being written
+    std::size_t m_nQueued TVWALL_GUARDED_BY(m_sendLock) = 0;       // bytes in m_queue
+};
+
+// Resolves the name and connects. Returns null and the reason when that failed, took too long, or the events
+// report an interrupt (the reason is empty then).
+std::shared_ptr<CConnection> Connect(CIoThread& thread, CHostEvents& events, const std::string& strHost,
+                                     const std::string& strPort, std::chrono::milliseconds timeout,
+                                     SConnectionSettings settings, std::string& strReason);
+
+} // namespace standin_host

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <map>
+#include <memory>
+
+#include "Host/Connection.h"
+#include "HostFunctions.h"
+#include "Mutex.h"
+
+namespace standin_host {
+
+// Why a send failed for good; NET_SOCKET_ERROR_NOBUFS is the one failure that passes.
+inline constexpr unsigned int SOCKET_ERROR_NOT_CONNECTED = 0x20000001;
+
+// The calling thread's last socket error, as GetLastError gives it to the plug-in.
+void SetLastSocketError(unsigned int nError);
+
+// The process's table of connection handles, through which the plug-in names its connection. Thread-safe.
+class CSocketLayer {
+public:
+    static CSocketLayer& Instance();
+
+    int Add(std::shared_ptr<CConnection> pConnection);    // the new handle, greater than 0
+    std::shared_ptr<CConnection> Find(int nHandle) const; // null when there is none
+    // Takes the connection out of the table; null when there is none.
+    std::shared_ptr<CConnection> Remove(int nHandle);
+
+private:
+    mutable CMutex m_lock;
+    std::map<int, std::shared_ptr<CConnection>> m_connections TVWALL_GUARDED_BY(m_lock);
+    int m_nLastHandle TVWALL_GUARDED_BY(m_lock) = 0;
+};
+
+} // namespace standin_host

@@ -1,0 +1,146 @@
+// The page of the simulated decoder from a browser's side: requests of HTTP in, answers and events out.
+
+#include <memory>
+#include <thread>
+
+#include <asio.hpp>
+#include <gtest/gtest.h>
+#include <spdlog/fmt/fmt.h>
+
+#include "Page/PageServer.h"
+
+namespace simulated_decoder {
+namespace {
+
+using asio::ip::tcp;
+
+class Page : public testing::Test {
+protected:
+    Page()
+    {
+        options.password = "secret";
+        device = std::make_unique<Device>(options);
+        device->Watch([this] { feed.Changed(); });
+        server = std::make_unique<Server>(context, *device, capture, "127.0.0.1", 0);
+        page = std::make_unique<PageServer>(context, feed, *device, *server, "127.0.0.1", 0,
+                                            std::chrono::seconds(2));
+        host = page->Where();
+        thread = std::thread([this] { context.run(); });
+    }
+    ~Page() override
+    {
+        context.stop();
+        thread.join();
+        page.reset();
+    }
+
+    // What a request is answered with is read from this.
+    tcp::iostream Send(const std::string& request) const
+    {
+        const auto colon = host.rfind(':');
+        tcp::iostream browser(host.substr(0, colon), host.substr(colon + 1));
+        browser.expires_after(std::chrono::seconds(20)); // reading fails then
+        browser << request << std::flush;
+        return browser;
+    }
+    // The whole answer.
+    std::string Ask(const std::string& request) const
+    {
+        auto browser = Send(request);
+        return {std::istreambuf_iterator<char>(browser), {}};
+    }
+    std::string Post(const std::string& headers, const std::string& body) const
+    {
+        return Ask(fmt::format("POST /faults HTTP/1.1\r\n{}Content-Length: {}\r\n\r\n{}", headers,
+                               body.size(), body));
+    }
+    // Runs it on the device's thread.
+    template <typename Function>
+    auto OnDevice(Function function)
+    {
+        return asio::post(context, asio::use_future(function)).get();
+    }
+
+    asio::io_context context{1};
+    Options options;
+    std::unique_ptr<Device> device;
+    PcapFile capture{""};
+    DeviceFeed feed{context};
+    std::unique_ptr<Server> server;
+    std::unique_ptr<PageServer> page;
+    std::string host;
+    std::thread thread;
+};
+
+std::string Line(tcp::iostream& stream, const std::string& beginning)
+{
+    std::string line;
+    while (std::getline(stream, line) && !line.starts_with(beginning)) {
+    }
+    return line;
+}
+
+TEST_F(Page, RefusesWhatNoBrowserOfItsOwnAsks)
+{
+    const std::string own = "Host: " + host + "\r\nContent-Type: application/json\r\n";
+    const std::string order = R"({"fault":"chunk=5","on":true})";
+    const auto lines = [](int count) {
+        std::string text;
+        for (int i = 0; i < count; ++i) {
+            text += "X: " + std::string(1024, 'x') + "\r\n";
+        }
+        return text;
+    };
+    EXPECT_EQ(Ask("GET / HTTP/1.1\r\n" + own + lines(70) + "\r\n").find("HTTP/1.1 200"), std::string::npos);
+    const std::pair<std::string, int> cases[] = {
+        {Ask("GET / HTTP/1.1\r\nHost: wall.example\r\n\r\n"), 403}, // a name that was made to lead here
+        {Ask("GET / HTTP/1.1\r\n\r\n"), 403},
+        {Ask("GET /page.html HTTP/1.1\r\n" + own + "\r\n"), 404},
+        {Ask("GET /windows/1 HTTP/1.1\r\n" + own + "\r\n"), 404},
+        {Ask("GET /windows/99999999999 HTTP/1.1\r\n" + own + "\r\n"), 404},
+        {Ask("GET / HTTP/1.1\r\nRange: bytes=0-1\r\n" + own + "\r\n"), 206},
+        {Ask("GET / HTTP/1.1\r\nRange: bytes=0-1,2-3\r\n" + own + "\r\n"), 416},
+        {Ask("GET / HTTP/1.1\r\n" + own + lines(60) + "\r\n"), 200},
+        {Ask("what is this\r\n\r\n"), 400},
+        {Ask("DELETE /faults HTTP/1.1\r\n" + own + "\r\n"), 405},
+        {Ask("POST /faults HTTP/1.1\r\n" + own + "\r\n"), 411},
+        {Ask("POST /faults HTTP/1.1\r\n" + own + "Transfer-Encoding: chunked\r\n\r\n0\r\n\r\n"), 411},
+        {Post(own, std::string(2000, ' ')), 413},
+        {Post(own + "Origin: http://wall.example\r\n", order), 403},
+        {Post(own + "Origin: null\r\n", order), 403},
+        {Post("Host: " + host + "\r\nContent-Type: text/plain\r\n", order),
+         415}, // what forms of other sites send
+        {Post(own, "{"), 400},
+        {Post(own, R"({"fault":5,"on":true})"), 400},
+        {Post(own, R"({"fault":"chunk=0","on":true})"), 400},
+        {Post(own, R"({"fault":"silent@nosuchrequest","on":true})"), 400},
+        {Post(own, R"({"fault":"chunk@dologin","on":false})"), 400},
+    };
+    for (const auto& [answer, status] : cases) {
+        EXPECT_TRUE(answer.starts_with(fmt::format("HTTP/1.1 {} ", status))) << status << '\n' << answer;
+    }
+    EXPECT_TRUE(OnDevice([this] { return ListFaults(device->ActiveFaults()).empty(); }));
+    EXPECT_TRUE(Post(own + "Origin: http://" + host + "\r\n", order).starts_with("HTTP/1.1 204 "));
+    EXPECT_EQ(OnDevice([this] { return device->ActiveFaults().chunk; }), 5U);
+    EXPECT_TRUE(Post(own, R"({"fault":"chunk","on":false})").starts_with("HTTP/1.1 204 "));
+    EXPECT_EQ(OnDevice([this] { return device->ActiveFaults().chunk; }), 0U);
+}
+
+TEST_F(Page, SlowBrowsersHoldUpNeitherTheDecoderNorOthersForLong)
+{
+    std::vector<tcp::iostream> slow;
+    for (int i = 0; i < 32; ++i) {
+        slow.push_back(Send("GET / HTTP/1.1\r\n"));
+    }
+    const std::string request = "GET / HTTP/1.1\r\nHost: localhost\r\n\r\n";
+    EXPECT_EQ(Ask(request), ""); // turned away
+    EXPECT_EQ(OnDevice([] { return 5; }), 5);
+    for (tcp::iostream& browser : slow) {
+        EXPECT_TRUE(Line(browser, "no such line").empty());
+        EXPECT_NE(browser.error(), asio::error::timed_out); // by the test
+    }
+    EXPECT_TRUE(Ask(request).starts_with("HTTP/1.1 200 "));
+}
+
+} // namespace
+} // namespace simulated_decoder

@@ -1,0 +1,375 @@
+// The simulated decoder from a host's side, as far as a host can see it that our own is not:
+// tests/e2e/wall.txt has the commands of that one.
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+#include <sys/resource.h>
+
+#include <asio.hpp>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <openssl/decoder.h>
+#include <spdlog/fmt/fmt.h>
+
+#include "Link/Message.h"
+#include "LogText.h"
+#include "Picture/AtomicFile.h"
+#include "Picture/Captions.h"
+#include "Server/Device.h"
+#include "Server/PcapFile.h"
+#include "Server/Server.h"
+
+namespace simulated_decoder {
+namespace {
+
+// What a host makes of a text and a public key.
+std::string Encipher(const std::string& pem, const std::string& text)
+{
+    EVP_PKEY* key = nullptr;
+    const auto* data = reinterpret_cast<const unsigned char*>(pem.data());
+    std::size_t length = pem.size();
+    OSSL_DECODER_CTX* decoder =
+        OSSL_DECODER_CTX_new_for_pkey(&key, "PEM", nullptr, "RSA", EVP_PKEY_PUBLIC_KEY, nullptr, nullptr);
+    EXPECT_EQ(OSSL_DECODER_from_data(decoder, &data, &length), 1);
+    EVP_PKEY_CTX* context = EVP_PKEY_CTX_new(key, nullptr);
+    EXPECT_EQ(EVP_PKEY_encrypt_init(context), 1); // PKCS#1 v1.5 padding unless told otherwise
+    std::array<unsigned char, 128> cipher{};
+    length = cipher.size();
+    data = reinterpret_cast<const unsigned char*>(text.data());
+    EXPECT_EQ(EVP_PKEY_encrypt(context, cipher.data(), &length, data, text.size()), 1);
+    std::string base64(kEncipheredLength + 1, '\0');
+    EVP_EncodeBlock(reinterpret_cast<unsigned char*>(base64.data()), cipher.data(), 128);
+    EVP_PKEY_CTX_free(context);
+    OSSL_DECODER_CTX_free(decoder);
+    EVP_PKEY_free(key);
+    return base64.c_str();
+}
+
+std::string RequestText(const std::string& url, const std::string& header, const std::string& body)
+{
+    return "<td_command><td_header><version>2.2</version><type>request</type><url>" + url +
+           "</url><seq>300</seq><identity>3</identity>" + header + "</td_header><td_body>" + body +
+           "</td_body></td_command>";
+}
+
+class DecoderRequests : public testing::Test {
+protected:
+    DecoderRequests()
+    {
+        char path[] = "/tmp/tvwall-decoder-XXXXXX";
+        folder = std::string(mkdtemp(path)) + "/";
+        options.password = "secret";
+        options.wallText = folder + "wall.txt";
+        options.wallSvg = folder + "wall.svg";
+        options.jsonLog = folder + "log";
+    }
+    ~DecoderRequests() override { std::filesystem::remove_all(folder); }
+
+    void WriteFile(const std::string& name, const std::string& text) const
+    {
+        std::ofstream(folder + name) << text;
+    }
+    std::string ReadFile(const std::string& name) const
+    {
+        std::ifstream file(folder + name);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    void LogIn()
+    {
+        device = std::make_unique<Device>(options);
+        session = std::make_unique<HostSession>(device->Desk());
+        header = "<session>" + session->Open() + "</session>";
+        const std::string key = device->Desk().LoginKey().PublicPem();
+        ASSERT_EQ(session->LogIn(Encipher(key, "admin"), Encipher(key, Sha256Hex("secret"))),
+                  ErrorCode::Success);
+        header += "<token>" + session->Token() + "</token>";
+    }
+
+    void Run(const std::string& url, const std::string& body, int code,
+             const std::string& answered = "<td_body/>")
+    {
+        SCOPED_TRACE(url + " " + body);
+        const std::string reply = device->Handle(1, *session, RequestText(url, header, body)).payload;
+        EXPECT_NE(reply.find(fmt::format("<errorcode>{}</errorcode>", code)), std::string::npos) << reply;
+        const auto at = reply.find("<td_body");
+        EXPECT_EQ(reply.substr(at, reply.rfind("</td_command>") - at), answered);
+    }
+
+    std::string folder;
+    Options options;
+    std::unique_ptr<Device> device;
+    std::unique_ptr<HostSession> session;
+    std::string header;
+};
+
+TEST_F(DecoderRequests, ChannelsComeFromTheFileWhenItIsGood)
+{
+    const std::string good =
+        R"([{"id":3,"name":"Gate <","online":true},{"id":9,"name":"Yard","online":false}])";
+    WriteFile("channels", good);
+    options.channels = folder + "channels";
+    LogIn();
+    const auto list = [](const std::string& name) {
+        return "<td_body><td_channellist><item><id>3</id><name>" + name +
+               " &lt;</name><state>online</state></item><item><id>9</id><name>Yard</name><state>offline"
+               "</state></item></td_channellist></td_body>";
+    };
+    Run("getchannelinfo", "", 0, list("Gate"));
+    const auto with = [&](const char* what, const char* instead) {
+        return std::string(good).replace(good.find(what), 4, instead);
+    };
+    const struct {
+        std::string text;
+        bool list = false, states = false; // that this changes
+    } files[] = {
+        {""},
+        {"{}"},
+        {R"([{"id":3}])"},
+        {R"([{"id":1.5,"name":"a","online":true}])"},
+        {R"([{"id":0,"name":"a","online":true}])"},
+        {R"([{"id":1,"name":"a\n","online":true}])"},
+        {R"([{"id":1,"name":"a","online":1}])"},
+        {R"([{"id":1,"name":"a","online":true},{"id":1,"name":"b","online":true}])"},
+        {with("true", "null")},
+        {with("true", "false"), false, true},
+        {with("Gate", "Door"), true, true},
+    };
+    for (const auto& [text, listed, states] : files) {
+        WriteFile("channels", text);
+        const ChannelChange change = device->ReloadChannels();
+        EXPECT_EQ(change.list, listed) << text;
+        EXPECT_EQ(change.states, states) << text;
+    }
+    Run("getchannelinfo", "", 0, list("Door"));
+}
+
+TEST_F(DecoderRequests, PicturesCutOffWhatLiesBeyondTheWall)
+{
+    DeviceState state{"", Wall(1, 1)};
+    const Rect huge{INT32_MIN, INT32_MIN, UINT32_MAX, UINT32_MAX};
+    ASSERT_EQ(state.wall.Create({{7, huge, {4, {{0, 1}, {1, 1}, {2, 1}, {3, 1}}}},
+                                 {8, {-99, -99, 100, 100}, {1, {{0, 1}}}}}),
+              ErrorCode::Success);
+    std::istringstream picture(DrawText(state));
+    std::string line;
+    std::getline(picture, line);
+    std::getline(picture, line);
+    std::string drawn;
+    for (int i = 0; i < 28 && std::getline(picture, line); ++i) {
+        // The frame of the wall is whole.
+        EXPECT_NE(std::string("┌│└").find(line.substr(0, 3)), std::string::npos) << line;
+        EXPECT_NE(std::string("┐│┘").find(line.substr(line.size() - 3)), std::string::npos) << line;
+        drawn += line;
+    }
+    EXPECT_NE(drawn.find("╝  7 "), std::string::npos) << drawn; // next to the only corner that is seen of 8
+    tinyxml2::XMLDocument svg;
+    ASSERT_EQ(svg.Parse(DrawSvg(state).c_str()), tinyxml2::XML_SUCCESS);
+    const auto* windows = svg.RootElement()->FirstChildElement("g");
+    while (windows != nullptr && windows->Attribute("clip-path", "url(#wall)") == nullptr) {
+        windows = windows->NextSiblingElement("g");
+    }
+    ASSERT_NE(windows, nullptr);
+    EXPECT_NE(windows->FirstChildElement("g")->NextSiblingElement("g"), nullptr); // both are cut
+}
+
+TEST_F(DecoderRequests, WhatTheParserCannotReadInLinearTimeIsRefused)
+{
+    const auto repeat = [](const std::string& text, int times) {
+        std::string all;
+        for (int i = 0; i < times; ++i) {
+            all += fmt::format(fmt::runtime(text), i);
+        }
+        return all;
+    };
+    const auto parses = [](const std::string& body) {
+        return Request().Parse(RequestText("dowallclear", "", body));
+    };
+    EXPECT_TRUE(parses("<a " + repeat("b{}=\"'>\" ", 64) + "/>"));
+    EXPECT_FALSE(parses("<a " + repeat("b{}=\"'>\" ", 65) + "/>"));
+    EXPECT_TRUE(parses(repeat("<a><b/>", 62) + repeat("</a>", 62)));
+    EXPECT_FALSE(parses(repeat("<a><b/>", 63) + repeat("</a>", 63)));
+    EXPECT_TRUE(parses("<a>&#x1F600;&#128512;</a><!-- <a \" --><![CDATA[<a ']]><!a \">"));
+    EXPECT_FALSE(parses("<a>&#x000001F600;</a>"));
+    EXPECT_FALSE(parses("<a>&#x</a>"));
+    EXPECT_FALSE(parses("<a"));
+    LogIn();
+    Run("dologin", "<a " + repeat("b{}='' ", 60000) + "/>", 1);
+}
+
+TEST_F(DecoderRequests, WhatReachesATerminalIsPrintable)
+{
+    const std::string bad = "\x1b[2J \xc2\x9b \xff \xe4 \xe2\x82 \x7f\n";
+    const std::string seen = R"(\x1b[2J \xc2\x9b \xff \xe4 \xe2\x82 \x7f\x0a ä €)";
+    spdlog::memory_buf_t line;
+    LogFormatter()->format({"", spdlog::level::info, bad + " ä €"}, line);
+    const std::string text(line.data(), line.size());
+    EXPECT_NE(text.find(seen + "\n"), std::string::npos) << text;
+    LogIn();
+    Run("doaddchannelgroup",
+        "<channelgroup><id>5</id><name>\xc2\x9b</name><channelnum>1</channelnum><interval>10</interval>"
+        "<td_channellist>1</td_channellist></channelgroup>",
+        3);
+}
+
+TEST_F(DecoderRequests, AFileIsNotWrittenThroughALinkThatSomebodyPutBesideIt)
+{
+    WriteFile("victim", "mine");
+    std::filesystem::create_symlink("victim", folder + "wall.new");
+    ASSERT_EQ(WriteFileAtomically(folder + "wall", "new"), "");
+    EXPECT_EQ(ReadFile("victim") + ReadFile("wall"), "minenew");
+    std::filesystem::create_symlink("victim", folder + "link"); // but through one that stands in its place
+    ASSERT_EQ(WriteFileAtomically(folder + "link", "by order"), "");
+    EXPECT_EQ(ReadFile("victim"), "by order");
+
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small{2, before.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
+    const std::string problem = WriteFileAtomically(folder + "wall", "too long");
+    setrlimit(RLIMIT_FSIZE, &before);
+    (void)std::signal(SIGXFSZ, handler);
+    EXPECT_NE(problem.find("File too large"), std::string::npos) << problem;
+    EXPECT_EQ(ReadFile("wall"), "new");
+    const std::filesystem::directory_iterator left(folder);
+    EXPECT_EQ(std::distance(begin(left), end(left)), 4); // victim, wall, and both links
+}
+
+// A host on the line.
+class DecoderLink : public DecoderRequests {
+protected:
+    ~DecoderLink() override { Disconnect(); }
+    void Disconnect()
+    {
+        context.stop();
+        if (thread.joinable()) {
+            thread.join();
+        }
+        server.reset();
+        host.close();
+    }
+    void Connect(const std::vector<const char*>& faults)
+    {
+        for (const char* fault : faults) {
+            ASSERT_EQ(AddFault(options.faults, fault), "");
+        }
+        options.notifySeq = UINT32_MAX;
+        device = std::make_unique<Device>(options);
+        server = std::make_unique<Server>(context, *device, capture, "127.0.0.1", 0);
+        context.restart();
+        host.open(asio::ip::tcp::v4());
+        host.set_option(asio::socket_base::receive_buffer_size(65536));
+        host.connect({asio::ip::address_v4::loopback(), server->Port()});
+        thread = std::thread([this] { context.run(); });
+    }
+    void Send(const std::string& text) { asio::write(host, asio::buffer(EncodeFrame(text))); }
+    // The next payload; empty when the line is cut.
+    std::string Receive()
+    {
+        std::string payload;
+        std::array<char, 4096> bytes{};
+        std::error_code error;
+        for (auto next = frames.Next(payload); !error && next != FrameReader::Result::Payload;
+             next = frames.Next(payload)) {
+            if (next == FrameReader::Result::Heartbeat) {
+                ++answered;
+            } else {
+                frames.Feed({bytes.data(), host.read_some(asio::buffer(bytes), error)});
+            }
+        }
+        return payload;
+    }
+    std::string Element(const std::string& text, const std::string& name) const
+    {
+        const auto at = text.find("<" + name + ">") + name.size() + 2;
+        return text.substr(at, text.find("</" + name, at) - at);
+    }
+    void LogInOverTheLine()
+    {
+        Send(RequestText("dooption", "", "<encryption>1</encryption>"));
+        const std::string option = Receive();
+        const std::string key = Element(option, "pubkey1");
+        Send(RequestText("dologin",
+                         "<session>" + Element(option, "session") + "</session><account>" +
+                             Encipher(key, "admin") + "</account><authentication>" +
+                             Encipher(key, Sha256Hex("secret")) + "</authentication>",
+                         ""));
+    }
+
+    asio::io_context context{1};
+    asio::ip::tcp::socket host{context};
+    FrameReader frames;
+    int answered = 0;     // heartbeats received
+    PcapFile capture{""}; // none
+    std::unique_ptr<Server> server;
+    std::thread thread;
+};
+
+TEST_F(DecoderLink, FlappingChannelsGoOffAndOnAgain)
+{
+    Connect({"flap-channels=1"});
+    LogInOverTheLine();
+    std::uint32_t seq = UINT32_MAX;
+    std::string states; // of one channel
+    for (int messages = 0; messages < 100 && states.find("offline online ") == std::string::npos;
+         ++messages) {
+        const std::string text = Receive();
+        ASSERT_NE(text, "");
+        if (Element(text, "url") == "notifychannelstate") {
+            EXPECT_EQ(Element(text, "seq"), std::to_string(seq++));
+            const auto at = text.find("<id>64</id>");
+            states += at == std::string::npos ? "" : Element(text.substr(at), "state") + " ";
+        }
+    }
+    EXPECT_NE(states.find("offline online "), std::string::npos) << states;
+}
+
+TEST_F(DecoderLink, TheLineIsCutInTheNthReplyWhateverIsLeftUnanswered)
+{
+    Connect({"cut-after=2", "silent@dowallclear"});
+    Send(RequestText("dowallclear", "", ""));
+    LogInOverTheLine();
+    EXPECT_EQ(Receive(), "");
+}
+
+TEST_F(DecoderLink, OneHeartbeatAtMostWaitsInFrontOfAReply)
+{
+    Connect({"chunk=1"});
+    std::string beats;
+    for (int i = 0; i < 5000; ++i) {
+        beats += EncodeFrame({});
+    }
+    asio::write(host, asio::buffer(beats));
+    Send(RequestText("dowallclear", "", ""));
+    EXPECT_NE(Receive(), "");
+    EXPECT_LT(answered, 100); // a few for each piece in which they arrived
+    EXPECT_GT(answered, 0);
+}
+
+TEST_F(DecoderLink, AHostThatDoesNotReadIsCutOffAt16MiB)
+{
+    const std::string url(1024 * 1024, 'u'); // comes back in the reply
+    for (const std::string& fault : {std::string("beat-every=1000"), "delay=86400000@" + url}) {
+        Connect({fault.c_str()});
+        std::error_code error;
+        for (int i = 0; i < 64 && !error; ++i) {
+            asio::write(host, asio::buffer(EncodeFrame(RequestText(url, "", ""))), error);
+        }
+        std::array<char, 65536> bytes{};
+        while (!error) {
+            host.read_some(asio::buffer(bytes), error);
+        }
+        Disconnect();
+        // The system takes some 4 MiB besides.
+        EXPECT_GE(device->Requests().All().size(), 16U);
+        EXPECT_LE(device->Requests().All().size(), 22U);
+    }
+}
+
+} // namespace
+} // namespace simulated_decoder
