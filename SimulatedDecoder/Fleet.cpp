@@ -6,7 +6,7 @@ namespace simulated_decoder {
 
 Fleet::Decoder::Decoder(asio::io_context& context, PcapFile& capture, const Options& options,
                         std::shared_ptr<const DeskKeys> keys, std::uint16_t port)
-    : device(options, std::move(keys)), server(context, device, capture, options.host, port)
+    : device(options.device, std::move(keys)), server(context, device, capture, options.host, port)
 {
 }
 

@@ -6,6 +6,7 @@
 
 #include <asio/io_context.hpp>
 
+#include "Options.h"
 #include "Server/Device.h"
 #include "Server/PcapFile.h"
 #include "Server/Server.h"

@@ -1,16 +1,19 @@
 #include "Options.h"
 
 #include <cstdlib>
-#include <fstream>
 #include <iostream>
+#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 #include <spdlog/fmt/fmt.h>
 
 #include "Link/Message.h"
-#include "LogText.h"
 #include "State/ScreenGrid.h"
+#include "Tools/Common/Address.h"
+#include "Tools/Common/Numbers.h"
+#include "Tools/Common/PasswordFile.h"
+#include "Tools/Common/TerminalText.h"
 
 namespace simulated_decoder {
 
@@ -45,20 +48,15 @@ Exit status:
   3  cannot listen)";
 }
 
-// HOST:PORT, an IPv6 host in square brackets.
-bool ParseEndpoint(const std::string& text, std::string& host, std::uint16_t& port)
+// The address that an option gives. Throws CLI::Error.
+void ReadAddress(const char* option, const std::string& text, std::string& host, std::uint16_t& port)
 {
-    const auto colon = text.rfind(':');
-    if (colon == std::string::npos) {
-        return false;
+    auto address = tools::ParseAddress(text, 0);
+    if (!address) {
+        throw CLI::RuntimeError(fmt::format("{}: '{}' is not HOST:PORT", option, text), kExitUsage);
     }
-    host = text.substr(0, colon);
-    if (host.size() > 2 && host.front() == '[' && host.back() == ']') {
-        host = host.substr(1, host.size() - 2);
-    }
-    const auto number = ParseNumber<std::uint16_t>(std::string_view(text).substr(colon + 1));
-    port = number.value_or(0);
-    return number.has_value() && !host.empty();
+    host = std::move(address->host);
+    port = address->port;
 }
 
 // One file holds one wall, one log the requests to one decoder.
@@ -67,8 +65,8 @@ void CheckFleet(const Options& options)
     if (options.decoders == 1) {
         return;
     }
-    if (!options.wallSvg.empty() || !options.wallText.empty() || !options.jsonLog.empty() ||
-        !options.pageHost.empty()) {
+    if (!options.device.wallSvg.empty() || !options.device.wallText.empty() ||
+        !options.device.jsonLog.empty() || !options.pageHost.empty()) {
         throw CLI::RuntimeError(
             "--wall-svg, --wall-text, --json-log and --http take one decoder, not several", kExitUsage);
     }
@@ -88,16 +86,11 @@ std::string ReadPassword(const std::string& path)
         }
         return value;
     }
-    std::ifstream file(path);
-    std::string line;
-    std::getline(file, line);
-    if (line.ends_with('\r')) {
-        line.pop_back();
-    }
-    if (line.empty()) {
+    auto line = tools::ReadPasswordFile(path);
+    if (!line || line->empty()) {
         throw CLI::RuntimeError("cannot read a password from " + path, kExitUsage);
     }
-    return line;
+    return *std::move(line);
 }
 
 // The names of options that are unknown, without their values and other words: one may be a password.
@@ -138,31 +131,31 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
                        "Show the wall as a page here, where faults can be switched, too; it asks for no "
                        "password; port 0 picks a free one")
             ->type_name("HOST:PORT");
-    app.add_option("--user", options.user, "The account that may log in")
+    app.add_option("--user", options.device.user, "The account that may log in")
         ->type_name("NAME")
         ->capture_default_str();
     app.add_option("--password-file", passwordFile,
                    fmt::format("Its password is the first line of this file (else the variable {})",
                                kPasswordVariable))
         ->type_name("FILE");
-    app.add_option("--rows", options.rows, "Rows of screens")
+    app.add_option("--rows", options.device.rows, "Rows of screens")
         ->check(CLI::Range(1, kMaxScreens))
         ->capture_default_str();
-    app.add_option("--columns", options.columns, "Columns of screens")
+    app.add_option("--columns", options.device.columns, "Columns of screens")
         ->check(CLI::Range(1, kMaxScreens))
         ->capture_default_str();
-    app.add_option("--name", options.name, "The name of the device")
+    app.add_option("--name", options.device.name, "The name of the device")
         ->type_name("NAME")
         ->check([](const std::string& name) {
             return HasControls(name) ? std::string("a name has no control characters") : std::string();
         })
         ->capture_default_str();
     app.add_option(
-           "--channels", options.channels,
+           "--channels", options.device.channels,
            "The input channels, a JSON list such as [{\"id\":1,\"name\":\"Gate\",\"online\":true}]; read "
            "again on SIGHUP (else 64 made-up ones)")
         ->type_name("FILE");
-    app.add_option("--source-accounts", options.sourceAccounts,
+    app.add_option("--source-accounts", options.device.sourceAccounts,
                    "The accounts that open video sources, lines USER:PASSWORD (else any)")
         ->type_name("FILE");
     app.add_option("--decoders", options.decoders,
@@ -170,7 +163,7 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
                    "named on, or free ones; account and keys are the same")
         ->check(CLI::Range(1U, kMaxDecoders))
         ->capture_default_str();
-    app.add_option("--notify-channels", options.notifyChannels,
+    app.add_option("--notify-channels", options.device.notifyChannels,
                    "Channels in each notification of notify-every (else by turns 1 to 256)")
         ->check(CLI::Range(1, 256));
     app.add_option(
@@ -178,11 +171,12 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
            "The sequence number of the first notification, each further one has the next; none: they\n"
            "have no number")
         ->type_name("NUMBER|none")
-        ->default_str(std::to_string(*options.notifySeq));
-    app.add_option("--wall-svg", options.wallSvg, "Keep a picture of the wall in this file")
+        ->default_str(std::to_string(*options.device.notifySeq));
+    app.add_option("--wall-svg", options.device.wallSvg, "Keep a picture of the wall in this file")
         ->type_name("FILE");
-    app.add_option("--wall-text", options.wallText, "Keep the wall as text in this file")->type_name("FILE");
-    app.add_option("--json-log", options.jsonLog,
+    app.add_option("--wall-text", options.device.wallText, "Keep the wall as text in this file")
+        ->type_name("FILE");
+    app.add_option("--json-log", options.device.jsonLog,
                    "Log every request to this file, one JSON object a line; starts it anew")
         ->type_name("FILE");
     app.add_option("--pcap", options.pcap,
@@ -194,33 +188,31 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
     app.footer(Footer());
     try {
         app.parse(argc, argv);
-        if (!ParseEndpoint(listen, options.host, options.port)) {
-            throw CLI::RuntimeError("--listen: '" + listen + "' is not HOST:PORT", kExitUsage);
-        }
-        if (httpOption->count() != 0 && !ParseEndpoint(http, options.pageHost, options.pagePort)) {
-            throw CLI::RuntimeError("--http: '" + http + "' is not HOST:PORT", kExitUsage);
+        ReadAddress("--listen", listen, options.host, options.port);
+        if (httpOption->count() != 0) {
+            ReadAddress("--http", http, options.pageHost, options.pagePort);
         }
         if (!notifySeq.empty()) {
-            options.notifySeq = ParseNumber<std::uint32_t>(notifySeq);
-            if (!options.notifySeq && notifySeq != "none") {
+            options.device.notifySeq = tools::ParseDecimal<std::uint32_t>(notifySeq);
+            if (!options.device.notifySeq && notifySeq != "none") {
                 throw CLI::RuntimeError("--notify-seq: '" + notifySeq + "' is no number of 32 bits, nor none",
                                         kExitUsage);
             }
         }
         CheckFleet(options);
         for (const std::string& spec : faults) {
-            if (const std::string problem = AddFault(options.faults, spec); !problem.empty()) {
+            if (const std::string problem = AddFault(options.device.faults, spec); !problem.empty()) {
                 throw CLI::RuntimeError("--fault: " + problem, kExitUsage);
             }
         }
-        options.password = ReadPassword(passwordFile);
+        options.device.password = ReadPassword(passwordFile);
     } catch (const CLI::Success& success) {
         return app.exit(success);
     } catch (const CLI::ExtrasError&) {
-        std::cerr << "tvwall-decoder: " << Visible(UnknownOptions(app.remaining())) << '\n';
+        std::cerr << "tvwall-decoder: " << tools::OneLine(UnknownOptions(app.remaining())) << '\n';
         return kExitUsage;
     } catch (const CLI::Error& error) {
-        std::cerr << "tvwall-decoder: " << Visible(error.what()) << '\n';
+        std::cerr << "tvwall-decoder: " << tools::OneLine(error.what()) << '\n';
         return kExitUsage;
     }
     return options;

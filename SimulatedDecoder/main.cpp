@@ -5,9 +5,6 @@
 #include <stdexcept>
 #include <variant>
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <asio/io_context.hpp>
 #include <asio/signal_set.hpp>
 #include <spdlog/cfg/env.h>
@@ -15,27 +12,17 @@
 #include <spdlog/spdlog.h>
 
 #include "Fleet.h"
-#include "LogText.h"
+#include "LogFormatter.h"
 #include "Options.h"
 #include "Page/PageServer.h"
 #include "Picture/AtomicFile.h"
 #include "Server/DeviceFeed.h"
 #include "Server/Server.h"
 #include "StopSignals.h"
+#include "Tools/Common/StandardStreams.h"
+#include "Tools/Common/TerminalText.h"
 
 namespace {
-
-// A standard stream that the caller has closed would be the first file that is opened here.
-void OpenStandardStreams()
-{
-    while (true) {
-        const int descriptor = ::open("/dev/null", O_RDWR);
-        if (descriptor < 0 || descriptor > STDERR_FILENO) {
-            (void)::close(descriptor);
-            return;
-        }
-    }
-}
 
 using namespace simulated_decoder;
 
@@ -51,7 +38,7 @@ void SetUpLog()
 
 int Complain(const char* what, int status)
 {
-    std::cerr << "tvwall-decoder: " << Visible(what) << '\n';
+    std::cerr << "tvwall-decoder: " << tools::OneLine(what) << '\n';
     return status;
 }
 
@@ -100,7 +87,7 @@ int Run(const Options& options)
 
 int main(int argc, char** argv)
 {
-    OpenStandardStreams();
+    tools::OpenStandardStreams();
     (void)std::signal(SIGPIPE, SIG_IGN);
     SetUpLog();
     const auto options = ParseOptions(argc, argv);

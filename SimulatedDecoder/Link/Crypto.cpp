@@ -8,6 +8,8 @@
 #include <openssl/rand.h>
 #include <openssl/rsa.h>
 
+#include "Tools/Common/Hex.h"
+
 namespace simulated_decoder {
 
 namespace {
@@ -20,17 +22,6 @@ void Require(bool good, const char* what)
     if (!good) {
         throw std::runtime_error(std::string("OpenSSL failed: ") + what);
     }
-}
-
-std::string Hex(const unsigned char* data, std::size_t length)
-{
-    static constexpr char kDigits[] = "0123456789ABCDEF";
-    std::string text;
-    for (std::size_t i = 0; i < length; ++i) {
-        text += kDigits[data[i] >> 4U];
-        text += kDigits[data[i] & 0xFU];
-    }
-    return text;
 }
 
 std::string EncodePublicKey(EVP_PKEY* key)
@@ -100,14 +91,14 @@ std::string Sha256Hex(std::string_view data)
     unsigned int length = 0;
     Require(EVP_Digest(data.data(), data.size(), digest.data(), &length, EVP_sha256(), nullptr) == 1,
             "SHA-256");
-    return Hex(digest.data(), length);
+    return tools::HexText(digest.data(), length, tools::HexCase::Upper);
 }
 
 std::string RandomId()
 {
     std::array<unsigned char, 16> bytes{};
     Require(RAND_bytes(bytes.data(), static_cast<int>(bytes.size())) == 1, "random bytes");
-    return Hex(bytes.data(), bytes.size());
+    return tools::HexText(bytes.data(), bytes.size(), tools::HexCase::Upper);
 }
 
 } // namespace simulated_decoder

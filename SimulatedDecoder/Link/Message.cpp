@@ -58,7 +58,7 @@ bool Request::Parse(std::string_view text)
     m_header = root->FirstChildElement("td_header");
     m_body = root->FirstChildElement("td_body");
     m_url = Header("url");
-    m_seq = ParseNumber<std::uint32_t>(Header("seq"));
+    m_seq = tools::ParseDecimal<std::uint32_t>(Header("seq"));
     return Header("version") == kVersion && Header("type") == "request" && !m_url.empty() &&
            m_seq.has_value();
 }

@@ -1,7 +1,6 @@
 #pragma once
 // The XML messages of the link: `td_command` with `td_header` and `td_body`.
 
-#include <charconv>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -11,24 +10,12 @@
 #include <tinyxml2.h>
 
 #include "Link/ErrorCode.h"
+#include "Tools/Common/Numbers.h"
 
 namespace simulated_decoder {
 
 // The text of a child element; empty when it has none or is not there. `parent` may be null.
 std::string_view ChildText(const tinyxml2::XMLElement* parent, const char* name);
-
-// The whole text as a decimal number; nothing when there is anything else in it or it does not fit.
-template <typename Number>
-std::optional<Number> ParseNumber(std::string_view text)
-{
-    Number value{};
-    // cppcheck-suppress invalidLifetime ; the text outlives the call
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size()) {
-        return std::nullopt;
-    }
-    return value;
-}
 
 // Whether there are characters in it that no XML text and no line of a terminal should hold: below U+0020,
 // and U+007F to U+009F.
@@ -39,7 +26,7 @@ bool IsPlain(std::string_view text);
 template <typename Number>
 std::optional<Number> ChildNumber(const tinyxml2::XMLElement* parent, const char* name)
 {
-    return ParseNumber<Number>(ChildText(parent, name));
+    return tools::ParseDecimal<Number>(ChildText(parent, name));
 }
 
 // Adds a child element at the end, empty or with a text.

@@ -153,7 +153,7 @@ void PageRoutes::AddState()
             [this, told](std::size_t, httplib::DataSink& sink) { return SendNews(*told, sink); });
     });
     Get(R"(/windows/(\d{1,10}))", [this](const HttpRequest& request, HttpResponse& response) {
-        const auto id = ParseNumber<std::uint32_t>(request.matches[1].str());
+        const auto id = tools::ParseDecimal<std::uint32_t>(request.matches[1].str());
         const auto window = std::make_shared<std::optional<std::string>>();
         if (id) {
             m_feed.Run([this, id, window] { *window = WindowJson(m_device.State(), *id); });

@@ -17,7 +17,7 @@ std::optional<std::vector<std::int32_t>> ReadChannels(std::string_view text)
     std::vector<std::int32_t> channels;
     for (bool more = true; more;) {
         const auto comma = text.find(',');
-        const auto channel = ParseNumber<std::int32_t>(text.substr(0, comma));
+        const auto channel = tools::ParseDecimal<std::int32_t>(text.substr(0, comma));
         if (!channel || channels.size() >= kMaxGroupChannels) {
             return std::nullopt;
         }

@@ -79,7 +79,7 @@ private:
     template <typename Number>
     void Take(std::string_view name, Number& number)
     {
-        const auto value = ParseNumber<Number>(m_elements[name]);
+        const auto value = tools::ParseDecimal<Number>(m_elements[name]);
         m_good = m_good && value;
         number = value.value_or(0);
     }

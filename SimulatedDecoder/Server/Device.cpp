@@ -5,8 +5,8 @@
 
 #include <spdlog/spdlog.h>
 
-#include "LogText.h"
 #include "Requests/RequestHandlers.h"
+#include "Tools/Common/TerminalText.h"
 
 namespace simulated_decoder {
 
@@ -22,7 +22,7 @@ constexpr std::string_view kGarbage = "\x01\x02 this is <no <XML &\xff\xfe> at a
 // A url from the link, fit for one line of the log.
 std::string Printable(std::string_view url)
 {
-    return url.empty() ? "unreadable request" : Visible(url.substr(0, 64));
+    return url.empty() ? "unreadable request" : tools::OneLine(url.substr(0, 64));
 }
 
 void LogOutcome(int connection, const RequestContext& context, ErrorCode code)
@@ -43,20 +43,20 @@ std::optional<std::uint32_t> ReplySeq(const Request& request, const UrlFaults& f
 
 } // namespace
 
-Device::Device(const Options& options, std::shared_ptr<const DeskKeys> keys)
-    : m_desk(options.user, options.password, std::move(keys)),
-      m_channelsPath(options.channels),
-      m_state{options.name, Wall(options.rows, options.columns)},
-      m_pictures(options.wallSvg, options.wallText),
-      m_log(options.jsonLog),
-      m_faults(options.faults),
-      m_madeUpChannels(options.notifyChannels),
-      m_noticeSeq(options.notifySeq)
+Device::Device(const DeviceSettings& settings, std::shared_ptr<const DeskKeys> keys)
+    : m_desk(settings.user, settings.password, std::move(keys)),
+      m_channelsPath(settings.channels),
+      m_state{settings.name, Wall(settings.rows, settings.columns)},
+      m_pictures(settings.wallSvg, settings.wallText),
+      m_log(settings.jsonLog),
+      m_faults(settings.faults),
+      m_madeUpChannels(settings.notifyChannels),
+      m_noticeSeq(settings.notifySeq)
 {
     m_state.channels =
         m_channelsPath.empty() ? InputChannels::MadeUp(kMadeUpChannels) : InputChannels::Load(m_channelsPath);
-    if (!options.sourceAccounts.empty()) {
-        m_state.sources = SourceAccounts::Load(options.sourceAccounts);
+    if (!settings.sourceAccounts.empty()) {
+        m_state.sources = SourceAccounts::Load(settings.sourceAccounts);
     }
     if (const std::string problem = m_pictures.Write(m_state); !problem.empty()) {
         throw std::runtime_error(problem);

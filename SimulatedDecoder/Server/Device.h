@@ -10,7 +10,6 @@
 #include <string_view>
 #include <utility>
 
-#include "Options.h"
 #include "Picture/WallPictures.h"
 #include "Server/Faults.h"
 #include "Server/JsonLog.h"
@@ -19,6 +18,23 @@
 #include "State/Login.h"
 
 namespace simulated_decoder {
+
+// What the device is and does from the start. Paths that are empty name no file.
+struct DeviceSettings {
+    std::string name = "tvwall-decoder";
+    std::string user = "admin";
+    std::string password;
+    int rows = 2;
+    int columns = 2;
+    std::string channels; // the file of input channels; without one they are made up
+    std::string sourceAccounts;
+    std::string wallSvg;
+    std::string wallText;
+    std::string jsonLog;
+    std::int32_t notifyChannels = 0; // in each notification that the faults make up; 0: by turns 1 to 256
+    std::optional<std::uint32_t> notifySeq = 1000000; // of the first notification; nothing: all have none
+    Faults faults;
+};
 
 // What goes back to the host for one request.
 struct Answer {
@@ -32,7 +48,7 @@ class Device {
 public:
     // Writes the first pictures; std::runtime_error when a file cannot be read or written. Keys of its own
     // are generated unless some are given.
-    explicit Device(const Options& options,
+    explicit Device(const DeviceSettings& settings,
                     std::shared_ptr<const DeskKeys> keys = std::make_shared<const DeskKeys>());
 
     // Carries out one request of the connection with this number, faults included. When it returns, the

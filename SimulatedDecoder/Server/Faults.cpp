@@ -195,7 +195,7 @@ std::string AddFault(Faults& faults, std::string_view spec)
     }
     std::uint32_t number = 1;
     if (takesNumber) {
-        const auto parsed = ParseNumber<std::uint32_t>(*pieces.number);
+        const auto parsed = tools::ParseDecimal<std::uint32_t>(*pieces.number);
         if (!parsed || *parsed < kind->range.minimum || *parsed > kind->range.maximum) {
             return fmt::format("fault '{}': '{}' is not a number from {} to {}", spec, *pieces.number,
                                kind->range.minimum, kind->range.maximum);

@@ -74,16 +74,4 @@ std::string ReadWholeFile(const std::string& strFile, const char* szWhat)
                       [](const std::string& strBytes) { return strBytes.size() > kMaxFile; });
 }
 
-std::string ReadPasswordFile(const std::string& strFile)
-{
-    // No password is as long as one read, so the rest need not be looked at.
-    std::string strLine =
-        ReadOrExit(strFile, "password", [](const std::string& strBytes) { return !strBytes.empty(); });
-    strLine.erase(std::min(strLine.find('\n'), strLine.size()));
-    if (strLine.ends_with('\r')) {
-        strLine.pop_back();
-    }
-    return strLine;
-}
-
 } // namespace standin_host

@@ -9,7 +9,4 @@ namespace standin_host {
 std::string ReadWholeFile(const std::string& strFile, const char* szWhat);
 inline constexpr std::size_t kMaxFile = 64UL * 1024 * 1024;
 
-// The first line of a password file, without its end.
-std::string ReadPasswordFile(const std::string& strFile);
-
 } // namespace standin_host

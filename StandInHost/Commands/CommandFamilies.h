@@ -7,7 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "Commands/ConsoleCommands.h"
+#include "Commands/ParsedCommand.h"
 #include "Commands/Records/AnswerForms.h"
 #include "Commands/Records/CommandWords.h"
 

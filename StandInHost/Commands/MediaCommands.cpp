@@ -1,10 +1,10 @@
 #include <limits>
 
 #include "Base/ExitStatus.h"
-#include "Base/Text.h"
 #include "Commands/CommandFamilies.h"
 #include "Commands/Records/Credentials.h"
 #include "Commands/Records/Media.h"
+#include "Tools/Common/Address.h"
 #include "TvwallProtocol.h"
 
 namespace standin_host {
@@ -23,12 +23,12 @@ struct SMediaArguments {
     SMedia Media() const
     {
         SMedia media;
-        const auto address = SplitAddress(*pAddress);
+        const auto address = tools::ParseAddress(*pAddress, 1);
         if (!address) {
             throw CUsageError("ADDRESS takes HOST:PORT with a port from 1 to 65535, not '" + *pAddress + "'");
         }
-        media.strAddress = Fitting(address->strHost, kMaxSourceAddress, "the source's address");
-        media.nPort = address->nPort;
+        media.strAddress = Fitting(address->host, kMaxSourceAddress, "the source's address");
+        media.nPort = address->port;
         if (!ParseChannel(strChannel, media)) {
             throw CUsageError("--channel takes a number from 0 to 2147483647 or a GUID, not '" + strChannel +
                               "'");

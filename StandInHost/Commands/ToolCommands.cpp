@@ -2,8 +2,8 @@
 
 #include "Base/ExitStatus.h"
 #include "Base/Files.h"
-#include "Base/Text.h"
 #include "Commands/CommandFamilies.h"
+#include "Tools/Common/Hex.h"
 
 namespace standin_host {
 
@@ -40,7 +40,7 @@ struct SRawArguments {
         if (!strFile.empty()) {
             const std::string strBytes = ReadWholeFile(strFile, "payload");
             record.bytes.assign(strBytes.begin(), strBytes.end());
-        } else if (auto bytes = ParseHex(strHex)) {
+        } else if (auto bytes = tools::ParseHex(strHex)) {
             record.bytes = std::move(*bytes);
         } else {
             throw CUsageError("--hex takes pairs of hexadecimal digits");

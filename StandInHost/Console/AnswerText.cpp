@@ -5,8 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "Base/Text.h"
 #include "Commands/Records/FailureCodes.h"
+#include "Tools/Common/Hex.h"
 #include "TvwallProtocol.h"
 
 namespace standin_host {
@@ -43,7 +43,7 @@ SReadAnswer ReadAnswer(const SConsoleCommand& command, const SAnswer& answer)
     }
     if (command.pForm == nullptr) {
         return {"answered with " + std::to_string(answer.bytes.size()) + " bytes " +
-                    HexText(answer.bytes.data(), answer.bytes.size()),
+                    tools::HexText(answer.bytes.data(), answer.bytes.size()),
                 "", true, nullptr};
     }
     return ReadForm(*command.pForm, answer.bytes);

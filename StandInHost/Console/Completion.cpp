@@ -6,7 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include "Commands/ConsoleCommands.h"
-#include "Console/Script.h"
+#include "Console/WordSplitting.h"
 
 namespace standin_host {
 

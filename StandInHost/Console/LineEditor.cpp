@@ -8,10 +8,10 @@
 #include <histedit.h>
 #include <unistd.h>
 
-#include "Base/Text.h"
+#include "Base/ErrorLines.h"
 #include "Console/HistoryFile.h"
-#include "Host/ErrorLines.h"
 #include "Host/HostEvents.h"
+#include "Tools/Common/TerminalText.h"
 
 namespace standin_host {
 
@@ -90,7 +90,7 @@ CLineEditor::EResult CLineEditor::Read(std::string& strLine)
 {
     m_bCancelled = false;
     m_decoding = {};
-    const CErrorLinesHold hold(m_events);
+    const CErrorLinesHold hold([this] { m_events.Changed(); });
     el_resize(m_pEditor.get());               // the window may have another size by now
     el_set(m_pEditor.get(), EL_PREP_TERM, 1); // else keys in the moment behind the prompt miss the editor
     int nLength = 0;
@@ -174,7 +174,7 @@ unsigned char CLineEditor::Complete()
     }
     std::string strList = "\n";
     for (const std::string& strCandidate : completion.candidates) {
-        strList += OneLine(strCandidate) + "  ";
+        strList += tools::OneLine(strCandidate) + "  ";
     }
     (void)std::fputs((strList + '\n').c_str(), stderr);
     return CC_REDISPLAY;

@@ -6,10 +6,11 @@
 #include <CLI/CLI.hpp>
 
 #include "Base/ExitStatus.h"
-#include "Base/Text.h"
+#include "Base/GuidText.h"
 #include "Commands/Records/FailureCodes.h"
 #include "Commands/Records/Payloads.h"
 #include "Host/Plugin.h"
+#include "Tools/Common/Address.h"
 
 namespace standin_host {
 
@@ -93,12 +94,12 @@ void InterpretDecoder(const std::string& strDecoder, SOptions& options)
     if (strDecoder.empty()) {
         throw CUsageError("--decoder HOST:PORT is required");
     }
-    const auto address = SplitAddress(strDecoder);
+    const auto address = tools::ParseAddress(strDecoder, 1);
     if (!address) {
         throw CUsageError("--decoder takes HOST:PORT with a port from 1 to 65535, not '" + strDecoder + "'");
     }
-    options.strHost = address->strHost;
-    options.strPort = std::to_string(address->nPort);
+    options.strHost = address->host;
+    options.strPort = std::to_string(address->port);
 }
 
 ELogLevel LogLevel(const std::string& strName)

@@ -9,8 +9,10 @@
 #include <nlohmann/json.hpp>
 #include <unistd.h>
 
-#include "Base/Text.h"
+#include "Base/GuidText.h"
 #include "Console/AnswerText.h"
+#include "Tools/Common/Hex.h"
+#include "Tools/Common/TerminalText.h"
 
 namespace standin_host {
 
@@ -25,7 +27,7 @@ std::string EscapeControls(const std::string& strJson)
         const bool bPair = strJson[i] == '\xC2' && static_cast<uint8_t>(strJson[i + 1]) < 0xA0;
         if (bPair || strJson[i] == '\x7F') {
             i += bPair ? 1 : 0;
-            strPrintable += "\\u00" + HexText(&strJson[i], 1);
+            strPrintable += "\\u00" + tools::HexText(&strJson[i], 1);
         } else {
             strPrintable += strJson[i];
         }
@@ -41,7 +43,7 @@ public:
     {
         const std::string strUnanswered =
             command.bHasReply ? "no answer" : "queued and run, no answer wanted";
-        Line(OneLine(command.strTitle) + ": " + (pAnswer == nullptr ? strUnanswered : read.strText));
+        Line(tools::OneLine(command.strTitle) + ": " + (pAnswer == nullptr ? strUnanswered : read.strText));
     }
 
     void Notification(const SNotification& notification) override
@@ -51,7 +53,7 @@ public:
                              : notification.info.nOptType == TVWALL_DECODE_NOTIFY_IORES_STATUS
                                  ? "channel states"
                                  : "unknown kind";
-        Line(std::string("notification, ") + szKind + ": " + OneLine(notification.strData));
+        Line(std::string("notification, ") + szKind + ": " + tools::OneLine(notification.strData));
     }
 };
 
@@ -65,7 +67,7 @@ public:
         if (pAnswer != nullptr) {
             object["answer"] = pAnswer->kind == SAnswer::EKind::Buffer ? "buffer" : "failure";
             object["code"] = pAnswer->nCode;
-            object["hex"] = HexText(pAnswer->bytes.data(), pAnswer->bytes.size());
+            object["hex"] = tools::HexText(pAnswer->bytes.data(), pAnswer->bytes.size());
         }
         if (read.pFields != nullptr) {
             object["fields"] = *read.pFields;

@@ -6,15 +6,16 @@
 #include <utility>
 
 #include "Base/ExitStatus.h"
-#include "Base/Text.h"
+#include "Base/LineInput.h"
 #include "Commands/Records/Credentials.h"
 #include "Commands/Records/Payloads.h"
 #include "Console/AnswerText.h"
 #include "Console/Options.h"
 #include "Console/Output.h"
-#include "Console/Script.h"
+#include "Console/WordSplitting.h"
 #include "Host/Command.h"
 #include "Host/DecoderLink.h"
+#include "Tools/Common/TerminalText.h"
 
 namespace standin_host {
 
@@ -119,7 +120,7 @@ void CSession::AwaitEnd(const SConsoleCommand& command, const CHostCommand& host
     while (!host.IsReleased() && !m_events.Lost()) {
         CheckInterrupted();
         if (CHostEvents::Clock::now() >= deadline) {
-            throw CExitError(EXIT_NO_ANSWER, Where() + OneLine(command.strTitle) +
+            throw CExitError(EXIT_NO_ANSWER, Where() + tools::OneLine(command.strTitle) +
                                                  " was answered, but the plug-in still works on it");
         }
         m_events.Wait(deadline);
@@ -159,7 +160,7 @@ void CSession::Judge(const SConsoleCommand& command, const CHostCommand& host, b
     if (bLost) {
         CheckLost();
     }
-    const std::string strTitle = OneLine(command.strTitle);
+    const std::string strTitle = tools::OneLine(command.strTitle);
     if (answer) {
         NoteLogin(command, read.bGood);
     }

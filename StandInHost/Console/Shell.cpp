@@ -7,11 +7,12 @@
 #include <unistd.h>
 
 #include "Base/ExitStatus.h"
-#include "Base/Text.h"
 #include "Commands/Records/Credentials.h"
 #include "Commands/Records/FailureCodes.h"
 #include "Console/Options.h"
 #include "Console/Output.h"
+#include "Console/WordSplitting.h"
+#include "Tools/Common/TerminalText.h"
 
 namespace standin_host {
 
@@ -197,11 +198,11 @@ std::string CShell::Prompt() const
     const SOptions& options = m_ground.options;
     const bool bBrackets = options.strHost.find(':') != std::string::npos;
     const std::string strHost = bBrackets ? '[' + options.strHost + ']' : options.strHost;
-    const std::string strDecoder = OneLine(strHost + ':' + options.strPort);
+    const std::string strDecoder = tools::OneLine(strHost + ':' + options.strPort);
     if (!m_session) {
         return strDecoder + " (offline)> ";
     }
-    return m_session->Session().LoggedIn() ? OneLine(options.strUser) + '@' + strDecoder + "> "
+    return m_session->Session().LoggedIn() ? tools::OneLine(options.strUser) + '@' + strDecoder + "> "
                                            : strDecoder + " (not logged in)> ";
 }
 

@@ -4,10 +4,10 @@
 #include <optional>
 #include <string>
 
+#include "Base/LineInput.h"
 #include "Console/HistoryFile.h"
 #include "Console/LineEditor.h"
 #include "Console/OpenSession.h"
-#include "Console/Script.h"
 
 namespace standin_host {
 

@@ -4,35 +4,23 @@
 #include <memory>
 #include <string>
 
-#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
 #include "Base/ExitStatus.h"
+#include "Base/LineInput.h"
 #include "Commands/Records/Credentials.h"
 #include "Console/OpenSession.h"
 #include "Console/Options.h"
 #include "Console/Output.h"
-#include "Console/Script.h"
 #include "Console/Shell.h"
 #include "Host/Command.h"
 #include "Host/IoThread.h"
 #include "Host/MemPool.h"
 #include "Host/Plugin.h"
+#include "Tools/Common/StandardStreams.h"
 
 namespace {
-
-// A standard stream that the caller has closed would be the first file that is opened here.
-void OpenStandardStreams()
-{
-    while (true) {
-        const int nDescriptor = ::open("/dev/null", O_RDWR);
-        if (nDescriptor < 0 || nDescriptor > STDERR_FILENO) {
-            (void)::close(nDescriptor);
-            return;
-        }
-    }
-}
 
 using namespace standin_host;
 
@@ -48,7 +36,7 @@ int Run(const SOptions& options)
     if (options.command.kind == SConsoleCommand::EKind::Script) {
         pScript = std::make_unique<CLineInput>(options.command.strScriptFile);
     }
-    CCredentials credentials(options, events);
+    CCredentials credentials(options.strUser, options.strPasswordFile, events);
     const auto pOutput = COutput::Create(options.bJson, events);
     const SSessionGround ground{options, plugin, ioThread, events, credentials, *pOutput};
     if (options.command.kind == SConsoleCommand::EKind::Shell) {
@@ -106,7 +94,7 @@ int main(int argc, char** argv)
 {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): there is no other thread yet
     (void)std::setlocale(LC_CTYPE, ""); // what is a character on the terminal
-    OpenStandardStreams();
+    tools::OpenStandardStreams();
     (void)std::signal(SIGPIPE, SIG_IGN); // a closed pipe shows as a failed write
     const int nStatus = RunToStatus(argc, argv);
     CheckBalances();

@@ -9,7 +9,7 @@
 
 #include "Host/HostEvents.h"
 #include "Host/HostLog.h"
-#include "Host/SocketLayer.h"
+#include "HostFunctions.h"
 #include "SocketDataObserver.h"
 
 namespace standin_host {
@@ -18,7 +18,11 @@ namespace {
 
 constexpr std::size_t kReadSize = 64UL * 1024;
 
+thread_local unsigned int t_nLastError = 0;
+
 } // namespace
+
+unsigned int LastSocketError() { return t_nLastError; }
 
 CConnection::CConnection(asio::ip::tcp::socket socket, SConnectionSettings settings)
     : m_socket(std::move(socket)), m_settings(std::move(settings))
@@ -54,11 +58,11 @@ bool CConnection::Send(std::string_view bytes)
 {
     const TMutexGuard guard(m_sendLock);
     if (!m_bOpen || m_bRefuseSends) {
-        SetLastSocketError(SOCKET_ERROR_NOT_CONNECTED);
+        t_nLastError = SOCKET_ERROR_NOT_CONNECTED;
         return false;
     }
     if (m_nQueued != 0 && m_nQueued + bytes.size() > kMaxQueued) {
-        SetLastSocketError(NET_SOCKET_ERROR_NOBUFS);
+        t_nLastError = NET_SOCKET_ERROR_NOBUFS;
         return false;
     }
     if (m_settings.pTrace != nullptr) {

@@ -26,6 +26,12 @@ struct SConnectionSettings {
     CHostEvents* pEvents = nullptr;      // hears of a lost connection; null when nobody listens
 };
 
+// Why a send failed for good; NET_SOCKET_ERROR_NOBUFS is the one failure that passes.
+inline constexpr unsigned int SOCKET_ERROR_NOT_CONNECTED = 0x20000001;
+
+// Why a send failed last on the calling thread, as GetLastError gives it to the plug-in; 0 at first.
+unsigned int LastSocketError();
+
 // One TCP connection. It reads on the receive thread once it is started; every operation may be called from
 // any thread.
 class CConnection : public std::enable_shared_from_this<CConnection> {

@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <ctime>
 
-#include "Base/Text.h"
-#include "Host/ErrorLines.h"
+#include "Base/ErrorLines.h"
+#include "Tools/Common/TerminalText.h"
 
 namespace standin_host {
 
@@ -47,7 +47,7 @@ std::string Describe(const CFrameSplitter::SFrame& frame)
     case CFrameSplitter::EKind::Frame:
         break;
     }
-    return std::to_string(frame.payload.size() + kFrameHead) + " bytes: " + OneLine(frame.payload);
+    return std::to_string(frame.payload.size() + kFrameHead) + " bytes: " + tools::OneLine(frame.payload);
 }
 
 } // namespace

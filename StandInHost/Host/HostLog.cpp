@@ -7,12 +7,12 @@
 #include <spdlog/sinks/basic_file_sink.h>
 #include <spdlog/spdlog.h>
 
+#include "Base/ErrorLines.h"
 #include "Base/ExitStatus.h"
-#include "Base/Text.h"
-#include "Host/ErrorLines.h"
 #include "Host/HostExport.h"
 #include "HostFunctions.h"
 #include "Mutex.h"
+#include "Tools/Common/TerminalText.h"
 
 namespace standin_host {
 
@@ -63,7 +63,7 @@ std::shared_ptr<spdlog::logger>& Logger()
 
 void PluginOutput(ELogLevel level, const char* szText, const char* szSource, int nLine)
 {
-    Logger()->log(LibraryLevel(level), "{} ({}:{})", OneLine(szText == nullptr ? "" : szText),
+    Logger()->log(LibraryLevel(level), "{} ({}:{})", tools::OneLine(szText == nullptr ? "" : szText),
                   szSource == nullptr ? "" : szSource, nLine);
 }
 
@@ -85,7 +85,7 @@ void OpenLog(ELogLevel level, const std::string& strFile)
     Logger() = MakeLogger(level, std::move(sink));
 }
 
-void Log(ELogLevel level, std::string_view text) { Logger()->log(LibraryLevel(level), OneLine(text)); }
+void Log(ELogLevel level, std::string_view text) { Logger()->log(LibraryLevel(level), tools::OneLine(text)); }
 
 } // namespace standin_host
 

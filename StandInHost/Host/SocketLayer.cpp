@@ -6,14 +6,6 @@
 
 namespace standin_host {
 
-namespace {
-
-thread_local unsigned int t_nLastError = 0;
-
-} // namespace
-
-void SetLastSocketError(unsigned int nError) { t_nLastError = nError; }
-
 CSocketLayer& CSocketLayer::Instance()
 {
     static CSocketLayer s_layer;
@@ -99,6 +91,6 @@ HOST_EXPORT int NET_SOCKET_DestroyHNetCommunication(int hNetCommunication)
     return 0;
 }
 
-HOST_EXPORT unsigned int GetLastError() { return standin_host::t_nLastError; }
+HOST_EXPORT unsigned int GetLastError() { return standin_host::LastSocketError(); }
 
 } // extern "C"

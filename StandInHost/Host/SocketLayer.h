@@ -9,12 +9,6 @@
 
 namespace standin_host {
 
-// Why a send failed for good; NET_SOCKET_ERROR_NOBUFS is the one failure that passes.
-inline constexpr unsigned int SOCKET_ERROR_NOT_CONNECTED = 0x20000001;
-
-// The calling thread's last socket error, as GetLastError gives it to the plug-in.
-void SetLastSocketError(unsigned int nError);
-
 // The process's table of connection handles, through which the plug-in names its connection. Thread-safe.
 class CSocketLayer {
 public:

@@ -10,12 +10,12 @@
 #include <nlohmann/json.hpp>
 
 #include "Base/ExitStatus.h"
-#include "Base/Text.h"
 #include "DecoderProcess.h"
 #include "Host/IoThread.h"
 #include "Host/Plugin.h"
 #include "LoadNode.h"
 #include "ScaleReport.h"
+#include "Tools/Common/Hex.h"
 
 namespace {
 
@@ -34,7 +34,7 @@ std::string RandomPassword()
     for (unsigned int& nWord : words) {
         nWord = source();
     }
-    return HexText(words.data(), sizeof(words));
+    return tools::HexText(words.data(), sizeof(words));
 }
 
 std::vector<std::string> DecoderArguments(const SScaleOptions& options)

@@ -4,6 +4,8 @@
 
 #include "MarkupSTLToken.h"
 
+static_assert(int{CMarkupSTL::MDF_IGNORECASE} == TokenPos::IGNORE_CASE);
+
 CMarkupSTL::CMarkupSTL()
 {
     InitDocFlags();

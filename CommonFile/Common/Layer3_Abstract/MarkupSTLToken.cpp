@@ -4,8 +4,6 @@
 #include <array>
 #include <strings.h>
 
-#include "MarkupSTL.h"
-
 namespace {
 
 using CharSet = std::array<bool, 256>;
@@ -75,7 +73,7 @@ bool TokenPos::FindTagEnd()
 bool TokenPos::Match(std::string_view strName) const
 {
     const std::string_view strTag = GetToken();
-    const bool bIgnoreCase = (nTokenFlags & CMarkupSTL::MDF_IGNORECASE) != 0;
+    const bool bIgnoreCase = (nTokenFlags & IGNORE_CASE) != 0;
     if (!IsSameName(strTag, strName.substr(0, strTag.size()), bIgnoreCase)) {
         return false;
     }

@@ -15,6 +15,8 @@ struct NodePos {
 
 // A cursor over a text of at most 2^31 - 1 bytes.
 struct TokenPos {
+    static constexpr int IGNORE_CASE = 8; // a document flag: names differ in more than case
+
     explicit TokenPos(std::string_view strDoc, int nPos = 0, int nDocFlags = 0)
         : nNext(nPos), szDoc(strDoc), nTokenFlags(nDocFlags)
     {

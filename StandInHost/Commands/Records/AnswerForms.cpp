@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <tinyxml2.h>
 
-#include "Base/Text.h"
+#include "Base/GuidText.h"
 #include "Commands/Records/TextTable.h"
 
 namespace standin_host {

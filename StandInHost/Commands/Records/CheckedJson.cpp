@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Base/ExitStatus.h"
-#include "Base/Text.h"
+#include "Tools/Common/TerminalText.h"
 
 namespace standin_host {
 
@@ -72,7 +72,7 @@ private:
             if (level.bArray) {
                 strPlace += '[' + std::to_string(level.nIndex) + ']';
             } else {
-                strPlace += (strPlace.empty() ? "" : ".") + OneLine(level.strKey);
+                strPlace += (strPlace.empty() ? "" : ".") + tools::OneLine(level.strKey);
             }
         }
         return strPlace;
@@ -117,7 +117,7 @@ CJsonObject::CJsonObject(const Json& value, std::string strPlace, std::initializ
     }
     for (const auto& [strKey, ignored] : value.items()) {
         if (std::find(keys.begin(), keys.end(), strKey) == keys.end()) {
-            throw CUsageError(m_strPlace + " has the unknown key '" + OneLine(strKey) + "'");
+            throw CUsageError(m_strPlace + " has the unknown key '" + tools::OneLine(strKey) + "'");
         }
     }
 }

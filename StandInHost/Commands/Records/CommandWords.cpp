@@ -4,7 +4,7 @@
 #include <unordered_map>
 
 #include "Base/ExitStatus.h"
-#include "Base/Text.h"
+#include "Tools/Common/Numbers.h"
 
 namespace standin_host {
 
@@ -13,7 +13,7 @@ int64_t Number(const std::string& strText, const SField& field)
     if (field.bSwitch) {
         return OnOrOff(strText, field.szName) ? 1 : 0;
     }
-    const auto nValue = ParseNumber(strText, field.nMin, field.nMax);
+    const auto nValue = tools::ParseNumber(strText, field.nMin, field.nMax);
     if (!nValue) {
         throw CUsageError(std::string(field.szName) + " must be a number from " + std::to_string(field.nMin) +
                           " to " + std::to_string(field.nMax) + ", not '" + strText + "'");

@@ -1,19 +1,20 @@
 #include "Commands/Records/Credentials.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <string_view>
+#include <system_error>
 
 #include <fcntl.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include "Base/ExitStatus.h"
-#include "Base/Files.h"
+#include "Base/LineInput.h"
 #include "Commands/Records/Media.h"
 #include "Commands/Records/Payloads.h"
-#include "Console/Options.h"
-#include "Console/Script.h"
 #include "Host/HostEvents.h"
+#include "Tools/Common/PasswordFile.h"
 
 namespace standin_host {
 
@@ -53,6 +54,16 @@ private:
     termios m_before{};
 };
 
+std::string FromFile(const std::string& strFile)
+{
+    auto line = tools::ReadPasswordFile(strFile);
+    if (!line) {
+        throw CUsageError("cannot read the password file " + strFile + ": " +
+                          std::generic_category().message(errno));
+    }
+    return *std::move(line);
+}
+
 void CheckPassword(const std::string& strPassword, std::size_t nMax, const char* szWhose)
 {
     if (strPassword.size() > nMax || strPassword.find('\0') != std::string::npos) {
@@ -65,10 +76,10 @@ void CheckPassword(const std::string& strPassword, std::size_t nMax, const char*
 
 const std::string& CCredentials::User() const
 {
-    if (m_options.strUser.empty()) {
+    if (m_strUser.empty()) {
         throw CUsageError("--user NAME is required to log in");
     }
-    return m_options.strUser;
+    return m_strUser;
 }
 
 const std::string& CCredentials::Password()
@@ -83,8 +94,8 @@ const std::string& CCredentials::Password()
 
 std::string CCredentials::Find() const
 {
-    if (!m_options.strPasswordFile.empty()) {
-        return ReadPasswordFile(m_options.strPasswordFile);
+    if (!m_strPasswordFile.empty()) {
+        return FromFile(m_strPasswordFile);
     }
     const char* szVariable = std::getenv("TVWALL_PASSWORD");
     return szVariable != nullptr ? szVariable : Prompt();
@@ -115,7 +126,7 @@ std::string SourcePassword(const std::string& strFile)
 {
     const char* szVariable = std::getenv("TVWALL_SOURCE_PASSWORD");
     const std::string strVariable = szVariable == nullptr ? "" : szVariable;
-    std::string strPassword = strFile.empty() ? strVariable : ReadPasswordFile(strFile);
+    std::string strPassword = strFile.empty() ? strVariable : FromFile(strFile);
     CheckPassword(strPassword, kMaxSourceCredential, "source's ");
     return strPassword;
 }

@@ -2,17 +2,21 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace standin_host {
 
 class CHostEvents;
-struct SOptions;
 
 // The account to log in with. The password is looked for when it is first needed: in the password file, the
 // environment, or a prompt without echo on the terminal. It is never printed.
 class CCredentials {
 public:
-    CCredentials(const SOptions& options, CHostEvents& events) : m_options(options), m_events(events) {}
+    // Without a password file its path is empty.
+    CCredentials(std::string strUser, std::string strPasswordFile, CHostEvents& events)
+        : m_strUser(std::move(strUser)), m_strPasswordFile(std::move(strPasswordFile)), m_events(events)
+    {
+    }
 
     const std::string& User() const;
     // Throws CUsageError when there is no password or it does not fit, CExitError after a signal.
@@ -24,7 +28,8 @@ private:
     std::string Find() const;
     std::string Prompt() const;
 
-    const SOptions& m_options;
+    const std::string m_strUser;
+    const std::string m_strPasswordFile;
     CHostEvents& m_events;
     std::optional<std::string> m_password;
 };

@@ -2,13 +2,14 @@
 
 #include <limits>
 
-#include "Base/Text.h"
+#include "Base/GuidText.h"
+#include "Tools/Common/Numbers.h"
 
 namespace standin_host {
 
 bool ParseChannel(const std::string& strText, SMedia& media)
 {
-    if (const auto nChannel = ParseNumber(strText, 0, std::numeric_limits<int32_t>::max())) {
+    if (const auto nChannel = tools::ParseNumber(strText, 0, std::numeric_limits<int32_t>::max())) {
         media.nChannel = static_cast<int32_t>(*nChannel);
         media.nRequestMode = kNumericChannelMode;
         return true;

@@ -1,8 +1,7 @@
 #include "Commands/Records/TextTable.h"
+#include "Tools/Common/TerminalText.h"
 
 #include <algorithm>
-
-#include "Base/Text.h"
 
 namespace standin_host {
 
@@ -22,14 +21,14 @@ std::string TextTable(const std::vector<std::vector<std::string>>& rows)
     for (const auto& row : rows) {
         widths.resize(std::max(widths.size(), row.size()));
         for (std::size_t i = 0; i < row.size(); ++i) {
-            widths[i] = std::max(widths[i], Width(OneLine(row[i])));
+            widths[i] = std::max(widths[i], Width(tools::OneLine(row[i])));
         }
     }
     std::string strTable;
     for (const auto& row : rows) {
         std::string strLine;
         for (std::size_t i = 0; i < row.size(); ++i) {
-            const std::string strCell = OneLine(row[i]);
+            const std::string strCell = tools::OneLine(row[i]);
             strLine += strCell + std::string(widths[i] - Width(strCell) + 2, ' ');
         }
         strLine.erase(strLine.find_last_not_of(' ') + 1);

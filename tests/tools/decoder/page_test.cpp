@@ -18,8 +18,8 @@ class Page : public testing::Test {
 protected:
     Page()
     {
-        options.password = "secret";
-        device = std::make_unique<Device>(options);
+        settings.password = "secret";
+        device = std::make_unique<Device>(settings);
         device->Watch([this] { feed.Changed(); });
         server = std::make_unique<Server>(context, *device, capture, "127.0.0.1", 0);
         page = std::make_unique<PageServer>(context, feed, *device, *server, "127.0.0.1", 0,
@@ -62,7 +62,7 @@ protected:
     }
 
     asio::io_context context{1};
-    Options options;
+    DeviceSettings settings;
     std::unique_ptr<Device> device;
     PcapFile capture{""};
     DeviceFeed feed{context};

@@ -16,7 +16,7 @@
 #include <spdlog/fmt/fmt.h>
 
 #include "Link/Message.h"
-#include "LogText.h"
+#include "LogFormatter.h"
 #include "Picture/AtomicFile.h"
 #include "Picture/Captions.h"
 #include "Server/Device.h"
@@ -62,10 +62,10 @@ protected:
     {
         char path[] = "/tmp/tvwall-decoder-XXXXXX";
         folder = std::string(mkdtemp(path)) + "/";
-        options.password = "secret";
-        options.wallText = folder + "wall.txt";
-        options.wallSvg = folder + "wall.svg";
-        options.jsonLog = folder + "log";
+        settings.password = "secret";
+        settings.wallText = folder + "wall.txt";
+        settings.wallSvg = folder + "wall.svg";
+        settings.jsonLog = folder + "log";
     }
     ~DecoderRequests() override { std::filesystem::remove_all(folder); }
 
@@ -81,7 +81,7 @@ protected:
 
     void LogIn()
     {
-        device = std::make_unique<Device>(options);
+        device = std::make_unique<Device>(settings);
         session = std::make_unique<HostSession>(device->Desk());
         header = "<session>" + session->Open() + "</session>";
         const std::string key = device->Desk().LoginKey().PublicPem();
@@ -101,7 +101,7 @@ protected:
     }
 
     std::string folder;
-    Options options;
+    DeviceSettings settings;
     std::unique_ptr<Device> device;
     std::unique_ptr<HostSession> session;
     std::string header;
@@ -112,7 +112,7 @@ TEST_F(DecoderRequests, ChannelsComeFromTheFileWhenItIsGood)
     const std::string good =
         R"([{"id":3,"name":"Gate <","online":true},{"id":9,"name":"Yard","online":false}])";
     WriteFile("channels", good);
-    options.channels = folder + "channels";
+    settings.channels = folder + "channels";
     LogIn();
     const auto list = [](const std::string& name) {
         return "<td_body><td_channellist><item><id>3</id><name>" + name +
@@ -204,7 +204,7 @@ TEST_F(DecoderRequests, WhatTheParserCannotReadInLinearTimeIsRefused)
 TEST_F(DecoderRequests, WhatReachesATerminalIsPrintable)
 {
     const std::string bad = "\x1b[2J \xc2\x9b \xff \xe4 \xe2\x82 \x7f\n";
-    const std::string seen = R"(\x1b[2J \xc2\x9b \xff \xe4 \xe2\x82 \x7f\x0a ä €)";
+    const std::string seen = R"(\x1b[2J \xc2\x9b \xff \xe4 \xe2\x82 \x7f  ä €)";
     spdlog::memory_buf_t line;
     LogFormatter()->format({"", spdlog::level::info, bad + " ä €"}, line);
     const std::string text(line.data(), line.size());
@@ -256,10 +256,10 @@ protected:
     void Connect(const std::vector<const char*>& faults)
     {
         for (const char* fault : faults) {
-            ASSERT_EQ(AddFault(options.faults, fault), "");
+            ASSERT_EQ(AddFault(settings.faults, fault), "");
         }
-        options.notifySeq = UINT32_MAX;
-        device = std::make_unique<Device>(options);
+        settings.notifySeq = UINT32_MAX;
+        device = std::make_unique<Device>(settings);
         server = std::make_unique<Server>(context, *device, capture, "127.0.0.1", 0);
         context.restart();
         host.open(asio::ip::tcp::v4());

@@ -12,11 +12,12 @@
 #include <nlohmann/json.hpp>
 
 #include "Base/ExitStatus.h"
-#include "Base/Text.h"
+#include "Base/LineInput.h"
 #include "Console/AnswerText.h"
 #include "Console/Options.h"
-#include "Console/Script.h"
+#include "Console/WordSplitting.h"
 #include "Host/MemPool.h"
+#include "Tools/Common/Hex.h"
 
 namespace standin_host {
 namespace {
@@ -28,7 +29,7 @@ std::string Zeros(std::size_t nBytes) { return std::string(2 * nBytes, '0'); }
 // A text in a field of nSize bytes.
 std::string Field(const std::string& strText, std::size_t nSize)
 {
-    return HexText(strText.data(), strText.size()) + Zeros(nSize - strText.size());
+    return tools::HexText(strText.data(), strText.size()) + Zeros(nSize - strText.size());
 }
 
 // Records of lines that need files and variables: each test has its own folder and source password.
@@ -81,7 +82,7 @@ TEST_F(WallCommands, PrintNoPassword)
 TEST(HostAnswers, AreReadableWhateverTheyHold)
 {
     const auto Text = [](const char* szLine, const std::string& strAnswer) {
-        SAnswer answer{SAnswer::EKind::Buffer, 0, *ParseHex(strAnswer)};
+        SAnswer answer{SAnswer::EKind::Buffer, 0, *tools::ParseHex(strAnswer)};
         return ReadAnswer(Parse(szLine), answer).strText;
     };
     const std::string strHead = "10000600080000000000000000000000";

@@ -15,7 +15,6 @@
 #include <asio/read.hpp>
 #include <asio/write.hpp>
 
-#include "Base/Text.h"
 #include "Console/Output.h"
 #include "Host/Command.h"
 #include "Host/Connection.h"
@@ -28,6 +27,8 @@
 #include "Host/SocketLayer.h"
 #include "HostFunctions.h"
 #include "SocketDataObserver.h"
+#include "Tools/Common/Hex.h"
+#include "Tools/Common/TerminalText.h"
 
 namespace standin_host {
 namespace {
@@ -67,7 +68,7 @@ TEST(Terminal, GetsPrintableCharactersOnly)
     };
     CHostEvents events;
     for (const auto& [szText, szPrinted] : lines) {
-        EXPECT_EQ(OneLine(szText), szPrinted);
+        EXPECT_EQ(tools::OneLine(szText), szPrinted);
     }
     const SNotification notification{0x50003, {}, {}, "\x1b\x7f\xc2\x9b\xc2\xa0\x9b"};
     for (const bool bJson : {false, true}) {
@@ -195,7 +196,7 @@ TEST_F(Loopback, LinkBeatsThroughThePluginAndReportsASilentAndALostPeer)
     std::array<char, 8> beat{};
     for (int nBeat = 0; nBeat < 20; ++nBeat) {
         asio::read(m_peer, asio::buffer(beat));
-        EXPECT_EQ(HexText(beat.data(), beat.size()), "3131313100000000");
+        EXPECT_EQ(tools::HexText(beat.data(), beat.size()), "3131313100000000");
     }
     const std::string strLog = testing::internal::GetCapturedStderr();
     EXPECT_NE(strLog.find("offline"), std::string::npos) << strLog;

@@ -1,11 +1,9 @@
-#include "Link/MessageHead.h"
+#include "Link/MessageHeadScan.h"
 
 #include <climits>
 #include <cstdint>
 #include <exception>
 #include <random>
-
-#include "Link/MessageHeadScan.h"
 
 namespace {
 

@@ -1,11 +1,10 @@
-#include "Host/ErrorLines.h"
+#include "Base/ErrorLines.h"
 
 #include <cstddef>
 #include <cstdio>
 #include <string>
 #include <utility>
 
-#include "Host/HostEvents.h"
 #include "Mutex.h"
 
 namespace standin_host {
@@ -14,7 +13,7 @@ namespace {
 
 struct SHeldLines {
     CMutex lock;
-    CHostEvents* pEvents TVWALL_GUARDED_BY(lock) = nullptr; // null while nobody holds lines back
+    std::function<void()> onLine TVWALL_GUARDED_BY(lock); // empty while nobody holds lines back
     std::string strLines TVWALL_GUARDED_BY(lock);
     std::size_t nDropped TVWALL_GUARDED_BY(lock) = 0;
 
@@ -50,7 +49,7 @@ void PrintErrorLines(std::string_view lines)
 {
     SHeldLines& held = Held();
     const TMutexGuard guard(held.lock);
-    if (held.pEvents == nullptr) {
+    if (!held.onLine) {
         WriteNow(lines);
         return;
     }
@@ -59,21 +58,21 @@ void PrintErrorLines(std::string_view lines)
         return;
     }
     held.strLines += lines;
-    held.pEvents->Changed();
+    held.onLine();
 }
 
-CErrorLinesHold::CErrorLinesHold(CHostEvents& events)
+CErrorLinesHold::CErrorLinesHold(std::function<void()> onLine)
 {
     SHeldLines& held = Held();
     const TMutexGuard guard(held.lock);
-    held.pEvents = &events;
+    held.onLine = std::move(onLine);
 }
 
 CErrorLinesHold::~CErrorLinesHold()
 {
     SHeldLines& held = Held();
     const TMutexGuard guard(held.lock);
-    held.pEvents = nullptr;
+    held.onLine = nullptr;
     WriteNow(held.Take());
 }
 

@@ -1,22 +1,22 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
 namespace standin_host {
 
-class CHostEvents;
-
 // Writes whole lines to standard error. Any thread; while a line is being typed there, they wait for its
 // editor.
 void PrintErrorLines(std::string_view lines);
 
-// Holds such lines back while it lives, and reports each to the events, so that the editor can write them in
-// place of what is being typed and draw that again behind them. One at a time; what is left at the end is
+// Holds such lines back while it lives, and tells of each, so that the editor can write them in place of
+// what is being typed and draw that again after them. One at a time; what is left at the end is
 // written.
 class CErrorLinesHold {
 public:
-    explicit CErrorLinesHold(CHostEvents& events);
+    // onLine is called for each line, on the thread that writes it, and writes none itself.
+    explicit CErrorLinesHold(std::function<void()> onLine);
     ~CErrorLinesHold();
     CErrorLinesHold(const CErrorLinesHold&) = delete;
     CErrorLinesHold& operator=(const CErrorLinesHold&) = delete;

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tools {
+
+enum class HexCase { Lower, Upper };
+
+// Two digits a byte without separators.
+std::string HexText(const void* data, std::size_t size, HexCase letters = HexCase::Lower);
+// Digit pairs of either case; white space between pairs is skipped. Nothing where anything else stands.
+std::optional<std::vector<std::uint8_t>> ParseHex(std::string_view text);
+
+} // namespace tools

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace tools {
+
+// The first line of a password file without its end ("\n" or "\r\n"), of which the first 4096 bytes are
+// looked at. Nothing when it cannot be read; errno says why.
+std::optional<std::string> ReadPasswordFile(const std::string& path);
+
+} // namespace tools

@@ -1,0 +1,73 @@
+#include "Tools/Common/TerminalText.h"
+
+#include <algorithm>
+#include <clocale>
+#include <cstddef>
+#include <cstdint>
+#include <cwchar>
+#include <cwctype>
+
+#include <locale.h>
+
+#include "Tools/Common/Hex.h"
+
+namespace tools {
+
+namespace {
+
+// While it lives, this thread's characters are UTF-8, whatever the terminal's are.
+class Utf8Scope {
+public:
+    Utf8Scope() : m_before(::uselocale(Utf8())) {}
+    ~Utf8Scope() { ::uselocale(m_before); }
+    Utf8Scope(const Utf8Scope&) = delete;
+    Utf8Scope& operator=(const Utf8Scope&) = delete;
+
+private:
+    static locale_t Utf8()
+    {
+        static const locale_t locale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+        return locale;
+    }
+
+    const locale_t m_before;
+};
+
+// The bytes of the printable character that the text begins with; 0 when it begins with none.
+std::size_t PrintableBytes(std::string_view text)
+{
+    if (static_cast<std::uint8_t>(text.front()) < 0x80) {
+        return text.front() >= 0x20 && text.front() != 0x7F ? 1 : 0;
+    }
+    std::mbstate_t state{};
+    wchar_t character = 0;
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): unsafe only without a state of its own
+    const std::size_t size = std::mbrtowc(&character, text.data(), text.size(), &state);
+    return size <= text.size() && std::iswprint(static_cast<std::wint_t>(character)) != 0 ? size : 0;
+}
+
+} // namespace
+
+std::string OneLine(std::string_view text)
+{
+    const Utf8Scope utf8;
+    std::string line;
+    bool lineEnd = false;
+    while (!text.empty()) {
+        if (text.front() == '\n' || text.front() == '\r') {
+            lineEnd = true;
+            text.remove_prefix(1);
+            continue;
+        }
+        if (lineEnd && !line.empty()) {
+            line += ' ';
+        }
+        lineEnd = false;
+        const std::size_t printable = PrintableBytes(text);
+        line += printable != 0 ? std::string(text.substr(0, printable)) : "\\x" + HexText(text.data(), 1);
+        text.remove_prefix(std::max<std::size_t>(printable, 1));
+    }
+    return line;
+}
+
+} // namespace tools
