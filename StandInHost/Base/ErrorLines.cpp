@@ -11,30 +11,30 @@ namespace standin_host {
 
 namespace {
 
-struct SHeldLines {
+struct HeldLines {
     CMutex lock;
     std::function<void()> onLine TVWALL_GUARDED_BY(lock); // empty while nobody holds lines back
-    std::string strLines TVWALL_GUARDED_BY(lock);
-    std::size_t nDropped TVWALL_GUARDED_BY(lock) = 0;
+    std::string lines TVWALL_GUARDED_BY(lock);
+    std::size_t dropped TVWALL_GUARDED_BY(lock) = 0;
 
     std::string Take() TVWALL_REQUIRES(lock)
     {
-        std::string strTaken = std::exchange(strLines, {});
-        if (const std::size_t nLost = std::exchange(nDropped, 0)) {
-            strTaken +=
-                "tvwall-host: " + std::to_string(nLost) + " more messages while the terminal stood still\n";
+        std::string taken = std::exchange(lines, {});
+        if (const std::size_t lost = std::exchange(dropped, 0)) {
+            taken +=
+                "tvwall-host: " + std::to_string(lost) + " more messages while the terminal stood still\n";
         }
-        return strTaken;
+        return taken;
     }
 };
 
 // While a terminal stands still nobody writes what is held.
 constexpr std::size_t kMaxHeld = std::size_t{1} << 20;
 
-SHeldLines& Held()
+HeldLines& Held()
 {
-    static SHeldLines s_held;
-    return s_held;
+    static HeldLines held;
+    return held;
 }
 
 void WriteNow(std::string_view lines)
@@ -47,38 +47,38 @@ void WriteNow(std::string_view lines)
 
 void PrintErrorLines(std::string_view lines)
 {
-    SHeldLines& held = Held();
+    HeldLines& held = Held();
     const TMutexGuard guard(held.lock);
     if (!held.onLine) {
         WriteNow(lines);
         return;
     }
-    if (held.strLines.size() + lines.size() > kMaxHeld) {
-        ++held.nDropped;
+    if (held.lines.size() + lines.size() > kMaxHeld) {
+        ++held.dropped;
         return;
     }
-    held.strLines += lines;
+    held.lines += lines;
     held.onLine();
 }
 
-CErrorLinesHold::CErrorLinesHold(std::function<void()> onLine)
+ErrorLinesHold::ErrorLinesHold(std::function<void()> onLine)
 {
-    SHeldLines& held = Held();
+    HeldLines& held = Held();
     const TMutexGuard guard(held.lock);
     held.onLine = std::move(onLine);
 }
 
-CErrorLinesHold::~CErrorLinesHold()
+ErrorLinesHold::~ErrorLinesHold()
 {
-    SHeldLines& held = Held();
+    HeldLines& held = Held();
     const TMutexGuard guard(held.lock);
     held.onLine = nullptr;
     WriteNow(held.Take());
 }
 
-void CErrorLinesHold::Write()
+void ErrorLinesHold::Write()
 {
-    SHeldLines& held = Held();
+    HeldLines& held = Held();
     const TMutexGuard guard(held.lock);
     WriteNow(held.Take());
 }

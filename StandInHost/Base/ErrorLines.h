@@ -13,13 +13,13 @@ void PrintErrorLines(std::string_view lines);
 // Holds such lines back while it lives, and tells of each, so that the editor can write them in place of
 // what is being typed and draw that again after them. One at a time; what is left at the end is
 // written.
-class CErrorLinesHold {
+class ErrorLinesHold {
 public:
     // onLine is called for each line, on the thread that writes it, and writes none itself.
-    explicit CErrorLinesHold(std::function<void()> onLine);
-    ~CErrorLinesHold();
-    CErrorLinesHold(const CErrorLinesHold&) = delete;
-    CErrorLinesHold& operator=(const CErrorLinesHold&) = delete;
+    explicit ErrorLinesHold(std::function<void()> onLine);
+    ~ErrorLinesHold();
+    ErrorLinesHold(const ErrorLinesHold&) = delete;
+    ErrorLinesHold& operator=(const ErrorLinesHold&) = delete;
 
     // Writes what has come since.
     static void Write();

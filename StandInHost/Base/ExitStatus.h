@@ -6,30 +6,30 @@
 namespace standin_host {
 
 // How the program ends. A session that a signal ends has 128 plus the signal's number, as shells expect.
-enum EExitStatus : int {
-    EXIT_ALL_ANSWERED = 0,
-    EXIT_COMMAND_FAILED = 1, // a command was answered with a failure
-    EXIT_USAGE = 2,          // wrong usage, or the plug-in cannot be loaded
-    EXIT_CONNECTION = 3,     // cannot connect, or the connection was lost
-    EXIT_NO_ANSWER = 4,
-    EXIT_LOGIN_REFUSED = 5,
-    EXIT_SIGNAL_BASE = 128,
+enum ExitStatus : int {
+    kExitAllAnswered = 0,
+    kExitCommandFailed = 1, // a command was answered with a failure
+    kExitUsage = 2,         // wrong usage, or the plug-in cannot be loaded
+    kExitConnection = 3,    // cannot connect, or the connection was lost
+    kExitNoAnswer = 4,
+    kExitLoginRefused = 5,
+    kExitSignalBase = 128,
 };
 
 // Ends the program with one line on standard error.
-class CExitError : public std::runtime_error {
+class ExitError : public std::runtime_error {
 public:
-    CExitError(int nStatus, const std::string& strText) : std::runtime_error(strText), m_nStatus(nStatus) {}
-    int Status() const { return m_nStatus; }
+    ExitError(int status, const std::string& text) : std::runtime_error(text), m_status(status) {}
+    int Status() const { return m_status; }
 
 private:
-    int m_nStatus;
+    int m_status;
 };
 
 // What was asked for cannot be read; the text says what and where.
-class CUsageError : public CExitError {
+class UsageError : public ExitError {
 public:
-    explicit CUsageError(const std::string& strText) : CExitError(EXIT_USAGE, strText) {}
+    explicit UsageError(const std::string& text) : ExitError(kExitUsage, text) {}
 };
 
 } // namespace standin_host

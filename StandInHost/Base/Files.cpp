@@ -13,65 +13,61 @@ namespace standin_host {
 
 namespace {
 
-class CDescriptor {
+class Descriptor {
 public:
-    explicit CDescriptor(const std::string& strFile)
-        : m_nDescriptor(::open(strFile.c_str(), O_RDONLY | O_CLOEXEC))
+    explicit Descriptor(const std::string& path) : m_descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
+    ~Descriptor()
     {
-    }
-    ~CDescriptor()
-    {
-        if (m_nDescriptor >= 0) {
-            ::close(m_nDescriptor);
+        if (m_descriptor >= 0) {
+            ::close(m_descriptor);
         }
     }
-    CDescriptor(const CDescriptor&) = delete;
-    CDescriptor& operator=(const CDescriptor&) = delete;
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
 
-    int Get() const { return m_nDescriptor; }
+    int Get() const { return m_descriptor; }
 
 private:
-    int m_nDescriptor;
+    int m_descriptor;
 };
 
 // Reads until the end of the file or until there is enough. A negative result leaves the reason in errno.
 template <class TEnough>
-ssize_t ReadUntil(int nDescriptor, std::string& strBytes, TEnough bEnough)
+ssize_t ReadUntil(int descriptor, std::string& content, TEnough enough)
 {
     char buffer[4096];
-    ssize_t nRead = 1;
-    while (nRead > 0 && !bEnough(strBytes)) {
-        nRead = ::read(nDescriptor, buffer, sizeof buffer);
-        if (nRead > 0) {
-            strBytes.append(buffer, static_cast<std::size_t>(nRead));
-        } else if (nRead < 0 && errno == EINTR) {
-            nRead = 1;
+    ssize_t readCount = 1;
+    while (readCount > 0 && !enough(content)) {
+        readCount = ::read(descriptor, buffer, sizeof buffer);
+        if (readCount > 0) {
+            content.append(buffer, static_cast<std::size_t>(readCount));
+        } else if (readCount < 0 && errno == EINTR) {
+            readCount = 1;
         }
     }
-    return nRead;
+    return readCount;
 }
 
 template <class TEnough>
-std::string ReadOrExit(const std::string& strFile, const char* szWhat, TEnough bEnough)
+std::string ReadOrExit(const std::string& path, const char* what, TEnough enough)
 {
-    const CDescriptor descriptor(strFile);
-    std::string strBytes;
-    if (descriptor.Get() < 0 || ReadUntil(descriptor.Get(), strBytes, bEnough) < 0) {
-        throw CUsageError(std::string("cannot read the ") + szWhat + " file " + strFile + ": " +
-                          std::generic_category().message(errno));
+    const Descriptor descriptor(path);
+    std::string content;
+    if (descriptor.Get() < 0 || ReadUntil(descriptor.Get(), content, enough) < 0) {
+        throw UsageError(std::string("cannot read the ") + what + " file " + path + ": " +
+                         std::generic_category().message(errno));
     }
-    if (strBytes.size() > kMaxFile) {
-        throw CUsageError(std::string("the ") + szWhat + " file " + strFile + " is longer than 64 MiB");
+    if (content.size() > kMaxFile) {
+        throw UsageError(std::string("the ") + what + " file " + path + " is longer than 64 MiB");
     }
-    return strBytes;
+    return content;
 }
 
 } // namespace
 
-std::string ReadWholeFile(const std::string& strFile, const char* szWhat)
+std::string ReadWholeFile(const std::string& path, const char* what)
 {
-    return ReadOrExit(strFile, szWhat,
-                      [](const std::string& strBytes) { return strBytes.size() > kMaxFile; });
+    return ReadOrExit(path, what, [](const std::string& content) { return content.size() > kMaxFile; });
 }
 
 } // namespace standin_host

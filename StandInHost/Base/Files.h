@@ -4,9 +4,9 @@
 
 namespace standin_host {
 
-// The bytes of a file, at most kMaxFile of them. szWhat says in an error what is read: "payload". Throws
-// CUsageError.
-std::string ReadWholeFile(const std::string& strFile, const char* szWhat);
+// The bytes of a file, at most kMaxFile of them. what says in an error what is read: "payload". Throws
+// UsageError.
+std::string ReadWholeFile(const std::string& path, const char* what);
 inline constexpr std::size_t kMaxFile = 64UL * 1024 * 1024;
 
 } // namespace standin_host

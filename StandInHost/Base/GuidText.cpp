@@ -11,18 +11,18 @@ namespace standin_host {
 namespace {
 
 // Where the hyphens stand in a GUID without braces.
-bool IsHyphenPlace(std::size_t nPos) { return nPos == 8 || nPos == 13 || nPos == 18 || nPos == 23; }
+bool IsHyphenPlace(std::size_t pos) { return pos == 8 || pos == 13 || pos == 18 || pos == 23; }
 
 } // namespace
 
 std::string GuidText(const GUID& guid)
 {
     const uint8_t* tail = guid.Data4;
-    char szText[39];
-    (void)std::snprintf(szText, sizeof szText, "{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}",
-                        guid.Data1, guid.Data2, guid.Data3, tail[0], tail[1], tail[2], tail[3], tail[4],
-                        tail[5], tail[6], tail[7]);
-    return szText;
+    char text[39];
+    (void)std::snprintf(text, sizeof text, "{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}", guid.Data1,
+                        guid.Data2, guid.Data3, tail[0], tail[1], tail[2], tail[3], tail[4], tail[5], tail[6],
+                        tail[7]);
+    return text;
 }
 
 std::optional<GUID> ParseGuid(std::string_view text)
@@ -33,16 +33,16 @@ std::optional<GUID> ParseGuid(std::string_view text)
     if (text.size() != 36) {
         return std::nullopt;
     }
-    std::string strDigits;
+    std::string digits;
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (IsHyphenPlace(i) != (text[i] == '-')) {
             return std::nullopt;
         }
         if (!IsHyphenPlace(i)) {
-            strDigits += text[i];
+            digits += text[i];
         }
     }
-    const auto bytes = tools::ParseHex(strDigits);
+    const auto bytes = tools::ParseHex(digits);
     if (!bytes || bytes->size() != sizeof(GUID)) {
         return std::nullopt;
     }

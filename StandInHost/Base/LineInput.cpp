@@ -11,59 +11,59 @@
 
 namespace standin_host {
 
-CLineInput::CLineInput(const std::string& strFile)
-    : m_nDescriptor(strFile == "-" ? STDIN_FILENO : ::open(strFile.c_str(), O_RDONLY | O_CLOEXEC)),
-      m_bOwned(strFile != "-")
+LineInput::LineInput(const std::string& path)
+    : m_descriptor(path == "-" ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC)),
+      m_owned(path != "-")
 {
     struct stat status {};
-    const bool bOpen = m_nDescriptor >= 0 && ::fstat(m_nDescriptor, &status) == 0;
-    if (!bOpen || S_ISDIR(status.st_mode)) {
-        const std::string strReason = bOpen ? "it is a folder" : std::generic_category().message(errno);
+    const bool isOpen = m_descriptor >= 0 && ::fstat(m_descriptor, &status) == 0;
+    if (!isOpen || S_ISDIR(status.st_mode)) {
+        const std::string reason = isOpen ? "it is a folder" : std::generic_category().message(errno);
         Close();
-        throw CUsageError("cannot read the script " + strFile + ": " + strReason);
+        throw UsageError("cannot read the script " + path + ": " + reason);
     }
     m_nSize = S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : 0;
 }
 
-CLineInput::~CLineInput() { Close(); }
+LineInput::~LineInput() { Close(); }
 
-void CLineInput::Close() const
+void LineInput::Close() const
 {
-    if (m_bOwned && m_nDescriptor >= 0) {
-        ::close(m_nDescriptor);
+    if (m_owned && m_descriptor >= 0) {
+        ::close(m_descriptor);
     }
 }
 
-bool CLineInput::Take(std::string& strLine)
+bool LineInput::Take(std::string& line)
 {
-    const std::size_t nEnd = m_strBuffer.find('\n');
-    if (nEnd == std::string::npos && (!m_bEnd || m_strBuffer.empty())) {
+    const std::size_t end = m_buffer.find('\n');
+    if (end == std::string::npos && (!m_end || m_buffer.empty())) {
         return false;
     }
-    strLine = m_strBuffer.substr(0, nEnd);
-    m_strBuffer.erase(0, nEnd == std::string::npos ? nEnd : nEnd + 1);
+    line = m_buffer.substr(0, end);
+    m_buffer.erase(0, end == std::string::npos ? end : end + 1);
     return true;
 }
 
-void CLineInput::Fill()
+void LineInput::Fill()
 {
     char buffer[4096];
-    const ssize_t nRead = ::read(m_nDescriptor, buffer, sizeof buffer);
-    if (nRead > 0) {
-        m_strBuffer.append(buffer, static_cast<std::size_t>(nRead));
-        m_nRead += static_cast<std::size_t>(nRead);
-    } else if (nRead == 0) {
-        m_bEnd = true;
+    const ssize_t readCount = ::read(m_descriptor, buffer, sizeof buffer);
+    if (readCount > 0) {
+        m_buffer.append(buffer, static_cast<std::size_t>(readCount));
+        m_read += static_cast<std::size_t>(readCount);
+    } else if (readCount == 0) {
+        m_end = true;
     } else if (errno != EINTR) {
-        throw CUsageError(std::string("cannot read the input: ") + std::generic_category().message(errno));
+        throw UsageError(std::string("cannot read the input: ") + std::generic_category().message(errno));
     }
 }
 
-std::string CLineInput::PositionText() const
+std::string LineInput::PositionText() const
 {
-    const std::size_t nTaken = m_nRead - m_strBuffer.size();
+    const std::size_t taken = m_read - m_buffer.size();
     // A file that grows while it is read, or was begun in its middle, has no share worth telling.
-    return m_nSize == 0 || m_nRead > m_nSize ? "" : " (" + std::to_string(100 * nTaken / m_nSize) + " %)";
+    return m_nSize == 0 || m_read > m_nSize ? "" : " (" + std::to_string(100 * taken / m_nSize) + " %)";
 }
 
 } // namespace standin_host

@@ -6,35 +6,35 @@
 namespace standin_host {
 
 // Lines of a descriptor, read only as far as one read brings them.
-class CLineInput {
+class LineInput {
 public:
-    // "-" is standard input. Throws CUsageError when the file cannot be opened.
-    explicit CLineInput(const std::string& strFile);
+    // "-" is standard input. Throws UsageError when the file cannot be opened.
+    explicit LineInput(const std::string& path);
     // Reads from a descriptor that stays its owner's.
-    explicit CLineInput(int nDescriptor) : m_nDescriptor(nDescriptor), m_bOwned(false) {}
-    ~CLineInput();
-    CLineInput(const CLineInput&) = delete;
-    CLineInput& operator=(const CLineInput&) = delete;
+    explicit LineInput(int descriptor) : m_descriptor(descriptor), m_owned(false) {}
+    ~LineInput();
+    LineInput(const LineInput&) = delete;
+    LineInput& operator=(const LineInput&) = delete;
 
     // The next whole line without its end, or the rest before the end of the input; false when there is none
     // yet.
-    bool Take(std::string& strLine);
-    bool AtEnd() const { return m_bEnd && m_strBuffer.empty(); }
-    // Reads once; blocks when the descriptor has nothing. Throws CUsageError on a read error.
+    bool Take(std::string& line);
+    bool AtEnd() const { return m_end && m_buffer.empty(); }
+    // Reads once; blocks when the descriptor has nothing. Throws UsageError on a read error.
     void Fill();
-    int Descriptor() const { return m_nDescriptor; }
+    int Descriptor() const { return m_descriptor; }
     // How much of a file has been taken, such as " (35 %)"; empty where the length is not known.
     std::string PositionText() const;
 
 private:
     void Close() const;
 
-    int m_nDescriptor;
-    bool m_bOwned;
-    bool m_bEnd = false;
+    int m_descriptor;
+    bool m_owned;
+    bool m_end = false;
     std::size_t m_nSize = 0; // of a file; 0 where it is not known
-    std::size_t m_nRead = 0;
-    std::string m_strBuffer;
+    std::size_t m_read = 0;
+    std::string m_buffer;
 };
 
 } // namespace standin_host

@@ -9,26 +9,26 @@ namespace {
 using namespace ORVA_NET_PROTOCOL;
 using namespace ORVA2_DECODER_TVW;
 
-constexpr SField s_fields[] = {FieldOf<int32_t>("the window id"), FieldOf<int32_t>("the sub-window index"),
-                               FieldOf<int32_t>("the channel")};
+constexpr SField fields[] = {FieldOf<int32_t>("the window id"), FieldOf<int32_t>("the sub-window index"),
+                             FieldOf<int32_t>("the channel")};
 
 } // namespace
 
-void SetUpAudioPlay(CLI::App& app, SConsoleCommand& command)
+void SetUpAudioPlay(CLI::App& app, ConsoleCommand& command)
 {
     SetUpSubWindows(app, command,
-                    {s_fields, "WINDOW INDEX CHANNEL", KEST_CMD_TVWALL_DECODE_OPTION,
-                     TVWALL_DECODE_PLAY_AUDIO, AudioRecord});
+                    {fields, "WINDOW INDEX CHANNEL", KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_PLAY_AUDIO,
+                     AudioRecord});
 }
 
-void SetUpAudioStop(CLI::App& app, SConsoleCommand& command)
+void SetUpAudioStop(CLI::App& app, ConsoleCommand& command)
 {
     SetUpSubWindows(app, command,
-                    {std::span(s_fields).first(2), "WINDOW INDEX", KEST_CMD_TVWALL_DECODE_OPTION,
+                    {std::span(fields).first(2), "WINDOW INDEX", KEST_CMD_TVWALL_DECODE_OPTION,
                      TVWALL_DECODE_STOP_AUDIO, AudioRecord});
 }
 
-void SetUpAudioGet(CLI::App& app, SConsoleCommand& command)
+void SetUpAudioGet(CLI::App& app, ConsoleCommand& command)
 {
     app.callback([&command] {
         RequestOption(command, KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_AUDIO_CONFIG,

@@ -4,43 +4,43 @@
 
 namespace standin_host {
 
-std::shared_ptr<Words> AddWords(CLI::App& app, const char* szName, const char* szHelp)
+std::shared_ptr<Words> AddWords(CLI::App& app, const char* name, const char* help)
 {
-    auto pWords = std::make_shared<Words>();
-    app.add_option(szName, *pWords, szHelp)->type_name("")->required();
-    return pWords;
+    auto words = std::make_shared<Words>();
+    app.add_option(name, *words, help)->type_name("")->required();
+    return words;
 }
 
-std::shared_ptr<std::string> AddWord(CLI::App& app, const char* szName, const char* szHelp)
+std::shared_ptr<std::string> AddWord(CLI::App& app, const char* name, const char* help)
 {
-    auto pWord = std::make_shared<std::string>();
-    app.add_option(szName, *pWord, szHelp)->type_name("")->required();
-    return pWord;
+    auto word = std::make_shared<std::string>();
+    app.add_option(name, *word, help)->type_name("")->required();
+    return word;
 }
 
-void Request(SConsoleCommand& command, unsigned int nCmdID, SRecord record, const SAnswerForm& form)
+void Request(ConsoleCommand& command, unsigned int cmdID, Record record, const AnswerForm& form)
 {
-    command.kind = SConsoleCommand::EKind::Request;
-    command.nCmdID = nCmdID;
+    command.kind = ConsoleCommand::Kind::Request;
+    command.cmdID = cmdID;
     command.payload = std::move(record);
-    command.pForm = &form;
+    command.form = &form;
 }
 
-void RequestOption(SConsoleCommand& command, unsigned int nCmdID, uint32_t nOptType, const SRecord& record,
-                   const SAnswerForm& form)
+void RequestOption(ConsoleCommand& command, unsigned int cmdID, uint32_t optType, const Record& record,
+                   const AnswerForm& form)
 {
-    Request(command, nCmdID, OptionPayload(nOptType, record), form);
+    Request(command, cmdID, OptionPayload(optType, record), form);
 }
 
-void SetUpSubWindows(CLI::App& app, SConsoleCommand& command, const SSubWindowCommand& subWindows)
+void SetUpSubWindows(CLI::App& app, ConsoleCommand& command, const SubWindowCommand& subWindows)
 {
-    const std::string strHelp = std::string(subWindows.szGroup) + "; repeat for several sub-windows";
-    auto pWords = AddWords(app, "SUBWINDOW", strHelp.c_str());
-    app.callback([&command, pWords, subWindows] {
-        const std::string strShape = std::string("each sub-window takes ") + subWindows.szGroup;
-        RequestOption(command, subWindows.nCmdID, subWindows.nOptType,
-                      subWindows.pRecord(SubWindows(*pWords, subWindows.fields, strShape.c_str())));
-        command.strTitle += Join(*pWords);
+    const std::string help = std::string(subWindows.group) + "; repeat for several sub-windows";
+    auto words = AddWords(app, "SUBWINDOW", help.c_str());
+    app.callback([&command, words, subWindows] {
+        const std::string shape = std::string("each sub-window takes ") + subWindows.group;
+        RequestOption(command, subWindows.cmdID, subWindows.optType,
+                      subWindows.makeRecord(ReadSubWindows(*words, subWindows.fields, shape.c_str())));
+        command.title += Join(*words);
     });
 }
 

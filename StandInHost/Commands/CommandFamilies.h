@@ -13,7 +13,7 @@
 
 namespace standin_host {
 
-using CommandSetup = void(CLI::App& app, SConsoleCommand& command);
+using CommandSetup = void(CLI::App& app, ConsoleCommand& command);
 
 CommandSetup SetUpLogin, SetUpLogout, SetUpInfo, SetUpConfig;
 CommandSetup SetUpLayoutGet, SetUpLayoutSet, SetUpLayoutBind, SetUpLayoutUnbind;
@@ -29,24 +29,24 @@ CommandSetup SetUpWatch, SetUpScript, SetUpRaw;
 // --- what they share ---
 
 // A required list of words, and a single one; they live as long as somebody holds them.
-std::shared_ptr<Words> AddWords(CLI::App& app, const char* szName, const char* szHelp);
-std::shared_ptr<std::string> AddWord(CLI::App& app, const char* szName, const char* szHelp);
+std::shared_ptr<Words> AddWords(CLI::App& app, const char* name, const char* help);
+std::shared_ptr<std::string> AddWord(CLI::App& app, const char* name, const char* help);
 
 // A request for a command that is no option.
-void Request(SConsoleCommand& command, unsigned int nCmdID, SRecord record, const SAnswerForm& form);
+void Request(ConsoleCommand& command, unsigned int cmdID, Record record, const AnswerForm& form);
 // A request whose record stands behind an option head.
-void RequestOption(SConsoleCommand& command, unsigned int nCmdID, uint32_t nOptType, const SRecord& record,
-                   const SAnswerForm& form = kDoneForm);
+void RequestOption(ConsoleCommand& command, unsigned int cmdID, uint32_t optType, const Record& record,
+                   const AnswerForm& form = kDoneForm);
 
 // A command whose words name sub-windows, one group of words for each.
-struct SSubWindowCommand {
+struct SubWindowCommand {
     std::span<const SField> fields; // window, index and at most two more
-    const char* szGroup;            // their names: "WINDOW INDEX CHANNEL"
-    unsigned int nCmdID;
-    uint32_t nOptType;
-    SRecord (*pRecord)(const std::vector<SSubWindows>& windows);
+    const char* group;              // their names: "WINDOW INDEX CHANNEL"
+    unsigned int cmdID;
+    uint32_t optType;
+    Record (*makeRecord)(const std::vector<SubWindows>& windows);
 };
 
-void SetUpSubWindows(CLI::App& app, SConsoleCommand& command, const SSubWindowCommand& subWindows);
+void SetUpSubWindows(CLI::App& app, ConsoleCommand& command, const SubWindowCommand& subWindows);
 
 } // namespace standin_host

@@ -13,23 +13,23 @@ namespace standin_host {
 namespace {
 
 // A command without arguments that the program itself carries out.
-template <SConsoleCommand::EKind kind>
-void SetUpKind(CLI::App& app, SConsoleCommand& command)
+template <ConsoleCommand::Kind kind>
+void SetUpKind(CLI::App& app, ConsoleCommand& command)
 {
     app.callback([&command] { command.kind = kind; });
 }
-using EKind = SConsoleCommand::EKind;
+using Kind = ConsoleCommand::Kind;
 
-struct SRow {
-    const char* szGroup; // first word of a command of two words, else empty
-    const char* szName;
-    const char* szHelp;
-    const char* szExample;
-    CommandSetup* pSetUp;
-    unsigned nPlaces = PLACE_COMMAND_LINE | PLACE_SCRIPT | PLACE_SHELL;
+struct Row {
+    const char* group; // first word of a command of two words, else empty
+    const char* name;
+    const char* help;
+    const char* example;
+    CommandSetup* setUp;
+    unsigned places = kPlaceCommandLine | kPlaceScript | kPlaceShell;
 };
 
-constexpr SRow s_rows[] = {
+constexpr Row kRows[] = {
     {"", "login", "log in and say who answered", "login", SetUpLogin},
     {"", "logout", "log out; the decoder then refuses what follows", "logout", SetUpLogout},
     {"", "info", "read the decoder's name, model and versions", "info", SetUpInfo},
@@ -72,39 +72,39 @@ constexpr SRow s_rows[] = {
      SetUpWindowConfigSet},
     {"", "watch", "print the decoder's notifications until Ctrl-C", "watch", SetUpWatch},
     {"", "script", "run one command a line, with one login for all", "script evening.txt", SetUpScript,
-     PLACE_COMMAND_LINE | PLACE_SHELL},
+     kPlaceCommandLine | kPlaceShell},
     {"", "shell", "take commands from the terminal, with history and completion", "shell",
-     SetUpKind<EKind::Shell>, PLACE_COMMAND_LINE},
+     SetUpKind<Kind::Shell>, kPlaceCommandLine},
     {"", "raw", "queue any host command with any payload", "raw 0x50006", SetUpRaw},
-    {"", "connect", "connect and log in anew", "connect", SetUpKind<EKind::Connect>, PLACE_SHELL},
+    {"", "connect", "connect and log in anew", "connect", SetUpKind<Kind::Connect>, kPlaceShell},
     {"", "disconnect", "end the connection; the next command opens another", "disconnect",
-     SetUpKind<EKind::Disconnect>, PLACE_SHELL},
-    {"", "codes", "say what the failure codes mean and what to look at", "codes", SetUpKind<EKind::Codes>,
-     PLACE_SHELL},
+     SetUpKind<Kind::Disconnect>, kPlaceShell},
+    {"", "codes", "say what the failure codes mean and what to look at", "codes", SetUpKind<Kind::Codes>,
+     kPlaceShell},
     // Stands here to be seen and completed; the words behind it are parsed as the command that they name.
-    {"", "help", "show the commands, or what one of them takes", "help window create", SetUpKind<EKind::Help>,
-     PLACE_SHELL},
-    {"", "exit", "leave the shell, as Ctrl-D does", "exit", SetUpKind<EKind::Exit>, PLACE_SHELL},
+    {"", "help", "show the commands, or what one of them takes", "help window create", SetUpKind<Kind::Help>,
+     kPlaceShell},
+    {"", "exit", "leave the shell, as Ctrl-D does", "exit", SetUpKind<Kind::Exit>, kPlaceShell},
 };
 
-std::string Example(const SRow& row, EPlace place)
+std::string Example(const Row& row, Place place)
 {
-    const char* szProgram =
-        place == PLACE_COMMAND_LINE ? "tvwall-host --decoder 192.0.2.7:9000 --user admin " : "";
-    return std::string("\n  ") + szProgram + row.szExample;
+    const char* program =
+        place == kPlaceCommandLine ? "tvwall-host --decoder 192.0.2.7:9000 --user admin " : "";
+    return std::string("\n  ") + program + row.example;
 }
 
-CLI::App& GroupOf(CLI::App& app, const std::string& strGroup)
+CLI::App& GroupOf(CLI::App& app, const std::string& group)
 {
-    if (strGroup.empty()) {
+    if (group.empty()) {
         return app;
     }
     const auto groups =
-        app.get_subcommands([&](const CLI::App* pApp) { return pApp->get_name() == strGroup; });
+        app.get_subcommands([&](const CLI::App* command) { return command->get_name() == group; });
     if (!groups.empty()) {
         return *groups.front();
     }
-    return *app.add_subcommand(strGroup, strGroup + " commands");
+    return *app.add_subcommand(group, group + " commands");
 }
 
 // Where to find what could stand there; of a group its few commands themselves.
@@ -112,68 +112,66 @@ std::string Choices(const CLI::App& app)
 {
     const auto commands = app.get_subcommands([](const CLI::App*) { return true; });
     if (app.get_parent() == nullptr) {
-        const bool bHelp = std::any_of(commands.begin(), commands.end(),
-                                       [](const CLI::App* pApp) { return pApp->get_name() == "help"; });
-        return bHelp ? "; see help" : "; see tvwall-host --help";
+        const bool help = std::any_of(commands.begin(), commands.end(),
+                                      [](const CLI::App* command) { return command->get_name() == "help"; });
+        return help ? "; see help" : "; see tvwall-host --help";
     }
-    std::string strChoices;
-    for (const CLI::App* pApp : commands) {
-        strChoices += (strChoices.empty() ? "; there is " : ", ") + pApp->get_name();
+    std::string choices;
+    for (const CLI::App* command : commands) {
+        choices += (choices.empty() ? "; there is " : ", ") + command->get_name();
     }
-    return strChoices;
+    return choices;
 }
 
 } // namespace
 
-void AddConsoleCommands(CLI::App& app, SConsoleCommand& command, EPlace place)
+void AddConsoleCommands(CLI::App& app, ConsoleCommand& command, Place place)
 {
     app.allow_extras(); // left-over words are reported by CheckParsedCommand, in our words
     app.fallthrough();
-    for (const SRow& row : s_rows) {
-        if ((row.nPlaces & place) == 0) {
+    for (const Row& row : kRows) {
+        if ((row.places & place) == 0) {
             continue;
         }
-        CLI::App& group = GroupOf(app, row.szGroup);
-        CLI::App& line = *group.add_subcommand(row.szName, row.szHelp);
+        CLI::App& group = GroupOf(app, row.group);
+        CLI::App& line = *group.add_subcommand(row.name, row.help);
         line.footer("Example:" + Example(row, place));
-        if (*row.szGroup != '\0') {
+        if (*row.group != '\0') {
             group.footer((group.get_footer().empty() ? "Examples:" : group.get_footer()) +
                          Example(row, place));
         }
         line.preparse_callback([&command, &row](std::size_t) {
-            command.strTitle =
-                *row.szGroup == '\0' ? row.szName : std::string(row.szGroup) + ' ' + row.szName;
+            command.title = *row.group == '\0' ? row.name : std::string(row.group) + ' ' + row.name;
         });
-        row.pSetUp(line, command);
+        row.setUp(line, command);
     }
 }
 
 void CheckParsedCommand(const CLI::App& app)
 {
-    const CLI::App* pApp = &app;
-    std::string strPath;
-    while (!pApp->get_subcommands().empty()) {
-        const auto commands = pApp->get_subcommands();
+    const CLI::App* command = &app;
+    std::string path;
+    while (!command->get_subcommands().empty()) {
+        const auto commands = command->get_subcommands();
         if (commands.size() > 1) {
-            throw CUsageError("one command at a time, '" + commands[1]->get_name() + "' begins another");
+            throw UsageError("one command at a time, '" + commands[1]->get_name() + "' begins another");
         }
-        pApp = commands.front();
-        strPath += pApp->get_name() + ' ';
+        command = commands.front();
+        path += command->get_name() + ' ';
     }
-    const bool bComplete =
-        pApp != &app && pApp->get_subcommands([](const CLI::App*) { return true; }).empty();
+    const bool complete =
+        command != &app && command->get_subcommands([](const CLI::App*) { return true; }).empty();
     const auto left = app.remaining(true);
-    if (!left.empty() && (bComplete || left.front().starts_with('-'))) {
+    if (!left.empty() && (complete || left.front().starts_with('-'))) {
         // Without the value of an option: it may be a password.
-        throw CUsageError("unexpected argument '" + left.front().substr(0, left.front().find('=')) + "'");
+        throw UsageError("unexpected argument '" + left.front().substr(0, left.front().find('=')) + "'");
     }
     if (!left.empty()) {
-        throw CUsageError("unknown command '" + strPath + left.front() + "'" + Choices(*pApp));
+        throw UsageError("unknown command '" + path + left.front() + "'" + Choices(*command));
     }
-    if (!bComplete) {
-        throw CUsageError(
-            (strPath.empty() ? "no command given" : "'" + strPath + "...' needs one more word") +
-            Choices(*pApp));
+    if (!complete) {
+        throw UsageError((path.empty() ? "no command given" : "'" + path + "...' needs one more word") +
+                         Choices(*command));
     }
 }
 
@@ -182,13 +180,13 @@ namespace {
 // The command that was named last, and its words.
 std::pair<const CLI::App*, std::string> Deepest(const CLI::App& app)
 {
-    const CLI::App* pApp = &app;
-    std::string strPath;
-    while (!pApp->get_subcommands().empty()) {
-        pApp = pApp->get_subcommands().front();
-        strPath += (strPath.empty() ? "" : " ") + pApp->get_name();
+    const CLI::App* command = &app;
+    std::string path;
+    while (!command->get_subcommands().empty()) {
+        command = command->get_subcommands().front();
+        path += (path.empty() ? "" : " ") + command->get_name();
     }
-    return {pApp, strPath};
+    return {command, path};
 }
 
 std::string ShellHelp(const CLI::App& app)
@@ -196,16 +194,16 @@ std::string ShellHelp(const CLI::App& app)
     if (!app.remaining(true).empty()) {
         CheckParsedCommand(app); // which says that there is no such command
     }
-    const auto [pApp, strPath] = Deepest(app);
-    const std::size_t nName = strPath.rfind(' ');
-    return pApp->help(nName == std::string::npos ? "" : strPath.substr(0, nName));
+    const auto [command, path] = Deepest(app);
+    const std::size_t name = path.rfind(' ');
+    return command->help(name == std::string::npos ? "" : path.substr(0, name));
 }
 
-SConsoleCommand ParseLine(const std::vector<std::string>& words, EPlace place)
+ConsoleCommand ParseLine(const std::vector<std::string>& words, Place place)
 {
-    SConsoleCommand command;
+    ConsoleCommand command;
     CLI::App app;
-    if (place == PLACE_SCRIPT) {
+    if (place == kPlaceScript) {
         app.set_help_flag();
     }
     AddConsoleCommands(app, command, place);
@@ -213,11 +211,11 @@ SConsoleCommand ParseLine(const std::vector<std::string>& words, EPlace place)
         // The parser takes its words from the back.
         app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
     } catch (const CLI::CallForHelp&) {
-        command.kind = SConsoleCommand::EKind::Help;
-        command.strHelp = ShellHelp(app);
+        command.kind = ConsoleCommand::Kind::Help;
+        command.help = ShellHelp(app);
         return command;
     } catch (const CLI::Error& error) {
-        throw CUsageError(error.what());
+        throw UsageError(error.what());
     }
     CheckParsedCommand(app);
     return command;
@@ -225,18 +223,18 @@ SConsoleCommand ParseLine(const std::vector<std::string>& words, EPlace place)
 
 } // namespace
 
-SConsoleCommand ParseScriptLine(const std::vector<std::string>& words)
+ConsoleCommand ParseScriptLine(const std::vector<std::string>& words)
 {
-    return ParseLine(words, PLACE_SCRIPT);
+    return ParseLine(words, kPlaceScript);
 }
 
-SConsoleCommand ParseShellLine(std::vector<std::string> words)
+ConsoleCommand ParseShellLine(std::vector<std::string> words)
 {
     if (!words.empty() && words.front() == "help") {
         words.erase(words.begin());
         words.emplace_back("--help");
     }
-    return ParseLine(words, PLACE_SHELL);
+    return ParseLine(words, kPlaceShell);
 }
 
 } // namespace standin_host

@@ -12,16 +12,16 @@ class App;
 
 namespace standin_host {
 
-// Adds the commands of a place to a command line. Parsing it fills the command, or throws CUsageError or what
+// Adds the commands of a place to a command line. Parsing it fills the command, or throws UsageError or what
 // the parser throws.
-void AddConsoleCommands(CLI::App& app, SConsoleCommand& command, EPlace place);
+void AddConsoleCommands(CLI::App& app, ConsoleCommand& command, Place place);
 
-// Throws CUsageError when the parsed line has words left over, or names no command or half of one.
+// Throws UsageError when the parsed line has words left over, or names no command or half of one.
 void CheckParsedCommand(const CLI::App& app);
 
-// One line of a script, already split into words. Throws CUsageError.
-SConsoleCommand ParseScriptLine(const std::vector<std::string>& words);
+// One line of a script, already split into words. Throws UsageError.
+ConsoleCommand ParseScriptLine(const std::vector<std::string>& words);
 // The same for the shell, where --help behind a command, or help in front of it, asks for its help.
-SConsoleCommand ParseShellLine(std::vector<std::string> words);
+ConsoleCommand ParseShellLine(std::vector<std::string> words);
 
 } // namespace standin_host

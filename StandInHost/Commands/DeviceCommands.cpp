@@ -7,7 +7,7 @@ namespace standin_host {
 using namespace ORVA_NET_PROTOCOL;
 using namespace ORVA2_DECODER_TVW;
 
-void SetUpInfo(CLI::App& app, SConsoleCommand& command)
+void SetUpInfo(CLI::App& app, ConsoleCommand& command)
 {
     app.callback([&command] {
         RequestOption(command, KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_SYSINFO, {},
@@ -15,7 +15,7 @@ void SetUpInfo(CLI::App& app, SConsoleCommand& command)
     });
 }
 
-void SetUpConfig(CLI::App& app, SConsoleCommand& command)
+void SetUpConfig(CLI::App& app, ConsoleCommand& command)
 {
     app.callback([&command] {
         RequestOption(command, KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_BASICCFG, {},
@@ -23,12 +23,12 @@ void SetUpConfig(CLI::App& app, SConsoleCommand& command)
     });
 }
 
-void SetUpLogin(CLI::App& app, SConsoleCommand& command)
+void SetUpLogin(CLI::App& app, ConsoleCommand& command)
 {
-    app.callback([&command] { command.kind = SConsoleCommand::EKind::Login; });
+    app.callback([&command] { command.kind = ConsoleCommand::Kind::Login; });
 }
 
-void SetUpLogout(CLI::App& app, SConsoleCommand& command)
+void SetUpLogout(CLI::App& app, ConsoleCommand& command)
 {
     app.callback([&command] {
         RequestOption(command, KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_LOGOUT, {}, kEmptyForm);

@@ -7,29 +7,30 @@ namespace standin_host {
 using namespace ORVA_NET_PROTOCOL;
 using namespace ORVA2_DECODER_TVW;
 
-void SetUpBorder(CLI::App& app, SConsoleCommand& command)
+void SetUpBorder(CLI::App& app, ConsoleCommand& command)
 {
-    static constexpr SField s_fields[] = {FieldOf<int16_t>("the window id"),
-                                          FieldOf<int16_t>("the sub-window index"), SwitchOf("the border")};
+    static constexpr SField fields[] = {FieldOf<int16_t>("the window id"),
+                                        FieldOf<int16_t>("the sub-window index"), SwitchOf("the border")};
     SetUpSubWindows(app, command,
-                    {s_fields, "WINDOW INDEX on|off", KEST_CMD_TVWALL_DECODE_SAVE_CONFIG,
+                    {fields, "WINDOW INDEX on|off", KEST_CMD_TVWALL_DECODE_SAVE_CONFIG,
                      TVWALL_DECODE_DRAWBODER, BorderRecord});
 }
 
-void SetUpZoom(CLI::App& app, SConsoleCommand& command)
+void SetUpZoom(CLI::App& app, ConsoleCommand& command)
 {
-    const auto pWindow = AddWord(app, "WINDOW", "window id");
-    const auto pIndex = AddWord(app, "INDEX", "index of the sub-window that fills its window");
-    const auto pZoom = AddWord(app, "ZOOM", "on, or off to show all sub-windows again");
-    app.callback([&command, pWindow, pIndex, pZoom] {
-        const auto nIndex = static_cast<uint16_t>(Number(*pIndex, FieldOf<uint16_t>("the sub-window index")));
+    const auto window = AddWord(app, "WINDOW", "window id");
+    const auto indexWord = AddWord(app, "INDEX", "index of the sub-window that fills its window");
+    const auto zoom = AddWord(app, "ZOOM", "on, or off to show all sub-windows again");
+    app.callback([&command, window, indexWord, zoom] {
+        const auto index =
+            static_cast<uint16_t>(Number(*indexWord, FieldOf<uint16_t>("the sub-window index")));
         RequestOption(command, KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_ZOOMOUT,
-                      ZoomRecord(Unsigned(*pWindow, "the window id"), nIndex, OnOrOff(*pZoom, "ZOOM")));
-        command.strTitle += Join({*pWindow, *pIndex, *pZoom});
+                      ZoomRecord(Unsigned(*window, "the window id"), index, OnOrOff(*zoom, "ZOOM")));
+        command.title += Join({*window, *indexWord, *zoom});
     });
 }
 
-void SetUpWindowConfigGet(CLI::App& app, SConsoleCommand& command)
+void SetUpWindowConfigGet(CLI::App& app, ConsoleCommand& command)
 {
     app.callback([&command] {
         RequestOption(command, KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_WINDOW_CONFIG, {},
@@ -37,15 +38,15 @@ void SetUpWindowConfigGet(CLI::App& app, SConsoleCommand& command)
     });
 }
 
-void SetUpWindowConfigSet(CLI::App& app, SConsoleCommand& command)
+void SetUpWindowConfigSet(CLI::App& app, ConsoleCommand& command)
 {
-    const auto pBorders = AddWord(app, "BORDERS", "on or off: borders around the windows");
-    const auto pWindowIds = AddWord(app, "IDS", "on or off: window ids on the wall");
-    app.callback([&command, pBorders, pWindowIds] {
+    const auto borders = AddWord(app, "BORDERS", "on or off: borders around the windows");
+    const auto windowIds = AddWord(app, "IDS", "on or off: window ids on the wall");
+    app.callback([&command, borders, windowIds] {
         RequestOption(command, KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_SET_WINDOW_CONFIG,
-                      WindowConfigRecord(OnOrOff(*pBorders, "BORDERS"), OnOrOff(*pWindowIds, "IDS")),
+                      WindowConfigRecord(OnOrOff(*borders, "BORDERS"), OnOrOff(*windowIds, "IDS")),
                       kWindowConfigForm);
-        command.strTitle += Join({*pBorders, *pWindowIds});
+        command.title += Join({*borders, *windowIds});
     });
 }
 

@@ -7,71 +7,71 @@
 
 namespace standin_host {
 
-void SetUpWatch(CLI::App& app, SConsoleCommand& command)
+void SetUpWatch(CLI::App& app, ConsoleCommand& command)
 {
-    const auto pCount = std::make_shared<std::string>();
-    app.add_option("--count", *pCount, "end after so many notifications")->type_name("N");
-    app.callback([&command, pCount] {
-        command.kind = SConsoleCommand::EKind::Watch;
-        if (!pCount->empty()) {
-            command.nNotifications = Unsigned(*pCount, "--count");
+    const auto count = std::make_shared<std::string>();
+    app.add_option("--count", *count, "end after so many notifications")->type_name("N");
+    app.callback([&command, count] {
+        command.kind = ConsoleCommand::Kind::Watch;
+        if (!count->empty()) {
+            command.notifications = Unsigned(*count, "--count");
         }
     });
 }
 
-void SetUpScript(CLI::App& app, SConsoleCommand& command)
+void SetUpScript(CLI::App& app, ConsoleCommand& command)
 {
-    app.add_option("FILE", command.strScriptFile, "script file; - is standard input")->required();
-    app.callback([&command] { command.kind = SConsoleCommand::EKind::Script; });
+    app.add_option("FILE", command.scriptFile, "script file; - is standard input")->required();
+    app.callback([&command] { command.kind = ConsoleCommand::Kind::Script; });
 }
 
 namespace {
 
-struct SRawArguments {
-    std::string strId;
-    std::string strOption;
-    std::string strFile;
-    std::string strHex;
-    bool bNoReply = false;
+struct RawArguments {
+    std::string id;
+    std::string option;
+    std::string path;
+    std::string hex;
+    bool noReply = false;
 
-    SRecord Payload() const
+    Record Payload() const
     {
-        SRecord record;
-        if (!strFile.empty()) {
-            const std::string strBytes = ReadWholeFile(strFile, "payload");
-            record.bytes.assign(strBytes.begin(), strBytes.end());
-        } else if (auto bytes = tools::ParseHex(strHex)) {
+        Record record;
+        if (!path.empty()) {
+            const std::string content = ReadWholeFile(path, "payload");
+            record.bytes.assign(content.begin(), content.end());
+        } else if (auto bytes = tools::ParseHex(hex)) {
             record.bytes = std::move(*bytes);
         } else {
-            throw CUsageError("--hex takes pairs of hexadecimal digits");
+            throw UsageError("--hex takes pairs of hexadecimal digits");
         }
-        return strOption.empty() ? record : OptionPayload(Unsigned(strOption, "--option"), record);
+        return option.empty() ? record : OptionPayload(Unsigned(option, "--option"), record);
     }
 };
 
 } // namespace
 
-void SetUpRaw(CLI::App& app, SConsoleCommand& command)
+void SetUpRaw(CLI::App& app, ConsoleCommand& command)
 {
-    const auto pArguments = std::make_shared<SRawArguments>();
-    app.add_option("ID", pArguments->strId, "host command id, decimal or 0x...")->type_name("")->required();
-    app.add_option("--option", pArguments->strOption,
+    const auto arguments = std::make_shared<RawArguments>();
+    app.add_option("ID", arguments->id, "host command id, decimal or 0x...")->type_name("")->required();
+    app.add_option("--option", arguments->option,
                    "put the option head with this type in front of the payload")
         ->type_name("TYPE");
-    auto* pFile =
-        app.add_option("--payload", pArguments->strFile, "file with the payload bytes")->type_name("FILE");
-    app.add_option("--hex", pArguments->strHex, "payload bytes as hexadecimal digits")
+    auto* file =
+        app.add_option("--payload", arguments->path, "file with the payload bytes")->type_name("FILE");
+    app.add_option("--hex", arguments->hex, "payload bytes as hexadecimal digits")
         ->type_name("HEX")
-        ->excludes(pFile);
-    app.add_flag("--no-reply", pArguments->bNoReply, "queue a command that wants no answer");
-    app.callback([&command, pArguments] {
-        command.kind = SConsoleCommand::EKind::Request;
-        command.payload = pArguments->Payload();
-        command.nCmdID = Unsigned(pArguments->strId, "the command id");
-        command.bHasReply = !pArguments->bNoReply;
-        command.strTitle += ' ' + pArguments->strId;
-        if (!pArguments->strOption.empty()) {
-            command.strTitle += " option " + pArguments->strOption;
+        ->excludes(file);
+    app.add_flag("--no-reply", arguments->noReply, "queue a command that wants no answer");
+    app.callback([&command, arguments] {
+        command.kind = ConsoleCommand::Kind::Request;
+        command.payload = arguments->Payload();
+        command.cmdID = Unsigned(arguments->id, "the command id");
+        command.hasReply = !arguments->noReply;
+        command.title += ' ' + arguments->id;
+        if (!arguments->option.empty()) {
+            command.title += " option " + arguments->option;
         }
     });
 }

@@ -8,25 +8,25 @@ namespace standin_host {
 using namespace ORVA_NET_PROTOCOL;
 using namespace ORVA2_DECODER_TVW;
 
-void SetUpWallClear(CLI::App& app, SConsoleCommand& command)
+void SetUpWallClear(CLI::App& app, ConsoleCommand& command)
 {
     app.callback([&command] {
         RequestOption(command, KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_CLEAR_WALL, {});
     });
 }
 
-void SetUpWallApply(CLI::App& app, SConsoleCommand& command)
+void SetUpWallApply(CLI::App& app, ConsoleCommand& command)
 {
-    const auto pFile = AddWord(app, "FILE", kWallFileHelp);
-    const auto pPasswordFile = std::make_shared<std::string>();
-    app.add_option("--source-password-file", *pPasswordFile,
+    const auto file = AddWord(app, "FILE", kWallFileHelp);
+    const auto passwordFile = std::make_shared<std::string>();
+    app.add_option("--source-password-file", *passwordFile,
                    "file whose first line is the password of the sources that have a user and no password "
                    "(else TVWALL_SOURCE_PASSWORD is taken)")
         ->type_name("FILE");
-    app.callback([&command, pFile, pPasswordFile] {
+    app.callback([&command, file, passwordFile] {
         RequestOption(command, KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_SET_WALL_INFO,
-                      WallRecord(ReadWallFile(*pFile, SourcePassword(*pPasswordFile))));
-        command.strTitle += ' ' + *pFile;
+                      WallRecord(ReadWallFile(*file, SourcePassword(*passwordFile))));
+        command.title += ' ' + *file;
     });
 }
 

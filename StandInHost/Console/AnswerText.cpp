@@ -13,55 +13,55 @@ namespace standin_host {
 
 namespace {
 
-SReadAnswer ReadForm(const SAnswerForm& form, const std::vector<uint8_t>& bytes)
+ReadableAnswer ReadForm(const AnswerForm& form, const std::vector<uint8_t>& bytes)
 {
-    SReadAnswer read;
-    CByteReader reader(bytes);
+    ReadableAnswer read;
+    ByteReader reader(bytes);
     Fields fields = Fields::object();
-    form.pRead(reader, fields);
-    read.bGood = !reader.Failed();
-    if (!read.bGood) {
-        read.strText = "answered with " + std::to_string(bytes.size()) + " bytes that are no whole record";
-        read.strHint = "--trace shows what the decoder sent";
+    form.read(reader, fields);
+    read.good = !reader.Failed();
+    if (!read.good) {
+        read.text = "answered with " + std::to_string(bytes.size()) + " bytes that are no whole record";
+        read.hint = "--trace shows what the decoder sent";
         return read;
     }
-    read.strText = form.pShow(fields);
+    read.text = form.show(fields);
     if (!fields.empty()) {
-        read.pFields = std::make_shared<Fields>(std::move(fields));
+        read.fields = std::make_shared<Fields>(std::move(fields));
     }
     return read;
 }
 
 } // namespace
 
-SReadAnswer ReadAnswer(const SConsoleCommand& command, const SAnswer& answer)
+ReadableAnswer ReadAnswer(const ConsoleCommand& command, const HostAnswer& answer)
 {
-    if (answer.kind == SAnswer::EKind::Failure) {
-        const SFailureCode& failure = FailureOf(answer.nCode);
-        return {std::string(failure.szMeaning) + " (" + CodeText(answer.nCode) + ")", failure.szHint, false,
+    if (answer.kind == HostAnswer::Kind::Failure) {
+        const FailureCode& failure = FailureOf(answer.hostCode);
+        return {std::string(failure.meaning) + " (" + CodeText(answer.hostCode) + ")", failure.hint, false,
                 nullptr};
     }
-    if (command.pForm == nullptr) {
+    if (command.form == nullptr) {
         return {"answered with " + std::to_string(answer.bytes.size()) + " bytes " +
                     tools::HexText(answer.bytes.data(), answer.bytes.size()),
                 "", true, nullptr};
     }
-    return ReadForm(*command.pForm, answer.bytes);
+    return ReadForm(*command.form, answer.bytes);
 }
 
-void HideSecrets(const SConsoleCommand& command, SAnswer& answer)
+void HideSecrets(const ConsoleCommand& command, HostAnswer& answer)
 {
-    if (command.kind != SConsoleCommand::EKind::Request) {
+    if (command.kind != ConsoleCommand::Kind::Request) {
         return;
     }
     // The repeated record has a result head in front of it where the request has the option head.
     constexpr std::size_t kShift = sizeof(ORVA2_DECODER_TVW::S_Decoder_Default_Result) -
                                    sizeof(ORVA_NET_PROTOCOL::_kest_tvwall_opt_info);
-    for (const SSpan& secret : command.payload.secrets) {
-        const std::size_t nBegin = std::min(secret.nOffset + kShift, answer.bytes.size());
-        const std::size_t nEnd = std::min(nBegin + secret.nSize, answer.bytes.size());
-        std::fill(answer.bytes.begin() + static_cast<std::ptrdiff_t>(nBegin),
-                  answer.bytes.begin() + static_cast<std::ptrdiff_t>(nEnd), uint8_t{'*'});
+    for (const Span& secret : command.payload.secrets) {
+        const std::size_t begin = std::min(secret.offset + kShift, answer.bytes.size());
+        const std::size_t end = std::min(begin + secret.size, answer.bytes.size());
+        std::fill(answer.bytes.begin() + static_cast<std::ptrdiff_t>(begin),
+                  answer.bytes.begin() + static_cast<std::ptrdiff_t>(end), uint8_t{'*'});
     }
 }
 

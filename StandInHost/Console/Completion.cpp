@@ -13,42 +13,42 @@ namespace standin_host {
 namespace {
 
 // Where the words so far have led: to a command, and maybe to an option that wants its value.
-struct SPosition {
-    const CLI::App* pApp;
-    const CLI::Option* pValueOf = nullptr;
+struct Position {
+    const CLI::App* command;
+    const CLI::Option* valueOf = nullptr;
 
-    void Follow(const std::string& strWord)
+    void Follow(const std::string& word)
     {
-        if (pValueOf != nullptr) {
-            pValueOf = nullptr;
-        } else if (strWord.starts_with('-')) {
-            const CLI::Option* pOption = pApp->get_option_no_throw(strWord);
-            const bool bValue = pOption != nullptr && pOption->get_items_expected_max() > 0;
-            pValueOf = bValue ? pOption : nullptr;
+        if (valueOf != nullptr) {
+            valueOf = nullptr;
+        } else if (word.starts_with('-')) {
+            const CLI::Option* option = command->get_option_no_throw(word);
+            const bool value = option != nullptr && option->get_items_expected_max() > 0;
+            valueOf = value ? option : nullptr;
         } else {
             const auto named =
-                pApp->get_subcommands([&](const CLI::App* pSub) { return pSub->get_name() == strWord; });
-            pApp = named.empty() ? pApp : named.front();
+                command->get_subcommands([&](const CLI::App* sub) { return sub->get_name() == word; });
+            command = named.empty() ? command : named.front();
         }
     }
 
     bool WantsFile() const
     {
-        if (pValueOf != nullptr) {
-            return pValueOf->get_type_name() == "FILE";
+        if (valueOf != nullptr) {
+            return valueOf->get_type_name() == "FILE";
         }
-        const auto options = pApp->get_options();
-        return std::any_of(options.begin(), options.end(), [](const CLI::Option* pOption) {
-            return pOption->get_positional() && pOption->get_name(true) == "FILE";
+        const auto options = command->get_options();
+        return std::any_of(options.begin(), options.end(), [](const CLI::Option* option) {
+            return option->get_positional() && option->get_name(true) == "FILE";
         });
     }
 
     std::vector<std::string> OptionNames() const
     {
         std::vector<std::string> names;
-        for (const CLI::Option* pOption : pApp->get_options()) {
-            for (const std::string& strName : pOption->get_lnames()) {
-                names.push_back("--" + strName);
+        for (const CLI::Option* option : command->get_options()) {
+            for (const std::string& name : option->get_lnames()) {
+                names.push_back("--" + name);
             }
         }
         return names;
@@ -57,23 +57,23 @@ struct SPosition {
     std::vector<std::string> CommandNames() const
     {
         std::vector<std::string> names;
-        for (const CLI::App* pSub : pApp->get_subcommands([](const CLI::App*) { return true; })) {
-            names.push_back(pSub->get_name());
+        for (const CLI::App* sub : command->get_subcommands([](const CLI::App*) { return true; })) {
+            names.push_back(sub->get_name());
         }
         return names;
     }
 };
 
-std::vector<std::string> Files(const std::string& strWord)
+std::vector<std::string> Files(const std::string& word)
 {
     namespace fs = std::filesystem;
-    const std::string strFolder = strWord.substr(0, strWord.rfind('/') + 1);
+    const std::string folder = word.substr(0, word.rfind('/') + 1);
     std::vector<std::string> names;
     std::error_code error;
-    fs::directory_iterator entry(strFolder.empty() ? "." : strFolder, error);
+    fs::directory_iterator entry(folder.empty() ? "." : folder, error);
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
         std::error_code ignored;
-        names.push_back(strFolder + entry->path().filename().string() +
+        names.push_back(folder + entry->path().filename().string() +
                         (entry->is_directory(ignored) ? "/" : ""));
     }
     return names;
@@ -81,7 +81,7 @@ std::vector<std::string> Files(const std::string& strWord)
 
 } // namespace
 
-SCompletion CompleteLine(std::string_view line)
+Completion CompleteLine(std::string_view line)
 {
     auto written = SplitWrittenLine(line);
     if (!written) {
@@ -90,47 +90,45 @@ SCompletion CompleteLine(std::string_view line)
     if (!written->words.empty() && written->words.front() == "help") {
         written->words.erase(written->words.begin());
     }
-    SConsoleCommand ignored;
+    ConsoleCommand ignored;
     CLI::App app;
-    AddConsoleCommands(app, ignored, PLACE_SHELL);
-    SPosition position{&app};
-    for (const std::string& strWord : written->words) {
-        position.Follow(strWord);
+    AddConsoleCommands(app, ignored, kPlaceShell);
+    Position position{&app};
+    for (const std::string& word : written->words) {
+        position.Follow(word);
     }
 
-    SCompletion completion{written->strLast, {}};
-    if (position.pValueOf == nullptr && completion.strWord.starts_with('-')) {
+    Completion completion{written->last, {}};
+    if (position.valueOf == nullptr && completion.word.starts_with('-')) {
         completion.candidates = position.OptionNames();
     } else if (position.WantsFile()) {
-        completion.candidates = Files(completion.strWord);
-    } else if (position.pValueOf == nullptr) {
+        completion.candidates = Files(completion.word);
+    } else if (position.valueOf == nullptr) {
         completion.candidates = position.CommandNames();
     }
-    std::erase_if(completion.candidates, [&](const std::string& strCandidate) {
-        return !strCandidate.starts_with(completion.strWord);
-    });
+    std::erase_if(completion.candidates,
+                  [&](const std::string& candidate) { return !candidate.starts_with(completion.word); });
     std::sort(completion.candidates.begin(), completion.candidates.end());
     return completion;
 }
 
-std::string CommonRest(const SCompletion& completion)
+std::string CommonRest(const Completion& completion)
 {
     if (completion.candidates.empty()) {
         return "";
     }
     std::string_view common = completion.candidates.front();
-    for (const std::string& strCandidate : completion.candidates) {
-        const auto differ =
-            std::mismatch(common.begin(), common.end(), strCandidate.begin(), strCandidate.end());
+    for (const std::string& candidate : completion.candidates) {
+        const auto differ = std::mismatch(common.begin(), common.end(), candidate.begin(), candidate.end());
         common = common.substr(0, static_cast<std::size_t>(differ.first - common.begin()));
     }
-    std::string strRest;
-    for (const char c : common.substr(completion.strWord.size())) {
-        strRest += std::string_view(" \t\\'\"#").find(c) == std::string_view::npos ? "" : "\\";
-        strRest += c;
+    std::string rest;
+    for (const char c : common.substr(completion.word.size())) {
+        rest += std::string_view(" \t\\'\"#").find(c) == std::string_view::npos ? "" : "\\";
+        rest += c;
     }
-    const bool bOnly = completion.candidates.size() == 1 && !common.ends_with('/');
-    return strRest + (bOnly ? " " : "");
+    const bool only = completion.candidates.size() == 1 && !common.ends_with('/');
+    return rest + (only ? " " : "");
 }
 
 } // namespace standin_host

@@ -16,15 +16,15 @@ namespace {
 using asio::ip::tcp;
 
 // One attempt, shared by the waiting thread and the handlers.
-struct SAttempt : std::enable_shared_from_this<SAttempt> {
-    SAttempt(asio::io_context& context, CHostEvents& hostEvents)
+struct Attempt : std::enable_shared_from_this<Attempt> {
+    Attempt(asio::io_context& context, HostEvents& hostEvents)
         : resolver(context), socket(context), events(hostEvents)
     {
     }
 
-    void Begin(const std::string& strHost, const std::string& strPort)
+    void Begin(const std::string& host, const std::string& port)
     {
-        resolver.async_resolve(strHost, strPort,
+        resolver.async_resolve(host, port,
                                [self = shared_from_this()](const asio::error_code& failure,
                                                            const tcp::resolver::results_type& endpoints) {
                                    self->OnResolved(failure, endpoints);
@@ -33,7 +33,7 @@ struct SAttempt : std::enable_shared_from_this<SAttempt> {
 
     void OnResolved(const asio::error_code& failure, const tcp::resolver::results_type& endpoints)
     {
-        if (failure || bAbandoned) {
+        if (failure || abandoned) {
             Finish(failure);
             return;
         }
@@ -44,7 +44,7 @@ struct SAttempt : std::enable_shared_from_this<SAttempt> {
 
     void Finish(const asio::error_code& failure)
     {
-        if (bAbandoned) {
+        if (abandoned) {
             return;
         }
         asio::error_code ignored;
@@ -65,7 +65,7 @@ struct SAttempt : std::enable_shared_from_this<SAttempt> {
     // Receive thread: nobody waits any more.
     void Abandon()
     {
-        bAbandoned = true;
+        abandoned = true;
         resolver.cancel();
         asio::error_code ignored;
         socket.close(ignored);
@@ -73,36 +73,36 @@ struct SAttempt : std::enable_shared_from_this<SAttempt> {
 
     tcp::resolver resolver;
     tcp::socket socket;
-    CHostEvents& events;
-    bool bAbandoned = false; // receive thread only
+    HostEvents& events;
+    bool abandoned = false; // receive thread only
     CMutex lock;
     std::optional<asio::error_code> result TVWALL_GUARDED_BY(lock);
 };
 
 } // namespace
 
-std::shared_ptr<CConnection> Connect(CIoThread& thread, CHostEvents& events, const std::string& strHost,
-                                     const std::string& strPort, std::chrono::milliseconds timeout,
-                                     SConnectionSettings settings, std::string& strReason)
+std::shared_ptr<Connection> Connect(IoThread& thread, HostEvents& events, const std::string& host,
+                                    const std::string& port, std::chrono::milliseconds timeout,
+                                    ConnectionSettings settings, std::string& reason)
 {
-    const auto pAttempt = std::make_shared<SAttempt>(thread.Context(), events);
-    asio::post(thread.Context(), [pAttempt, strHost, strPort] { pAttempt->Begin(strHost, strPort); });
-    const auto deadline = CHostEvents::Clock::now() + timeout;
-    strReason = "no answer in time";
-    while (events.Interrupted() == 0 && CHostEvents::Clock::now() < deadline) {
-        if (const auto result = pAttempt->Result()) {
+    const auto attempt = std::make_shared<Attempt>(thread.Context(), events);
+    asio::post(thread.Context(), [attempt, host, port] { attempt->Begin(host, port); });
+    const auto deadline = HostEvents::Clock::now() + timeout;
+    reason = "no answer in time";
+    while (events.Interrupted() == 0 && HostEvents::Clock::now() < deadline) {
+        if (const auto result = attempt->Result()) {
             if (!*result) {
-                return std::make_shared<CConnection>(std::move(pAttempt->socket), std::move(settings));
+                return std::make_shared<Connection>(std::move(attempt->socket), std::move(settings));
             }
-            strReason = result->message();
+            reason = result->message();
             break;
         }
         events.Wait(deadline);
     }
     if (events.Interrupted() != 0) {
-        strReason.clear();
+        reason.clear();
     }
-    asio::post(thread.Context(), [pAttempt] { pAttempt->Abandon(); });
+    asio::post(thread.Context(), [attempt] { attempt->Abandon(); });
     return nullptr;
 }
 

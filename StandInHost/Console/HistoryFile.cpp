@@ -18,10 +18,10 @@ namespace fs = std::filesystem;
 constexpr mode_t kOwnerOnly = 0600;
 constexpr mode_t kOwnerFolder = 0700;
 
-std::string Variable(const char* szName)
+std::string Variable(const char* name)
 {
-    const char* szValue = std::getenv(szName);
-    return szValue == nullptr ? "" : szValue;
+    const char* value = std::getenv(name);
+    return value == nullptr ? "" : value;
 }
 
 // Makes the folders that are missing, for the owner alone.
@@ -34,61 +34,59 @@ void MakeFolders(const fs::path& folder)
 }
 
 // One write, so that lines of several shells do not mix.
-bool Write(const std::string& strFile, int nFlags, const std::string& strText)
+bool Write(const std::string& path, int flags, const std::string& text)
 {
-    const int nDescriptor = ::open(strFile.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | nFlags, kOwnerOnly);
-    if (nDescriptor < 0) {
+    const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, kOwnerOnly);
+    if (descriptor < 0) {
         return false;
     }
-    const bool bWritten =
-        ::fchmod(nDescriptor, kOwnerOnly) == 0 &&
-        ::write(nDescriptor, strText.data(), strText.size()) == static_cast<ssize_t>(strText.size());
-    ::close(nDescriptor);
-    return bWritten;
+    const bool written = ::fchmod(descriptor, kOwnerOnly) == 0 &&
+                         ::write(descriptor, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+    ::close(descriptor);
+    return written;
 }
 
 } // namespace
 
-CHistoryFile::CHistoryFile()
+HistoryFile::HistoryFile()
 {
-    std::string strState = Variable("XDG_STATE_HOME");
-    if (!strState.starts_with('/')) { // which the standard for this variable says to ignore
-        const std::string strHome = Variable("HOME");
-        strState = strHome.empty() ? "" : strHome + "/.local/state";
+    std::string state = Variable("XDG_STATE_HOME");
+    if (!state.starts_with('/')) { // which the standard for this variable says to ignore
+        const std::string home = Variable("HOME");
+        state = home.empty() ? "" : home + "/.local/state";
     }
-    m_strFile = strState.empty() ? "" : strState + "/tvwall/history";
+    m_file = state.empty() ? "" : state + "/tvwall/history";
 }
 
-std::vector<std::string> CHistoryFile::Load() const
+std::vector<std::string> HistoryFile::Load() const
 {
     std::vector<std::string> lines;
-    std::ifstream file(m_strFile);
-    for (std::string strLine; std::getline(file, strLine);) {
-        lines.push_back(strLine);
+    std::ifstream file(m_file);
+    for (std::string line; std::getline(file, line);) {
+        lines.push_back(line);
     }
-    const bool bCut = lines.size() >= 2 * kMaxLines;
+    const bool cut = lines.size() >= 2 * kMaxLines;
     if (lines.size() > kMaxLines) {
         lines.erase(lines.begin(), lines.end() - kMaxLines);
     }
-    if (bCut) {
-        const std::string strNew = m_strFile + ".new";
-        const auto strText = std::accumulate(lines.begin(), lines.end(), std::string(),
-                                             [](std::string strAll, const std::string& strLine) {
-                                                 return std::move(strAll) + strLine + '\n';
-                                             });
+    if (cut) {
+        const std::string newValue = m_file + ".new";
+        const auto text = std::accumulate(
+            lines.begin(), lines.end(), std::string(),
+            [](std::string all, const std::string& line) { return std::move(all) + line + '\n'; });
         std::error_code ignored;
-        if (Write(strNew, O_TRUNC, strText)) {
-            fs::rename(strNew, m_strFile, ignored);
+        if (Write(newValue, O_TRUNC, text)) {
+            fs::rename(newValue, m_file, ignored);
         }
     }
     return lines;
 }
 
-void CHistoryFile::Append(const std::string& strLine) const
+void HistoryFile::Append(const std::string& line) const
 {
-    if (!m_strFile.empty()) {
-        MakeFolders(fs::path(m_strFile).parent_path());
-        Write(m_strFile, O_APPEND, strLine + '\n');
+    if (!m_file.empty()) {
+        MakeFolders(fs::path(m_file).parent_path());
+        Write(m_file, O_APPEND, line + '\n');
     }
 }
 

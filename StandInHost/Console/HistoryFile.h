@@ -8,19 +8,19 @@ namespace standin_host {
 // The shell's lines of earlier sessions, one a line, oldest first, in a file that only its owner reads.
 // Several shells may write it at the same time. History is a convenience: what cannot be read or written is
 // left out silently.
-class CHistoryFile {
+class HistoryFile {
 public:
     // At $XDG_STATE_HOME/tvwall/history, else ~/.local/state/tvwall/history; nowhere without a home.
-    CHistoryFile();
+    HistoryFile();
 
     // At most the last kMaxLines lines; a file that has grown to twice as many is cut to them.
     std::vector<std::string> Load() const;
-    void Append(const std::string& strLine) const;
+    void Append(const std::string& line) const;
 
     static constexpr std::size_t kMaxLines = 1000;
 
 private:
-    std::string m_strFile; // empty: nowhere
+    std::string m_file; // empty: nowhere
 };
 
 } // namespace standin_host

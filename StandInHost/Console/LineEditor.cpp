@@ -17,120 +17,120 @@ namespace standin_host {
 
 namespace {
 
-constexpr char s_szComplete[] = "tvwall-complete";
+constexpr char szComplete[] = "tvwall-complete";
 
-CLineEditor& Self(EditLine* pEditor)
+LineEditor& Self(EditLine* editor)
 {
-    void* pSelf = nullptr;
-    el_get(pEditor, EL_CLIENTDATA, &pSelf);
-    return *static_cast<CLineEditor*>(pSelf);
+    void* self = nullptr;
+    el_get(editor, EL_CLIENTDATA, &self);
+    return *static_cast<LineEditor*>(self);
 }
 
 } // namespace
 
 template <class TResult, class TFunction>
-TResult CLineEditor::Guarded(TResult failed, TFunction function)
+TResult LineEditor::Guarded(TResult failed, TFunction function)
 {
     try {
         return function();
     } catch (...) {
-        m_pThrown = std::current_exception();
+        m_thrown = std::current_exception();
         return failed;
     }
 }
 
-CLineEditor::CLineEditor(CHostEvents& events, SEditorHooks hooks)
+LineEditor::LineEditor(HostEvents& events, EditorHooks hooks)
     : m_events(events),
       m_hooks(std::move(hooks)),
-      m_pHistory(history_init()),
-      m_pEditor(el_init("tvwall-host", stdin, stderr, stderr))
+      m_history(history_init()),
+      m_editor(el_init("tvwall-host", stdin, stderr, stderr))
 {
-    if (m_pHistory == nullptr || m_pEditor == nullptr) {
+    if (m_history == nullptr || m_editor == nullptr) {
         throw std::runtime_error("this terminal takes no line editor");
     }
     HistEvent result;
-    ::history(m_pHistory.get(), &result, H_SETSIZE, static_cast<int>(CHistoryFile::kMaxLines));
-    ::history(m_pHistory.get(), &result, H_SETUNIQUE, 1);
+    ::history(m_history.get(), &result, H_SETSIZE, static_cast<int>(HistoryFile::kMaxLines));
+    ::history(m_history.get(), &result, H_SETUNIQUE, 1);
 
-    EditLine* pEditor = m_pEditor.get();
-    el_set(pEditor, EL_CLIENTDATA, this);
-    el_set(pEditor, EL_HIST, ::history, m_pHistory.get());
-    el_set(pEditor, EL_EDITOR, "emacs");
+    EditLine* editor = m_editor.get();
+    el_set(editor, EL_CLIENTDATA, this);
+    el_set(editor, EL_HIST, ::history, m_history.get());
+    el_set(editor, EL_EDITOR, "emacs");
     el_set(
-        pEditor, EL_PROMPT, +[](EditLine* pAsking) {
-            CLineEditor& self = Self(pAsking);
-            self.m_strPrompt = self.Guarded(std::string(), self.m_hooks.prompt);
-            return self.m_strPrompt.data();
+        editor, EL_PROMPT, +[](EditLine* asking) {
+            LineEditor& self = Self(asking);
+            self.m_prompt = self.Guarded(std::string(), self.m_hooks.prompt);
+            return self.m_prompt.data();
         });
     el_set(
-        pEditor, EL_GETCFN, +[](EditLine* pAsking, wchar_t* pCharacter) {
-            CLineEditor& self = Self(pAsking);
-            return self.Guarded(-1, [&] { return self.ReadCharacter(pCharacter); });
+        editor, EL_GETCFN, +[](EditLine* asking, wchar_t* character) {
+            LineEditor& self = Self(asking);
+            return self.Guarded(-1, [&] { return self.ReadCharacter(character); });
         });
     el_set(
-        pEditor, EL_ADDFN, s_szComplete, "completes the word at the cursor", +[](EditLine* pAsking, int) {
-            CLineEditor& self = Self(pAsking);
+        editor, EL_ADDFN, szComplete, "completes the word at the cursor", +[](EditLine* asking, int) {
+            LineEditor& self = Self(asking);
             return self.Guarded(static_cast<unsigned char>(CC_ERROR), [&self] { return self.Complete(); });
         });
-    el_set(pEditor, EL_BIND, "^I", s_szComplete, nullptr);
-    el_set(pEditor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
-    el_set(pEditor, EL_BIND, "^W", "ed-delete-prev-word", nullptr);
-    el_source(pEditor, nullptr); // what the user has set for all programs with this editor
+    el_set(editor, EL_BIND, "^I", szComplete, nullptr);
+    el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
+    el_set(editor, EL_BIND, "^W", "ed-delete-prev-word", nullptr);
+    el_source(editor, nullptr); // what the user has set for all programs with this editor
 }
 
-CLineEditor::~CLineEditor() = default;
+LineEditor::~LineEditor() = default;
 
-void CLineEditor::SCloseEditor::operator()(EditLine* pEditor) const { el_end(pEditor); }
+void LineEditor::CloseEditor::operator()(EditLine* editor) const { el_end(editor); }
 
-void CLineEditor::SCloseHistory::operator()(History* pHistory) const { history_end(pHistory); }
+void LineEditor::CloseHistory::operator()(History* editHistory) const { history_end(editHistory); }
 
-bool CLineEditor::HasTerminal() { return ::isatty(STDIN_FILENO) != 0 && ::isatty(STDERR_FILENO) != 0; }
+bool LineEditor::HasTerminal() { return ::isatty(STDIN_FILENO) != 0 && ::isatty(STDERR_FILENO) != 0; }
 
-CLineEditor::EResult CLineEditor::Read(std::string& strLine)
+LineEditor::Result LineEditor::Read(std::string& lineText)
 {
-    m_bCancelled = false;
+    m_cancelled = false;
     m_decoding = {};
-    const CErrorLinesHold hold([this] { m_events.Changed(); });
-    el_resize(m_pEditor.get());               // the window may have another size by now
-    el_set(m_pEditor.get(), EL_PREP_TERM, 1); // else keys in the moment behind the prompt miss the editor
-    int nLength = 0;
-    const char* szLine = el_gets(m_pEditor.get(), &nLength);
-    if (const auto pThrown = std::exchange(m_pThrown, nullptr)) {
-        std::rethrow_exception(pThrown);
+    const ErrorLinesHold hold([this] { m_events.Changed(); });
+    el_resize(m_editor.get());               // the window may have another size by now
+    el_set(m_editor.get(), EL_PREP_TERM, 1); // else keys in the moment behind the prompt miss the editor
+    int length = 0;
+    const char* typed = el_gets(m_editor.get(), &length);
+    if (const auto thrown = std::exchange(m_thrown, nullptr)) {
+        std::rethrow_exception(thrown);
     }
-    if (szLine != nullptr && nLength > 0) {
-        strLine.assign(szLine, static_cast<std::size_t>(nLength));
-        strLine.erase(strLine.find_last_not_of("\r\n") + 1);
-        return EResult::Line;
+    if (typed != nullptr && length > 0) {
+        lineText.assign(typed, static_cast<std::size_t>(length));
+        lineText.erase(lineText.find_last_not_of("\r\n") + 1);
+        return Result::Line;
     }
-    (void)std::fputs(m_bCancelled ? "^C\n" : "\n", stderr);
-    return m_bCancelled ? EResult::Cancelled : EResult::Ended;
+    (void)std::fputs(m_cancelled ? "^C\n" : "\n", stderr);
+    return m_cancelled ? Result::Cancelled : Result::Ended;
 }
 
-void CLineEditor::Remember(const std::string& strLine)
+void LineEditor::Remember(const std::string& line)
 {
     HistEvent result;
-    ::history(m_pHistory.get(), &result, H_ENTER, strLine.c_str());
+    ::history(m_history.get(), &result, H_ENTER, line.c_str());
 }
 
 // 1 with a character, 0 at the end of the input, -1 to give the line up.
-int CLineEditor::ReadCharacter(wchar_t* pCharacter)
+int LineEditor::ReadCharacter(wchar_t* character)
 {
     while (AwaitKey()) {
         char cByte = 0;
-        const ssize_t nRead = ::read(STDIN_FILENO, &cByte, 1);
-        if (nRead < 0 && errno == EINTR) {
+        const ssize_t readCount = ::read(STDIN_FILENO, &cByte, 1);
+        if (readCount < 0 && errno == EINTR) {
             continue;
         }
-        if (nRead <= 0) {
+        if (readCount <= 0) {
             return 0; // a terminal that has gone away ends the input, too
         }
         // NOLINTNEXTLINE(concurrency-mt-unsafe): unsafe only without a state of its own
-        const std::size_t nTaken = std::mbrtowc(pCharacter, &cByte, 1, &m_decoding);
-        if (nTaken <= 1) {
+        const std::size_t taken = std::mbrtowc(character, &cByte, 1, &m_decoding);
+        if (taken <= 1) {
             return 1;
         }
-        if (nTaken == static_cast<std::size_t>(-1)) {
+        if (taken == static_cast<std::size_t>(-1)) {
             m_decoding = {}; // no character of this terminal: as if it had not been typed
         }
     }
@@ -138,45 +138,45 @@ int CLineEditor::ReadCharacter(wchar_t* pCharacter)
 }
 
 // Waits until there is a key to read; false after a signal.
-bool CLineEditor::AwaitKey()
+bool LineEditor::AwaitKey()
 {
     while (true) {
         if (m_events.Interrupted() != 0) {
-            m_bCancelled = m_events.TakeKeyboardInterrupt();
+            m_cancelled = m_events.TakeKeyboardInterrupt();
             return false;
         }
-        const auto wake = m_events.Wait(CHostEvents::Clock::time_point::max(), STDIN_FILENO);
-        if (wake.bEvent) {
+        const auto wake = m_events.Wait(HostEvents::Clock::time_point::max(), STDIN_FILENO);
+        if (wake.event) {
             (void)std::fputs("\r\x1b[J",
                              stderr); // what is printed stands in place of the line, which follows
-            CErrorLinesHold::Write();
+            ErrorLinesHold::Write();
             m_hooks.meanwhile();
-            el_set(m_pEditor.get(), EL_REFRESH);
+            el_set(m_editor.get(), EL_REFRESH);
         }
-        if (wake.bInput && m_events.Interrupted() == 0) {
+        if (wake.hasInput && m_events.Interrupted() == 0) {
             return true;
         }
     }
 }
 
-unsigned char CLineEditor::Complete()
+unsigned char LineEditor::Complete()
 {
-    const LineInfo* pLine = el_line(m_pEditor.get());
-    const SCompletion completion =
-        m_hooks.complete({pLine->buffer, static_cast<std::size_t>(pLine->cursor - pLine->buffer)});
-    const std::string strRest = CommonRest(completion);
-    if (!strRest.empty()) {
-        el_insertstr(m_pEditor.get(), strRest.c_str());
+    const LineInfo* line = el_line(m_editor.get());
+    const Completion completion =
+        m_hooks.complete({line->buffer, static_cast<std::size_t>(line->cursor - line->buffer)});
+    const std::string rest = CommonRest(completion);
+    if (!rest.empty()) {
+        el_insertstr(m_editor.get(), rest.c_str());
         return CC_REFRESH;
     }
     if (completion.candidates.empty()) {
         return CC_ERROR;
     }
-    std::string strList = "\n";
-    for (const std::string& strCandidate : completion.candidates) {
-        strList += tools::OneLine(strCandidate) + "  ";
+    std::string list = "\n";
+    for (const std::string& candidate : completion.candidates) {
+        list += tools::OneLine(candidate) + "  ";
     }
-    (void)std::fputs((strList + '\n').c_str(), stderr);
+    (void)std::fputs((list + '\n').c_str(), stderr);
     return CC_REDISPLAY;
 }
 

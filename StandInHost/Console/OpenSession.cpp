@@ -11,35 +11,35 @@ namespace standin_host {
 
 namespace {
 
-constexpr std::chrono::seconds s_connectTimeout{10};
+constexpr std::chrono::seconds connectTimeout{10};
 
-std::shared_ptr<CConnection> ConnectOrExit(const SSessionGround& ground, const SConsoleCommand& first)
+std::shared_ptr<Connection> ConnectOrExit(const SessionGround& ground, const ConsoleCommand& first)
 {
-    const SOptions& options = ground.options;
-    if (options.bLogin || first.kind == SConsoleCommand::EKind::Login) {
+    const Options& options = ground.options;
+    if (options.login || first.kind == ConsoleCommand::Kind::Login) {
         ground.credentials.Password(); // before the decoder is made to wait for somebody who types
     }
-    SConnectionSettings settings;
-    settings.bBufferedReceive = options.bBufferedReceive;
-    settings.pTrace = options.bTrace ? std::make_shared<CFrameTrace>() : nullptr;
-    settings.pEvents = &ground.events;
-    std::string strReason;
-    auto pConnection = Connect(ground.ioThread, ground.events, options.strHost, options.strPort,
-                               s_connectTimeout, std::move(settings), strReason);
-    if (pConnection == nullptr && ground.events.Interrupted() != 0) {
-        throw CExitError(EXIT_SIGNAL_BASE + ground.events.Interrupted(), "interrupted");
+    ConnectionSettings settings;
+    settings.bufferedReceive = options.bufferedReceive;
+    settings.trace = options.trace ? std::make_shared<FrameTrace>() : nullptr;
+    settings.events = &ground.events;
+    std::string reason;
+    auto connection = Connect(ground.ioThread, ground.events, options.host, options.port, connectTimeout,
+                              std::move(settings), reason);
+    if (connection == nullptr && ground.events.Interrupted() != 0) {
+        throw ExitError(kExitSignalBase + ground.events.Interrupted(), "interrupted");
     }
-    if (pConnection == nullptr) {
-        throw CExitError(EXIT_CONNECTION, "cannot connect to " + options.strHost + " port " +
-                                              options.strPort + ": " + strReason +
-                                              "; does the decoder run, and is --decoder right?");
+    if (connection == nullptr) {
+        throw ExitError(kExitConnection, "cannot connect to " + options.host + " port " + options.port +
+                                             ": " + reason +
+                                             "; does the decoder run, and is --decoder right?");
     }
-    return pConnection;
+    return connection;
 }
 
 } // namespace
 
-COpenSession::COpenSession(const SSessionGround& ground, const SConsoleCommand& first)
+OpenSession::OpenSession(const SessionGround& ground, const ConsoleCommand& first)
     : m_link(ground.plugin, ground.ioThread, ground.events, ConnectOrExit(ground, first),
              {.nodeID = ground.options.nodeID}),
       m_session(ground.options, ground.events, m_link, ground.credentials, ground.output)

@@ -5,32 +5,32 @@
 
 namespace standin_host {
 
-class CPlugin;
+class Plugin;
 
 // What every session of the program stands on; all of it outlives them.
-struct SSessionGround {
-    const SOptions& options;
-    const CPlugin& plugin;
-    CIoThread& ioThread;
-    CHostEvents& events;
-    CCredentials& credentials;
-    COutput& output;
+struct SessionGround {
+    const Options& options;
+    const Plugin& plugin;
+    IoThread& ioThread;
+    HostEvents& events;
+    Credentials& credentials;
+    Output& output;
 };
 
 // A session with the connection and the processor that it uses. A lost one is not mended: the program opens
 // another.
-class COpenSession {
+class OpenSession {
 public:
-    // Connects, and logs in unless told otherwise or the first command does. Throws CExitError, with status
+    // Connects, and logs in unless told otherwise or the first command does. Throws ExitError, with status
     // 128 + n after a signal.
-    COpenSession(const SSessionGround& ground, const SConsoleCommand& first);
+    OpenSession(const SessionGround& ground, const ConsoleCommand& first);
 
-    CSession& Session() { return m_session; }
-    const CSession& Session() const { return m_session; }
+    Session& Get() { return m_session; }
+    const Session& Get() const { return m_session; }
 
 private:
-    CDecoderLink m_link;
-    CSession m_session;
+    DecoderLink m_link;
+    Session m_session;
 };
 
 } // namespace standin_host

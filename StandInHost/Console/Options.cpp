@@ -16,10 +16,10 @@ namespace standin_host {
 
 namespace {
 
-constexpr char s_szDescription[] =
+constexpr char szDescription[] =
     "Loads the decoder plug-in, connects to a decoder and runs commands on its wall.";
 
-constexpr char s_szExamples[] = R"(Examples:
+constexpr char szExamples[] = R"(Examples:
   tvwall-host --decoder 192.0.2.7:9000 --user admin login
   tvwall-host --decoder 192.0.2.7:9000 --user admin shell
   tvwall-host --decoder 192.0.2.7:9000 --user admin window create 1 0 0 960 540 --mode 4
@@ -42,7 +42,7 @@ Files:
 Failure codes:
 )";
 
-constexpr char s_szExitStatus[] = R"(
+constexpr char szExitStatus[] = R"(
 Exit status:
   0        all answered; a shell on a terminal has ended
   1        a command was answered with a failure
@@ -53,137 +53,135 @@ Exit status:
   128 + n  ended by signal n)";
 
 // The texts of options that need more than CLI11's own conversion.
-struct SRawOptions {
-    std::string strDecoder;
-    std::string strNodeId = "{00000201-0000-4000-8000-000000000001}";
-    double dAnswerTimeout = 35.0;
-    std::string strLogLevel = "abnormal";
-    bool bNoLogin = false;
+struct RawOptions {
+    std::string decoder;
+    std::string nodeId = "{00000201-0000-4000-8000-000000000001}";
+    double answerTimeout = 35.0;
+    std::string logLevel = "abnormal";
+    bool noLogin = false;
 };
 
-void AddOptions(CLI::App& app, SOptions& options, SRawOptions& raw)
+void AddOptions(CLI::App& app, Options& options, RawOptions& raw)
 {
-    app.add_option("--plugin", options.strPluginFile,
+    app.add_option("--plugin", options.pluginFile,
                    "the plug-in library (default: the one that was built or installed with this program)")
         ->type_name("FILE");
-    app.add_option("--decoder", raw.strDecoder, "the decoder's address")->type_name("HOST:PORT");
-    app.add_option("--user", options.strUser, "account on the decoder")->type_name("NAME");
-    app.add_option("--password-file", options.strPasswordFile, "file whose first line is the password")
+    app.add_option("--decoder", raw.decoder, "the decoder's address")->type_name("HOST:PORT");
+    app.add_option("--user", options.user, "account on the decoder")->type_name("NAME");
+    app.add_option("--password-file", options.passwordFile, "file whose first line is the password")
         ->type_name("FILE");
-    app.add_flag("--json", options.bJson, "one JSON object a line for each answer and notification");
-    app.add_flag("--trace", options.bTrace, "print every frame of the link to standard error");
-    app.add_option("--answer-timeout", raw.dAnswerTimeout, "seconds to wait for an answer")
+    app.add_flag("--json", options.json, "one JSON object a line for each answer and notification");
+    app.add_flag("--trace", options.trace, "print every frame of the link to standard error");
+    app.add_option("--answer-timeout", raw.answerTimeout, "seconds to wait for an answer")
         ->type_name("S")
         ->check(CLI::Range(0.001, 86400.0, "0.001 to 86400"))
         ->capture_default_str();
-    app.add_flag("--buffered-receive", options.bBufferedReceive,
+    app.add_flag("--buffered-receive", options.bufferedReceive,
                  "let the plug-in keep incomplete frames itself");
-    app.add_flag("--no-login", raw.bNoLogin, "run the commands without logging in first");
-    app.add_option("--node-id", raw.strNodeId, "identifier of the decoder's node")
+    app.add_flag("--no-login", raw.noLogin, "run the commands without logging in first");
+    app.add_option("--node-id", raw.nodeId, "identifier of the decoder's node")
         ->type_name("GUID")
         ->capture_default_str();
-    app.add_option("--log-level", raw.strLogLevel, "off, error, abnormal, normal or debug")
+    app.add_option("--log-level", raw.logLevel, "off, error, abnormal, normal or debug")
         ->type_name("LEVEL")
         ->capture_default_str();
-    app.add_option("--log-file", options.strLogFile, "write the log there instead of to standard error")
+    app.add_option("--log-file", options.logFile, "write the log there instead of to standard error")
         ->type_name("FILE");
 }
 
-void InterpretDecoder(const std::string& strDecoder, SOptions& options)
+void InterpretDecoder(const std::string& decoder, Options& options)
 {
-    if (strDecoder.empty()) {
-        throw CUsageError("--decoder HOST:PORT is required");
+    if (decoder.empty()) {
+        throw UsageError("--decoder HOST:PORT is required");
     }
-    const auto address = tools::ParseAddress(strDecoder, 1);
+    const auto address = tools::ParseAddress(decoder, 1);
     if (!address) {
-        throw CUsageError("--decoder takes HOST:PORT with a port from 1 to 65535, not '" + strDecoder + "'");
+        throw UsageError("--decoder takes HOST:PORT with a port from 1 to 65535, not '" + decoder + "'");
     }
-    options.strHost = address->host;
-    options.strPort = std::to_string(address->port);
+    options.host = address->host;
+    options.port = std::to_string(address->port);
 }
 
-ELogLevel LogLevel(const std::string& strName)
+LogLevel ReadLogLevel(const std::string& name)
 {
-    static const std::map<std::string, ELogLevel> s_levels{{"off", ELogLevel::Off},
-                                                           {"error", ELogLevel::Error},
-                                                           {"abnormal", ELogLevel::Abnormal},
-                                                           {"normal", ELogLevel::Normal},
-                                                           {"debug", ELogLevel::Debug}};
-    const auto it = s_levels.find(strName);
-    if (it == s_levels.end()) {
-        throw CUsageError("--log-level takes off, error, abnormal, normal or debug, not '" + strName + "'");
+    static const std::map<std::string, LogLevel> kLevels{{"off", LogLevel::Off},
+                                                         {"error", LogLevel::Error},
+                                                         {"abnormal", LogLevel::Abnormal},
+                                                         {"normal", LogLevel::Normal},
+                                                         {"debug", LogLevel::Debug}};
+    const auto it = kLevels.find(name);
+    if (it == kLevels.end()) {
+        throw UsageError("--log-level takes off, error, abnormal, normal or debug, not '" + name + "'");
     }
     return it->second;
 }
 
-void CheckUser(const SOptions& options)
+void CheckUser(const Options& options)
 {
-    if (options.strUser.empty() &&
-        (options.bLogin || options.command.kind == SConsoleCommand::EKind::Login)) {
-        throw CUsageError("--user NAME is required to log in");
+    if (options.user.empty() && (options.login || options.command.kind == ConsoleCommand::Kind::Login)) {
+        throw UsageError("--user NAME is required to log in");
     }
-    if (options.strUser.size() > kMaxCredential) {
-        throw CUsageError("the user name is longer than 63 bytes");
+    if (options.user.size() > kMaxCredential) {
+        throw UsageError("the user name is longer than 63 bytes");
     }
 }
 
-void Interpret(const SRawOptions& raw, SOptions& options)
+void Interpret(const RawOptions& raw, Options& options)
 {
-    options.bLogin = !raw.bNoLogin;
-    InterpretDecoder(raw.strDecoder, options);
+    options.login = !raw.noLogin;
+    InterpretDecoder(raw.decoder, options);
     CheckUser(options);
-    const auto nodeID = ParseGuid(raw.strNodeId);
+    const auto nodeID = ParseGuid(raw.nodeId);
     if (!nodeID) {
-        throw CUsageError("--node-id takes a GUID, not '" + raw.strNodeId + "'");
+        throw UsageError("--node-id takes a GUID, not '" + raw.nodeId + "'");
     }
     options.nodeID = *nodeID;
-    options.logLevel = LogLevel(raw.strLogLevel);
-    if (std::isnan(raw.dAnswerTimeout)) {
-        throw CUsageError("--answer-timeout takes a number of seconds");
+    options.logLevel = ReadLogLevel(raw.logLevel);
+    if (std::isnan(raw.answerTimeout)) {
+        throw UsageError("--answer-timeout takes a number of seconds");
     }
-    options.answerTimeout = std::chrono::milliseconds(static_cast<long>(raw.dAnswerTimeout * 1000.0));
-    if (options.strPluginFile.empty()) {
-        options.strPluginFile = DefaultPluginFile();
+    options.answerTimeout = std::chrono::milliseconds(static_cast<long>(raw.answerTimeout * 1000.0));
+    if (options.pluginFile.empty()) {
+        options.pluginFile = DefaultPluginFile();
     }
 }
 
 // The library's own goes one level deep, but commands of a group have options, too.
-std::string HelpOfAll(const CLI::App& app, const std::string& strBefore)
+std::string HelpOfAll(const CLI::App& app, const std::string& before)
 {
-    const std::string strName = strBefore.empty() ? app.get_name() : strBefore + ' ' + app.get_name();
+    const std::string name = before.empty() ? app.get_name() : before + ' ' + app.get_name();
     if (const auto chosen = app.get_subcommands(); !chosen.empty()) {
-        return HelpOfAll(*chosen.back(), strName);
+        return HelpOfAll(*chosen.back(), name);
     }
-    std::string strHelp = app.help(strBefore);
-    for (const CLI::App* pCommand : app.get_subcommands([](const CLI::App* /*any*/) { return true; })) {
-        strHelp += '\n' + HelpOfAll(*pCommand, strName);
+    std::string help = app.help(before);
+    for (const CLI::App* command : app.get_subcommands([](const CLI::App* /*any*/) { return true; })) {
+        help += '\n' + HelpOfAll(*command, name);
     }
-    return strHelp;
+    return help;
 }
 
 } // namespace
 
-SOptions ParseOptions(int argc, const char* const* argv)
+Options ParseOptions(int argc, const char* const* argv)
 {
-    SOptions options;
-    SRawOptions raw;
-    CLI::App app(s_szDescription, "tvwall-host");
+    Options options;
+    RawOptions raw;
+    CLI::App app(szDescription, "tvwall-host");
     app.set_version_flag("--version", "tvwall-host " TVWALL_VERSION);
     app.set_help_all_flag("--help-all", "print this help and that of every command below");
     AddOptions(app, options, raw);
-    AddConsoleCommands(app, options.command, PLACE_COMMAND_LINE);
-    app.footer(s_szExamples + FailureTable() +
-               s_szExitStatus); // after the commands, which would take it over
+    AddConsoleCommands(app, options.command, kPlaceCommandLine);
+    app.footer(szExamples + FailureTable() + szExitStatus); // after the commands, which would take it over
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForVersion& version) {
-        throw CExitError(EXIT_ALL_ANSWERED, version.what());
+        throw ExitError(kExitAllAnswered, version.what());
     } catch (const CLI::CallForAllHelp&) {
-        throw CExitError(EXIT_ALL_ANSWERED, HelpOfAll(app, ""));
+        throw ExitError(kExitAllAnswered, HelpOfAll(app, ""));
     } catch (const CLI::CallForHelp&) {
-        throw CExitError(EXIT_ALL_ANSWERED, app.help());
+        throw ExitError(kExitAllAnswered, app.help());
     } catch (const CLI::Error& error) {
-        throw CUsageError(error.what());
+        throw UsageError(error.what());
     }
     CheckParsedCommand(app);
     Interpret(raw, options);

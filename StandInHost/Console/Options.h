@@ -10,25 +10,25 @@
 namespace standin_host {
 
 // What the command line says.
-struct SOptions {
-    std::string strPluginFile;
-    std::string strHost;
-    std::string strPort;
-    std::string strUser;
-    std::string strPasswordFile;
-    bool bJson = false;
-    bool bTrace = false;
-    bool bBufferedReceive = false;
-    bool bLogin = true;
+struct Options {
+    std::string pluginFile;
+    std::string host;
+    std::string port;
+    std::string user;
+    std::string passwordFile;
+    bool json = false;
+    bool trace = false;
+    bool bufferedReceive = false;
+    bool login = true;
     std::chrono::milliseconds answerTimeout{};
     GUID nodeID{};
-    ELogLevel logLevel = ELogLevel::Abnormal;
-    std::string strLogFile;
-    SConsoleCommand command;
+    LogLevel logLevel = LogLevel::Abnormal;
+    std::string logFile;
+    ConsoleCommand command;
 };
 
-// Reads the command line. Throws CUsageError, or CExitError with status 0 and the text to print when help or
+// Reads the command line. Throws UsageError, or ExitError with status 0 and the text to print when help or
 // the version was asked for.
-SOptions ParseOptions(int argc, const char* const* argv);
+Options ParseOptions(int argc, const char* const* argv);
 
 } // namespace standin_host

@@ -20,70 +20,70 @@ namespace {
 
 // DEL and the control characters of two bytes, U+0080 to U+009F, as JSON can also write them: what is dumped
 // is valid UTF-8 and has them in texts only.
-std::string EscapeControls(const std::string& strJson)
+std::string EscapeControls(const std::string& json)
 {
-    std::string strPrintable;
-    for (std::size_t i = 0; i < strJson.size(); ++i) {
-        const bool bPair = strJson[i] == '\xC2' && static_cast<uint8_t>(strJson[i + 1]) < 0xA0;
-        if (bPair || strJson[i] == '\x7F') {
-            i += bPair ? 1 : 0;
-            strPrintable += "\\u00" + tools::HexText(&strJson[i], 1);
+    std::string printable;
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        const bool pair = json[i] == '\xC2' && static_cast<uint8_t>(json[i + 1]) < 0xA0;
+        if (pair || json[i] == '\x7F') {
+            i += pair ? 1 : 0;
+            printable += "\\u00" + tools::HexText(&json[i], 1);
         } else {
-            strPrintable += strJson[i];
+            printable += json[i];
         }
     }
-    return strPrintable;
+    return printable;
 }
 
-class CTextOutput final : public COutput {
+class TextOutput final : public Output {
 public:
-    explicit CTextOutput(CHostEvents& events) : COutput(events) {}
+    explicit TextOutput(HostEvents& events) : Output(events) {}
 
-    void Command(const SConsoleCommand& command, const SAnswer* pAnswer, const SReadAnswer& read) override
+    void PrintCommand(const ConsoleCommand& command, const HostAnswer* answer,
+                      const ReadableAnswer& read) override
     {
-        const std::string strUnanswered =
-            command.bHasReply ? "no answer" : "queued and run, no answer wanted";
-        Line(tools::OneLine(command.strTitle) + ": " + (pAnswer == nullptr ? strUnanswered : read.strText));
+        const std::string unanswered = command.hasReply ? "no answer" : "queued and run, no answer wanted";
+        Line(tools::OneLine(command.title) + ": " + (answer == nullptr ? unanswered : read.text));
     }
 
-    void Notification(const SNotification& notification) override
+    void PrintNotification(const Notification& notification) override
     {
         using namespace ORVA2_DECODER_TVW;
-        const char* szKind = notification.info.nOptType == TVWALL_DECODE_NOTIFY_IORES ? "channels changed"
-                             : notification.info.nOptType == TVWALL_DECODE_NOTIFY_IORES_STATUS
-                                 ? "channel states"
-                                 : "unknown kind";
-        Line(std::string("notification, ") + szKind + ": " + tools::OneLine(notification.strData));
+        const char* kind = notification.info.nOptType == TVWALL_DECODE_NOTIFY_IORES ? "channels changed"
+                           : notification.info.nOptType == TVWALL_DECODE_NOTIFY_IORES_STATUS ? "channel states"
+                                                                                            : "unknown kind";
+        Line(std::string("notification, ") + kind + ": " + tools::OneLine(notification.data));
     }
 };
 
-class CJsonOutput final : public COutput {
+class JsonOutput final : public Output {
 public:
-    explicit CJsonOutput(CHostEvents& events) : COutput(events) {}
+    explicit JsonOutput(HostEvents& events) : Output(events) {}
 
-    void Command(const SConsoleCommand& command, const SAnswer* pAnswer, const SReadAnswer& read) override
+    void PrintCommand(const ConsoleCommand& command, const HostAnswer* answer,
+                      const ReadableAnswer& read) override
     {
-        Json object{{"command", command.nCmdID}, {"answer", "none"}, {"code", 0}, {"hex", ""}};
-        if (pAnswer != nullptr) {
-            object["answer"] = pAnswer->kind == SAnswer::EKind::Buffer ? "buffer" : "failure";
-            object["code"] = pAnswer->nCode;
-            object["hex"] = tools::HexText(pAnswer->bytes.data(), pAnswer->bytes.size());
+        Json object{{"command", command.cmdID}, {"answer", "none"}, {"code", 0}, {"hex", ""}};
+        if (answer != nullptr) {
+            object["answer"] = answer->kind == HostAnswer::Kind::Buffer ? "buffer" : "failure";
+            object["code"] = answer->hostCode;
+            object["hex"] = tools::HexText(answer->bytes.data(), answer->bytes.size());
         }
-        if (read.pFields != nullptr) {
-            object["fields"] = *read.pFields;
-        } else if (!read.bGood && !read.strText.empty()) {
-            object["problem"] = read.strText;
+        if (read.fields != nullptr) {
+            object["fields"] = *read.fields;
+        } else if (!read.good && !read.text.empty()) {
+            object["problem"] = read.text;
         }
         Print(object);
     }
 
-    void Notification(const SNotification& notification) override
+    void PrintNotification(const Notification& notification) override
     {
-        Print({{"notification", notification.nCmdID},
+        Print({{"notification", notification.cmdID},
                {"optType", notification.info.nOptType},
                {"nLen", notification.info.nLen},
                {"destination", GuidText(notification.destination)},
-               {"data", notification.strData}});
+               {"data", notification.data}});
     }
 
 private:
@@ -98,27 +98,27 @@ private:
 
 } // namespace
 
-std::unique_ptr<COutput> COutput::Create(bool bJson, CHostEvents& events)
+std::unique_ptr<Output> Output::Create(bool json, HostEvents& events)
 {
-    if (bJson) {
-        return std::make_unique<CJsonOutput>(events);
+    if (json) {
+        return std::make_unique<JsonOutput>(events);
     }
-    return std::make_unique<CTextOutput>(events);
+    return std::make_unique<TextOutput>(events);
 }
 
-void COutput::Line(std::string strLine)
+void Output::Line(std::string line)
 {
-    strLine += '\n';
-    for (std::string_view left = strLine; !left.empty() && !m_bFailed;) {
+    line += '\n';
+    for (std::string_view left = line; !left.empty() && !m_failed;) {
         if (!m_events.WaitForOutput(STDOUT_FILENO)) {
-            m_bFailed = true;
+            m_failed = true;
             return;
         }
         // A pipe that can be written takes so much at once.
-        const ssize_t nWritten =
+        const ssize_t written =
             ::write(STDOUT_FILENO, left.data(), std::min<std::size_t>(left.size(), PIPE_BUF));
-        m_bFailed = nWritten < 0 && errno != EINTR && errno != EAGAIN;
-        left.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(nWritten, 0)));
+        m_failed = written < 0 && errno != EINTR && errno != EAGAIN;
+        left.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
     }
 }
 

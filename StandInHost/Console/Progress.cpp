@@ -6,21 +6,21 @@
 
 namespace standin_host {
 
-CProgress::CProgress() : m_bTerminal(::isatty(STDERR_FILENO) != 0) {}
+Progress::Progress() : m_terminal(::isatty(STDERR_FILENO) != 0) {}
 
-void CProgress::Show(const std::string& strText)
+void Progress::Show(const std::string& text)
 {
-    if (m_bTerminal) {
-        (void)std::fprintf(stderr, "\r%s\x1b[K", strText.c_str());
-        m_bShown = true;
+    if (m_terminal) {
+        (void)std::fprintf(stderr, "\r%s\x1b[K", text.c_str());
+        m_shown = true;
     }
 }
 
-void CProgress::Clear()
+void Progress::Clear()
 {
-    if (m_bShown) {
+    if (m_shown) {
         (void)std::fputs("\r\x1b[K", stderr);
-        m_bShown = false;
+        m_shown = false;
     }
 }
 

@@ -5,20 +5,20 @@
 namespace standin_host {
 
 // The one line on a terminal's standard error that says how far a script is. Elsewhere it shows nothing.
-class CProgress {
+class Progress {
 public:
-    CProgress();
-    ~CProgress() { Clear(); }
-    CProgress(const CProgress&) = delete;
-    CProgress& operator=(const CProgress&) = delete;
+    Progress();
+    ~Progress() { Clear(); }
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
 
-    void Show(const std::string& strText);
+    void Show(const std::string& text);
     // Takes the line away, so that something else can be printed.
     void Clear();
 
 private:
-    const bool m_bTerminal;
-    bool m_bShown = false;
+    const bool m_terminal;
+    bool m_shown = false;
 };
 
 } // namespace standin_host

@@ -21,90 +21,91 @@ namespace standin_host {
 
 namespace {
 
-using EKind = SConsoleCommand::EKind;
+using Kind = ConsoleCommand::Kind;
 
-constexpr auto s_forever = CHostEvents::Clock::time_point::max();
+constexpr auto kForever = HostEvents::Clock::time_point::max();
 
 // A reply that came just before the connection was lost still becomes an answer: the plug-in looks for it
 // every 100 ms.
-constexpr std::chrono::milliseconds s_graceAfterLoss{300};
+constexpr std::chrono::milliseconds graceAfterLoss{300};
 
-bool IsMissingReply(const SAnswer& answer)
+bool IsMissingReply(const HostAnswer& answer)
 {
-    return answer.kind == SAnswer::EKind::Failure && answer.nCode == ORVA_NET_PROTOCOL::KEST_RESULT_TIMEOUT;
+    return answer.kind == HostAnswer::Kind::Failure &&
+           answer.hostCode == ORVA_NET_PROTOCOL::KEST_RESULT_TIMEOUT;
 }
 
 } // namespace
 
-CSession::CSession(const SOptions& options, CHostEvents& events, CDecoderLink& link,
-                   CCredentials& credentials, COutput& output)
+Session::Session(const Options& options, HostEvents& events, DecoderLink& link, Credentials& credentials,
+                 Output& output)
     : m_options(options), m_events(events), m_link(link), m_credentials(credentials), m_output(output)
 {
 }
 
-void CSession::Begin(const SConsoleCommand& first)
+void Session::Begin(const ConsoleCommand& first)
 {
-    if (m_options.bLogin && first.kind != EKind::Login) {
+    if (m_options.login && first.kind != Kind::Login) {
         Login();
     }
 }
 
-int CSession::Run(const SConsoleCommand& command, CLineInput* pScript)
+int Session::Run(const ConsoleCommand& command, LineInput* scriptInput)
 {
-    m_nLine = 0;
-    if (pScript != nullptr) {
-        RunScript(*pScript);
+    m_line = 0;
+    if (scriptInput != nullptr) {
+        RunScript(*scriptInput);
     } else {
         Execute(command);
     }
     PrintNotifications();
-    return m_nStatus;
+    return m_status;
 }
 
-CSession::ENext CSession::Execute(const SConsoleCommand& command)
+Session::Next Session::Execute(const ConsoleCommand& command)
 {
     switch (command.kind) {
-    case EKind::Login:
+    case Kind::Login:
         Login();
         break;
-    case EKind::Request:
+    case Kind::Request:
         Request(command);
         break;
-    case EKind::Watch:
+    case Kind::Watch:
         return Watch(command);
     default: // what the program does without a session
         break;
     }
-    return ENext::GoOn;
+    return Next::GoOn;
 }
 
-void CSession::Login()
+void Session::Login()
 {
-    SConsoleCommand login;
-    login.kind = EKind::Login;
-    login.strTitle = "login " + m_credentials.User();
-    login.nCmdID = ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN;
+    ConsoleCommand login;
+    login.kind = Kind::Login;
+    login.title = "login " + m_credentials.User();
+    login.cmdID = ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN;
     login.payload = LoginRecord(m_credentials.User(), m_credentials.Password());
-    login.pForm = &kLoginForm;
+    login.form = &kLoginForm;
     Request(login);
 }
 
-void CSession::Request(const SConsoleCommand& command)
+void Session::Request(const ConsoleCommand& command)
 {
     CheckInterrupted();
-    const auto pHost = MakeCommand(command.nCmdID, command.bHasReply, &m_events);
-    m_link.Queue(*pHost, command.payload.bytes);
-    const bool bInTime = Await(*pHost);
-    Judge(command, *pHost, bInTime);
-    AwaitEnd(command, *pHost);
+    const auto host = MakeCommand(command.cmdID, command.hasReply, &m_events);
+    m_link.Queue(*host, command.payload.bytes);
+    const bool inTime = Await(*host);
+    Judge(command, *host, inTime);
+    AwaitEnd(command, *host);
 }
 
 // Waits until the command is answered or no answer can come; false when the time ran out first.
-bool CSession::Await(const CHostCommand& command)
+bool Session::Await(const HostCommand& command)
 {
-    auto deadline = CHostEvents::Clock::now() + m_options.answerTimeout;
+    auto deadline = HostEvents::Clock::now() + m_options.answerTimeout;
     while (AwaitStep(command, deadline)) {
-        if (CHostEvents::Clock::now() >= deadline) {
+        if (HostEvents::Clock::now() >= deadline) {
             return false;
         }
         m_events.Wait(deadline);
@@ -114,21 +115,21 @@ bool CSession::Await(const CHostCommand& command)
 
 // A command may go on behind its answer: system information is followed by the decoder's channels, which come
 // as a notification.
-void CSession::AwaitEnd(const SConsoleCommand& command, const CHostCommand& host)
+void Session::AwaitEnd(const ConsoleCommand& command, const HostCommand& host)
 {
-    const auto deadline = CHostEvents::Clock::now() + m_options.answerTimeout;
+    const auto deadline = HostEvents::Clock::now() + m_options.answerTimeout;
     while (!host.IsReleased() && !m_events.Lost()) {
         CheckInterrupted();
-        if (CHostEvents::Clock::now() >= deadline) {
-            throw CExitError(EXIT_NO_ANSWER, Where() + tools::OneLine(command.strTitle) +
-                                                 " was answered, but the plug-in still works on it");
+        if (HostEvents::Clock::now() >= deadline) {
+            throw ExitError(kExitNoAnswer, Where() + tools::OneLine(command.title) +
+                                               " was answered, but the plug-in still works on it");
         }
         m_events.Wait(deadline);
         PrintNotifications();
     }
 }
 
-bool CSession::AwaitStep(const CHostCommand& command, CHostEvents::Clock::time_point& deadline)
+bool Session::AwaitStep(const HostCommand& command, HostEvents::Clock::time_point& deadline)
 {
     PrintNotifications();
     if (command.IsReleased() || command.Answer()) {
@@ -136,109 +137,108 @@ bool CSession::AwaitStep(const CHostCommand& command, CHostEvents::Clock::time_p
     }
     CheckInterrupted();
     if (m_events.Lost()) {
-        deadline = std::min(deadline, CHostEvents::Clock::now() + s_graceAfterLoss);
+        deadline = std::min(deadline, HostEvents::Clock::now() + graceAfterLoss);
     }
     return true;
 }
 
-void CSession::Judge(const SConsoleCommand& command, const CHostCommand& host, bool bInTime)
+void Session::Judge(const ConsoleCommand& command, const HostCommand& host, bool inTime)
 {
-    const bool bLogin = command.nCmdID == ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN;
+    const bool login = command.cmdID == ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN;
     auto answer = host.Answer();
-    const bool bLost = m_events.Lost() && (!answer || IsMissingReply(*answer));
-    if (bLost) {
+    const bool lost = m_events.Lost() && (!answer || IsMissingReply(*answer));
+    if (lost) {
         answer.reset();
     }
-    SReadAnswer read;
+    ReadableAnswer read;
     if (answer) {
         HideSecrets(command, *answer);
         read = ReadAnswer(command, *answer);
     }
     m_progress.Clear();
-    m_output.Command(command, answer ? &*answer : nullptr, read);
+    m_output.PrintCommand(command, answer ? &*answer : nullptr, read);
     CheckOutput();
-    if (bLost) {
+    if (lost) {
         CheckLost();
     }
-    const std::string strTitle = tools::OneLine(command.strTitle);
+    const std::string title = tools::OneLine(command.title);
     if (answer) {
-        NoteLogin(command, read.bGood);
+        NoteLogin(command, read.good);
     }
-    if (answer && !read.bGood) {
-        Complain(command, bLogin ? EXIT_LOGIN_REFUSED : EXIT_COMMAND_FAILED,
-                 strTitle + (bLogin ? " was refused: " : " failed: ") + read.strText + "; " + read.strHint);
-    } else if (!bInTime) {
+    if (answer && !read.good) {
+        Complain(command, login ? kExitLoginRefused : kExitCommandFailed,
+                 title + (login ? " was refused: " : " failed: ") + read.text + "; " + read.hint);
+    } else if (!inTime) {
         // The plug-in still works on it; nothing is queued behind a command that may yet be carried out.
-        throw CExitError(EXIT_NO_ANSWER,
-                         Where() + strTitle + " got no answer in time; it may yet be carried out");
-    } else if (!answer && command.bHasReply) {
-        Complain(command, EXIT_NO_ANSWER, strTitle + " got no answer from the plug-in");
+        throw ExitError(kExitNoAnswer, Where() + title + " got no answer in time; it may yet be carried out");
+    } else if (!answer && command.hasReply) {
+        Complain(command, kExitNoAnswer, title + " got no answer from the plug-in");
     }
 }
 
-void CSession::NoteLogin(const SConsoleCommand& command, bool bGood)
+void Session::NoteLogin(const ConsoleCommand& command, bool good)
 {
     using namespace ORVA_NET_PROTOCOL;
-    CByteReader payload(command.payload.bytes);
-    if (command.nCmdID == KEST_CMD_REQUEST_LOGIN) {
-        m_bLoggedIn = bGood; // a refused login ends the one before
-    } else if (bGood && command.nCmdID == KEST_CMD_TVWALL_DECODE_OPTION &&
+    ByteReader payload(command.payload.bytes);
+    if (command.cmdID == KEST_CMD_REQUEST_LOGIN) {
+        m_loggedIn = good; // a refused login ends the one before
+    } else if (good && command.cmdID == KEST_CMD_TVWALL_DECODE_OPTION &&
                payload.U32() == ORVA2_DECODER_TVW::TVWALL_DECODE_LOGOUT) {
-        m_bLoggedIn = false;
+        m_loggedIn = false;
     }
 }
 
 // An interrupt is the way to end a watch, and with it a script that it stands in.
-CSession::ENext CSession::Watch(const SConsoleCommand& command)
+Session::Next Session::Watch(const ConsoleCommand& command)
 {
-    const std::size_t nBefore = m_nNotified;
-    const auto bEnough = [&] {
-        return command.nNotifications && m_nNotified - nBefore >= *command.nNotifications;
+    const std::size_t before = m_notified;
+    const auto enough = [&] {
+        return command.notifications && m_notified - before >= *command.notifications;
     };
     PrintNotifications();
-    while (!bEnough()) {
+    while (!enough()) {
         if (m_events.Interrupted() == SIGINT) {
-            return ENext::End;
+            return Next::End;
         }
         CheckInterrupted();
         CheckLost();
-        m_events.Wait(s_forever);
+        m_events.Wait(kForever);
         PrintNotifications();
     }
-    return ENext::GoOn;
+    return Next::GoOn;
 }
 
-void CSession::RunScript(CLineInput& script)
+void Session::RunScript(LineInput& script)
 {
-    std::string strLine;
-    auto next = ENext::GoOn;
-    while (next == ENext::GoOn && NextLine(script, strLine)) {
-        ++m_nLine;
+    std::string line;
+    auto next = Next::GoOn;
+    while (next == Next::GoOn && NextLine(script, line)) {
+        ++m_line;
         try {
-            const auto words = SplitLine(strLine);
+            const auto words = SplitLine(line);
             if (!words.empty()) {
-                m_progress.Show("line " + std::to_string(m_nLine) + script.PositionText());
+                m_progress.Show("line " + std::to_string(m_line) + script.PositionText());
                 next = Execute(ParseScriptLine(words));
             }
-        } catch (const CUsageError& error) {
+        } catch (const UsageError& error) {
             m_progress.Clear();
-            throw CUsageError(Where() + error.what());
+            throw UsageError(Where() + error.what());
         }
     }
     m_progress.Clear();
 }
 
-bool CSession::NextLine(CLineInput& script, std::string& strLine)
+bool Session::NextLine(LineInput& script, std::string& line)
 {
-    while (!script.Take(strLine)) {
+    while (!script.Take(line)) {
         if (script.AtEnd()) {
             return false;
         }
         CheckInterrupted();
         PrintNotifications();
         // What is there to read is read even when the connection is lost: it may be the end.
-        const auto deadline = m_events.Lost() ? CHostEvents::Clock::now() : s_forever;
-        if (m_events.Wait(deadline, script.Descriptor()).bInput) {
+        const auto deadline = m_events.Lost() ? HostEvents::Clock::now() : kForever;
+        if (m_events.Wait(deadline, script.Descriptor()).hasInput) {
             script.Fill();
         } else {
             CheckLost();
@@ -247,49 +247,49 @@ bool CSession::NextLine(CLineInput& script, std::string& strLine)
     return true;
 }
 
-void CSession::PrintNotifications()
+void Session::PrintNotifications()
 {
-    for (const SNotification& notification : m_events.TakeNotifications()) {
+    for (const Notification& notification : m_events.TakeNotifications()) {
         m_progress.Clear();
-        m_output.Notification(notification);
-        ++m_nNotified;
+        m_output.PrintNotification(notification);
+        ++m_notified;
     }
     CheckOutput();
 }
 
-void CSession::CheckInterrupted() const
+void Session::CheckInterrupted() const
 {
-    if (const int nSignal = m_events.Interrupted()) {
-        throw CExitError(EXIT_SIGNAL_BASE + nSignal, "interrupted");
+    if (const int signal = m_events.Interrupted()) {
+        throw ExitError(kExitSignalBase + signal, "interrupted");
     }
 }
 
-void CSession::CheckLost() const
+void Session::CheckLost() const
 {
     if (const auto reason = m_events.Lost()) {
-        throw CExitError(EXIT_CONNECTION, Where() + "connection lost: " + *reason);
+        throw ExitError(kExitConnection, Where() + "connection lost: " + *reason);
     }
 }
 
-void CSession::CheckOutput() const
+void Session::CheckOutput() const
 {
     if (m_output.Failed()) {
         CheckInterrupted();
-        throw CExitError(EXIT_SIGNAL_BASE + SIGPIPE, "cannot write to standard output");
+        throw ExitError(kExitSignalBase + SIGPIPE, "cannot write to standard output");
     }
 }
 
 // A failed login ends the session; after any other command a script goes on.
-void CSession::Complain(const SConsoleCommand& command, int nStatus, const std::string& strText)
+void Session::Complain(const ConsoleCommand& command, int status, const std::string& text)
 {
-    if (command.kind == EKind::Login) {
-        throw CExitError(nStatus, Where() + strText);
+    if (command.kind == Kind::Login) {
+        throw ExitError(status, Where() + text);
     }
     m_progress.Clear();
-    std::cerr << "tvwall-host: " + Where() + strText + '\n';
-    m_nStatus = std::max(m_nStatus, nStatus);
+    std::cerr << "tvwall-host: " + Where() + text + '\n';
+    m_status = std::max(m_status, status);
 }
 
-std::string CSession::Where() const { return m_nLine == 0 ? "" : "line " + std::to_string(m_nLine) + ": "; }
+std::string Session::Where() const { return m_line == 0 ? "" : "line " + std::to_string(m_line) + ": "; }
 
 } // namespace standin_host

@@ -8,61 +8,61 @@
 
 namespace standin_host {
 
-class CCredentials;
-class CDecoderLink;
-class CHostCommand;
-class CLineInput;
-class COutput;
-struct SOptions;
+class Credentials;
+class DecoderLink;
+class HostCommand;
+class LineInput;
+class Output;
+struct Options;
 
 // The console's session with one decoder: queues commands one after the other, waits for each answer and
 // prints it. Belongs to the driving thread.
-class CSession {
+class Session {
 public:
-    CSession(const SOptions& options, CHostEvents& events, CDecoderLink& link, CCredentials& credentials,
-             COutput& output);
+    Session(const Options& options, HostEvents& events, DecoderLink& link, Credentials& credentials,
+            Output& output);
 
-    // Logs in, unless told otherwise or the first command does. Throws CExitError when that fails.
-    void Begin(const SConsoleCommand& first);
-    // Runs the command; pScript holds the lines of a script. Returns the gravest status of the session so
-    // far. Throws CExitError for what ends the session early.
-    int Run(const SConsoleCommand& command, CLineInput* pScript);
+    // Logs in, unless told otherwise or the first command does. Throws ExitError when that fails.
+    void Begin(const ConsoleCommand& first);
+    // Runs the command; scriptInput holds the lines of a script. Returns the gravest status of the session so
+    // far. Throws ExitError for what ends the session early.
+    int Run(const ConsoleCommand& command, LineInput* scriptInput);
     // As far as the answers tell.
-    bool LoggedIn() const { return m_bLoggedIn; }
+    bool LoggedIn() const { return m_loggedIn; }
     // Prints what the decoder has told in the meantime.
     void PrintNotifications();
 
 private:
-    enum class ENext { GoOn, End };
+    enum class Next { GoOn, End };
 
-    ENext Execute(const SConsoleCommand& command);
+    Next Execute(const ConsoleCommand& command);
     void Login();
-    void Request(const SConsoleCommand& command);
-    ENext Watch(const SConsoleCommand& command);
-    void RunScript(CLineInput& script);
-    bool NextLine(CLineInput& script, std::string& strLine);
+    void Request(const ConsoleCommand& command);
+    Next Watch(const ConsoleCommand& command);
+    void RunScript(LineInput& script);
+    bool NextLine(LineInput& script, std::string& line);
 
-    bool Await(const CHostCommand& command);
-    bool AwaitStep(const CHostCommand& command, CHostEvents::Clock::time_point& deadline);
-    void AwaitEnd(const SConsoleCommand& command, const CHostCommand& host);
-    void Judge(const SConsoleCommand& command, const CHostCommand& host, bool bInTime);
-    void NoteLogin(const SConsoleCommand& command, bool bGood);
+    bool Await(const HostCommand& command);
+    bool AwaitStep(const HostCommand& command, HostEvents::Clock::time_point& deadline);
+    void AwaitEnd(const ConsoleCommand& command, const HostCommand& host);
+    void Judge(const ConsoleCommand& command, const HostCommand& host, bool inTime);
+    void NoteLogin(const ConsoleCommand& command, bool good);
     void CheckInterrupted() const;
     void CheckLost() const;
     void CheckOutput() const;
-    void Complain(const SConsoleCommand& command, int nStatus, const std::string& strText);
+    void Complain(const ConsoleCommand& command, int status, const std::string& text);
     std::string Where() const;
 
-    const SOptions& m_options;
-    CHostEvents& m_events;
-    CDecoderLink& m_link;
-    CCredentials& m_credentials;
-    COutput& m_output;
-    CProgress m_progress;
-    bool m_bLoggedIn = false;
-    int m_nStatus = 0;           // the gravest status of the commands so far
-    std::size_t m_nLine = 0;     // line of the script, 0 outside of one
-    std::size_t m_nNotified = 0; // notifications printed
+    const Options& m_options;
+    HostEvents& m_events;
+    DecoderLink& m_link;
+    Credentials& m_credentials;
+    Output& m_output;
+    Progress m_progress;
+    bool m_loggedIn = false;
+    int m_status = 0;           // the gravest status of the commands so far
+    std::size_t m_line = 0;     // line of the script, 0 outside of one
+    std::size_t m_notified = 0; // notifications printed
 };
 
 } // namespace standin_host

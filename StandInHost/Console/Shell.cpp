@@ -18,107 +18,107 @@ namespace standin_host {
 
 namespace {
 
-using EKind = SConsoleCommand::EKind;
+using Kind = ConsoleCommand::Kind;
 
-void Print(const std::string& strText)
+void Print(const std::string& text)
 {
-    (void)std::fputs(strText.c_str(), stdout);
+    (void)std::fputs(text.c_str(), stdout);
     (void)std::fflush(stdout);
 }
 
 // Payloads in the line may be records with passwords in them. Other commands take no password as a word.
-bool MayHoldSecret(const std::string& strLine) { return strLine.find("--hex") != std::string::npos; }
+bool MayHoldSecret(const std::string& line) { return line.find("--hex") != std::string::npos; }
 
 } // namespace
 
-CShell::CShell(const SSessionGround& ground) : m_ground(ground), m_piped(STDIN_FILENO)
+Shell::Shell(const SessionGround& ground) : m_ground(ground), m_piped(STDIN_FILENO)
 {
-    if (!CLineEditor::HasTerminal()) {
+    if (!LineEditor::HasTerminal()) {
         return;
     }
-    m_pEditor = std::make_unique<CLineEditor>(
-        ground.events, SEditorHooks{[this] { return Prompt(); }, CompleteLine, [this] { Meanwhile(); }});
-    for (const std::string& strLine : m_history.Load()) {
-        m_pEditor->Remember(strLine);
+    m_editor = std::make_unique<LineEditor>(
+        ground.events, EditorHooks{[this] { return Prompt(); }, CompleteLine, [this] { Meanwhile(); }});
+    for (const std::string& line : m_history.Load()) {
+        m_editor->Remember(line);
     }
 }
 
-int CShell::Run()
+int Shell::Run()
 {
-    SConsoleCommand connect;
-    connect.kind = EKind::Connect;
+    ConsoleCommand connect;
+    connect.kind = Kind::Connect;
     RunCommand(connect);
-    std::string strLine;
-    while (!m_bExit && ReadLine(strLine)) {
-        RunLine(strLine);
+    std::string line;
+    while (!m_exit && ReadLine(line)) {
+        RunLine(line);
     }
-    if (const int nSignal = m_ground.events.Interrupted()) {
-        return EXIT_SIGNAL_BASE + nSignal;
+    if (const int signal = m_ground.events.Interrupted()) {
+        return kExitSignalBase + signal;
     }
-    return m_pEditor != nullptr ? EXIT_ALL_ANSWERED : m_nStatus;
+    return m_editor != nullptr ? kExitAllAnswered : m_status;
 }
 
-bool CShell::ReadLine(std::string& strLine)
+bool Shell::ReadLine(std::string& line)
 {
-    if (m_pEditor == nullptr) {
-        return ReadPipedLine(strLine);
+    if (m_editor == nullptr) {
+        return ReadPipedLine(line);
     }
-    auto result = CLineEditor::EResult::Cancelled;
-    while (result == CLineEditor::EResult::Cancelled) {
+    auto result = LineEditor::Result::Cancelled;
+    while (result == LineEditor::Result::Cancelled) {
         m_ground.events.TakeKeyboardInterrupt(); // has done its work when there is a prompt again
-        result = m_pEditor->Read(strLine);
+        result = m_editor->Read(line);
     }
-    return result == CLineEditor::EResult::Line;
+    return result == LineEditor::Result::Line;
 }
 
-bool CShell::ReadPipedLine(std::string& strLine)
+bool Shell::ReadPipedLine(std::string& line)
 {
-    while (m_ground.events.Interrupted() == 0 && !m_piped.Take(strLine)) {
+    while (m_ground.events.Interrupted() == 0 && !m_piped.Take(line)) {
         if (m_piped.AtEnd()) {
             return false;
         }
         Meanwhile();
-        if (m_ground.events.Wait(CHostEvents::Clock::time_point::max(), m_piped.Descriptor()).bInput) {
+        if (m_ground.events.Wait(HostEvents::Clock::time_point::max(), m_piped.Descriptor()).hasInput) {
             m_piped.Fill();
         }
     }
     return m_ground.events.Interrupted() == 0;
 }
 
-void CShell::RunLine(const std::string& strLine)
+void Shell::RunLine(const std::string& line)
 {
-    SConsoleCommand command;
+    ConsoleCommand command;
     try {
-        const auto words = SplitLine(strLine);
+        const auto words = SplitLine(line);
         if (words.empty()) {
             return;
         }
         command = ParseShellLine(words);
-    } catch (const CUsageError& error) {
-        Remember(strLine, false);
+    } catch (const UsageError& error) {
+        Remember(line, false);
         Complain(error.Status(), error.what());
         return;
     }
-    Remember(strLine, true);
+    Remember(line, true);
     RunCommand(command);
 }
 
-void CShell::RunCommand(const SConsoleCommand& command)
+void Shell::RunCommand(const ConsoleCommand& command)
 {
     switch (command.kind) {
-    case EKind::Help:
-        Print(command.strHelp);
+    case Kind::Help:
+        Print(command.help);
         break;
-    case EKind::Codes:
+    case Kind::Codes:
         Print(FailureTable());
         break;
-    case EKind::Disconnect:
+    case Kind::Disconnect:
         m_session.reset();
         break;
-    case EKind::Exit:
-        m_bExit = true;
+    case Kind::Exit:
+        m_exit = true;
         break;
-    case EKind::Connect:
+    case Kind::Connect:
         m_session.reset();
         [[fallthrough]];
     default:
@@ -126,84 +126,84 @@ void CShell::RunCommand(const SConsoleCommand& command)
     }
 }
 
-void CShell::RunInSession(const SConsoleCommand& command)
+void Shell::RunInSession(const ConsoleCommand& command)
 {
     try {
-        std::optional<CLineInput> script;
-        if (command.kind == EKind::Script) {
-            if (command.strScriptFile == "-") {
-                throw CUsageError("standard input is the shell's own; name a file");
+        std::optional<LineInput> script;
+        if (command.kind == Kind::Script) {
+            if (command.scriptFile == "-") {
+                throw UsageError("standard input is the shell's own; name a file");
             }
-            script.emplace(command.strScriptFile);
+            script.emplace(command.scriptFile);
         }
         Meanwhile(); // a lost connection shows before a command is trusted to it
         if (!m_session) {
             Open(command);
         }
-        m_nStatus = std::max(m_nStatus, m_session->Session().Run(command, script ? &*script : nullptr));
-    } catch (const CUsageError& error) {
+        m_status = std::max(m_status, m_session->Get().Run(command, script ? &*script : nullptr));
+    } catch (const UsageError& error) {
         Complain(error.Status(), error.what()); // nothing was sent that is not answered
-    } catch (const CExitError& error) {
+    } catch (const ExitError& error) {
         // What is still under way ends with its session, so that nothing is queued behind it.
         m_session.reset();
         if (m_ground.output.Failed()) {
             throw; // nobody reads what else could be said
         }
-        if (error.Status() == EXIT_LOGIN_REFUSED) {
+        if (error.Status() == kExitLoginRefused) {
             m_ground.credentials.Forget();
         }
         Complain(error.Status(), error.what());
     }
 }
 
-void CShell::Open(const SConsoleCommand& first)
+void Shell::Open(const ConsoleCommand& first)
 {
     m_ground.events.ForgetLost();
     m_session.emplace(m_ground, first);
 }
 
-void CShell::Meanwhile()
+void Shell::Meanwhile()
 {
     if (!m_session) {
         return;
     }
-    m_session->Session().PrintNotifications();
+    m_session->Get().PrintNotifications();
     if (const auto reason = m_ground.events.Lost()) {
         m_session.reset();
-        Complain(EXIT_ALL_ANSWERED, "connection lost: " + *reason + "; the next command connects again");
+        Complain(kExitAllAnswered, "connection lost: " + *reason + "; the next command connects again");
     }
 }
 
 // The arrow keys bring back what was mistyped, but the file keeps only what was understood: what was not may
 // be a password that went into the wrong window.
-void CShell::Remember(const std::string& strLine, bool bUnderstood)
+void Shell::Remember(const std::string& line, bool understood)
 {
-    if (m_pEditor == nullptr) {
+    if (m_editor == nullptr) {
         return;
     }
-    m_pEditor->Remember(strLine);
-    if (bUnderstood && !MayHoldSecret(strLine)) {
-        m_history.Append(strLine);
+    m_editor->Remember(line);
+    if (understood && !MayHoldSecret(line)) {
+        m_history.Append(line);
     }
 }
 
-void CShell::Complain(int nStatus, const std::string& strText)
+void Shell::Complain(int status, const std::string& text)
 {
-    std::cerr << "tvwall-host: " + strText + '\n';
-    m_nStatus = std::max(m_nStatus, nStatus);
+    std::cerr << "tvwall-host: " + text + '\n';
+    m_status = std::max(m_status, status);
 }
 
-std::string CShell::Prompt() const
+std::string Shell::Prompt() const
 {
-    const SOptions& options = m_ground.options;
-    const bool bBrackets = options.strHost.find(':') != std::string::npos;
-    const std::string strHost = bBrackets ? '[' + options.strHost + ']' : options.strHost;
-    const std::string strDecoder = tools::OneLine(strHost + ':' + options.strPort);
+    const Options& options = m_ground.options;
+    const bool brackets = options.host.find(':') != std::string::npos;
+    const std::string host = brackets ? '[' + options.host + ']' : options.host;
+    const std::string decoder = tools::OneLine(host + ':' + options.port);
     if (!m_session) {
-        return strDecoder + " (offline)> ";
+        return decoder + " (offline)> ";
     }
-    return m_session->Session().LoggedIn() ? tools::OneLine(options.strUser) + '@' + strDecoder + "> "
-                                           : strDecoder + " (not logged in)> ";
+    return m_session->Get().LoggedIn() ? tools::OneLine(options.user) + '@' + decoder + "> "
+                                       : decoder + " (not logged in)> ";
 }
 
 } // namespace standin_host

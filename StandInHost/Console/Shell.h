@@ -13,33 +13,33 @@ namespace standin_host {
 
 // Takes commands from a terminal, or from a pipe without prompt and editing. A session that has ended,
 // whatever ended it, is followed by a new one when the next command needs it.
-class CShell {
+class Shell {
 public:
-    explicit CShell(const SSessionGround& ground);
+    explicit Shell(const SessionGround& ground);
 
     // Until exit or the end of the input. Returns 0 from a terminal, from a pipe the gravest status of the
     // commands, and 128 + n after a signal.
     int Run();
 
 private:
-    bool ReadLine(std::string& strLine);
-    bool ReadPipedLine(std::string& strLine);
-    void RunLine(const std::string& strLine);
-    void RunCommand(const SConsoleCommand& command);
-    void RunInSession(const SConsoleCommand& command);
-    void Open(const SConsoleCommand& first);
+    bool ReadLine(std::string& line);
+    bool ReadPipedLine(std::string& line);
+    void RunLine(const std::string& line);
+    void RunCommand(const ConsoleCommand& command);
+    void RunInSession(const ConsoleCommand& command);
+    void Open(const ConsoleCommand& first);
     void Meanwhile();
-    void Remember(const std::string& strLine, bool bUnderstood);
-    void Complain(int nStatus, const std::string& strText);
+    void Remember(const std::string& line, bool understood);
+    void Complain(int status, const std::string& text);
     std::string Prompt() const;
 
-    const SSessionGround m_ground;
-    std::optional<COpenSession> m_session;
-    CHistoryFile m_history;
-    CLineInput m_piped;
-    std::unique_ptr<CLineEditor> m_pEditor; // null for a pipe
-    bool m_bExit = false;
-    int m_nStatus = 0;
+    const SessionGround m_ground;
+    std::optional<OpenSession> m_session;
+    HistoryFile m_history;
+    LineInput m_piped;
+    std::unique_ptr<LineEditor> m_editor; // null for a pipe
+    bool m_exit = false;
+    int m_status = 0;
 };
 
 } // namespace standin_host

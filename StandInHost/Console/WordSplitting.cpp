@@ -9,11 +9,11 @@ namespace {
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 
 // Cuts one word at a time off the front of a line.
-class CWordReader {
+class WordReader {
 public:
-    explicit CWordReader(std::string_view line) : m_left(line) {}
+    explicit WordReader(std::string_view line) : m_left(line) {}
 
-    bool Next(std::string& strWord)
+    bool Next(std::string& word)
     {
         while (!m_left.empty() && IsBlank(m_left.front())) {
             m_left.remove_prefix(1);
@@ -21,9 +21,9 @@ public:
         if (m_left.empty() || m_left.front() == '#') {
             return false;
         }
-        strWord.clear();
+        word.clear();
         while (!m_left.empty() && !IsBlank(m_left.front())) {
-            Piece(strWord);
+            Piece(word);
         }
         return true;
     }
@@ -33,22 +33,22 @@ public:
 
 private:
     // A quoted stretch or one character.
-    void Piece(std::string& strWord)
+    void Piece(std::string& word)
     {
         const char c = Take();
         if (c != '\'' && c != '"') {
-            strWord += c == '\\' ? Take() : c;
+            word += c == '\\' ? Take() : c;
             return;
         }
         for (char inner = Take(); inner != c; inner = Take()) {
-            strWord += inner == '\\' && c == '"' ? Take() : inner;
+            word += inner == '\\' && c == '"' ? Take() : inner;
         }
     }
 
     char Take()
     {
         if (m_left.empty()) {
-            throw CUsageError("the line ends inside a quotation");
+            throw UsageError("the line ends inside a quotation");
         }
         const char c = m_left.front();
         m_left.remove_prefix(1);
@@ -63,24 +63,24 @@ private:
 std::vector<std::string> SplitLine(std::string_view line)
 {
     std::vector<std::string> words;
-    CWordReader reader(line);
-    std::string strWord;
-    while (reader.Next(strWord)) {
-        words.push_back(strWord);
+    WordReader reader(line);
+    std::string word;
+    while (reader.Next(word)) {
+        words.push_back(word);
     }
     return words;
 }
 
-std::optional<SWrittenLine> SplitWrittenLine(std::string_view line)
+std::optional<WrittenLine> SplitWrittenLine(std::string_view line)
 {
-    SWrittenLine written;
-    CWordReader reader(line);
+    WrittenLine written;
+    WordReader reader(line);
     try {
-        std::string strWord;
-        while (reader.Next(strWord)) {
-            (reader.AtEnd() ? written.strLast : written.words.emplace_back()) = strWord;
+        std::string word;
+        while (reader.Next(word)) {
+            (reader.AtEnd() ? written.last : written.words.emplace_back()) = word;
         }
-    } catch (const CUsageError&) {
+    } catch (const UsageError&) {
         return std::nullopt;
     }
     return reader.AtEnd() ? std::optional(written) : std::nullopt;

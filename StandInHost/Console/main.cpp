@@ -24,50 +24,50 @@ namespace {
 
 using namespace standin_host;
 
-int Run(const SOptions& options)
+int Run(const Options& options)
 {
-    OpenLog(options.logLevel, options.strLogFile);
-    CHostEvents events;
-    CIoThread ioThread;
-    ioThread.WatchSignals([&events](int nSignal) { events.Interrupt(nSignal); });
+    OpenLog(options.logLevel, options.logFile);
+    HostEvents events;
+    IoThread ioThread;
+    ioThread.WatchSignals([&events](int signal) { events.Interrupt(signal); });
 
-    const CPlugin plugin(options.strPluginFile);
-    std::unique_ptr<CLineInput> pScript;
-    if (options.command.kind == SConsoleCommand::EKind::Script) {
-        pScript = std::make_unique<CLineInput>(options.command.strScriptFile);
+    const Plugin plugin(options.pluginFile);
+    std::unique_ptr<LineInput> scriptInput;
+    if (options.command.kind == ConsoleCommand::Kind::Script) {
+        scriptInput = std::make_unique<LineInput>(options.command.scriptFile);
     }
-    CCredentials credentials(options.strUser, options.strPasswordFile, events);
-    const auto pOutput = COutput::Create(options.bJson, events);
-    const SSessionGround ground{options, plugin, ioThread, events, credentials, *pOutput};
-    if (options.command.kind == SConsoleCommand::EKind::Shell) {
-        return CShell(ground).Run();
+    Credentials credentials(options.user, options.passwordFile, events);
+    const auto output = Output::Create(options.json, events);
+    const SessionGround ground{options, plugin, ioThread, events, credentials, *output};
+    if (options.command.kind == ConsoleCommand::Kind::Shell) {
+        return Shell(ground).Run();
     }
-    COpenSession open(ground, options.command);
-    return open.Session().Run(options.command, pScript.get());
+    OpenSession open(ground, options.command);
+    return open.Get().Run(options.command, scriptInput.get());
 }
 
 // Everything has ended: whatever is still counted was leaked.
-void CheckBalance(const char* szWhat, long nCount)
+void CheckBalance(const char* what, long count)
 {
-    if (nCount != 0) {
-        std::cerr << "tvwall-host: out of balance: " + std::to_string(nCount) + ' ' + szWhat + '\n';
+    if (count != 0) {
+        std::cerr << "tvwall-host: out of balance: " + std::to_string(count) + ' ' + what + '\n';
     }
 }
 
 void CheckBalances()
 {
     CheckBalance("memory-pool buffers were not given back",
-                 static_cast<long>(CMemPool::Instance().LiveBuffers()));
+                 static_cast<long>(MemPool::Instance().LiveBuffers()));
     CheckBalance("operations on dead memory-pool handles",
-                 static_cast<long>(CMemPool::Instance().WrongHandles()));
-    CheckBalance("commands are still referenced", CHostCommand::Live());
-    CheckBalance("broken rules on commands", CHostCommand::Misuses());
+                 static_cast<long>(MemPool::Instance().WrongHandles()));
+    CheckBalance("commands are still referenced", HostCommand::Live());
+    CheckBalance("broken rules on commands", HostCommand::Misuses());
 }
 
 // A signal ends the program also when nobody reads what it says last.
-bool CanWrite(int nDescriptor)
+bool CanWrite(int descriptorNumber)
 {
-    pollfd descriptor{nDescriptor, POLLOUT, 0};
+    pollfd descriptor{descriptorNumber, POLLOUT, 0};
     return ::poll(&descriptor, 1, 0) == 1;
 }
 
@@ -75,16 +75,16 @@ int RunToStatus(int argc, const char* const* argv)
 {
     try {
         return Run(ParseOptions(argc, argv));
-    } catch (const CExitError& error) {
-        if (error.Status() == EXIT_ALL_ANSWERED) {
+    } catch (const ExitError& error) {
+        if (error.Status() == kExitAllAnswered) {
             std::cout << error.what() << '\n';
-        } else if (*error.what() != '\0' && (error.Status() < EXIT_SIGNAL_BASE || CanWrite(STDERR_FILENO))) {
+        } else if (*error.what() != '\0' && (error.Status() < kExitSignalBase || CanWrite(STDERR_FILENO))) {
             std::cerr << "tvwall-host: " << error.what() << '\n';
         }
         return error.Status();
     } catch (const std::exception& error) {
         std::cerr << "tvwall-host: " << error.what() << '\n';
-        return EXIT_USAGE;
+        return kExitUsage;
     }
 }
 
@@ -96,7 +96,7 @@ int main(int argc, char** argv)
     (void)std::setlocale(LC_CTYPE, ""); // what is a character on the terminal
     tools::OpenStandardStreams();
     (void)std::signal(SIGPIPE, SIG_IGN); // a closed pipe shows as a failed write
-    const int nStatus = RunToStatus(argc, argv);
+    const int status = RunToStatus(argc, argv);
     CheckBalances();
-    return nStatus;
+    return status;
 }

@@ -10,89 +10,89 @@ namespace standin_host {
 
 namespace {
 
-std::atomic<long> s_nLive{0};
-std::atomic<long> s_nMisuses{0};
+std::atomic<long> live{0};
+std::atomic<long> misuses{0};
 
-void ReportMisuse(unsigned int nCmdID, const char* szWhat)
+void ReportMisuse(unsigned int cmdID, const char* what)
 {
-    ++s_nMisuses;
-    Log(ELogLevel::Error, "command " + std::to_string(nCmdID) + ": " + szWhat);
+    ++misuses;
+    Log(LogLevel::Error, "command " + std::to_string(cmdID) + ": " + what);
 }
 
 } // namespace
 
-CHostCommand::CHostCommand(unsigned int nCmdID, bool bHasReply, CHostEvents* pEvents)
-    : m_nCmdID(nCmdID), m_bHasReply(bHasReply), m_pEvents(pEvents)
+HostCommand::HostCommand(unsigned int cmdID, bool hasReply, HostEvents* events)
+    : m_cmdID(cmdID), m_hasReply(hasReply), m_events(events)
 {
-    ++s_nLive;
+    ++live;
 }
 
-CHostCommand::~CHostCommand()
+HostCommand::~HostCommand()
 {
-    if (m_nTagSum != 0) {
-        ReportMisuse(m_nCmdID, "references were given back under other tags than they were taken");
+    if (m_tagSum != 0) {
+        ReportMisuse(m_cmdID, "references were given back under other tags than they were taken");
     }
-    --s_nLive;
+    --live;
 }
 
-void CHostCommand::AddReference(int nHolderTag)
+void HostCommand::AddReference(int holderTag)
 {
-    m_nTagSum.fetch_add(nHolderTag, std::memory_order_relaxed);
-    m_nReferences.fetch_add(1, std::memory_order_relaxed);
+    m_tagSum.fetch_add(holderTag, std::memory_order_relaxed);
+    m_references.fetch_add(1, std::memory_order_relaxed);
 }
 
-void CHostCommand::DecReference(int nHolderTag)
+void HostCommand::DecReference(int holderTag)
 {
-    CHostEvents* pEvents = m_pEvents; // the object may be gone once its count has gone down
-    m_nTagSum.fetch_sub(nHolderTag, std::memory_order_relaxed);
-    if (m_nReferences.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+    HostEvents* events = m_events; // the object may be gone once its count has gone down
+    m_tagSum.fetch_sub(holderTag, std::memory_order_relaxed);
+    if (m_references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
         delete this;
-    } else if (pEvents != nullptr) {
-        pEvents->Changed();
+    } else if (events != nullptr) {
+        events->Changed();
     }
 }
 
-void CHostCommand::ReplyRecord(const ORVA_NET_PROTOCOL::_kest_net_reply& reply)
+void HostCommand::ReplyRecord(const ORVA_NET_PROTOCOL::_kest_net_reply& reply)
 {
-    const auto* pBytes = reinterpret_cast<const uint8_t*>(&reply);
-    Record({SAnswer::EKind::Failure, reply.dwResult, {pBytes, pBytes + sizeof reply}});
+    const auto* bytes = reinterpret_cast<const uint8_t*>(&reply);
+    Record({HostAnswer::Kind::Failure, reply.dwResult, {bytes, bytes + sizeof reply}});
 }
 
-void CHostCommand::ReplyBuffer(const char* pData, unsigned long nLen)
+void HostCommand::ReplyBuffer(const char* data, unsigned long len)
 {
-    const auto* pBytes = reinterpret_cast<const uint8_t*>(pData);
-    if (pBytes == nullptr && nLen != 0) {
-        ReportMisuse(m_nCmdID, "was answered with bytes at no address");
-        nLen = 0;
+    const auto* bytes = reinterpret_cast<const uint8_t*>(data);
+    if (bytes == nullptr && len != 0) {
+        ReportMisuse(m_cmdID, "was answered with bytes at no address");
+        len = 0;
     }
-    Record({SAnswer::EKind::Buffer, 0, {pBytes, pBytes + nLen}});
+    Record({HostAnswer::Kind::Buffer, 0, {bytes, bytes + len}});
 }
 
-std::optional<SAnswer> CHostCommand::Answer() const
+std::optional<HostAnswer> HostCommand::Answer() const
 {
     const TMutexGuard guard(m_lock);
     return m_answer;
 }
 
-long CHostCommand::Live() { return s_nLive; }
+long HostCommand::Live() { return live; }
 
-long CHostCommand::Misuses() { return s_nMisuses; }
+long HostCommand::Misuses() { return misuses; }
 
-void CHostCommand::Record(SAnswer answer)
+void HostCommand::Record(HostAnswer answer)
 {
-    if (!m_bHasReply) {
-        ReportMisuse(m_nCmdID, "was answered although nobody waits for an answer");
+    if (!m_hasReply) {
+        ReportMisuse(m_cmdID, "was answered although nobody waits for an answer");
     }
     {
         const TMutexGuard guard(m_lock);
         if (m_answer) {
-            ReportMisuse(m_nCmdID, "was answered a second time");
+            ReportMisuse(m_cmdID, "was answered a second time");
             return;
         }
         m_answer = std::move(answer);
     }
-    if (m_pEvents != nullptr) {
-        m_pEvents->Changed();
+    if (m_events != nullptr) {
+        m_events->Changed();
     }
 }
 

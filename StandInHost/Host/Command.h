@@ -11,36 +11,36 @@
 
 namespace standin_host {
 
-class CHostEvents;
+class HostEvents;
 
 // The one answer to a command, as the plug-in gave it.
-struct SAnswer {
-    enum class EKind { Buffer, Failure };
+struct HostAnswer {
+    enum class Kind { Buffer, Failure };
 
-    EKind kind;
-    uint32_t nCode; // the failure code, 0 for a buffer
+    Kind kind;
+    uint32_t hostCode; // the failure code, 0 for a buffer
     std::vector<uint8_t> bytes;
 };
 
-// A host command. Created with one reference, the creator's, that CHostCommandHolder gives back; every other
+// A host command. Created with one reference, the creator's, that HostCommandHolder gives back; every other
 // reference is a holder's that the command still runs or waits for.
-class CHostCommand final : public CCmdProcObject {
+class HostCommand final : public CCmdProcObject {
 public:
-    // pEvents hears of the answer and of each reference that is given back; null when nobody listens.
-    CHostCommand(unsigned int nCmdID, bool bHasReply, CHostEvents* pEvents);
-    CHostCommand(const CHostCommand&) = delete;
-    CHostCommand& operator=(const CHostCommand&) = delete;
+    // events hears of the answer and of each reference that is given back; null when nobody listens.
+    HostCommand(unsigned int cmdID, bool hasReply, HostEvents* events);
+    HostCommand(const HostCommand&) = delete;
+    HostCommand& operator=(const HostCommand&) = delete;
 
-    unsigned int GetRequestCommand() const override { return m_nCmdID; }
-    bool HasReply() const override { return m_bHasReply; }
-    void AddReference(int nHolderTag) override;
-    void DecReference(int nHolderTag) override;
+    unsigned int GetRequestCommand() const override { return m_cmdID; }
+    bool HasReply() const override { return m_hasReply; }
+    void AddReference(int holderTag) override;
+    void DecReference(int holderTag) override;
     void ReplyRecord(const ORVA_NET_PROTOCOL::_kest_net_reply& reply) override;
-    void ReplyBuffer(const char* pData, unsigned long nLen) override;
+    void ReplyBuffer(const char* data, unsigned long len) override;
 
-    std::optional<SAnswer> Answer() const;
+    std::optional<HostAnswer> Answer() const;
     // True when nobody but the creator holds the command: no answer can come any more.
-    bool IsReleased() const { return m_nReferences.load(std::memory_order_acquire) == 1; }
+    bool IsReleased() const { return m_references.load(std::memory_order_acquire) == 1; }
 
     static constexpr int kCreatorTag = 1;
 
@@ -50,27 +50,27 @@ public:
     static long Misuses();
 
 private:
-    ~CHostCommand();
+    ~HostCommand();
 
-    void Record(SAnswer answer);
+    void Record(HostAnswer answer);
 
-    const unsigned int m_nCmdID;
-    const bool m_bHasReply;
-    CHostEvents* const m_pEvents;
-    std::atomic<int> m_nReferences{1};
-    std::atomic<long> m_nTagSum{kCreatorTag}; // tags of AddReference minus tags of DecReference
+    const unsigned int m_cmdID;
+    const bool m_hasReply;
+    HostEvents* const m_events;
+    std::atomic<int> m_references{1};
+    std::atomic<long> m_tagSum{kCreatorTag}; // tags of AddReference minus tags of DecReference
     mutable CMutex m_lock;
-    std::optional<SAnswer> m_answer TVWALL_GUARDED_BY(m_lock);
+    std::optional<HostAnswer> m_answer TVWALL_GUARDED_BY(m_lock);
 };
 
-struct SReleaseCommand {
-    void operator()(CHostCommand* pCommand) const { pCommand->DecReference(CHostCommand::kCreatorTag); }
+struct ReleaseCommand {
+    void operator()(HostCommand* command) const { command->DecReference(HostCommand::kCreatorTag); }
 };
-using CHostCommandHolder = std::unique_ptr<CHostCommand, SReleaseCommand>;
+using HostCommandHolder = std::unique_ptr<HostCommand, ReleaseCommand>;
 
-inline CHostCommandHolder MakeCommand(unsigned int nCmdID, bool bHasReply, CHostEvents* pEvents)
+inline HostCommandHolder MakeCommand(unsigned int cmdID, bool hasReply, HostEvents* events)
 {
-    return CHostCommandHolder(new CHostCommand(nCmdID, bHasReply, pEvents));
+    return HostCommandHolder(new HostCommand(cmdID, hasReply, events));
 }
 
 } // namespace standin_host

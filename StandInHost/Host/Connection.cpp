@@ -18,93 +18,93 @@ namespace {
 
 constexpr std::size_t kReadSize = 64UL * 1024;
 
-thread_local unsigned int t_nLastError = 0;
+thread_local unsigned int lastError = 0;
 
 } // namespace
 
-unsigned int LastSocketError() { return t_nLastError; }
+unsigned int LastSocketError() { return lastError; }
 
-CConnection::CConnection(asio::ip::tcp::socket socket, SConnectionSettings settings)
+Connection::Connection(asio::ip::tcp::socket socket, ConnectionSettings settings)
     : m_socket(std::move(socket)), m_settings(std::move(settings))
 {
     asio::error_code ignored;
     m_socket.non_blocking(true, ignored);
 }
 
-void CConnection::SetObserver(CSocketDataObserver* pObserver, void* pContext)
+void Connection::SetObserver(CSocketDataObserver* observer, void* context)
 {
     const TMutexGuard guard(m_receiveLock);
-    m_pObserver = pObserver;
-    m_pContext = pContext;
+    m_observer = observer;
+    m_context = context;
 }
 
-void CConnection::Start(int nHandle)
+void Connection::Start(int handle)
 {
     {
         const TMutexGuard guard(m_receiveLock);
-        m_nHandle = nHandle;
-        m_bStarted = true;
+        m_handle = handle;
+        m_started = true;
     }
     asio::post(m_socket.get_executor(), [self = shared_from_this()] { self->Read(); });
 }
 
-void CConnection::Stop()
+void Connection::Stop()
 {
     const TMutexGuard guard(m_receiveLock);
-    m_bStarted = false;
+    m_started = false;
 }
 
-bool CConnection::Send(std::string_view bytes)
+bool Connection::Send(std::string_view bytes)
 {
     const TMutexGuard guard(m_sendLock);
-    if (!m_bOpen || m_bRefuseSends) {
-        t_nLastError = SOCKET_ERROR_NOT_CONNECTED;
+    if (!m_open || m_refuseSends) {
+        lastError = kSocketErrorNotConnected;
         return false;
     }
-    if (m_nQueued != 0 && m_nQueued + bytes.size() > kMaxQueued) {
-        t_nLastError = NET_SOCKET_ERROR_NOBUFS;
+    if (m_queued != 0 && m_queued + bytes.size() > kMaxQueued) {
+        lastError = NET_SOCKET_ERROR_NOBUFS;
         return false;
     }
-    if (m_settings.pTrace != nullptr) {
-        m_settings.pTrace->Sent(bytes);
+    if (m_settings.trace != nullptr) {
+        m_settings.trace->Sent(bytes);
     }
     m_queue.emplace_back(bytes);
-    m_nQueued += bytes.size();
+    m_queued += bytes.size();
     if (m_queue.size() == 1) {
         asio::post(m_socket.get_executor(), [self = shared_from_this()] { self->Write(); });
     }
     return true;
 }
 
-void CConnection::RefuseSends()
+void Connection::RefuseSends()
 {
     const TMutexGuard guard(m_sendLock);
-    m_bRefuseSends = true;
+    m_refuseSends = true;
 }
 
-void CConnection::Fail(const std::string& strReason)
+void Connection::Fail(const std::string& reason)
 {
     {
         const TMutexGuard guard(m_sendLock);
         // Reported before the first send can fail, so that nobody takes the lost link for a missing reply.
-        if (m_bOpen && m_settings.pEvents != nullptr) {
-            m_settings.pEvents->ReportLost(strReason);
+        if (m_open && m_settings.events != nullptr) {
+            m_settings.events->ReportLost(reason);
         }
-        m_bOpen = false;
+        m_open = false;
     }
     CloseSocket();
 }
 
-void CConnection::Close()
+void Connection::Close()
 {
     {
         const TMutexGuard guard(m_sendLock);
-        m_bOpen = false;
+        m_open = false;
     }
     CloseSocket();
 }
 
-void CConnection::CloseSocket()
+void Connection::CloseSocket()
 {
     asio::post(m_socket.get_executor(), [self = shared_from_this()] {
         asio::error_code ignored;
@@ -112,91 +112,91 @@ void CConnection::CloseSocket()
     });
 }
 
-void CConnection::Read()
+void Connection::Read()
 {
-    if (m_bReading) {
+    if (m_reading) {
         return;
     }
-    m_bReading = true;
+    m_reading = true;
     m_socket.async_wait(
         asio::socket_base::wait_read,
         [self = shared_from_this()](const asio::error_code& error) { self->OnReadable(error); });
 }
 
-void CConnection::OnReadable(asio::error_code error)
+void Connection::OnReadable(asio::error_code error)
 {
     // One for all connections: a host with a thousand of them cannot keep one for each. Made by the thread
     // that reads; an array would lie in the memory of every thread.
-    static thread_local std::vector<char> t_chunk(kReadSize);
-    m_bReading = false;
-    const std::size_t nLen = error ? 0 : m_socket.read_some(asio::buffer(t_chunk), error);
+    static thread_local std::vector<char> chunk(kReadSize);
+    m_reading = false;
+    const std::size_t len = error ? 0 : m_socket.read_some(asio::buffer(chunk), error);
     if (error == asio::error::would_block) {
         Read();
     } else if (error) {
         Fail(error == asio::error::eof ? "the decoder closed the connection" : error.message());
     } else {
-        OnRead({t_chunk.data(), nLen});
+        OnRead({chunk.data(), len});
     }
 }
 
-void CConnection::OnRead(std::string_view bytes)
+void Connection::OnRead(std::string_view bytes)
 {
-    if (m_settings.pTrace != nullptr) {
-        m_settings.pTrace->Received(bytes);
+    if (m_settings.trace != nullptr) {
+        m_settings.trace->Received(bytes);
     }
     const TMutexGuard guard(m_receiveLock);
-    m_strKept.append(bytes);
-    if (!m_bStarted) {
+    m_kept.append(bytes);
+    if (!m_started) {
         return;
     }
-    if (m_settings.bBufferedReceive) {
+    if (m_settings.bufferedReceive) {
         DeliverBuffered();
     } else {
         DeliverDirect();
     }
-    if (m_strKept.size() > kMaxKept) {
+    if (m_kept.size() > kMaxKept) {
         Fail("the decoder sent a message of more than 64 MiB");
         return;
     }
     Read();
 }
 
-void CConnection::DeliverDirect()
+void Connection::DeliverDirect()
 {
-    if (m_strKept.size() < m_nWanted) {
+    if (m_kept.size() < m_wanted) {
         return;
     }
-    unsigned int nNeed = 0;
-    const std::size_t nConsumed = CallObserver(m_strKept, &nNeed);
-    m_strKept.erase(0, nConsumed);
-    m_nWanted = m_strKept.size() + nNeed;
+    unsigned int need = 0;
+    const std::size_t consumed = CallObserver(m_kept, &need);
+    m_kept.erase(0, consumed);
+    m_wanted = m_kept.size() + need;
 }
 
-void CConnection::DeliverBuffered()
+void Connection::DeliverBuffered()
 {
-    CallObserver(m_strKept, nullptr);
-    m_strKept.clear();
+    CallObserver(m_kept, nullptr);
+    m_kept.clear();
 }
 
-unsigned int CConnection::CallObserver(std::string_view bytes, unsigned int* pNeedLen)
+unsigned int Connection::CallObserver(std::string_view bytes, unsigned int* needLen)
 {
-    if (m_pObserver == nullptr) {
+    if (m_observer == nullptr) {
         return 0;
     }
     try {
-        const unsigned int nConsumed = m_pObserver->OnSocketRecvData(
-            m_nHandle, bytes.data(), static_cast<unsigned int>(bytes.size()), pNeedLen, m_pContext);
-        if (nConsumed <= bytes.size()) {
-            return nConsumed;
+        const unsigned int consumed = m_observer->OnSocketRecvData(
+            m_handle, bytes.data(), static_cast<unsigned int>(bytes.size()), needLen, m_context);
+        if (consumed <= bytes.size()) {
+            return consumed;
         }
-        Log(ELogLevel::Error, "the observer consumed more bytes than it was given");
+        Log(LogLevel::Error, "the observer consumed more bytes than it was given");
     } catch (const std::exception& error) {
-        Log(ELogLevel::Error, std::string("the observer threw an exception: ") + error.what());
+        Log(LogLevel::Error, std::string("the observer threw an exception: ") + error.what());
     }
     return static_cast<unsigned int>(bytes.size());
 }
 
-void CConnection::Write()
+void Connection::Write()
 {
     asio::const_buffer buffer;
     {
@@ -214,7 +214,7 @@ void CConnection::Write()
                           }
                           {
                               const TMutexGuard guard(self->m_sendLock);
-                              self->m_nQueued -= self->m_queue.front().size();
+                              self->m_queued -= self->m_queue.front().size();
                               self->m_queue.pop_front();
                           }
                           self->Write();

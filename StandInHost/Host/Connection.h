@@ -16,32 +16,32 @@ class CSocketDataObserver;
 
 namespace standin_host {
 
-class CHostEvents;
-class CIoThread;
+class HostEvents;
+class IoThread;
 
 // How a connection hands on what it receives and whom it tells.
-struct SConnectionSettings {
-    bool bBufferedReceive = false;       // the observer keeps unconsumed bytes itself (null needLen)
-    std::shared_ptr<CFrameTrace> pTrace; // null: no trace
-    CHostEvents* pEvents = nullptr;      // hears of a lost connection; null when nobody listens
+struct ConnectionSettings {
+    bool bufferedReceive = false;      // the observer keeps unconsumed bytes itself (null needLen)
+    std::shared_ptr<FrameTrace> trace; // null: no trace
+    HostEvents* events = nullptr;      // hears of a lost connection; null when nobody listens
 };
 
 // Why a send failed for good; NET_SOCKET_ERROR_NOBUFS is the one failure that passes.
-inline constexpr unsigned int SOCKET_ERROR_NOT_CONNECTED = 0x20000001;
+inline constexpr unsigned int kSocketErrorNotConnected = 0x20000001;
 
 // Why a send failed last on the calling thread, as GetLastError gives it to the plug-in; 0 at first.
 unsigned int LastSocketError();
 
 // One TCP connection. It reads on the receive thread once it is started; every operation may be called from
 // any thread.
-class CConnection : public std::enable_shared_from_this<CConnection> {
+class Connection : public std::enable_shared_from_this<Connection> {
 public:
-    CConnection(asio::ip::tcp::socket socket, SConnectionSettings settings);
+    Connection(asio::ip::tcp::socket socket, ConnectionSettings settings);
 
-    void SetObserver(CSocketDataObserver* pObserver, void* pContext);
+    void SetObserver(CSocketDataObserver* observer, void* context);
     // After it has returned, the observer is not called any more.
     void ClearObserver() { SetObserver(nullptr, nullptr); }
-    void Start(int nHandle);
+    void Start(int handle);
     // After it has returned, no receive is running. What arrives is kept for the next Start.
     void Stop();
 
@@ -51,7 +51,7 @@ public:
     // From now on every send fails, so that nobody waits for room in the queue.
     void RefuseSends();
     // Ends the connection for a reason that nobody asked for; the events hear of it.
-    void Fail(const std::string& strReason);
+    void Fail(const std::string& reason);
     // Ends the connection on purpose.
     void Close();
 
@@ -65,34 +65,34 @@ private:
     void OnRead(std::string_view bytes);
     void DeliverDirect() TVWALL_REQUIRES(m_receiveLock);
     void DeliverBuffered() TVWALL_REQUIRES(m_receiveLock);
-    unsigned int CallObserver(std::string_view bytes, unsigned int* pNeedLen) TVWALL_REQUIRES(m_receiveLock);
+    unsigned int CallObserver(std::string_view bytes, unsigned int* needLen) TVWALL_REQUIRES(m_receiveLock);
     void Write();
     void CloseSocket();
 
     asio::ip::tcp::socket m_socket; // receive thread only
-    const SConnectionSettings m_settings;
+    const ConnectionSettings m_settings;
 
     // Held while the observer runs; recursive, since an observer may stop its own connection.
     CRecursiveMutex m_receiveLock;
-    CSocketDataObserver* m_pObserver TVWALL_GUARDED_BY(m_receiveLock) = nullptr;
-    void* m_pContext TVWALL_GUARDED_BY(m_receiveLock) = nullptr;
-    int m_nHandle TVWALL_GUARDED_BY(m_receiveLock) = 0;
-    bool m_bStarted TVWALL_GUARDED_BY(m_receiveLock) = false;
-    bool m_bReading = false;   // receive thread only
-    std::string m_strKept;     // bytes that the observer has not consumed, and what came after them
-    std::size_t m_nWanted = 0; // bytes that m_strKept must hold before the observer is called again
+    CSocketDataObserver* m_observer TVWALL_GUARDED_BY(m_receiveLock) = nullptr;
+    void* m_context TVWALL_GUARDED_BY(m_receiveLock) = nullptr;
+    int m_handle TVWALL_GUARDED_BY(m_receiveLock) = 0;
+    bool m_started TVWALL_GUARDED_BY(m_receiveLock) = false;
+    bool m_reading = false;   // receive thread only
+    std::string m_kept;       // bytes that the observer has not consumed, and what came after them
+    std::size_t m_wanted = 0; // bytes that m_kept must hold before the observer is called again
 
     CMutex m_sendLock;
-    bool m_bOpen TVWALL_GUARDED_BY(m_sendLock) = true;
-    bool m_bRefuseSends TVWALL_GUARDED_BY(m_sendLock) = false;
+    bool m_open TVWALL_GUARDED_BY(m_sendLock) = true;
+    bool m_refuseSends TVWALL_GUARDED_BY(m_sendLock) = false;
     std::deque<std::string> m_queue TVWALL_GUARDED_BY(m_sendLock); // the front is being written
-    std::size_t m_nQueued TVWALL_GUARDED_BY(m_sendLock) = 0;       // bytes in m_queue
+    std::size_t m_queued TVWALL_GUARDED_BY(m_sendLock) = 0;        // bytes in m_queue
 };
 
 // Resolves the name and connects. Returns null and the reason when that failed, took too long, or the events
 // report an interrupt (the reason is empty then).
-std::shared_ptr<CConnection> Connect(CIoThread& thread, CHostEvents& events, const std::string& strHost,
-                                     const std::string& strPort, std::chrono::milliseconds timeout,
-                                     SConnectionSettings settings, std::string& strReason);
+std::shared_ptr<Connection> Connect(IoThread& thread, HostEvents& events, const std::string& host,
+                                    const std::string& port, std::chrono::milliseconds timeout,
+                                    ConnectionSettings settings, std::string& reason);
 
 } // namespace standin_host

@@ -10,102 +10,102 @@
 
 namespace standin_host {
 
-CDecoderLink::CDecoderLink(const CPlugin& plugin, CIoThread& ioThread, CHostEvents& events,
-                           std::shared_ptr<CConnection> pConnection, const SLinkSettings& settings)
-    : m_pConnection(std::move(pConnection)),
-      m_node(settings.nodeID, m_pConnection, events),
-      m_pProcessor(plugin.CreateProcessor())
+DecoderLink::DecoderLink(const Plugin& plugin, IoThread& ioThread, HostEvents& events,
+                         std::shared_ptr<Connection> connection, const LinkSettings& settings)
+    : m_connection(std::move(connection)),
+      m_node(settings.nodeID, m_connection, events),
+      m_processor(plugin.CreateProcessor())
 {
-    if (m_pProcessor == nullptr) {
-        throw CUsageError("the plug-in makes no processor");
+    if (m_processor == nullptr) {
+        throw UsageError("the plug-in makes no processor");
     }
-    m_nHandle = CSocketLayer::Instance().Add(m_pConnection);
-    char szText[] = "";
-    if (m_pProcessor->Initial(&m_node, m_nHandle, 0, 0) != 0 || m_pProcessor->Start(szText, 0) != 0) {
-        m_pProcessor->Quit();
-        throw CUsageError("the plug-in's processor does not start");
+    m_handle = SocketLayer::Instance().Add(m_connection);
+    char text[] = "";
+    if (m_processor->Initial(&m_node, m_handle, 0, 0) != 0 || m_processor->Start(text, 0) != 0) {
+        m_processor->Quit();
+        throw UsageError("the plug-in's processor does not start");
     }
     m_worker = std::thread([this] { Work(); });
     m_heartbeat.emplace(ioThread, settings.heartbeatEvery, [this] { SendHeartbeat(); });
     m_liveness.emplace(ioThread, settings.livenessEvery, [this] { CheckOnline(); });
 }
 
-CDecoderLink::~CDecoderLink()
+DecoderLink::~DecoderLink()
 {
     m_liveness.reset();
     m_heartbeat.reset();
-    m_pConnection->RefuseSends(); // a command that waits for room in the send queue ends
+    m_connection->RefuseSends(); // a command that waits for room in the send queue ends
     {
         const TMutexGuard guard(m_lock);
-        m_bStopping = true;
+        m_stopping = true;
     }
     m_wakeWorker.notify_one();
-    m_pProcessor->Stop();
+    m_processor->Stop();
     m_worker.join();
-    m_pProcessor->Quit();
-    if (const auto pLeft = CSocketLayer::Instance().Remove(m_nHandle)) {
-        Log(ELogLevel::Error, "the plug-in did not destroy its connection handle");
-        pLeft->Close();
+    m_processor->Quit();
+    if (const auto left = SocketLayer::Instance().Remove(m_handle)) {
+        Log(LogLevel::Error, "the plug-in did not destroy its connection handle");
+        left->Close();
     }
 }
 
-void CDecoderLink::Queue(CHostCommand& command, std::vector<uint8_t> payload)
+void DecoderLink::Queue(HostCommand& command, std::vector<uint8_t> payload)
 {
-    m_pProcessor->AddOneCmd(&command, payload.data(), static_cast<unsigned int>(payload.size()));
+    m_processor->AddOneCmd(&command, payload.data(), static_cast<unsigned int>(payload.size()));
     {
         const TMutexGuard guard(m_lock);
-        m_bQueued = true;
+        m_queued = true;
     }
     m_wakeWorker.notify_one();
 }
 
-void CDecoderLink::Work()
+void DecoderLink::Work()
 {
     while (AwaitQueued()) {
         RunQueuedCommands();
     }
 }
 
-bool CDecoderLink::AwaitQueued()
+bool DecoderLink::AwaitQueued()
 {
     const TMutexGuard guard(m_lock);
-    while (!m_bQueued && !m_bStopping) {
+    while (!m_queued && !m_stopping) {
         m_wakeWorker.wait(m_lock);
     }
-    m_bQueued = false;
-    return !m_bStopping;
+    m_queued = false;
+    return !m_stopping;
 }
 
-void CDecoderLink::RunQueuedCommands()
+void DecoderLink::RunQueuedCommands()
 {
-    const auto bStopping = [this] {
+    const auto stopping = [this] {
         const TMutexGuard guard(m_lock);
-        return m_bStopping; // the processor's Stop takes what is left
+        return m_stopping; // the processor's Stop takes what is left
     };
     try {
-        while (!bStopping() && m_pProcessor->ProcDevCmd()) {
+        while (!stopping() && m_processor->ProcDevCmd()) {
         }
     } catch (const std::exception& error) {
-        Log(ELogLevel::Error, std::string("the plug-in threw an exception: ") + error.what());
+        Log(LogLevel::Error, std::string("the plug-in threw an exception: ") + error.what());
     }
 }
 
-void CDecoderLink::SendHeartbeat()
+void DecoderLink::SendHeartbeat()
 {
-    unsigned long nLen = 0;
-    const char* pBeat = m_pProcessor->GetBeatData(nLen);
-    if (pBeat != nullptr && nLen != 0) {
-        m_node.SendData(pBeat, nLen); // one that fails is as good as none
+    unsigned long len = 0;
+    const char* beat = m_processor->GetBeatData(len);
+    if (beat != nullptr && len != 0) {
+        m_node.SendData(beat, len); // one that fails is as good as none
     }
 }
 
-void CDecoderLink::CheckOnline()
+void DecoderLink::CheckOnline()
 {
-    const bool bOnline = m_pProcessor->IsOnline();
-    if (bOnline != m_bOnline) {
-        m_bOnline = bOnline;
-        Log(ELogLevel::Abnormal,
-            bOnline ? "the decoder is online again" : "the decoder is offline: nothing comes from it");
+    const bool online = m_processor->IsOnline();
+    if (online != m_online) {
+        m_online = online;
+        Log(LogLevel::Abnormal,
+            online ? "the decoder is online again" : "the decoder is offline: nothing comes from it");
     }
 }
 

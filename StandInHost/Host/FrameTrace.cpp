@@ -16,35 +16,35 @@ constexpr std::size_t kDeviceHead = 64;
 
 std::size_t AnnouncedLength(std::string_view head)
 {
-    std::size_t nLength = 0;
+    std::size_t length = 0;
     for (int i = 3; i >= 0; --i) {
-        nLength = nLength << 8 | static_cast<uint8_t>(head[4 + static_cast<std::size_t>(i)]);
+        length = length << 8 | static_cast<uint8_t>(head[4 + static_cast<std::size_t>(i)]);
     }
-    return nLength;
+    return length;
 }
 
 std::string TimeOfDay()
 {
     const auto now = std::chrono::system_clock::now();
-    const std::time_t nSeconds = std::chrono::system_clock::to_time_t(now);
-    const auto nMillis =
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
+    const auto millis =
         std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000;
     std::tm local{};
-    ::localtime_r(&nSeconds, &local);
-    char szTime[32];
-    (void)std::snprintf(szTime, sizeof szTime, "%02d:%02d:%02d.%03d", local.tm_hour, local.tm_min,
-                        local.tm_sec, static_cast<int>(nMillis));
-    return szTime;
+    ::localtime_r(&seconds, &local);
+    char time[32];
+    (void)std::snprintf(time, sizeof time, "%02d:%02d:%02d.%03d", local.tm_hour, local.tm_min, local.tm_sec,
+                        static_cast<int>(millis));
+    return time;
 }
 
-std::string Describe(const CFrameSplitter::SFrame& frame)
+std::string Describe(const FrameSplitter::Frame& frame)
 {
     switch (frame.kind) {
-    case CFrameSplitter::EKind::Heartbeat:
+    case FrameSplitter::Kind::Heartbeat:
         return "8 bytes: heartbeat";
-    case CFrameSplitter::EKind::DeviceHead:
+    case FrameSplitter::Kind::DeviceHead:
         return "64 bytes: device head";
-    case CFrameSplitter::EKind::Frame:
+    case FrameSplitter::Kind::Frame:
         break;
     }
     return std::to_string(frame.payload.size() + kFrameHead) + " bytes: " + tools::OneLine(frame.payload);
@@ -52,16 +52,16 @@ std::string Describe(const CFrameSplitter::SFrame& frame)
 
 } // namespace
 
-void CFrameSplitter::Feed(std::string_view bytes)
+void FrameSplitter::Feed(std::string_view bytes)
 {
-    m_strBuffer.erase(0, m_nTaken);
-    m_nTaken = 0;
-    m_strBuffer.append(bytes);
+    m_buffer.erase(0, m_taken);
+    m_taken = 0;
+    m_buffer.append(bytes);
 }
 
-bool CFrameSplitter::Next(SFrame& frame)
+bool FrameSplitter::Next(Frame& frame)
 {
-    const std::string_view left = std::string_view(m_strBuffer).substr(m_nTaken);
+    const std::string_view left = std::string_view(m_buffer).substr(m_taken);
     if (left.size() < kFrameHead) {
         return false;
     }
@@ -69,30 +69,30 @@ bool CFrameSplitter::Next(SFrame& frame)
         if (left.size() < kDeviceHead) {
             return false;
         }
-        frame = {EKind::DeviceHead, left.substr(0, kDeviceHead)};
-        m_nTaken += kDeviceHead;
+        frame = {Kind::DeviceHead, left.substr(0, kDeviceHead)};
+        m_taken += kDeviceHead;
         return true;
     }
-    const std::size_t nLength = AnnouncedLength(left);
-    if (left.size() - kFrameHead < nLength) {
+    const std::size_t length = AnnouncedLength(left);
+    if (left.size() - kFrameHead < length) {
         return false;
     }
-    frame = {nLength == 0 ? EKind::Heartbeat : EKind::Frame, left.substr(kFrameHead, nLength)};
-    m_nTaken += kFrameHead + nLength;
+    frame = {length == 0 ? Kind::Heartbeat : Kind::Frame, left.substr(kFrameHead, length)};
+    m_taken += kFrameHead + length;
     return true;
 }
 
-void CFrameTrace::Sent(std::string_view bytes) { Print(m_sent, "sent", bytes); }
+void FrameTrace::Sent(std::string_view bytes) { Print(m_sent, "sent", bytes); }
 
-void CFrameTrace::Received(std::string_view bytes) { Print(m_received, "received", bytes); }
+void FrameTrace::Received(std::string_view bytes) { Print(m_received, "received", bytes); }
 
-void CFrameTrace::Print(CFrameSplitter& splitter, const char* szDirection, std::string_view bytes)
+void FrameTrace::Print(FrameSplitter& splitter, const char* direction, std::string_view bytes)
 {
     const TMutexGuard guard(m_lock);
     splitter.Feed(bytes);
-    CFrameSplitter::SFrame frame;
+    FrameSplitter::Frame frame;
     while (splitter.Next(frame)) {
-        PrintErrorLines(TimeOfDay() + ' ' + szDirection + ' ' + Describe(frame) + '\n');
+        PrintErrorLines(TimeOfDay() + ' ' + direction + ' ' + Describe(frame) + '\n');
     }
 }
 

@@ -10,35 +10,35 @@ namespace standin_host {
 
 // Cuts one direction of the link into frames for people to read: a frame is "1111", a 32-bit little-endian
 // length and as many bytes; a length of 0 is a heartbeat; any other four bytes begin a head of 64 bytes.
-class CFrameSplitter {
+class FrameSplitter {
 public:
-    enum class EKind { Frame, Heartbeat, DeviceHead };
-    struct SFrame {
-        EKind kind;
+    enum class Kind { Frame, Heartbeat, DeviceHead };
+    struct Frame {
+        Kind kind;
         std::string_view payload; // valid until the next call
     };
 
     void Feed(std::string_view bytes);
     // The next complete frame; false when more bytes are needed first.
-    bool Next(SFrame& frame);
+    bool Next(Frame& frame);
 
 private:
-    std::string m_strBuffer;
-    std::size_t m_nTaken = 0; // bytes at the front that Next has handed out
+    std::string m_buffer;
+    std::size_t m_taken = 0; // bytes at the front that Next has handed out
 };
 
 // Prints every frame of one connection to standard error, with time, direction, length and text.
-class CFrameTrace {
+class FrameTrace {
 public:
     void Sent(std::string_view bytes);
     void Received(std::string_view bytes);
 
 private:
-    void Print(CFrameSplitter& splitter, const char* szDirection, std::string_view bytes);
+    void Print(FrameSplitter& splitter, const char* direction, std::string_view bytes);
 
     CMutex m_lock; // both directions: a frame's lines stay together
-    CFrameSplitter m_sent;
-    CFrameSplitter m_received;
+    FrameSplitter m_sent;
+    FrameSplitter m_received;
 };
 
 } // namespace standin_host

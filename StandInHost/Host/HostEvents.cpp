@@ -17,61 +17,61 @@ namespace standin_host {
 
 namespace {
 
-int PollTimeout(CHostEvents::Clock::time_point deadline)
+int PollTimeout(HostEvents::Clock::time_point deadline)
 {
-    if (deadline == CHostEvents::Clock::time_point::max()) {
+    if (deadline == HostEvents::Clock::time_point::max()) {
         return -1;
     }
     const auto left =
-        std::chrono::ceil<std::chrono::milliseconds>(deadline - CHostEvents::Clock::now()).count();
+        std::chrono::ceil<std::chrono::milliseconds>(deadline - HostEvents::Clock::now()).count();
     return static_cast<int>(std::clamp<decltype(left)>(left, 0, INT_MAX));
 }
 
 } // namespace
 
-CHostEvents::CHostEvents() : m_nWakeDescriptor(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+HostEvents::HostEvents() : m_wakeDescriptor(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
-    if (m_nWakeDescriptor < 0) {
+    if (m_wakeDescriptor < 0) {
         throw std::system_error(errno, std::generic_category(), "eventfd");
     }
 }
 
-CHostEvents::~CHostEvents() { ::close(m_nWakeDescriptor); }
+HostEvents::~HostEvents() { ::close(m_wakeDescriptor); }
 
-void CHostEvents::Changed()
+void HostEvents::Changed()
 {
     // Fails only when the counter is full, and then the descriptor is readable anyway.
-    [[maybe_unused]] const int nResult = ::eventfd_write(m_nWakeDescriptor, 1);
+    [[maybe_unused]] const int result = ::eventfd_write(m_wakeDescriptor, 1);
 }
 
-void CHostEvents::Interrupt(int nSignal)
+void HostEvents::Interrupt(int signal)
 {
     {
         const TMutexGuard guard(m_lock);
         // What ends the program is not hidden by a key that comes after it.
-        m_nSignal = m_nSignal == 0 || nSignal != SIGINT ? nSignal : m_nSignal;
+        m_signal = m_signal == 0 || signal != SIGINT ? signal : m_signal;
     }
     Changed();
 }
 
-void CHostEvents::ReportLost(const std::string& strReason)
+void HostEvents::ReportLost(const std::string& reason)
 {
     {
         const TMutexGuard guard(m_lock);
         if (!m_lost) {
-            m_lost = strReason;
+            m_lost = reason;
         }
     }
     Changed();
 }
 
-void CHostEvents::Deliver(SNotification notification)
+void HostEvents::Deliver(Notification notification)
 {
     {
         const TMutexGuard guard(m_lock);
         if (m_notifications.size() >= kMaxWaiting) {
-            if (!std::exchange(m_bDropping, true)) {
-                Log(ELogLevel::Abnormal, "notifications are dropped: too many wait to be printed");
+            if (!std::exchange(m_dropping, true)) {
+                Log(LogLevel::Abnormal, "notifications are dropped: too many wait to be printed");
             }
             return;
         }
@@ -80,65 +80,65 @@ void CHostEvents::Deliver(SNotification notification)
     Changed();
 }
 
-int CHostEvents::Interrupted() const
+int HostEvents::Interrupted() const
 {
     const TMutexGuard guard(m_lock);
-    return m_nSignal;
+    return m_signal;
 }
 
-bool CHostEvents::TakeKeyboardInterrupt()
+bool HostEvents::TakeKeyboardInterrupt()
 {
     const TMutexGuard guard(m_lock);
-    return m_nSignal == SIGINT && std::exchange(m_nSignal, 0) != 0;
+    return m_signal == SIGINT && std::exchange(m_signal, 0) != 0;
 }
 
-void CHostEvents::ForgetLost()
+void HostEvents::ForgetLost()
 {
     const TMutexGuard guard(m_lock);
     m_lost.reset();
 }
 
-std::optional<std::string> CHostEvents::Lost() const
+std::optional<std::string> HostEvents::Lost() const
 {
     const TMutexGuard guard(m_lock);
     return m_lost;
 }
 
-std::deque<SNotification> CHostEvents::TakeNotifications()
+std::deque<Notification> HostEvents::TakeNotifications()
 {
     const TMutexGuard guard(m_lock);
-    m_bDropping = false;
+    m_dropping = false;
     return std::exchange(m_notifications, {});
 }
 
-CHostEvents::SWake CHostEvents::Wait(Clock::time_point deadline, int nInput)
+HostEvents::Wake HostEvents::Wait(Clock::time_point deadline, int input)
 {
-    pollfd descriptors[] = {{m_nWakeDescriptor, POLLIN, 0}, {nInput, POLLIN, 0}};
+    pollfd descriptors[] = {{m_wakeDescriptor, POLLIN, 0}, {input, POLLIN, 0}};
     // A signal that interrupts the call is reported through its handler; the caller comes back here.
     if (::poll(descriptors, 2, PollTimeout(deadline)) <= 0) {
         return {false, false};
     }
-    eventfd_t nReports = 0;
-    const bool bEvent = ::eventfd_read(m_nWakeDescriptor, &nReports) == 0;
-    return {bEvent, descriptors[1].revents != 0};
+    eventfd_t reports = 0;
+    const bool event = ::eventfd_read(m_wakeDescriptor, &reports) == 0;
+    return {event, descriptors[1].revents != 0};
 }
 
-bool CHostEvents::WaitForOutput(int nOutput)
+bool HostEvents::WaitForOutput(int output)
 {
-    bool bWritable = false;
-    bool bReported = false;
-    for (bool bSignal = false; !bWritable && !bSignal;) {
-        bSignal = Interrupted() != 0;
-        pollfd descriptors[] = {{m_nWakeDescriptor, POLLIN, 0}, {nOutput, POLLOUT, 0}};
-        (void)::poll(descriptors, 2, bSignal ? 0 : -1);
-        eventfd_t nReports = 0;
-        bReported = ::eventfd_read(m_nWakeDescriptor, &nReports) == 0 || bReported;
-        bWritable = descriptors[1].revents != 0;
+    bool writable = false;
+    bool reported = false;
+    for (bool signal = false; !writable && !signal;) {
+        signal = Interrupted() != 0;
+        pollfd descriptors[] = {{m_wakeDescriptor, POLLIN, 0}, {output, POLLOUT, 0}};
+        (void)::poll(descriptors, 2, signal ? 0 : -1);
+        eventfd_t reports = 0;
+        reported = ::eventfd_read(m_wakeDescriptor, &reports) == 0 || reported;
+        writable = descriptors[1].revents != 0;
     }
-    if (bReported) {
+    if (reported) {
         Changed(); // Wait has not seen it yet
     }
-    return bWritable;
+    return writable;
 }
 
 } // namespace standin_host

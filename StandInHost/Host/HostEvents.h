@@ -12,34 +12,34 @@
 namespace standin_host {
 
 // A notification of the decoder, copied during its delivery.
-struct SNotification {
-    unsigned int nCmdID;
+struct Notification {
+    unsigned int cmdID;
     ORVA_NET_PROTOCOL::TVWALL_OPT_INFO info;
     GUID destination;
-    std::string strData;
+    std::string data;
 };
 
 // What the host's threads report to the one thread that drives the session. That thread waits here and
 // nowhere else, so that whatever happens wakes it at once.
-class CHostEvents {
+class HostEvents {
 public:
     using Clock = std::chrono::steady_clock;
 
     // Throws std::system_error when the process is out of descriptors.
-    CHostEvents();
-    ~CHostEvents();
-    CHostEvents(const CHostEvents&) = delete;
-    CHostEvents& operator=(const CHostEvents&) = delete;
+    HostEvents();
+    ~HostEvents();
+    HostEvents(const HostEvents&) = delete;
+    HostEvents& operator=(const HostEvents&) = delete;
 
     // --- any thread ---
 
     // Something that the driving thread looks at itself (an answer, a finished connect) has changed.
     void Changed();
-    void Interrupt(int nSignal);
+    void Interrupt(int signal);
     // Only the first reason is kept.
-    void ReportLost(const std::string& strReason);
+    void ReportLost(const std::string& reason);
     // At most kMaxWaiting wait; what is beyond is dropped, and the first of them logged.
-    void Deliver(SNotification notification);
+    void Deliver(Notification notification);
 
     // --- driving thread ---
 
@@ -49,26 +49,26 @@ public:
     // Forgets a lost connection, so that another one can be watched. The lost one must be closed.
     void ForgetLost();
     std::optional<std::string> Lost() const;
-    std::deque<SNotification> TakeNotifications();
+    std::deque<Notification> TakeNotifications();
 
-    struct SWake {
-        bool bEvent; // something was reported since the last wait
-        bool bInput; // the descriptor can be read without blocking
+    struct Wake {
+        bool event;    // something was reported since the last wait
+        bool hasInput; // the descriptor can be read without blocking
     };
     // Blocks until a report, input or the deadline. A negative descriptor is not looked at.
-    SWake Wait(Clock::time_point deadline, int nInput = -1);
+    Wake Wait(Clock::time_point deadline, int inputNumber = -1);
     // Blocks until the descriptor can be written, or until a signal has come; false when it cannot.
-    bool WaitForOutput(int nOutput);
+    bool WaitForOutput(int output);
 
 private:
     static constexpr std::size_t kMaxWaiting = 4096;
 
     mutable CMutex m_lock;
-    int m_nSignal TVWALL_GUARDED_BY(m_lock) = 0;
+    int m_signal TVWALL_GUARDED_BY(m_lock) = 0;
     std::optional<std::string> m_lost TVWALL_GUARDED_BY(m_lock);
-    std::deque<SNotification> m_notifications TVWALL_GUARDED_BY(m_lock);
-    bool m_bDropping TVWALL_GUARDED_BY(m_lock) = false; // since they were last taken
-    int m_nWakeDescriptor;                              // readable while reports have not been seen by Wait
+    std::deque<Notification> m_notifications TVWALL_GUARDED_BY(m_lock);
+    bool m_dropping TVWALL_GUARDED_BY(m_lock) = false; // since they were last taken
+    int m_wakeDescriptor;                              // readable while reports have not been seen by Wait
 };
 
 } // namespace standin_host

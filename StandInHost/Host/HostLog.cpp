@@ -19,7 +19,7 @@ namespace standin_host {
 namespace {
 
 // Standard error, where a line may be being typed.
-class CErrorLinesSink final : public spdlog::sinks::base_sink<CMutex> {
+class ErrorLinesSink final : public spdlog::sinks::base_sink<CMutex> {
     void sink_it_(const spdlog::details::log_msg& message) override
     {
         spdlog::memory_buf_t line;
@@ -29,24 +29,24 @@ class CErrorLinesSink final : public spdlog::sinks::base_sink<CMutex> {
     void flush_() override {}
 };
 
-spdlog::level::level_enum LibraryLevel(ELogLevel level)
+spdlog::level::level_enum LibraryLevel(LogLevel level)
 {
     switch (level) {
-    case ELogLevel::Off:
+    case LogLevel::Off:
         return spdlog::level::off;
-    case ELogLevel::Error:
+    case LogLevel::Error:
         return spdlog::level::err;
-    case ELogLevel::Abnormal:
+    case LogLevel::Abnormal:
         return spdlog::level::warn;
-    case ELogLevel::Normal:
+    case LogLevel::Normal:
         return spdlog::level::info;
-    case ELogLevel::Debug:
+    case LogLevel::Debug:
         break;
     }
     return spdlog::level::debug;
 }
 
-std::shared_ptr<spdlog::logger> MakeLogger(ELogLevel level, spdlog::sink_ptr sink)
+std::shared_ptr<spdlog::logger> MakeLogger(LogLevel level, spdlog::sink_ptr sink)
 {
     auto logger = std::make_shared<spdlog::logger>("host", std::move(sink));
     logger->set_pattern("%H:%M:%S.%e [%l] %v");
@@ -57,55 +57,55 @@ std::shared_ptr<spdlog::logger> MakeLogger(ELogLevel level, spdlog::sink_ptr sin
 
 std::shared_ptr<spdlog::logger>& Logger()
 {
-    static auto s_logger = MakeLogger(ELogLevel::Abnormal, std::make_shared<CErrorLinesSink>());
-    return s_logger;
+    static auto logger = MakeLogger(LogLevel::Abnormal, std::make_shared<ErrorLinesSink>());
+    return logger;
 }
 
-void PluginOutput(ELogLevel level, const char* szText, const char* szSource, int nLine)
+void PluginOutput(LogLevel level, const char* text, const char* source, int lineNumber)
 {
-    Logger()->log(LibraryLevel(level), "{} ({}:{})", tools::OneLine(szText == nullptr ? "" : szText),
-                  szSource == nullptr ? "" : szSource, nLine);
+    Logger()->log(LibraryLevel(level), "{} ({}:{})", tools::OneLine(text == nullptr ? "" : text),
+                  source == nullptr ? "" : source, lineNumber);
 }
 
 } // namespace
 
-void OpenLog(ELogLevel level, const std::string& strFile)
+void OpenLog(LogLevel level, const std::string& path)
 {
-    spdlog::sink_ptr sink = std::make_shared<CErrorLinesSink>();
-    if (!strFile.empty()) {
-        if (!std::ofstream(strFile, std::ios::app)) { // the library would make missing folders
-            throw CUsageError("cannot write the log file " + strFile);
+    spdlog::sink_ptr sink = std::make_shared<ErrorLinesSink>();
+    if (!path.empty()) {
+        if (!std::ofstream(path, std::ios::app)) { // the library would make missing folders
+            throw UsageError("cannot write the log file " + path);
         }
         try {
-            sink = std::make_shared<spdlog::sinks::basic_file_sink_mt>(strFile);
+            sink = std::make_shared<spdlog::sinks::basic_file_sink_mt>(path);
         } catch (const spdlog::spdlog_ex&) {
-            throw CUsageError("cannot write the log file " + strFile);
+            throw UsageError("cannot write the log file " + path);
         }
     }
     Logger() = MakeLogger(level, std::move(sink));
 }
 
-void Log(ELogLevel level, std::string_view text) { Logger()->log(LibraryLevel(level), tools::OneLine(text)); }
+void Log(LogLevel level, std::string_view text) { Logger()->log(LibraryLevel(level), tools::OneLine(text)); }
 
 } // namespace standin_host
 
-using standin_host::ELogLevel;
+using standin_host::LogLevel;
 
 extern "C" {
 
-HOST_EXPORT void SHARESDK_NormalOutput(const char* szText, const char* szSource, int nLine)
+HOST_EXPORT void SHARESDK_NormalOutput(const char* text, const char* source, int lineNumber)
 {
-    standin_host::PluginOutput(ELogLevel::Normal, szText, szSource, nLine);
+    standin_host::PluginOutput(LogLevel::Normal, text, source, lineNumber);
 }
 
-HOST_EXPORT void SHARESDK_AbnormalOutput(const char* szText, const char* szSource, int nLine)
+HOST_EXPORT void SHARESDK_AbnormalOutput(const char* text, const char* source, int lineNumber)
 {
-    standin_host::PluginOutput(ELogLevel::Abnormal, szText, szSource, nLine);
+    standin_host::PluginOutput(LogLevel::Abnormal, text, source, lineNumber);
 }
 
-HOST_EXPORT void SHARESDK_DebugOutput(const char* szText, const char* szSource, int nLine)
+HOST_EXPORT void SHARESDK_DebugOutput(const char* text, const char* source, int lineNumber)
 {
-    standin_host::PluginOutput(ELogLevel::Debug, szText, szSource, nLine);
+    standin_host::PluginOutput(LogLevel::Debug, text, source, lineNumber);
 }
 
 } // extern "C"

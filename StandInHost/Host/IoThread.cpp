@@ -12,50 +12,50 @@
 
 namespace standin_host {
 
-CIoThread::CIoThread() : m_thread([this] { Run(); }) {}
+IoThread::IoThread() : m_thread([this] { Run(); }) {}
 
-CIoThread::~CIoThread()
+IoThread::~IoThread()
 {
     m_context.stop();
     m_thread.join();
 }
 
-void CIoThread::WatchSignals(std::function<void(int)> handler)
+void IoThread::WatchSignals(std::function<void(int)> handler)
 {
     m_signals.add(SIGINT);
     m_signals.add(SIGTERM);
-    for (const int nSignal : {SIGHUP, SIGQUIT}) {
+    for (const int signal : {SIGHUP, SIGQUIT}) {
         struct sigaction before {};
-        if (::sigaction(nSignal, nullptr, &before) == 0 && before.sa_handler != SIG_IGN) {
-            m_signals.add(nSignal);
+        if (::sigaction(signal, nullptr, &before) == 0 && before.sa_handler != SIG_IGN) {
+            m_signals.add(signal);
         }
     }
     AwaitSignal(std::move(handler));
 }
 
-void CIoThread::Run()
+void IoThread::Run()
 {
     while (!m_context.stopped()) {
         try {
             m_context.run();
         } catch (const std::exception& error) {
-            Log(ELogLevel::Error, std::string("receive thread: ") + error.what());
+            Log(LogLevel::Error, std::string("receive thread: ") + error.what());
         }
     }
 }
 
-void CIoThread::AwaitSignal(std::function<void(int)> handler)
+void IoThread::AwaitSignal(std::function<void(int)> handler)
 {
-    m_signals.async_wait([this, handler = std::move(handler)](const asio::error_code& error, int nSignal) {
+    m_signals.async_wait([this, handler = std::move(handler)](const asio::error_code& error, int signal) {
         if (!error) {
-            handler(nSignal);
+            handler(signal);
             AwaitSignal(handler);
         }
     });
 }
 
 // Shared with the pending handler, so that a cancelled timer's last handler still finds its lock.
-struct CPeriodicTimer::SState : std::enable_shared_from_this<SState> {
+struct PeriodicTimer::SState : std::enable_shared_from_this<SState> {
     SState(asio::io_context& context, std::chrono::milliseconds pace, std::function<void()> task)
         : timer(context), period(pace), function(std::move(task))
     {
@@ -66,7 +66,7 @@ struct CPeriodicTimer::SState : std::enable_shared_from_this<SState> {
         timer.expires_after(period);
         timer.async_wait([self = shared_from_this()](const asio::error_code& error) {
             const TMutexGuard guard(self->lock);
-            if (!error && !self->bStopped) {
+            if (!error && !self->stopped) {
                 self->function();
                 self->Arm();
             }
@@ -77,23 +77,23 @@ struct CPeriodicTimer::SState : std::enable_shared_from_this<SState> {
     const std::chrono::milliseconds period;
     const std::function<void()> function;
     CMutex lock; // held while the function runs
-    bool bStopped TVWALL_GUARDED_BY(lock) = false;
+    bool stopped TVWALL_GUARDED_BY(lock) = false;
 };
 
-CPeriodicTimer::CPeriodicTimer(CIoThread& thread, std::chrono::milliseconds period,
-                               std::function<void()> function)
-    : m_pState(std::make_shared<SState>(thread.Context(), period, std::move(function)))
+PeriodicTimer::PeriodicTimer(IoThread& thread, std::chrono::milliseconds period,
+                             std::function<void()> function)
+    : m_state(std::make_shared<SState>(thread.Context(), period, std::move(function)))
 {
-    asio::post(thread.Context(), [pState = m_pState] { pState->Arm(); });
+    asio::post(thread.Context(), [state = m_state] { state->Arm(); });
 }
 
-CPeriodicTimer::~CPeriodicTimer()
+PeriodicTimer::~PeriodicTimer()
 {
     {
-        const TMutexGuard guard(m_pState->lock);
-        m_pState->bStopped = true;
+        const TMutexGuard guard(m_state->lock);
+        m_state->stopped = true;
     }
-    asio::post(m_pState->timer.get_executor(), [pState = m_pState] { pState->timer.cancel(); });
+    asio::post(m_state->timer.get_executor(), [state = m_state] { state->timer.cancel(); });
 }
 
 } // namespace standin_host

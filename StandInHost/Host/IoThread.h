@@ -12,12 +12,12 @@
 namespace standin_host {
 
 // The host's receive thread: it runs every socket, timer and signal handler. It outlives all that use it.
-class CIoThread {
+class IoThread {
 public:
-    CIoThread();
-    ~CIoThread(); // pending handlers are dropped
-    CIoThread(const CIoThread&) = delete;
-    CIoThread& operator=(const CIoThread&) = delete;
+    IoThread();
+    ~IoThread(); // pending handlers are dropped
+    IoThread(const IoThread&) = delete;
+    IoThread& operator=(const IoThread&) = delete;
 
     asio::io_context& Context() { return m_context; }
     // From now on SIGINT, SIGTERM, SIGHUP and SIGQUIT do not end the process; the handler gets their number
@@ -35,18 +35,18 @@ private:
 };
 
 // Calls a function on the receive thread at a steady pace.
-class CPeriodicTimer {
+class PeriodicTimer {
 public:
-    CPeriodicTimer(CIoThread& thread, std::chrono::milliseconds period, std::function<void()> function);
+    PeriodicTimer(IoThread& thread, std::chrono::milliseconds period, std::function<void()> function);
     // After it has returned, the function is not running and is not called any more. Not to be called by the
     // function itself.
-    ~CPeriodicTimer();
-    CPeriodicTimer(const CPeriodicTimer&) = delete;
-    CPeriodicTimer& operator=(const CPeriodicTimer&) = delete;
+    ~PeriodicTimer();
+    PeriodicTimer(const PeriodicTimer&) = delete;
+    PeriodicTimer& operator=(const PeriodicTimer&) = delete;
 
 private:
     struct SState;
-    std::shared_ptr<SState> m_pState;
+    std::shared_ptr<SState> m_state;
 };
 
 } // namespace standin_host

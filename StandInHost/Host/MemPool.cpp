@@ -9,158 +9,158 @@
 
 namespace standin_host {
 
-CMemPool& CMemPool::Instance()
+MemPool& MemPool::Instance()
 {
-    static CMemPool s_pool;
-    return s_pool;
+    static MemPool pool;
+    return pool;
 }
 
-const char* CMemPool::New(std::string_view bytes)
+const char* MemPool::New(std::string_view bytes)
 {
-    auto buffer = std::make_unique<SBuffer>();
-    buffer->strBytes = bytes;
-    const char* hBuffer = reinterpret_cast<const char*>(buffer.get());
+    auto buffer = std::make_unique<Buffer>();
+    buffer->content = bytes;
+    const char* handle = reinterpret_cast<const char*>(buffer.get());
     const TMutexGuard guard(m_lock);
-    Reserve(sizeof(SBuffer) + bytes.size());
-    m_buffers.emplace(hBuffer, std::move(buffer));
-    return hBuffer;
+    Reserve(sizeof(Buffer) + bytes.size());
+    m_buffers.emplace(handle, std::move(buffer));
+    return handle;
 }
 
-void CMemPool::AddRef(const char* hBuffer)
+void MemPool::AddRef(const char* handle)
 {
     const TMutexGuard guard(m_lock);
-    if (SBuffer* pBuffer = Find(hBuffer, "AddRef")) {
-        ++pBuffer->nReferences;
+    if (Buffer* bufferPointer = Find(handle, "AddRef")) {
+        ++bufferPointer->references;
     }
 }
 
-void CMemPool::Delete(const char* hBuffer)
+void MemPool::Delete(const char* handle)
 {
     const TMutexGuard guard(m_lock);
-    SBuffer* pBuffer = Find(hBuffer, "Delete");
-    if (pBuffer != nullptr && --pBuffer->nReferences == 0) {
-        m_nBytes -= sizeof(SBuffer) + pBuffer->strBytes.size();
-        m_buffers.erase(hBuffer);
+    Buffer* bufferPointer = Find(handle, "Delete");
+    if (bufferPointer != nullptr && --bufferPointer->references == 0) {
+        m_bytes -= sizeof(Buffer) + bufferPointer->content.size();
+        m_buffers.erase(handle);
     }
 }
 
-std::string_view CMemPool::Bytes(const char* hBuffer)
+std::string_view MemPool::Bytes(const char* handle)
 {
     const TMutexGuard guard(m_lock);
-    SBuffer* pBuffer = Find(hBuffer, "Bytes");
-    return pBuffer == nullptr ? std::string_view() : pBuffer->strBytes;
+    Buffer* bufferPointer = Find(handle, "Bytes");
+    return bufferPointer == nullptr ? std::string_view() : bufferPointer->content;
 }
 
-bool CMemPool::Append(const char* hBuffer, std::string_view bytes)
+bool MemPool::Append(const char* handle, std::string_view bytes)
 {
     const TMutexGuard guard(m_lock);
-    SBuffer* pBuffer = Find(hBuffer, "Append");
-    if (pBuffer == nullptr) {
+    Buffer* bufferPointer = Find(handle, "Append");
+    if (bufferPointer == nullptr) {
         return false;
     }
     Reserve(bytes.size());
-    pBuffer->strBytes.append(bytes);
+    bufferPointer->content.append(bytes);
     return true;
 }
 
-void CMemPool::TruncateFront(const char* hBuffer, std::size_t nLen)
+void MemPool::TruncateFront(const char* handle, std::size_t len)
 {
     const TMutexGuard guard(m_lock);
-    if (SBuffer* pBuffer = Find(hBuffer, "TruncateFront")) {
-        nLen = std::min(nLen, pBuffer->strBytes.size());
-        pBuffer->strBytes.erase(0, nLen);
-        m_nBytes -= nLen;
+    if (Buffer* bufferPointer = Find(handle, "TruncateFront")) {
+        len = std::min(len, bufferPointer->content.size());
+        bufferPointer->content.erase(0, len);
+        m_bytes -= len;
     }
 }
 
-void CMemPool::TruncateBack(const char* hBuffer, std::size_t nLen)
+void MemPool::TruncateBack(const char* handle, std::size_t len)
 {
     const TMutexGuard guard(m_lock);
-    if (SBuffer* pBuffer = Find(hBuffer, "TruncateBack")) {
-        nLen = std::min(nLen, pBuffer->strBytes.size());
-        pBuffer->strBytes.resize(pBuffer->strBytes.size() - nLen);
-        m_nBytes -= nLen;
+    if (Buffer* bufferPointer = Find(handle, "TruncateBack")) {
+        len = std::min(len, bufferPointer->content.size());
+        bufferPointer->content.resize(bufferPointer->content.size() - len);
+        m_bytes -= len;
     }
 }
 
-std::size_t CMemPool::LiveBuffers() const
+std::size_t MemPool::LiveBuffers() const
 {
     const TMutexGuard guard(m_lock);
     return m_buffers.size();
 }
 
-std::size_t CMemPool::WrongHandles() const
+std::size_t MemPool::WrongHandles() const
 {
     const TMutexGuard guard(m_lock);
-    return m_nWrongHandles;
+    return m_wrongHandles;
 }
 
-void CMemPool::Reserve(std::size_t nBytes)
+void MemPool::Reserve(std::size_t bytes)
 {
-    if (nBytes > kMaxBytes - m_nBytes) {
-        Log(ELogLevel::Error, "memory pool: more than 128 MiB are not given");
+    if (bytes > kMaxBytes - m_bytes) {
+        Log(LogLevel::Error, "memory pool: more than 128 MiB are not given");
         throw std::bad_alloc();
     }
-    m_nBytes += nBytes;
+    m_bytes += bytes;
 }
 
-CMemPool::SBuffer* CMemPool::Find(const char* hBuffer, const char* szOperation)
+MemPool::Buffer* MemPool::Find(const char* handle, const char* operation)
 {
-    const auto it = m_buffers.find(hBuffer);
+    const auto it = m_buffers.find(handle);
     if (it != m_buffers.end()) {
         return it->second.get();
     }
-    ++m_nWrongHandles;
-    Log(ELogLevel::Error, std::string("memory pool: ") + szOperation + " on a handle that is not alive");
+    ++m_wrongHandles;
+    Log(LogLevel::Error, std::string("memory pool: ") + operation + " on a handle that is not alive");
     return nullptr;
 }
 
 } // namespace standin_host
 
-using standin_host::CMemPool;
+using standin_host::MemPool;
 
 extern "C" {
 
-HOST_EXPORT char* MEM_POOL_New(const char* pData, unsigned long nLen)
+HOST_EXPORT char* MEM_POOL_New(const char* data, unsigned long len)
 {
     try {
-        return const_cast<char*>(CMemPool::Instance().New({pData, nLen}));
+        return const_cast<char*>(MemPool::Instance().New({data, len}));
     } catch (const std::exception&) {
         return nullptr;
     }
 }
 
-HOST_EXPORT void MEM_POOL_AddRef(const char* hBuffer) { CMemPool::Instance().AddRef(hBuffer); }
+HOST_EXPORT void MEM_POOL_AddRef(const char* handle) { MemPool::Instance().AddRef(handle); }
 
-HOST_EXPORT void MEM_POOL_Delete(const char* hBuffer) { CMemPool::Instance().Delete(hBuffer); }
+HOST_EXPORT void MEM_POOL_Delete(const char* handle) { MemPool::Instance().Delete(handle); }
 
-HOST_EXPORT const char* MEM_POOL_GetData(const char* hBuffer)
+HOST_EXPORT const char* MEM_POOL_GetData(const char* handle)
 {
-    return CMemPool::Instance().Bytes(hBuffer).data();
+    return MemPool::Instance().Bytes(handle).data();
 }
 
-HOST_EXPORT unsigned long MEM_POOL_GetLen(const char* hBuffer)
+HOST_EXPORT unsigned long MEM_POOL_GetLen(const char* handle)
 {
-    return CMemPool::Instance().Bytes(hBuffer).size();
+    return MemPool::Instance().Bytes(handle).size();
 }
 
-HOST_EXPORT bool MEM_POOL_Append(const char* hBuffer, const char* pData, unsigned long nLen)
+HOST_EXPORT bool MEM_POOL_Append(const char* handle, const char* data, unsigned long len)
 {
     try {
-        return CMemPool::Instance().Append(hBuffer, {pData, nLen});
+        return MemPool::Instance().Append(handle, {data, len});
     } catch (const std::exception&) {
         return false;
     }
 }
 
-HOST_EXPORT void MEM_POOL_TruncateFront(const char* hBuffer, unsigned long nLen)
+HOST_EXPORT void MEM_POOL_TruncateFront(const char* handle, unsigned long len)
 {
-    CMemPool::Instance().TruncateFront(hBuffer, nLen);
+    MemPool::Instance().TruncateFront(handle, len);
 }
 
-HOST_EXPORT void MEM_POOL_TruncateBack(const char* hBuffer, unsigned long nLen)
+HOST_EXPORT void MEM_POOL_TruncateBack(const char* handle, unsigned long len)
 {
-    CMemPool::Instance().TruncateBack(hBuffer, nLen);
+    MemPool::Instance().TruncateBack(handle, len);
 }
 
 } // extern "C"

@@ -13,39 +13,39 @@ namespace standin_host {
 // reported and counted, and the operation does nothing, so that a wrong plug-in cannot corrupt the host. What
 // would make the pool larger than kMaxBytes is refused, so that a decoder that never ends a message cannot
 // fill the memory.
-class CMemPool {
+class MemPool {
 public:
-    static CMemPool& Instance();
+    static MemPool& Instance();
 
     static constexpr std::size_t kMaxBytes = 128UL * 1024 * 1024;
 
     const char* New(std::string_view bytes); // one reference; throws std::bad_alloc
-    void AddRef(const char* hBuffer);
-    void Delete(const char* hBuffer);
+    void AddRef(const char* handle);
+    void Delete(const char* handle);
     // The bytes stay where they are until the buffer is changed or given back.
-    std::string_view Bytes(const char* hBuffer);
-    bool Append(const char* hBuffer, std::string_view bytes); // throws std::bad_alloc
-    void TruncateFront(const char* hBuffer, std::size_t nLen);
-    void TruncateBack(const char* hBuffer, std::size_t nLen);
+    std::string_view Bytes(const char* handle);
+    bool Append(const char* handle, std::string_view bytes); // throws std::bad_alloc
+    void TruncateFront(const char* handle, std::size_t len);
+    void TruncateBack(const char* handle, std::size_t len);
 
     std::size_t LiveBuffers() const;
     std::size_t WrongHandles() const; // operations on handles that named no live buffer, so far
 
 private:
-    struct SBuffer {
-        std::string strBytes;
-        unsigned long nReferences = 1;
+    struct Buffer {
+        std::string content;
+        unsigned long references = 1;
     };
 
-    // Takes room for nBytes more; throws std::bad_alloc.
-    void Reserve(std::size_t nBytes) TVWALL_REQUIRES(m_lock);
-    SBuffer* Find(const char* hBuffer, const char* szOperation) TVWALL_REQUIRES(m_lock);
+    // Takes room for bytes more; throws std::bad_alloc.
+    void Reserve(std::size_t byteCount) TVWALL_REQUIRES(m_lock);
+    Buffer* Find(const char* handle, const char* operation) TVWALL_REQUIRES(m_lock);
 
     mutable CMutex m_lock;
     // The key is the buffer's address.
-    std::unordered_map<const char*, std::unique_ptr<SBuffer>> m_buffers TVWALL_GUARDED_BY(m_lock);
-    std::size_t m_nBytes TVWALL_GUARDED_BY(m_lock) = 0; // in all buffers, with what each takes itself
-    std::size_t m_nWrongHandles TVWALL_GUARDED_BY(m_lock) = 0;
+    std::unordered_map<const char*, std::unique_ptr<Buffer>> m_buffers TVWALL_GUARDED_BY(m_lock);
+    std::size_t m_bytes TVWALL_GUARDED_BY(m_lock) = 0; // in all buffers, with what each takes itself
+    std::size_t m_wrongHandles TVWALL_GUARDED_BY(m_lock) = 0;
 };
 
 } // namespace standin_host

@@ -9,36 +9,36 @@
 
 namespace standin_host {
 
-CDecoderNode::CDecoderNode(const GUID& nodeID, std::shared_ptr<CConnection> pConnection, CHostEvents& events)
-    : m_nodeID(nodeID), m_pConnection(std::move(pConnection)), m_events(events)
+DecoderNode::DecoderNode(const GUID& nodeID, std::shared_ptr<Connection> connection, HostEvents& events)
+    : m_nodeID(nodeID), m_connection(std::move(connection)), m_events(events)
 {
 }
 
-void CDecoderNode::DeliverCommand(unsigned int nCmdID, CCmdProcParam* pParam)
+void DecoderNode::DeliverCommand(unsigned int cmdID, CCmdProcParam* param)
 {
     // Plug-in and host are loaded apart, so the parameter's kind is known by the command and not by a cast
     // that checks.
-    if (nCmdID != ORVA_NET_PROTOCOL::KEST_CMD_TVWALL_DECODE_UPDATE || pParam == nullptr) {
-        Log(ELogLevel::Abnormal, "the plug-in delivered an unknown command " + std::to_string(nCmdID));
+    if (cmdID != ORVA_NET_PROTOCOL::KEST_CMD_TVWALL_DECODE_UPDATE || param == nullptr) {
+        Log(LogLevel::Abnormal, "the plug-in delivered an unknown command " + std::to_string(cmdID));
         return;
     }
-    const auto& notification = static_cast<const CCmdProcParamMTvwall&>(*pParam);
-    std::string strData;
+    const auto& notification = static_cast<const CCmdProcParamMTvwall&>(*param);
+    std::string data;
     if (notification.GetData() != nullptr) {
-        strData.assign(notification.GetData(), notification.GetDataLen());
+        data.assign(notification.GetData(), notification.GetDataLen());
     }
-    m_events.Deliver({nCmdID, notification.m_DataTvwallInfo, notification.m_destNodeID, std::move(strData)});
+    m_events.Deliver({cmdID, notification.m_DataTvwallInfo, notification.m_destNodeID, std::move(data)});
 }
 
-bool CDecoderNode::SendData(const void* pData, unsigned long nLen)
+bool DecoderNode::SendData(const void* data, unsigned long len)
 {
-    return m_pConnection->Send({static_cast<const char*>(pData), nLen});
+    return m_connection->Send({static_cast<const char*>(data), len});
 }
 
-void CDecoderNode::Disconnect()
+void DecoderNode::Disconnect()
 {
-    m_bDisconnected = true;
-    m_pConnection->Fail("the plug-in ended the connection");
+    m_disconnected = true;
+    m_connection->Fail("the plug-in ended the connection");
 }
 
 } // namespace standin_host

@@ -7,28 +7,28 @@
 
 namespace standin_host {
 
-class CConnection;
-class CHostEvents;
+class Connection;
+class HostEvents;
 
 // The host's node for one decoder: its identifier and its connection.
-class CDecoderNode final : public CNetNode {
+class DecoderNode final : public CNetNode {
 public:
-    CDecoderNode(const GUID& nodeID, std::shared_ptr<CConnection> pConnection, CHostEvents& events);
-    CDecoderNode(const CDecoderNode&) = delete;
-    CDecoderNode& operator=(const CDecoderNode&) = delete;
+    DecoderNode(const GUID& nodeID, std::shared_ptr<Connection> connection, HostEvents& events);
+    DecoderNode(const DecoderNode&) = delete;
+    DecoderNode& operator=(const DecoderNode&) = delete;
 
-    void DeliverCommand(unsigned int nCmdID, CCmdProcParam* pParam) override;
-    bool SendData(const void* pData, unsigned long nLen) override;
+    void DeliverCommand(unsigned int cmdID, CCmdProcParam* param) override;
+    bool SendData(const void* data, unsigned long len) override;
     // True once the connection has been ended from this side.
-    bool IsDropRecvData() override { return m_bDisconnected; }
+    bool IsDropRecvData() override { return m_disconnected; }
     void Disconnect() override;
     GUID GetNodeID() const override { return m_nodeID; }
 
 private:
     const GUID m_nodeID;
-    const std::shared_ptr<CConnection> m_pConnection;
-    CHostEvents& m_events;
-    std::atomic<bool> m_bDisconnected{false};
+    const std::shared_ptr<Connection> m_connection;
+    HostEvents& m_events;
+    std::atomic<bool> m_disconnected{false};
 };
 
 } // namespace standin_host

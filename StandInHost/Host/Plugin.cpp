@@ -12,64 +12,64 @@ namespace standin_host {
 
 namespace {
 
-constexpr char s_szLibrary[] = "libNetDeviceDECODERDev.so";
+constexpr char kLibrary[] = "libNetDeviceDECODERDev.so";
 
-CPlugin* s_pLoading = nullptr; // the plug-in whose initial entry runs
+Plugin* loading = nullptr; // the plug-in whose initial entry runs
 
 } // namespace
 
-CPlugin::CPlugin(const std::string& strFile)
+Plugin::Plugin(const std::string& file)
 {
     // A path without a slash would be searched for in the system's library folders.
-    const std::string strPath = std::filesystem::absolute(strFile);
-    m_pLibrary.reset(::dlopen(strPath.c_str(), RTLD_NOW | RTLD_LOCAL));
-    if (m_pLibrary == nullptr) {
-        throw CUsageError(std::string("cannot load the plug-in: ") + ::dlerror());
+    const std::string path = std::filesystem::absolute(file);
+    m_library.reset(::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
+    if (m_library == nullptr) {
+        throw UsageError(std::string("cannot load the plug-in: ") + ::dlerror());
     }
-    const auto pInitial = reinterpret_cast<EntryInitial>(Entry(strFile, "NET_DEV_DECODERDEVSDK_Initial"));
-    m_pQuit = reinterpret_cast<EntryQuit>(Entry(strFile, "NET_DEV_DECODERDEVSDK_Quit"));
-    s_pLoading = this;
-    const int nResult = pInitial();
-    s_pLoading = nullptr;
-    if (nResult != 0 || !m_prototypes.contains(kDecoderDeviceType)) {
-        throw CUsageError("the plug-in " + strFile + " registers no decoder");
+    const auto initial = reinterpret_cast<EntryInitial>(Entry(path, "NET_DEV_DECODERDEVSDK_Initial"));
+    m_quit = reinterpret_cast<EntryQuit>(Entry(path, "NET_DEV_DECODERDEVSDK_Quit"));
+    loading = this;
+    const int result = initial();
+    loading = nullptr;
+    if (result != 0 || !m_prototypes.contains(kDecoderDeviceType)) {
+        throw UsageError("the plug-in " + path + " registers no decoder");
     }
 }
 
-CPlugin::~CPlugin()
+Plugin::~Plugin()
 {
     m_prototypes.clear();
-    m_pQuit();
+    m_quit();
 }
 
-std::unique_ptr<CNetProtocolProc> CPlugin::CreateProcessor() const
+std::unique_ptr<CNetProtocolProc> Plugin::CreateProcessor() const
 {
     return std::unique_ptr<CNetProtocolProc>(m_prototypes.at(kDecoderDeviceType)->CreateSelf());
 }
 
-int CPlugin::Register(unsigned int nType, CNetProtocolProc* pPrototype)
+int Plugin::Register(unsigned int type, CNetProtocolProc* prototype)
 {
-    if (pPrototype == nullptr) {
+    if (prototype == nullptr) {
         return -1;
     }
     // The plug-in's prototype lives during this call only, so the host keeps a processor of its own.
-    std::unique_ptr<CNetProtocolProc> pOwn(pPrototype->CreateSelf());
-    if (pOwn == nullptr) {
+    std::unique_ptr<CNetProtocolProc> own(prototype->CreateSelf());
+    if (own == nullptr) {
         return -1;
     }
-    m_prototypes[nType] = std::move(pOwn);
+    m_prototypes[type] = std::move(own);
     return 0;
 }
 
-void CPlugin::SUnload::operator()(void* pLibrary) const { ::dlclose(pLibrary); }
+void Plugin::Unload::operator()(void* library) const { ::dlclose(library); }
 
-void* CPlugin::Entry(const std::string& strFile, const char* szName) const
+void* Plugin::Entry(const std::string& path, const char* name) const
 {
-    void* pEntry = ::dlsym(m_pLibrary.get(), szName);
-    if (pEntry == nullptr) {
-        throw CUsageError("the plug-in " + strFile + " has no function " + szName);
+    void* entry = ::dlsym(m_library.get(), name);
+    if (entry == nullptr) {
+        throw UsageError("the plug-in " + path + " has no function " + name);
     }
-    return pEntry;
+    return entry;
 }
 
 std::string DefaultPluginFile()
@@ -77,8 +77,8 @@ std::string DefaultPluginFile()
     namespace fs = std::filesystem;
     std::error_code ignored;
     const fs::path folder = fs::read_symlink("/proc/self/exe", ignored).parent_path().parent_path();
-    const fs::path built = folder / "NetDeviceDECODERDev" / s_szLibrary;
-    const fs::path installed = folder / TVWALL_PLUGIN_FOLDER / s_szLibrary;
+    const fs::path built = folder / "NetDeviceDECODERDev" / kLibrary;
+    const fs::path installed = folder / TVWALL_PLUGIN_FOLDER / kLibrary;
     return fs::exists(built, ignored) || !fs::exists(installed, ignored) ? built : installed;
 }
 
@@ -86,10 +86,10 @@ std::string DefaultPluginFile()
 
 extern "C" {
 
-HOST_EXPORT int NET_COMM_RegistDevProtocolProcObject(unsigned int nType, CNetProtocolProc* pPrototype)
+HOST_EXPORT int NET_COMM_RegistDevProtocolProcObject(unsigned int type, CNetProtocolProc* prototype)
 {
-    using standin_host::s_pLoading;
-    return s_pLoading == nullptr ? -1 : s_pLoading->Register(nType, pPrototype);
+    using standin_host::loading;
+    return loading == nullptr ? -1 : loading->Register(type, prototype);
 }
 
 HOST_EXPORT GUID NET_COMM_GetCurrentAppNodeID() { return standin_host::kAppNodeID; }

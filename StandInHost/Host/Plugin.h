@@ -17,34 +17,34 @@ inline constexpr GUID kAppNodeID{
 
 // One loaded plug-in library. It outlives every processor that it has made. Plug-ins are loaded by one thread
 // at a time.
-class CPlugin {
+class Plugin {
 public:
-    // Loads the library and lets it register. Throws CUsageError when the file cannot be loaded, lacks an
+    // Loads the library and lets it register. Throws UsageError when the file cannot be loaded, lacks an
     // entry point, or registers no decoder.
-    explicit CPlugin(const std::string& strFile);
-    ~CPlugin(); // tells the plug-in and unloads it
-    CPlugin(const CPlugin&) = delete;
-    CPlugin& operator=(const CPlugin&) = delete;
+    explicit Plugin(const std::string& path);
+    ~Plugin(); // tells the plug-in and unloads it
+    Plugin(const Plugin&) = delete;
+    Plugin& operator=(const Plugin&) = delete;
 
     // A new processor for one decoder; null when the plug-in gives none.
     std::unique_ptr<CNetProtocolProc> CreateProcessor() const;
 
     // The host's side of the registration, called by the plug-in while it loads: keeps a processor of the
     // prototype's kind. 0 on success, -1 otherwise.
-    int Register(unsigned int nType, CNetProtocolProc* pPrototype);
+    int Register(unsigned int type, CNetProtocolProc* prototype);
 
 private:
     using EntryInitial = int (*)();
     using EntryQuit = void (*)();
 
-    struct SUnload {
-        void operator()(void* pLibrary) const;
+    struct Unload {
+        void operator()(void* library) const;
     };
 
-    void* Entry(const std::string& strFile, const char* szName) const;
+    void* Entry(const std::string& path, const char* name) const;
 
-    std::unique_ptr<void, SUnload> m_pLibrary;
-    EntryQuit m_pQuit = nullptr;
+    std::unique_ptr<void, Unload> m_library;
+    EntryQuit m_quit = nullptr;
     std::map<unsigned int, std::unique_ptr<CNetProtocolProc>> m_prototypes; // by device type
 };
 

@@ -6,88 +6,88 @@
 
 namespace standin_host {
 
-CSocketLayer& CSocketLayer::Instance()
+SocketLayer& SocketLayer::Instance()
 {
-    static CSocketLayer s_layer;
-    return s_layer;
+    static SocketLayer layer;
+    return layer;
 }
 
-int CSocketLayer::Add(std::shared_ptr<CConnection> pConnection)
+int SocketLayer::Add(std::shared_ptr<Connection> connection)
 {
     const TMutexGuard guard(m_lock);
-    m_connections.emplace(++m_nLastHandle, std::move(pConnection));
-    return m_nLastHandle;
+    m_connections.emplace(++m_lastHandle, std::move(connection));
+    return m_lastHandle;
 }
 
-std::shared_ptr<CConnection> CSocketLayer::Find(int nHandle) const
+std::shared_ptr<Connection> SocketLayer::Find(int handle) const
 {
     const TMutexGuard guard(m_lock);
-    const auto it = m_connections.find(nHandle);
+    const auto it = m_connections.find(handle);
     return it == m_connections.end() ? nullptr : it->second;
 }
 
-std::shared_ptr<CConnection> CSocketLayer::Remove(int nHandle)
+std::shared_ptr<Connection> SocketLayer::Remove(int handle)
 {
     const TMutexGuard guard(m_lock);
-    const auto node = m_connections.extract(nHandle);
+    const auto node = m_connections.extract(handle);
     return node.empty() ? nullptr : node.mapped();
 }
 
 } // namespace standin_host
 
-using standin_host::CSocketLayer;
+using standin_host::SocketLayer;
 
 // 0 on success, -1 for a handle that names no connection.
 extern "C" {
 
-HOST_EXPORT int NET_SOCKET_RegisterNode(int hNetCommunication, CSocketDataObserver* pObserver, void* pContext,
+HOST_EXPORT int NET_SOCKET_RegisterNode(int netCommunication, CSocketDataObserver* observer, void* context,
                                         int /*a*/, int /*b*/)
 {
-    const auto pConnection = CSocketLayer::Instance().Find(hNetCommunication);
-    if (pConnection == nullptr || pObserver == nullptr) {
+    const auto connection = SocketLayer::Instance().Find(netCommunication);
+    if (connection == nullptr || observer == nullptr) {
         return -1;
     }
-    pConnection->SetObserver(pObserver, pContext);
+    connection->SetObserver(observer, context);
     return 0;
 }
 
-HOST_EXPORT int NET_SOCKET_UnRegisterNode(int hNetCommunication)
+HOST_EXPORT int NET_SOCKET_UnRegisterNode(int netCommunication)
 {
-    const auto pConnection = CSocketLayer::Instance().Find(hNetCommunication);
-    if (pConnection == nullptr) {
+    const auto connection = SocketLayer::Instance().Find(netCommunication);
+    if (connection == nullptr) {
         return -1;
     }
-    pConnection->ClearObserver();
+    connection->ClearObserver();
     return 0;
 }
 
-HOST_EXPORT int NET_SOCKET_Start(int hNetCommunication)
+HOST_EXPORT int NET_SOCKET_Start(int netCommunication)
 {
-    const auto pConnection = CSocketLayer::Instance().Find(hNetCommunication);
-    if (pConnection == nullptr) {
+    const auto connection = SocketLayer::Instance().Find(netCommunication);
+    if (connection == nullptr) {
         return -1;
     }
-    pConnection->Start(hNetCommunication);
+    connection->Start(netCommunication);
     return 0;
 }
 
-HOST_EXPORT int NET_SOCKET_Stop(int hNetCommunication)
+HOST_EXPORT int NET_SOCKET_Stop(int netCommunication)
 {
-    const auto pConnection = CSocketLayer::Instance().Find(hNetCommunication);
-    if (pConnection == nullptr) {
+    const auto connection = SocketLayer::Instance().Find(netCommunication);
+    if (connection == nullptr) {
         return -1;
     }
-    pConnection->Stop();
+    connection->Stop();
     return 0;
 }
 
-HOST_EXPORT int NET_SOCKET_DestroyHNetCommunication(int hNetCommunication)
+HOST_EXPORT int NET_SOCKET_DestroyHNetCommunication(int netCommunication)
 {
-    const auto pConnection = CSocketLayer::Instance().Remove(hNetCommunication);
-    if (pConnection == nullptr) {
+    const auto connection = SocketLayer::Instance().Remove(netCommunication);
+    if (connection == nullptr) {
         return -1;
     }
-    pConnection->Close();
+    connection->Close();
     return 0;
 }
 

@@ -10,19 +10,19 @@
 namespace standin_host {
 
 // The process's table of connection handles, through which the plug-in names its connection. Thread-safe.
-class CSocketLayer {
+class SocketLayer {
 public:
-    static CSocketLayer& Instance();
+    static SocketLayer& Instance();
 
-    int Add(std::shared_ptr<CConnection> pConnection);    // the new handle, greater than 0
-    std::shared_ptr<CConnection> Find(int nHandle) const; // null when there is none
+    int Add(std::shared_ptr<Connection> connection);    // the new handle, greater than 0
+    std::shared_ptr<Connection> Find(int handle) const; // null when there is none
     // Takes the connection out of the table; null when there is none.
-    std::shared_ptr<CConnection> Remove(int nHandle);
+    std::shared_ptr<Connection> Remove(int handle);
 
 private:
     mutable CMutex m_lock;
-    std::map<int, std::shared_ptr<CConnection>> m_connections TVWALL_GUARDED_BY(m_lock);
-    int m_nLastHandle TVWALL_GUARDED_BY(m_lock) = 0;
+    std::map<int, std::shared_ptr<Connection>> m_connections TVWALL_GUARDED_BY(m_lock);
+    int m_lastHandle TVWALL_GUARDED_BY(m_lock) = 0;
 };
 
 } // namespace standin_host

@@ -14,33 +14,34 @@
 
 namespace scale {
 
-using standin_host::CExitError;
+using standin_host::ExitError;
 
 namespace {
 
-constexpr std::chrono::minutes s_startTimeout{2};
+constexpr std::chrono::minutes kStartTimeout{2};
 constexpr int kExecFailed = 127;
 
 // The program's own words for "listening on ADDRESS:PORT", one decoder a line.
-std::vector<std::string> PortsIn(const std::string& strOutput)
+std::vector<std::string> PortsIn(const std::string& output)
 {
     std::vector<std::string> ports;
-    std::size_t nLine = 0;
-    for (std::size_t nEnd = 0; (nEnd = strOutput.find('\n', nLine)) != std::string::npos; nLine = nEnd + 1) {
-        const std::string strLine = strOutput.substr(nLine, nEnd - nLine);
-        ports.push_back(strLine.substr(strLine.rfind(':') + 1));
+    std::size_t lineNumber = 0;
+    for (std::size_t end = 0; (end = output.find('\n', lineNumber)) != std::string::npos;
+         lineNumber = end + 1) {
+        const std::string lineText = output.substr(lineNumber, end - lineNumber);
+        ports.push_back(lineText.substr(lineText.rfind(':') + 1));
     }
     return ports;
 }
 
 } // namespace
 
-CDecoderProcess::CDecoderProcess(const std::string& strProgram, const std::vector<std::string>& arguments)
-    : m_strProgram(strProgram)
+DecoderProcess::DecoderProcess(const std::string& program, const std::vector<std::string>& arguments)
+    : m_program(program)
 {
-    std::vector<char*> argv = {const_cast<char*>(m_strProgram.c_str())};
-    for (const std::string& strArgument : arguments) {
-        argv.push_back(const_cast<char*>(strArgument.c_str()));
+    std::vector<char*> argv = {const_cast<char*>(m_program.c_str())};
+    for (const std::string& argument : arguments) {
+        argv.push_back(const_cast<char*>(argument.c_str()));
     }
     argv.push_back(nullptr);
     int ends[2];
@@ -56,42 +57,42 @@ CDecoderProcess::CDecoderProcess(const std::string& strProgram, const std::vecto
         ::_exit(kExecFailed);
     }
     ::close(ends[1]);
-    m_nOutput = ends[0];
+    m_output = ends[0];
     if (m_pid < 0) {
-        const int nError = errno;
-        ::close(m_nOutput);
-        throw std::system_error(nError, std::generic_category(), "fork");
+        const int error = errno;
+        ::close(m_output);
+        throw std::system_error(error, std::generic_category(), "fork");
     }
 }
 
-CDecoderProcess::~CDecoderProcess()
+DecoderProcess::~DecoderProcess()
 {
     ::kill(m_pid, SIGTERM);
     ::waitpid(m_pid, nullptr, 0);
-    ::close(m_nOutput);
+    ::close(m_output);
 }
 
-std::vector<std::string> CDecoderProcess::AwaitPorts(std::size_t nDecoders, standin_host::CHostEvents& events)
+std::vector<std::string> DecoderProcess::AwaitPorts(std::size_t decoders, standin_host::HostEvents& events)
 {
-    const auto deadline = standin_host::CHostEvents::Clock::now() + s_startTimeout;
-    std::string strOutput;
+    const auto deadline = standin_host::HostEvents::Clock::now() + kStartTimeout;
+    std::string output;
     std::vector<std::string> ports;
-    while (ports.size() < nDecoders) {
-        if (const int nSignal = events.Interrupted()) {
-            throw CExitError(standin_host::EXIT_SIGNAL_BASE + nSignal, "interrupted");
+    while (ports.size() < decoders) {
+        if (const int signal = events.Interrupted()) {
+            throw ExitError(standin_host::kExitSignalBase + signal, "interrupted");
         }
-        char szChunk[4096];
-        ssize_t nLen = 0;
-        if (events.Wait(deadline, m_nOutput).bInput) {
-            nLen = ::read(m_nOutput, szChunk, sizeof(szChunk));
-        } else if (standin_host::CHostEvents::Clock::now() < deadline) {
+        char chunk[4096];
+        ssize_t len = 0;
+        if (events.Wait(deadline, m_output).hasInput) {
+            len = ::read(m_output, chunk, sizeof(chunk));
+        } else if (standin_host::HostEvents::Clock::now() < deadline) {
             continue;
         }
-        if (nLen <= 0) {
-            throw CExitError(standin_host::EXIT_CONNECTION, "the decoders do not come up: " + m_strProgram);
+        if (len <= 0) {
+            throw ExitError(standin_host::kExitConnection, "the decoders do not come up: " + m_program);
         }
-        strOutput.append(szChunk, static_cast<std::size_t>(nLen));
-        ports = PortsIn(strOutput);
+        output.append(chunk, static_cast<std::size_t>(len));
+        ports = PortsIn(output);
     }
     return ports;
 }

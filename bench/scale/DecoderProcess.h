@@ -7,28 +7,28 @@
 #include <sys/types.h>
 
 namespace standin_host {
-class CHostEvents;
+class HostEvents;
 }
 
 namespace scale {
 
 // The simulated decoders, all of them in one child process. It ends with this object, or with this process.
-class CDecoderProcess {
+class DecoderProcess {
 public:
     // Starts the program. Throws std::system_error when there can be no child.
-    CDecoderProcess(const std::string& strProgram, const std::vector<std::string>& arguments);
-    ~CDecoderProcess();
-    CDecoderProcess(const CDecoderProcess&) = delete;
-    CDecoderProcess& operator=(const CDecoderProcess&) = delete;
+    DecoderProcess(const std::string& program, const std::vector<std::string>& arguments);
+    ~DecoderProcess();
+    DecoderProcess(const DecoderProcess&) = delete;
+    DecoderProcess& operator=(const DecoderProcess&) = delete;
 
-    // Waits until so many decoders listen and returns their ports. Throws CExitError when they do not come
+    // Waits until so many decoders listen and returns their ports. Throws ExitError when they do not come
     // up, and after a signal.
-    std::vector<std::string> AwaitPorts(std::size_t nDecoders, standin_host::CHostEvents& events);
+    std::vector<std::string> AwaitPorts(std::size_t decoders, standin_host::HostEvents& events);
 
 private:
-    const std::string m_strProgram;
+    const std::string m_program;
     pid_t m_pid = -1;
-    int m_nOutput = -1; // its standard output
+    int m_output = -1; // its standard output
 };
 
 } // namespace scale

@@ -8,21 +8,21 @@
 
 // The C library's own functions, behind the ones that are replaced here.
 extern "C" {
-void* __libc_malloc(std::size_t nLen);
-void* __libc_calloc(std::size_t nCount, std::size_t nLen);
-void* __libc_realloc(void* pBlock, std::size_t nLen);
-void* __libc_memalign(std::size_t nAlignment, std::size_t nLen);
-void __libc_free(void* pBlock);
+void* __libc_malloc(std::size_t len);
+void* __libc_calloc(std::size_t count, std::size_t len);
+void* __libc_realloc(void* block, std::size_t len);
+void* __libc_memalign(std::size_t alignment, std::size_t len);
+void __libc_free(void* block);
 }
 
 namespace {
 
-constinit std::atomic<std::size_t> s_nInUse{0};
+constinit std::atomic<std::size_t> nInUse{0};
 
-void* Counted(void* pBlock)
+void* Counted(void* block)
 {
-    s_nInUse.fetch_add(malloc_usable_size(pBlock), std::memory_order_relaxed);
-    return pBlock;
+    nInUse.fetch_add(malloc_usable_size(block), std::memory_order_relaxed);
+    return block;
 }
 
 } // namespace
@@ -31,53 +31,53 @@ void* Counted(void* pBlock)
 
 extern "C" {
 
-REPLACES_LIBRARY void* malloc(std::size_t nLen) noexcept { return Counted(__libc_malloc(nLen)); }
+REPLACES_LIBRARY void* malloc(std::size_t len) noexcept { return Counted(__libc_malloc(len)); }
 
-REPLACES_LIBRARY void* calloc(std::size_t nCount, std::size_t nLen) noexcept
+REPLACES_LIBRARY void* calloc(std::size_t count, std::size_t len) noexcept
 {
-    return Counted(__libc_calloc(nCount, nLen));
+    return Counted(__libc_calloc(count, len));
 }
 
-REPLACES_LIBRARY void* realloc(void* pBlock, std::size_t nLen) noexcept
+REPLACES_LIBRARY void* realloc(void* block, std::size_t len) noexcept
 {
-    const std::size_t nBefore = malloc_usable_size(pBlock);
-    void* pMoved = __libc_realloc(pBlock, nLen);
-    if (pMoved != nullptr || nLen == 0) {
-        s_nInUse.fetch_sub(nBefore, std::memory_order_relaxed);
+    const std::size_t before = malloc_usable_size(block);
+    void* moved = __libc_realloc(block, len);
+    if (moved != nullptr || len == 0) {
+        nInUse.fetch_sub(before, std::memory_order_relaxed);
     }
-    return Counted(pMoved);
+    return Counted(moved);
 }
 
-REPLACES_LIBRARY void* memalign(std::size_t nAlignment, std::size_t nLen) noexcept
+REPLACES_LIBRARY void* memalign(std::size_t alignment, std::size_t len) noexcept
 {
-    return Counted(__libc_memalign(nAlignment, nLen));
+    return Counted(__libc_memalign(alignment, len));
 }
 
-REPLACES_LIBRARY void* aligned_alloc(std::size_t nAlignment, std::size_t nLen) noexcept
+REPLACES_LIBRARY void* aligned_alloc(std::size_t alignment, std::size_t len) noexcept
 {
-    return Counted(__libc_memalign(nAlignment, nLen));
+    return Counted(__libc_memalign(alignment, len));
 }
 
-REPLACES_LIBRARY int posix_memalign(void** ppBlock, std::size_t nAlignment, std::size_t nLen) noexcept
+REPLACES_LIBRARY int posix_memalign(void** ppBlock, std::size_t alignment, std::size_t len) noexcept
 {
-    void* pBlock = Counted(__libc_memalign(nAlignment, nLen));
-    if (pBlock == nullptr) {
+    void* block = Counted(__libc_memalign(alignment, len));
+    if (block == nullptr) {
         return ENOMEM;
     }
-    *ppBlock = pBlock;
+    *ppBlock = block;
     return 0;
 }
 
-REPLACES_LIBRARY void free(void* pBlock) noexcept
+REPLACES_LIBRARY void free(void* block) noexcept
 {
-    s_nInUse.fetch_sub(malloc_usable_size(pBlock), std::memory_order_relaxed);
-    __libc_free(pBlock);
+    nInUse.fetch_sub(malloc_usable_size(block), std::memory_order_relaxed);
+    __libc_free(block);
 }
 
 } // extern "C"
 
 namespace scale {
 
-std::size_t HeapInUse() { return s_nInUse.load(std::memory_order_relaxed); }
+std::size_t HeapInUse() { return nInUse.load(std::memory_order_relaxed); }
 
 } // namespace scale

@@ -9,23 +9,23 @@ namespace scale {
 
 // Counts durations in microseconds, in buckets of some 3 percent. Its size is fixed, so that a run of any
 // length does not grow by its own records. Any thread may record.
-class CLatencyHistogram {
+class LatencyHistogram {
 public:
-    void Record(uint64_t nMicroseconds);
+    void Record(uint64_t microseconds);
     // Adds the counts of another one and empties that.
-    void Take(CLatencyHistogram& other);
+    void Take(LatencyHistogram& other);
 
     uint64_t Count() const;
     // The upper end of the bucket that holds the given share of all, 0 to 1; 0 when there are none.
-    uint64_t Percentile(double dShare) const;
+    uint64_t Percentile(double share) const;
 
 private:
     // Each power of two is cut into that many buckets.
     static constexpr unsigned int kStepBits = 5;
     static constexpr std::size_t kBuckets = std::size_t{64 - kStepBits + 1} << kStepBits;
 
-    static std::size_t Bucket(uint64_t nValue);
-    static uint64_t UpperEnd(std::size_t nBucket);
+    static std::size_t Bucket(uint64_t value);
+    static uint64_t UpperEnd(std::size_t bucket);
 
     std::array<std::atomic<uint64_t>, kBuckets> m_counts{};
 };

@@ -9,73 +9,72 @@ namespace scale {
 
 namespace {
 
-constexpr std::chrono::milliseconds s_pollingStep{100};
+constexpr std::chrono::milliseconds pollingStep{100};
 
 } // namespace
 
-CLoadCommand::CLoadCommand(unsigned int nCmdID, STally& tally) : m_nCmdID(nCmdID), m_tally(tally)
+LoadCommand::LoadCommand(unsigned int cmdID, Tally& tally) : m_cmdID(cmdID), m_tally(tally)
 {
-    ++m_tally.nQueued;
+    ++m_tally.queued;
 }
 
-CLoadCommand::CLoadCommand(unsigned int nCmdID, STally& tally, std::optional<std::vector<uint8_t>> answer)
-    : m_nCmdID(nCmdID), m_tally(tally), m_bChecked(true), m_answer(std::move(answer))
+LoadCommand::LoadCommand(unsigned int cmdID, Tally& tally, std::optional<std::vector<uint8_t>> answer)
+    : m_cmdID(cmdID), m_tally(tally), m_checked(true), m_answer(std::move(answer))
 {
-    ++m_tally.nQueued;
+    ++m_tally.queued;
 }
 
-CLoadCommand::~CLoadCommand()
+LoadCommand::~LoadCommand()
 {
-    if (!m_bAnswered) {
-        ++m_tally.nLost;
+    if (!m_answered) {
+        ++m_tally.lost;
     }
-    ++m_tally.nFinished;
+    ++m_tally.finished;
     if (m_tally.UnderWay() == 0) {
         m_tally.events.Changed();
     }
 }
 
-void CLoadCommand::AddReference(int /*nHolderTag*/) { ++m_nReferences; }
+void LoadCommand::AddReference(int /*holderTag*/) { ++m_references; }
 
-void CLoadCommand::DecReference(int /*nHolderTag*/)
+void LoadCommand::DecReference(int /*holderTag*/)
 {
-    if (--m_nReferences == 0) {
+    if (--m_references == 0) {
         delete this;
     }
 }
 
-void CLoadCommand::ReplyRecord(const ORVA_NET_PROTOCOL::_kest_net_reply& reply)
+void LoadCommand::ReplyRecord(const ORVA_NET_PROTOCOL::_kest_net_reply& reply)
 {
     switch (reply.dwResult) {
     case ORVA_NET_PROTOCOL::KEST_RESULT_DEVICE_ERROR:
-        Count(m_bChecked && !m_answer ? m_tally.nDone : m_tally.nRefused);
+        Count(m_checked && !m_answer ? m_tally.done : m_tally.refused);
         break;
     case ORVA_NET_PROTOCOL::KEST_RESULT_TIMEOUT:
-        Count(m_tally.nTimedOut);
+        Count(m_tally.timedOut);
         break;
     default:
-        Count(m_tally.nOtherFailures);
+        Count(m_tally.otherFailures);
     }
 }
 
-void CLoadCommand::ReplyBuffer(const char* pData, unsigned long nLen)
+void LoadCommand::ReplyBuffer(const char* data, unsigned long len)
 {
-    const bool bOwn =
-        !m_bChecked ||
-        (m_answer && std::equal(m_answer->begin(), m_answer->end(), pData, pData + nLen,
-                                [](uint8_t a, char b) { return a == static_cast<uint8_t>(b); }));
-    Count(bOwn ? m_tally.nDone : m_tally.nForeign);
+    const bool own = !m_checked ||
+                     (m_answer && std::equal(m_answer->begin(), m_answer->end(), data, data + len,
+                                             [](uint8_t a, char b) { return a == static_cast<uint8_t>(b); }));
+    Count(own ? m_tally.done : m_tally.foreign);
 }
 
-void CLoadCommand::Count(std::atomic<uint64_t>& kind)
+void LoadCommand::Count(std::atomic<uint64_t>& kind)
 {
-    if (m_bAnswered.exchange(true)) {
-        ++m_tally.nDoubled;
+    if (m_answered.exchange(true)) {
+        ++m_tally.doubled;
         return;
     }
     ++kind;
     const auto latency = std::chrono::duration_cast<std::chrono::microseconds>(
-        std::chrono::steady_clock::now() - m_queued - s_pollingStep);
+        std::chrono::steady_clock::now() - m_queued - pollingStep);
     m_tally.latency.Record(static_cast<uint64_t>(std::max<decltype(latency.count())>(latency.count(), 0)));
 }
 

@@ -10,66 +10,66 @@
 #include "LatencyHistogram.h"
 
 namespace standin_host {
-class CHostEvents;
+class HostEvents;
 }
 
 namespace scale {
 
 // What became of the commands of one phase. Any thread counts; the events hear when none is under way any
 // more.
-struct STally {
-    explicit STally(standin_host::CHostEvents& hostEvents) : events(hostEvents) {}
+struct Tally {
+    explicit Tally(standin_host::HostEvents& hostEvents) : events(hostEvents) {}
 
-    uint64_t UnderWay() const { return nQueued - nFinished; }
-    uint64_t Answered() const { return nDone + nRefused + nTimedOut + nOtherFailures + nForeign; }
+    uint64_t UnderWay() const { return queued - finished; }
+    uint64_t Answered() const { return done + refused + timedOut + otherFailures + foreign; }
 
-    standin_host::CHostEvents& events;
-    std::atomic<uint64_t> nQueued{0};
-    std::atomic<uint64_t> nFinished{0}; // nobody holds the command any more
+    standin_host::HostEvents& events;
+    std::atomic<uint64_t> queued{0};
+    std::atomic<uint64_t> finished{0}; // nobody holds the command any more
     // The first answer of each command is one of these.
-    std::atomic<uint64_t> nDone{0};     // with the answer that belongs to the command
-    std::atomic<uint64_t> nRefused{0};  // by the decoder, which should not have
-    std::atomic<uint64_t> nTimedOut{0}; // the plug-in saw no reply
-    std::atomic<uint64_t> nOtherFailures{0};
-    std::atomic<uint64_t> nForeign{0}; // answered as another command should be
-    std::atomic<uint64_t> nLost{0};    // finished without an answer
-    std::atomic<uint64_t> nDoubled{0}; // further answers
+    std::atomic<uint64_t> done{0};     // with the answer that belongs to the command
+    std::atomic<uint64_t> refused{0};  // by the decoder, which should not have
+    std::atomic<uint64_t> timedOut{0}; // the plug-in saw no reply
+    std::atomic<uint64_t> otherFailures{0};
+    std::atomic<uint64_t> foreign{0}; // answered as another command should be
+    std::atomic<uint64_t> lost{0};    // finished without an answer
+    std::atomic<uint64_t> doubled{0}; // further answers
     // From queueing to answer, without the one polling step that every command takes.
-    CLatencyHistogram latency;
+    LatencyHistogram latency;
 };
 
 // A host command that wants an answer and tallies it. Lives as long as somebody holds a reference.
-class CLoadCommand final : public CCmdProcObject {
+class LoadCommand final : public CCmdProcObject {
 public:
     // Comes with its creator's reference, under kCreatorTag.
-    CLoadCommand(unsigned int nCmdID, STally& tally);
+    LoadCommand(unsigned int cmdID, Tally& tally);
     // Comes with the answer that it must get: these bytes, or the decoder's refusal when there are none. Any
     // other success is foreign.
-    CLoadCommand(unsigned int nCmdID, STally& tally, std::optional<std::vector<uint8_t>> answer);
-    CLoadCommand(const CLoadCommand&) = delete;
-    CLoadCommand& operator=(const CLoadCommand&) = delete;
+    LoadCommand(unsigned int cmdID, Tally& tally, std::optional<std::vector<uint8_t>> answer);
+    LoadCommand(const LoadCommand&) = delete;
+    LoadCommand& operator=(const LoadCommand&) = delete;
 
-    unsigned int GetRequestCommand() const override { return m_nCmdID; }
+    unsigned int GetRequestCommand() const override { return m_cmdID; }
     bool HasReply() const override { return true; }
-    void AddReference(int nHolderTag) override;
-    void DecReference(int nHolderTag) override;
+    void AddReference(int holderTag) override;
+    void DecReference(int holderTag) override;
     void ReplyRecord(const ORVA_NET_PROTOCOL::_kest_net_reply& reply) override;
-    void ReplyBuffer(const char* pData, unsigned long nLen) override;
+    void ReplyBuffer(const char* data, unsigned long len) override;
 
     static constexpr int kCreatorTag = 1;
 
 private:
-    ~CLoadCommand();
+    ~LoadCommand();
 
     void Count(std::atomic<uint64_t>& kind);
 
-    const unsigned int m_nCmdID;
-    STally& m_tally;
-    const bool m_bChecked = false; // else any success will do
+    const unsigned int m_cmdID;
+    Tally& m_tally;
+    const bool m_checked = false; // else any success will do
     const std::optional<std::vector<uint8_t>> m_answer;
     const std::chrono::steady_clock::time_point m_queued = std::chrono::steady_clock::now();
-    std::atomic<int> m_nReferences{1};
-    std::atomic<bool> m_bAnswered{false};
+    std::atomic<int> m_references{1};
+    std::atomic<bool> m_answered{false};
 };
 
 } // namespace scale

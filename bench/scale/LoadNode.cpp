@@ -15,128 +15,128 @@
 
 namespace scale {
 
-using standin_host::CSocketLayer;
-using standin_host::CUsageError;
+using standin_host::SocketLayer;
+using standin_host::UsageError;
 
 namespace {
 
-constexpr GUID NodeID(uint32_t nNumber)
+constexpr GUID NodeID(uint32_t number)
 {
-    return {nNumber, 0x0000, 0x4000, {0x80, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x02}};
+    return {number, 0x0000, 0x4000, {0x80, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x02}};
 }
 
 } // namespace
 
-CLoadNode::CLoadNode(uint32_t nNumber, std::shared_ptr<standin_host::CConnection> pConnection,
-                     standin_host::CHostEvents& events)
-    : m_pConnection(std::move(pConnection)),
-      m_node(NodeID(nNumber), m_pConnection, events),
+LoadNode::LoadNode(uint32_t number, std::shared_ptr<standin_host::Connection> connection,
+                   standin_host::HostEvents& events)
+    : m_connection(std::move(connection)),
+      m_node(NodeID(number), m_connection, events),
       m_worker([this] { Work(); })
 {
 }
 
-CLoadNode::~CLoadNode()
+LoadNode::~LoadNode()
 {
     EndSession();
     {
         const TMutexGuard guard(m_lock);
-        m_bStopping = true;
+        m_stopping = true;
     }
     m_changed.notify_all();
     m_worker.join();
-    m_pConnection->Close();
+    m_connection->Close();
 }
 
-void CLoadNode::StartSession(const standin_host::CPlugin& plugin)
+void LoadNode::StartSession(const standin_host::Plugin& plugin)
 {
-    m_pProcessor = plugin.CreateProcessor();
-    if (m_pProcessor == nullptr) {
-        throw CUsageError("the plug-in makes no processor");
+    m_processor = plugin.CreateProcessor();
+    if (m_processor == nullptr) {
+        throw UsageError("the plug-in makes no processor");
     }
-    const int nHandle = CSocketLayer::Instance().Add(m_pConnection);
-    char szText[] = "";
-    if (m_pProcessor->Initial(&m_node, nHandle, 0, 0) != 0 || m_pProcessor->Start(szText, 0) != 0) {
-        throw CUsageError("the plug-in's processor does not start");
+    const int handle = SocketLayer::Instance().Add(m_connection);
+    char text[] = "";
+    if (m_processor->Initial(&m_node, handle, 0, 0) != 0 || m_processor->Start(text, 0) != 0) {
+        throw UsageError("the plug-in's processor does not start");
     }
 }
 
-void CLoadNode::EndSession()
+void LoadNode::EndSession()
 {
-    if (m_pProcessor == nullptr) {
+    if (m_processor == nullptr) {
         return;
     }
-    m_pConnection->RefuseSends(); // a command that waits for room in the send queue ends
-    m_pProcessor->Stop();
+    m_connection->RefuseSends(); // a command that waits for room in the send queue ends
+    m_processor->Stop();
     {
         const TMutexGuard guard(m_lock);
-        while (m_bWorking) {
+        while (m_working) {
             m_changed.wait(m_lock);
         }
-        m_bQueued = false;
+        m_queued = false;
     }
-    m_pProcessor->Quit();
-    m_pProcessor.reset();
+    m_processor->Quit();
+    m_processor.reset();
 }
 
-void CLoadNode::Queue(CLoadCommand* pCommand, std::vector<uint8_t> payload)
+void LoadNode::Queue(LoadCommand* command, std::vector<uint8_t> payload)
 {
-    m_pProcessor->AddOneCmd(pCommand, payload.data(), static_cast<unsigned int>(payload.size()));
-    pCommand->DecReference(CLoadCommand::kCreatorTag);
+    m_processor->AddOneCmd(command, payload.data(), static_cast<unsigned int>(payload.size()));
+    command->DecReference(LoadCommand::kCreatorTag);
     {
         const TMutexGuard guard(m_lock);
-        m_bQueued = true;
+        m_queued = true;
     }
     m_changed.notify_all();
 }
 
-void CLoadNode::SendHeartbeat()
+void LoadNode::SendHeartbeat()
 {
-    unsigned long nLen = 0;
-    const char* pBeat = m_pProcessor->GetBeatData(nLen);
-    m_node.SendData(pBeat, nLen); // one that fails is as good as none
+    unsigned long len = 0;
+    const char* beat = m_processor->GetBeatData(len);
+    m_node.SendData(beat, len); // one that fails is as good as none
 }
 
-std::size_t CLoadNode::StackUsed()
+std::size_t LoadNode::StackUsed()
 {
-    const auto nPage = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    const auto pageSize = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
     pthread_attr_t attributes;
-    void* pStack = nullptr;
-    std::size_t nSize = 0;
+    void* stack = nullptr;
+    std::size_t size = 0;
     if (::pthread_getattr_np(m_worker.native_handle(), &attributes) != 0) {
         return 0;
     }
-    ::pthread_attr_getstack(&attributes, &pStack, &nSize);
+    ::pthread_attr_getstack(&attributes, &stack, &size);
     ::pthread_attr_destroy(&attributes);
-    std::vector<unsigned char> pages(nSize / nPage); // bit 0: the page is in memory
-    if (::mincore(pStack, pages.size() * nPage, pages.data()) != 0) {
+    std::vector<unsigned char> pages(size / pageSize); // bit 0: the page is in memory
+    if (::mincore(stack, pages.size() * pageSize, pages.data()) != 0) {
         return 0;
     }
-    return nPage * static_cast<std::size_t>(std::count_if(
-                       pages.begin(), pages.end(), [](unsigned char page) { return (page & 1U) != 0; }));
+    return pageSize * static_cast<std::size_t>(std::count_if(
+                          pages.begin(), pages.end(), [](unsigned char page) { return (page & 1U) != 0; }));
 }
 
-void CLoadNode::Work()
+void LoadNode::Work()
 {
     while (AwaitQueued()) {
-        while (m_pProcessor->ProcDevCmd()) { // a stopped one refuses what is left at once
+        while (m_processor->ProcDevCmd()) { // a stopped one refuses what is left at once
         }
         {
             const TMutexGuard guard(m_lock);
-            m_bWorking = false;
+            m_working = false;
         }
         m_changed.notify_all();
     }
 }
 
-bool CLoadNode::AwaitQueued()
+bool LoadNode::AwaitQueued()
 {
     const TMutexGuard guard(m_lock);
-    while (!m_bQueued && !m_bStopping) {
+    while (!m_queued && !m_stopping) {
         m_changed.wait(m_lock);
     }
-    m_bWorking = !m_bStopping;
-    m_bQueued = false;
-    return m_bWorking;
+    m_working = !m_stopping;
+    m_queued = false;
+    return m_working;
 }
 
 } // namespace scale

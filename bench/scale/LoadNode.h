@@ -11,36 +11,36 @@
 #include "NetProtocolProc.h"
 
 namespace standin_host {
-class CConnection;
-class CHostEvents;
-class CPlugin;
+class Connection;
+class HostEvents;
+class Plugin;
 } // namespace standin_host
 
 namespace scale {
 
-class CLoadCommand;
+class LoadCommand;
 
 // One decoder as the host sees it: node, connection and worker thread, which are the host's, and the
 // plug-in's session. The session comes later and goes earlier than the rest, so that what each costs can be
 // told apart. Belongs to the driving thread.
-class CLoadNode {
+class LoadNode {
 public:
-    // nNumber, from 1, goes into the node's identifier.
-    CLoadNode(uint32_t nNumber, std::shared_ptr<standin_host::CConnection> pConnection,
-              standin_host::CHostEvents& events);
-    ~CLoadNode();
-    CLoadNode(const CLoadNode&) = delete;
-    CLoadNode& operator=(const CLoadNode&) = delete;
+    // number, from 1, goes into the node's identifier.
+    LoadNode(uint32_t number, std::shared_ptr<standin_host::Connection> connection,
+             standin_host::HostEvents& events);
+    ~LoadNode();
+    LoadNode(const LoadNode&) = delete;
+    LoadNode& operator=(const LoadNode&) = delete;
 
-    // Throws CUsageError when the plug-in refuses.
-    void StartSession(const standin_host::CPlugin& plugin);
+    // Throws UsageError when the plug-in refuses.
+    void StartSession(const standin_host::Plugin& plugin);
     // A running command ends first; what is queued is refused by the plug-in.
     void EndSession();
 
     // Takes over the creator's reference on the command.
-    void Queue(CLoadCommand* pCommand, std::vector<uint8_t> payload);
+    void Queue(LoadCommand* command, std::vector<uint8_t> payload);
     void SendHeartbeat();
-    bool IsOnline() { return m_pProcessor->IsOnline(); }
+    bool IsOnline() { return m_processor->IsOnline(); }
 
     // Bytes of the worker's stack that have been used so far, in whole pages.
     std::size_t StackUsed();
@@ -50,15 +50,15 @@ private:
     // Waits for a command; false when there will be none.
     bool AwaitQueued();
 
-    const std::shared_ptr<standin_host::CConnection> m_pConnection;
-    standin_host::CDecoderNode m_node;
-    std::unique_ptr<CNetProtocolProc> m_pProcessor; // changes only while the worker is idle
+    const std::shared_ptr<standin_host::Connection> m_connection;
+    standin_host::DecoderNode m_node;
+    std::unique_ptr<CNetProtocolProc> m_processor; // changes only while the worker is idle
 
     CMutex m_lock;
     std::condition_variable_any m_changed;
-    bool m_bQueued TVWALL_GUARDED_BY(m_lock) = false;  // a command was queued since the worker last looked
-    bool m_bWorking TVWALL_GUARDED_BY(m_lock) = false; // the worker is inside the plug-in
-    bool m_bStopping TVWALL_GUARDED_BY(m_lock) = false;
+    bool m_queued TVWALL_GUARDED_BY(m_lock) = false;  // a command was queued since the worker last looked
+    bool m_working TVWALL_GUARDED_BY(m_lock) = false; // the worker is inside the plug-in
+    bool m_stopping TVWALL_GUARDED_BY(m_lock) = false;
     std::thread m_worker;
 };
 

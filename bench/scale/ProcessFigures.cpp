@@ -14,19 +14,19 @@ namespace scale {
 
 namespace {
 
-std::size_t CountEntries(const char* szFolder)
+std::size_t CountEntries(const char* folder)
 {
     return static_cast<std::size_t>(
-        std::distance(std::filesystem::directory_iterator(szFolder), std::filesystem::directory_iterator()));
+        std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator()));
 }
 
 std::size_t ResidentBytes()
 {
     std::ifstream file("/proc/self/statm"); // pages: all, resident, ...
-    std::size_t nAll = 0;
-    std::size_t nResident = 0;
-    file >> nAll >> nResident;
-    return nResident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    std::size_t all = 0;
+    std::size_t resident = 0;
+    file >> all >> resident;
+    return resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
 }
 
 std::chrono::microseconds Duration(const timeval& time)
@@ -36,13 +36,13 @@ std::chrono::microseconds Duration(const timeval& time)
 
 } // namespace
 
-SProcessFigures ReadProcessFigures()
+ProcessFigures ReadProcessFigures()
 {
-    SProcessFigures figures;
-    figures.nHeap = HeapInUse(); // first: what follows allocates
-    figures.nResident = ResidentBytes();
-    figures.nThreads = CountEntries("/proc/self/task");
-    figures.nDescriptors = CountEntries("/proc/self/fd") - 1; // the listing holds one itself
+    ProcessFigures figures;
+    figures.heap = HeapInUse(); // first: what follows allocates
+    figures.resident = ResidentBytes();
+    figures.threads = CountEntries("/proc/self/task");
+    figures.descriptors = CountEntries("/proc/self/fd") - 1; // the listing holds one itself
     return figures;
 }
 
@@ -53,13 +53,13 @@ std::chrono::microseconds ProcessorTime()
     return Duration(usage.ru_utime) + Duration(usage.ru_stime);
 }
 
-bool AllowDescriptors(std::size_t nWanted)
+bool AllowDescriptors(std::size_t wanted)
 {
     rlimit limit{};
-    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_max < nWanted) {
+    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_max < wanted) {
         return false;
     }
-    limit.rlim_cur = std::max<rlim_t>(limit.rlim_cur, nWanted);
+    limit.rlim_cur = std::max<rlim_t>(limit.rlim_cur, wanted);
     return ::setrlimit(RLIMIT_NOFILE, &limit) == 0;
 }
 

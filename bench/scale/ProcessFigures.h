@@ -6,20 +6,20 @@
 namespace scale {
 
 // What this process uses at one moment.
-struct SProcessFigures {
-    std::size_t nHeap = 0;     // bytes in use
-    std::size_t nResident = 0; // bytes of memory that the system has given it
-    std::size_t nThreads = 0;
-    std::size_t nDescriptors = 0;
+struct ProcessFigures {
+    std::size_t heap = 0;     // bytes in use
+    std::size_t resident = 0; // bytes of memory that the system has given it
+    std::size_t threads = 0;
+    std::size_t descriptors = 0;
 };
 
-SProcessFigures ReadProcessFigures();
+ProcessFigures ReadProcessFigures();
 
 // Processor time of all threads so far, in user and system mode.
 std::chrono::microseconds ProcessorTime();
 
-// Makes room for nWanted open descriptors, here and in child processes. False when the system's limit is
+// Makes room for wanted open descriptors, here and in child processes. False when the system's limit is
 // lower.
-bool AllowDescriptors(std::size_t nWanted);
+bool AllowDescriptors(std::size_t wanted);
 
 } // namespace scale

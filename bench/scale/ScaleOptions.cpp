@@ -11,15 +11,15 @@
 
 namespace scale {
 
-using standin_host::CExitError;
-using standin_host::CUsageError;
+using standin_host::ExitError;
+using standin_host::UsageError;
 
 namespace {
 
-constexpr char s_szDescription[] =
+constexpr char szDescription[] =
     "Runs many decoders in one host process and reports what the plug-in costs for each of them.";
 
-constexpr char s_szFooter[] =
+constexpr char szFooter[] =
     R"(The decoders are simulated, in one process of their own; each has its port and its wall.
 
 Examples:
@@ -38,56 +38,56 @@ std::string DefaultDecoderProgram()
     return folder / "SimulatedDecoder" / "tvwall-decoder";
 }
 
-struct STimes {
-    double dSeconds;
-    double dSoakMinutes; // 0: no soak
-    double dSampleEvery;
+struct Times {
+    double seconds;
+    double soakMinutes; // 0: no soak
+    double sampleEvery;
 };
 
-void AddLoad(CLI::App& app, SScaleOptions& options)
+void AddLoad(CLI::App& app, ScaleOptions& options)
 {
-    app.add_option("--decoders", options.nDecoders, "how many")
+    app.add_option("--decoders", options.decoders, "how many")
         ->check(CLI::Range(1, 4096))
         ->capture_default_str();
-    app.add_option("--rate", options.dRate, "commands a second for each decoder; a session runs 9 at most")
+    app.add_option("--rate", options.rate, "commands a second for each decoder; a session runs 9 at most")
         ->check(CLI::Range(0.01, 9.0))
         ->capture_default_str();
-    app.add_option("--notify", options.dNotify, "notifications a second of each decoder; 0: none")
+    app.add_option("--notify", options.notify, "notifications a second of each decoder; 0: none")
         ->type_name("RATE")
         ->check(CLI::Range(0.0, 100000.0))
         ->capture_default_str();
-    app.add_option("--burst", options.nBurst, "of these at once")
+    app.add_option("--burst", options.burst, "of these at once")
         ->type_name("N")
         ->check(CLI::Range(1, 1000))
         ->capture_default_str();
-    app.add_option("--channels", options.nChannels, "channels in each notification")
+    app.add_option("--channels", options.channelCount, "channels in each notification")
         ->check(CLI::Range(1, 256))
         ->capture_default_str();
 }
 
-void AddTimes(CLI::App& app, STimes& times)
+void AddTimes(CLI::App& app, Times& times)
 {
-    auto* pSeconds = app.add_option("--seconds", times.dSeconds,
-                                    "how long commands are sent, before each decoder ends its round of them")
-                         ->type_name("S")
-                         ->check(CLI::Range(0.1, 86400.0))
-                         ->capture_default_str();
-    app.add_option("--soak", times.dSoakMinutes, "the same in minutes, with samples and a verdict")
+    auto* seconds = app.add_option("--seconds", times.seconds,
+                                   "how long commands are sent, before each decoder ends its round of them")
+                        ->type_name("S")
+                        ->check(CLI::Range(0.1, 86400.0))
+                        ->capture_default_str();
+    app.add_option("--soak", times.soakMinutes, "the same in minutes, with samples and a verdict")
         ->type_name("MINUTES")
         ->check(CLI::Range(0.1, 10080.0))
-        ->excludes(pSeconds);
-    app.add_option("--sample-every", times.dSampleEvery, "seconds between two samples of a soak")
+        ->excludes(seconds);
+    app.add_option("--sample-every", times.sampleEvery, "seconds between two samples of a soak")
         ->type_name("S")
         ->check(CLI::Range(0.1, 3600.0))
         ->capture_default_str();
 }
 
-void AddFiles(CLI::App& app, SScaleOptions& options)
+void AddFiles(CLI::App& app, ScaleOptions& options)
 {
-    app.add_option("--json", options.strJsonFile, "write all figures to this file")->type_name("FILE");
-    app.add_option("--plugin", options.strPluginFile, "the plug-in library (default: of this build)")
+    app.add_option("--json", options.jsonFile, "write all figures to this file")->type_name("FILE");
+    app.add_option("--plugin", options.pluginFile, "the plug-in library (default: of this build)")
         ->type_name("FILE");
-    app.add_option("--decoder-program", options.strDecoderProgram,
+    app.add_option("--decoder-program", options.decoderProgram,
                    "the simulated decoder (default: of this build)")
         ->type_name("FILE");
 }
@@ -97,53 +97,53 @@ void Parse(CLI::App& app, int argc, const char* const* argv)
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForVersion& version) {
-        throw CExitError(standin_host::EXIT_ALL_ANSWERED, version.what());
+        throw ExitError(standin_host::kExitAllAnswered, version.what());
     } catch (const CLI::CallForHelp&) {
-        throw CExitError(standin_host::EXIT_ALL_ANSWERED, app.help());
+        throw ExitError(standin_host::kExitAllAnswered, app.help());
     } catch (const CLI::Error& error) {
-        throw CUsageError(error.what());
+        throw UsageError(error.what());
     }
 }
 
 } // namespace
 
-uint32_t SScaleOptions::NotifyPeriod() const
+uint32_t ScaleOptions::NotifyPeriod() const
 {
     constexpr double kDay = 24.0 * 3600 * 1000; // the decoder's longest
-    return dNotify == 0 ? 0 : static_cast<uint32_t>(std::lround(std::min(1000 * nBurst / dNotify, kDay)));
+    return notify == 0 ? 0 : static_cast<uint32_t>(std::lround(std::min(1000 * burst / notify, kDay)));
 }
 
-SScaleOptions ParseScaleOptions(int argc, const char* const* argv)
+ScaleOptions ParseScaleOptions(int argc, const char* const* argv)
 {
-    SScaleOptions options;
-    STimes times{options.loadTime.count(), 0, options.sampleEvery.count()};
-    CLI::App app(s_szDescription, "tvwall-scale");
+    ScaleOptions options;
+    Times times{options.loadTime.count(), 0, options.sampleEvery.count()};
+    CLI::App app(szDescription, "tvwall-scale");
     AddLoad(app, options);
     AddTimes(app, times);
     AddFiles(app, options);
     app.set_version_flag("--version", "tvwall-scale " TVWALL_VERSION);
-    app.footer(s_szFooter);
+    app.footer(szFooter);
     Parse(app, argc, argv);
-    for (const double dNumber :
-         {options.dRate, options.dNotify, times.dSeconds, times.dSoakMinutes, times.dSampleEvery}) {
-        if (std::isnan(dNumber)) {
-            throw CUsageError("an option takes a number");
+    for (const double number :
+         {options.rate, options.notify, times.seconds, times.soakMinutes, times.sampleEvery}) {
+        if (std::isnan(number)) {
+            throw UsageError("an option takes a number");
         }
     }
-    if (options.dNotify > 1000.0 * options.nBurst) {
-        throw CUsageError("a decoder notifies at most 1000 times a second: more at once with --burst");
+    if (options.notify > 1000.0 * options.burst) {
+        throw UsageError("a decoder notifies at most 1000 times a second: more at once with --burst");
     }
-    options.loadTime = std::chrono::duration<double>(times.dSeconds);
-    options.sampleEvery = std::chrono::duration<double>(times.dSampleEvery);
-    if (times.dSoakMinutes != 0) {
-        options.soakMinutes = times.dSoakMinutes;
-        options.loadTime = std::chrono::duration<double, std::ratio<60>>(times.dSoakMinutes);
+    options.loadTime = std::chrono::duration<double>(times.seconds);
+    options.sampleEvery = std::chrono::duration<double>(times.sampleEvery);
+    if (times.soakMinutes != 0) {
+        options.soakMinutes = times.soakMinutes;
+        options.loadTime = std::chrono::duration<double, std::ratio<60>>(times.soakMinutes);
     }
-    if (options.strPluginFile.empty()) {
-        options.strPluginFile = standin_host::DefaultPluginFile();
+    if (options.pluginFile.empty()) {
+        options.pluginFile = standin_host::DefaultPluginFile();
     }
-    if (options.strDecoderProgram.empty()) {
-        options.strDecoderProgram = DefaultDecoderProgram();
+    if (options.decoderProgram.empty()) {
+        options.decoderProgram = DefaultDecoderProgram();
     }
     return options;
 }

@@ -12,31 +12,31 @@ namespace {
 
 using Json = nlohmann::json;
 
-uint64_t Lost(const STally& tally) { return tally.nQueued - tally.Answered(); }
+uint64_t Lost(const Tally& tally) { return tally.queued - tally.Answered(); }
 
 // Threads that the process has gained since the host had all of its own.
-long PluginThreads(const SScaleResult& result)
+long PluginThreads(const ScaleResult& result)
 {
-    std::size_t nMost = std::max(result.stages.sessions.nThreads, result.stages.loaded.nThreads);
-    for (const SSample& sample : result.samples) {
-        nMost = std::max(nMost, sample.figures.nThreads);
+    std::size_t most = std::max(result.stages.sessions.threads, result.stages.loaded.threads);
+    for (const Sample& sample : result.samples) {
+        most = std::max(most, sample.figures.threads);
     }
-    return static_cast<long>(nMost) - static_cast<long>(result.stages.host.nThreads);
+    return static_cast<long>(most) - static_cast<long>(result.stages.host.threads);
 }
 
-double PerNode(std::size_t nAfter, std::size_t nBefore, uint32_t nNodes)
+double PerNode(std::size_t after, std::size_t before, uint32_t nodes)
 {
-    return (static_cast<double>(nAfter) - static_cast<double>(nBefore)) / nNodes;
+    return (static_cast<double>(after) - static_cast<double>(before)) / nodes;
 }
 
-using Figure = std::size_t SProcessFigures::*;
+using Figure = std::size_t ProcessFigures::*;
 
-std::size_t Median(std::vector<SSample>::const_iterator first, std::vector<SSample>::const_iterator last,
+std::size_t Median(std::vector<Sample>::const_iterator first, std::vector<Sample>::const_iterator last,
                    Figure figure)
 {
     std::vector<std::size_t> values;
     std::transform(first, last, std::back_inserter(values),
-                   [figure](const SSample& sample) { return sample.figures.*figure; });
+                   [figure](const Sample& sample) { return sample.figures.*figure; });
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());
     return *middle;
@@ -47,102 +47,102 @@ std::size_t Median(std::vector<SSample>::const_iterator first, std::vector<SSamp
 constexpr double kMaxSessionHeap = 4 * 1024;
 constexpr std::size_t kUsualMessage = 2 * 1024;
 
-double SessionHeap(const SScaleOptions& options, const SScaleResult& result)
+double SessionHeap(const ScaleOptions& options, const ScaleResult& result)
 {
-    return PerNode(result.stages.loaded.nHeap, result.stages.noSession.nHeap, options.nDecoders);
+    return PerNode(result.stages.loaded.heap, result.stages.noSession.heap, options.decoders);
 }
 
 constexpr std::size_t kMinSamples = 8;
 
 // The first quarter is warm-up; the second one's median against the last one's.
-void JudgeMemory(std::vector<std::string>& complaints, const std::vector<SSample>& samples, Figure figure,
-                 const char* szWhat, double dShare, std::size_t nFloor)
+void JudgeMemory(std::vector<std::string>& complaints, const std::vector<Sample>& samples, Figure figure,
+                 const char* what, double share, std::size_t floor)
 {
-    const auto nQuarter = static_cast<std::ptrdiff_t>(samples.size() / 4);
-    const std::size_t nBefore = Median(samples.begin() + nQuarter, samples.begin() + 2 * nQuarter, figure);
-    const std::size_t nAfter = Median(samples.end() - nQuarter, samples.end(), figure);
-    const std::size_t nAllowed =
-        std::max(nFloor, static_cast<std::size_t>(dShare * static_cast<double>(nBefore)));
-    if (nAfter > nBefore + nAllowed) {
-        complaints.push_back(std::string(szWhat) + " grew from " + std::to_string(nBefore) + " to " +
-                             std::to_string(nAfter) + " bytes");
+    const auto quarter = static_cast<std::ptrdiff_t>(samples.size() / 4);
+    const std::size_t before = Median(samples.begin() + quarter, samples.begin() + 2 * quarter, figure);
+    const std::size_t after = Median(samples.end() - quarter, samples.end(), figure);
+    const std::size_t allowed =
+        std::max(floor, static_cast<std::size_t>(share * static_cast<double>(before)));
+    if (after > before + allowed) {
+        complaints.push_back(std::string(what) + " grew from " + std::to_string(before) + " to " +
+                             std::to_string(after) + " bytes");
     }
 }
 
-void JudgeConstant(std::vector<std::string>& complaints, const std::vector<SSample>& samples, Figure figure,
-                   const char* szWhat)
+void JudgeConstant(std::vector<std::string>& complaints, const std::vector<Sample>& samples, Figure figure,
+                   const char* what)
 {
     const auto [least, most] =
-        std::minmax_element(samples.begin(), samples.end(), [figure](const SSample& a, const SSample& b) {
+        std::minmax_element(samples.begin(), samples.end(), [figure](const Sample& a, const Sample& b) {
             return a.figures.*figure < b.figures.*figure;
         });
     if (least->figures.*figure != most->figures.*figure) {
-        complaints.push_back("the number of " + std::string(szWhat) + " went from " +
+        complaints.push_back("the number of " + std::string(what) + " went from " +
                              std::to_string(least->figures.*figure) + " to " +
                              std::to_string(most->figures.*figure));
     }
 }
 
-void JudgeSoak(std::vector<std::string>& complaints, const std::vector<SSample>& samples)
+void JudgeSoak(std::vector<std::string>& complaints, const std::vector<Sample>& samples)
 {
     if (samples.size() < kMinSamples) {
         complaints.push_back("only " + std::to_string(samples.size()) + " samples, too few to judge by");
         return;
     }
     // Of what the commands under way hold, a sample sees sometimes more and sometimes less.
-    JudgeMemory(complaints, samples, &SProcessFigures::nHeap, "the heap", 0.005, 64 * 1024);
-    JudgeMemory(complaints, samples, &SProcessFigures::nResident, "resident memory", 0.02, 1024 * 1024);
-    JudgeConstant(complaints, samples, &SProcessFigures::nDescriptors, "descriptors");
-    JudgeConstant(complaints, samples, &SProcessFigures::nThreads, "threads");
+    JudgeMemory(complaints, samples, &ProcessFigures::heap, "the heap", 0.005, 64 * 1024);
+    JudgeMemory(complaints, samples, &ProcessFigures::resident, "resident memory", 0.02, 1024 * 1024);
+    JudgeConstant(complaints, samples, &ProcessFigures::descriptors, "descriptors");
+    JudgeConstant(complaints, samples, &ProcessFigures::threads, "threads");
 }
 
-void Expect(std::vector<std::string>& complaints, uint64_t nCount, const char* szWhat)
+void Expect(std::vector<std::string>& complaints, uint64_t count, const char* what)
 {
-    if (nCount != 0) {
-        complaints.push_back(std::to_string(nCount) + ' ' + szWhat);
+    if (count != 0) {
+        complaints.push_back(std::to_string(count) + ' ' + what);
     }
 }
 
 // A load without the notifications that were asked for shows nothing. A busy machine may be late with some.
-void JudgeNotifications(std::vector<std::string>& complaints, const SScaleOptions& options,
-                        const SScaleResult& result)
+void JudgeNotifications(std::vector<std::string>& complaints, const ScaleOptions& options,
+                        const ScaleResult& result)
 {
-    const double dDue = options.dNotify * options.nDecoders * result.loadTime.count();
-    const auto nNotifications = static_cast<double>(result.nNotifications);
-    if (nNotifications + options.nDecoders * options.nBurst < dDue / 2) {
-        complaints.push_back("only " + std::to_string(result.nNotifications) + " notifications came");
+    const double due = options.notify * options.decoders * result.loadTime.count();
+    const auto notifications = static_cast<double>(result.notifications);
+    if (notifications + options.decoders * options.burst < due / 2) {
+        complaints.push_back("only " + std::to_string(result.notifications) + " notifications came");
     }
-    Expect(complaints, result.nNotifications - result.nNumbered, "notifications had no number");
+    Expect(complaints, result.notifications - result.numbered, "notifications had no number");
 }
 
-Json ToJson(const SProcessFigures& figures)
+Json ToJson(const ProcessFigures& figures)
 {
-    return {{"heap", figures.nHeap},
-            {"resident", figures.nResident},
-            {"threads", figures.nThreads},
-            {"descriptors", figures.nDescriptors}};
+    return {{"heap", figures.heap},
+            {"resident", figures.resident},
+            {"threads", figures.threads},
+            {"descriptors", figures.descriptors}};
 }
 
 } // namespace
 
-std::vector<std::string> Complaints(const SScaleOptions& options, const SScaleResult& result)
+std::vector<std::string> Complaints(const ScaleOptions& options, const ScaleResult& result)
 {
     std::vector<std::string> complaints;
     Expect(complaints, Lost(result.load), "commands got no answer");
-    Expect(complaints, result.load.nDoubled, "answers came a second time");
-    Expect(complaints, result.load.nForeign, "answers are not those of their commands");
-    Expect(complaints, result.load.nRefused, "commands were refused by the decoder");
-    Expect(complaints, result.load.nTimedOut, "commands saw no reply of the decoder");
-    Expect(complaints, result.load.nOtherFailures, "commands failed in the plug-in");
-    Expect(complaints, result.nOfflineAnswers, "liveness checks took a decoder for gone");
+    Expect(complaints, result.load.doubled, "answers came a second time");
+    Expect(complaints, result.load.foreign, "answers are not those of their commands");
+    Expect(complaints, result.load.refused, "commands were refused by the decoder");
+    Expect(complaints, result.load.timedOut, "commands saw no reply of the decoder");
+    Expect(complaints, result.load.otherFailures, "commands failed in the plug-in");
+    Expect(complaints, result.offlineAnswers, "liveness checks took a decoder for gone");
     JudgeNotifications(complaints, options, result);
-    if (const long nThreads = PluginThreads(result); nThreads != 0) {
-        complaints.push_back(std::to_string(nThreads) + " threads are not the host's");
+    if (const long threads = PluginThreads(result); threads != 0) {
+        complaints.push_back(std::to_string(threads) + " threads are not the host's");
     }
-    const double dHeap = SessionHeap(options, result);
-    const std::size_t nLonger = std::max(result.nLongestNotification, kUsualMessage) - kUsualMessage;
-    if (dHeap > kMaxSessionHeap + static_cast<double>(nLonger)) {
-        complaints.push_back("a session holds " + std::to_string(std::lround(dHeap)) + " bytes of heap");
+    const double heap = SessionHeap(options, result);
+    const std::size_t longer = std::max(result.longestNotification, kUsualMessage) - kUsualMessage;
+    if (heap > kMaxSessionHeap + static_cast<double>(longer)) {
+        complaints.push_back("a session holds " + std::to_string(std::lround(heap)) + " bytes of heap");
     }
     if (options.soakMinutes) {
         JudgeSoak(complaints, result.samples);
@@ -150,42 +150,42 @@ std::vector<std::string> Complaints(const SScaleOptions& options, const SScaleRe
     return complaints;
 }
 
-Json ToJson(const SScaleOptions& options, const SScaleResult& result)
+Json ToJson(const ScaleOptions& options, const ScaleResult& result)
 {
-    const SStages& stages = result.stages;
-    const uint32_t nNodes = options.nDecoders;
-    const STally& load = result.load;
+    const Stages& stages = result.stages;
+    const uint32_t nodes = options.decoders;
+    const Tally& load = result.load;
     Json samples = Json::array();
-    for (const SSample& sample : result.samples) {
+    for (const Sample& sample : result.samples) {
         Json entry = ToJson(sample.figures);
-        entry.update({{"seconds", sample.dSeconds},
-                      {"answered", sample.nAnswered},
-                      {"latency_p50_us", sample.nP50},
-                      {"latency_p99_us", sample.nP99}});
+        entry.update({{"seconds", sample.seconds},
+                      {"answered", sample.answered},
+                      {"latency_p50_us", sample.p50},
+                      {"latency_p99_us", sample.p99}});
         samples.push_back(std::move(entry));
     }
     const auto complaints = Complaints(options, result);
     return {
-        {"decoders", nNodes},
+        {"decoders", nodes},
         {"soak_minutes", options.soakMinutes ? Json(*options.soakMinutes) : Json(nullptr)},
-        {"rate", options.dRate},
-        {"notify_rate", options.dNotify},
-        {"notify_burst", options.nBurst},
-        {"channels", options.nChannels},
+        {"rate", options.rate},
+        {"notify_rate", options.notify},
+        {"notify_burst", options.burst},
+        {"channels", options.channelCount},
         {"compiler", "g++ " __VERSION__},
         {"login_seconds", result.loginTime.count()},
         {"load_seconds", result.loadTime.count()},
-        {"notifications", result.nNotifications},
+        {"notifications", result.notifications},
         {"commands",
-         {{"queued", load.nQueued.load()},
+         {{"queued", load.queued.load()},
           {"answered", load.Answered()},
-          {"done", load.nDone.load()},
-          {"refused", load.nRefused.load()},
-          {"timed_out", load.nTimedOut.load()},
-          {"failed", load.nOtherFailures.load()},
+          {"done", load.done.load()},
+          {"refused", load.refused.load()},
+          {"timed_out", load.timedOut.load()},
+          {"failed", load.otherFailures.load()},
           {"lost", Lost(load)},
-          {"doubled", load.nDoubled.load()},
-          {"foreign", load.nForeign.load()}}},
+          {"doubled", load.doubled.load()},
+          {"foreign", load.foreign.load()}}},
         {"latency_us",
          {{"p50", result.latency.Percentile(0.5)},
           {"p99", result.latency.Percentile(0.99)},
@@ -194,15 +194,15 @@ Json ToJson(const SScaleOptions& options, const SScaleResult& result)
                                          static_cast<double>(std::max<uint64_t>(load.Answered(), 1))},
         {"plugin_threads", PluginThreads(result)},
         {"session_heap",
-         {{"created", PerNode(stages.sessions.nHeap, stages.host.nHeap, nNodes)},
+         {{"created", PerNode(stages.sessions.heap, stages.host.heap, nodes)},
           {"after_load", SessionHeap(options, result)}}},
-        {"session_stack", PerNode(result.nStacks, result.nHostStacks, nNodes)},
-        {"session_resident", PerNode(stages.loaded.nResident, stages.host.nResident, nNodes)},
-        {"host_heap", PerNode(stages.host.nHeap, stages.begin.nHeap, nNodes)},
-        {"host_stack", PerNode(result.nHostStacks, 0, nNodes)},
-        {"host_resident", PerNode(stages.host.nResident, stages.begin.nResident, nNodes)},
-        {"host_heap_gained", PerNode(stages.noSession.nHeap, stages.host.nHeap, nNodes)},
-        {"left_heap", static_cast<long>(stages.end.nHeap) - static_cast<long>(stages.begin.nHeap)},
+        {"session_stack", PerNode(result.stacks, result.hostStacks, nodes)},
+        {"session_resident", PerNode(stages.loaded.resident, stages.host.resident, nodes)},
+        {"host_heap", PerNode(stages.host.heap, stages.begin.heap, nodes)},
+        {"host_stack", PerNode(result.hostStacks, 0, nodes)},
+        {"host_resident", PerNode(stages.host.resident, stages.begin.resident, nodes)},
+        {"host_heap_gained", PerNode(stages.noSession.heap, stages.host.heap, nodes)},
+        {"left_heap", static_cast<long>(stages.end.heap) - static_cast<long>(stages.begin.heap)},
         {"stages",
          {{"begin", ToJson(stages.begin)},
           {"host", ToJson(stages.host)},
@@ -219,9 +219,9 @@ Json ToJson(const SScaleOptions& options, const SScaleResult& result)
 void PrintTable(std::ostream& out, const Json& report)
 {
     out << std::fixed << std::setprecision(1);
-    const auto Row = [&out](const char* szName, auto value, const char* szUnit) {
-        out << "  " << std::left << std::setw(44) << szName << std::right << std::setw(12) << value << ' '
-            << szUnit << '\n';
+    const auto Row = [&out](const char* name, auto value, const char* unit) {
+        out << "  " << std::left << std::setw(44) << name << std::right << std::setw(12) << value << ' '
+            << unit << '\n';
     };
     const auto KiB = [](const Json& bytes) { return bytes.get<double>() / 1024; };
     const auto Milliseconds = [](const Json& microseconds) { return microseconds.get<double>() / 1000; };

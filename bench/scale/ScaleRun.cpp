@@ -16,25 +16,24 @@
 
 namespace scale {
 
-using standin_host::CExitError;
+using standin_host::ExitError;
 
 namespace {
 
-constexpr std::chrono::seconds s_connectTimeout{10};
+constexpr std::chrono::seconds connectTimeout{10};
 // The plug-in itself gives up after 30 s, a login after twice that.
-constexpr std::chrono::seconds s_drainTimeout{70};
-constexpr std::chrono::seconds s_heartbeatEvery{5};
+constexpr std::chrono::seconds kDrainTimeout{70};
+constexpr std::chrono::seconds heartbeatEvery{5};
 
-CExitError ConnectError(const std::string& strPort, const std::string& strReason)
+ExitError ConnectError(const std::string& port, const std::string& reason)
 {
-    return {standin_host::EXIT_CONNECTION,
-            "cannot connect to the decoder at port " + strPort + ": " + strReason};
+    return {standin_host::kExitConnection, "cannot connect to the decoder at port " + port + ": " + reason};
 }
 
 } // namespace
 
-CScaleRun::CScaleRun(const SScaleOptions& options, const standin_host::CPlugin& plugin,
-                     standin_host::CIoThread& ioThread, standin_host::CHostEvents& events)
+ScaleRun::ScaleRun(const ScaleOptions& options, const standin_host::Plugin& plugin,
+                   standin_host::IoThread& ioThread, standin_host::HostEvents& events)
     : m_options(options),
       m_plugin(plugin),
       m_ioThread(ioThread),
@@ -44,108 +43,107 @@ CScaleRun::CScaleRun(const SScaleOptions& options, const standin_host::CPlugin& 
 {
 }
 
-CScaleRun::~CScaleRun() = default;
+ScaleRun::~ScaleRun() = default;
 
-void CScaleRun::Run(const std::string& strUser, const std::string& strPassword,
-                    const std::vector<std::string>& ports)
+void ScaleRun::Run(const std::string& user, const std::string& passwordText,
+                   const std::vector<std::string>& ports)
 {
-    SStages& stages = m_result.stages;
+    Stages& stages = m_result.stages;
     m_nodes.reserve(ports.size());
     m_result.samples.reserve(static_cast<std::size_t>(m_options.loadTime / m_options.sampleEvery) + 2);
-    WarmUp(strUser, strPassword, ports.front());
+    WarmUp(user, passwordText, ports.front());
     stages.begin = Settled();
     Connect(ports);
     stages.host = Settled();
-    m_result.nHostStacks = StacksUsed();
+    m_result.hostStacks = StacksUsed();
     StartSessions();
     stages.sessions = Settled();
-    LogIn(strUser, strPassword);
+    LogIn(user, passwordText);
     stages.loggedIn = Settled();
     Load();
     stages.loaded = Settled();
-    m_result.nStacks = StacksUsed();
-    for (const auto& pNode : m_nodes) {
-        pNode->EndSession();
+    m_result.stacks = StacksUsed();
+    for (const auto& node : m_nodes) {
+        node->EndSession();
     }
     stages.noSession = Settled();
     m_nodes.clear();
     stages.end = Settled();
 }
 
-void CScaleRun::WarmUp(const std::string& strUser, const std::string& strPassword, const std::string& strPort)
+void ScaleRun::WarmUp(const std::string& user, const std::string& passwordText, const std::string& port)
 {
-    Connect({strPort});
+    Connect({port});
     StartSessions();
-    LogIn(strUser, strPassword);
+    LogIn(user, passwordText);
     m_nodes.clear();
 }
 
-void CScaleRun::StartSessions()
+void ScaleRun::StartSessions()
 {
-    for (const auto& pNode : m_nodes) {
-        pNode->StartSession(m_plugin);
+    for (const auto& node : m_nodes) {
+        node->StartSession(m_plugin);
     }
 }
 
-std::size_t CScaleRun::StacksUsed() const
+std::size_t ScaleRun::StacksUsed() const
 {
-    std::size_t nBytes = 0;
-    for (const auto& pNode : m_nodes) {
-        nBytes += pNode->StackUsed();
+    std::size_t bytes = 0;
+    for (const auto& node : m_nodes) {
+        bytes += node->StackUsed();
     }
-    return nBytes;
+    return bytes;
 }
 
-void CScaleRun::Connect(const std::vector<std::string>& ports)
+void ScaleRun::Connect(const std::vector<std::string>& ports)
 {
-    for (const std::string& strPort : ports) {
-        standin_host::SConnectionSettings settings;
-        settings.pEvents = &m_events;
-        std::string strReason;
-        auto pConnection = standin_host::Connect(m_ioThread, m_events, "127.0.0.1", strPort, s_connectTimeout,
-                                                 std::move(settings), strReason);
-        if (pConnection == nullptr) {
+    for (const std::string& port : ports) {
+        standin_host::ConnectionSettings settings;
+        settings.events = &m_events;
+        std::string reason;
+        auto connection = standin_host::Connect(m_ioThread, m_events, "127.0.0.1", port, connectTimeout,
+                                                std::move(settings), reason);
+        if (connection == nullptr) {
             Attend();
-            throw ConnectError(strPort, strReason);
+            throw ConnectError(port, reason);
         }
-        m_nodes.push_back(std::make_unique<CLoadNode>(static_cast<uint32_t>(m_nodes.size() + 1),
-                                                      std::move(pConnection), m_events));
+        m_nodes.push_back(std::make_unique<LoadNode>(static_cast<uint32_t>(m_nodes.size() + 1),
+                                                     std::move(connection), m_events));
     }
 }
 
-void CScaleRun::LogIn(const std::string& strUser, const std::string& strPassword)
+void ScaleRun::LogIn(const std::string& user, const std::string& passwordText)
 {
     const auto begin = Clock::now();
-    for (const auto& pNode : m_nodes) {
-        pNode->Queue(new CLoadCommand(ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN, m_logins),
-                     standin_host::LoginRecord(strUser, strPassword).bytes);
+    for (const auto& node : m_nodes) {
+        node->Queue(new LoadCommand(ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN, m_logins),
+                    standin_host::LoginRecord(user, passwordText).bytes);
     }
     Drain(m_logins);
     m_result.loginTime = Clock::now() - begin;
-    if (m_logins.nDone != m_logins.nQueued || m_logins.nDoubled != 0) {
-        throw CExitError(standin_host::EXIT_COMMAND_FAILED,
-                         "of " + std::to_string(m_logins.nQueued) + " logins " +
-                             std::to_string(m_logins.nDone) + " succeeded, and " +
-                             std::to_string(m_logins.nDoubled) + " were answered twice");
+    if (m_logins.done != m_logins.queued || m_logins.doubled != 0) {
+        throw ExitError(standin_host::kExitCommandFailed,
+                        "of " + std::to_string(m_logins.queued) + " logins " + std::to_string(m_logins.done) +
+                            " succeeded, and " + std::to_string(m_logins.doubled) + " were answered twice");
     }
 }
 
-void CScaleRun::Load()
+void ScaleRun::Load()
 {
     const auto begin = Clock::now();
     const auto loadTime = std::chrono::duration_cast<Clock::duration>(m_options.loadTime);
     const auto sampleEvery = std::chrono::duration_cast<Clock::duration>(m_options.sampleEvery);
     const auto commandEvery = std::chrono::duration_cast<Clock::duration>(
-        std::chrono::duration<double>(1 / (m_options.dRate * static_cast<double>(m_nodes.size()))));
+        std::chrono::duration<double>(1 / (m_options.rate * static_cast<double>(m_nodes.size()))));
     const auto processorTime = ProcessorTime();
     auto nextSample = begin + sampleEvery;
-    auto nextBeat = begin + s_heartbeatEvery;
+    auto nextBeat = begin + heartbeatEvery;
     for (auto now = begin; now < begin + loadTime; now = Clock::now()) {
         Attend();
         QueueDue(begin, now);
         if (now >= nextBeat) {
             SendHeartbeats();
-            nextBeat += s_heartbeatEvery;
+            nextBeat += heartbeatEvery;
         }
         if (now >= nextSample) {
             Sample(begin, now);
@@ -162,59 +160,59 @@ void CScaleRun::Load()
 
 // What a session keeps depends on its last requests, so it is measured at the same place each time. Those
 // that are queued for that, one behind the other, say nothing about latency.
-void CScaleRun::EndRounds()
+void ScaleRun::EndRounds()
 {
-    while (m_nNext % (m_nodes.size() * CommandsOfARound()) != 0) {
+    while (m_next % (m_nodes.size() * CommandsOfARound()) != 0) {
         QueueNext();
     }
     Drain(m_result.load);
 }
 
 // The nodes take turns, and each goes through its round of commands.
-void CScaleRun::QueueDue(Clock::time_point begin, Clock::time_point now)
+void ScaleRun::QueueDue(Clock::time_point begin, Clock::time_point now)
 {
-    const double dSeconds = std::chrono::duration<double>(now - begin).count();
-    const auto nDue =
-        static_cast<uint64_t>(dSeconds * m_options.dRate * static_cast<double>(m_nodes.size())) + 1;
-    while (m_nNext < nDue) {
+    const double seconds = std::chrono::duration<double>(now - begin).count();
+    const auto due =
+        static_cast<uint64_t>(seconds * m_options.rate * static_cast<double>(m_nodes.size())) + 1;
+    while (m_next < due) {
         QueueNext();
     }
 }
 
-void CScaleRun::QueueNext()
+void ScaleRun::QueueNext()
 {
-    const std::size_t nNode = m_nNext % m_nodes.size();
-    const uint64_t nOfNode = m_nNext / m_nodes.size();
+    const std::size_t node = m_next % m_nodes.size();
+    const uint64_t ofNode = m_next / m_nodes.size();
     // No two nodes have the same round.
-    const uint64_t nRound = nOfNode / CommandsOfARound() * m_nodes.size() + nNode;
-    SStep step = CommandOfRound(nOfNode % CommandsOfARound(), static_cast<uint32_t>(nRound));
-    m_nodes[nNode]->Queue(new CLoadCommand(step.nCmdID, m_result.load, std::move(step.answer)),
-                          std::move(step.payload));
-    ++m_nNext;
+    const uint64_t round = ofNode / CommandsOfARound() * m_nodes.size() + node;
+    Step step = CommandOfRound(ofNode % CommandsOfARound(), static_cast<uint32_t>(round));
+    m_nodes[node]->Queue(new LoadCommand(step.cmdID, m_result.load, std::move(step.answer)),
+                         std::move(step.payload));
+    ++m_next;
 }
 
-void CScaleRun::Sample(Clock::time_point begin, Clock::time_point now)
+void ScaleRun::Sample(Clock::time_point begin, Clock::time_point now)
 {
-    CLatencyHistogram recent;
+    LatencyHistogram recent;
     recent.Take(m_result.load.latency);
     m_result.samples.push_back({std::chrono::duration<double>(now - begin).count(), ReadProcessFigures(),
                                 m_result.load.Answered(), recent.Percentile(0.5), recent.Percentile(0.99)});
     m_result.latency.Take(recent);
 }
 
-void CScaleRun::SendHeartbeats()
+void ScaleRun::SendHeartbeats()
 {
-    for (const auto& pNode : m_nodes) {
-        pNode->SendHeartbeat();
-        if (!pNode->IsOnline()) {
-            ++m_result.nOfflineAnswers;
+    for (const auto& node : m_nodes) {
+        node->SendHeartbeat();
+        if (!node->IsOnline()) {
+            ++m_result.offlineAnswers;
         }
     }
 }
 
-void CScaleRun::Drain(const STally& tally)
+void ScaleRun::Drain(const Tally& tally)
 {
-    const auto deadline = Clock::now() + s_drainTimeout;
+    const auto deadline = Clock::now() + kDrainTimeout;
     while (tally.UnderWay() != 0 && Clock::now() < deadline) {
         Attend();
         m_events.Wait(deadline);
@@ -222,22 +220,22 @@ void CScaleRun::Drain(const STally& tally)
     Attend();
 }
 
-void CScaleRun::Attend()
+void ScaleRun::Attend()
 {
-    for (const standin_host::SNotification& notification : m_events.TakeNotifications()) {
-        ++m_result.nNotifications;
-        m_result.nLongestNotification = std::max(m_result.nLongestNotification, notification.strData.size());
-        m_result.nNumbered += notification.strData.find("<seq>") != std::string::npos ? 1 : 0;
+    for (const standin_host::Notification& notification : m_events.TakeNotifications()) {
+        ++m_result.notifications;
+        m_result.longestNotification = std::max(m_result.longestNotification, notification.data.size());
+        m_result.numbered += notification.data.find("<seq>") != std::string::npos ? 1 : 0;
     }
-    if (const int nSignal = m_events.Interrupted()) {
-        throw CExitError(standin_host::EXIT_SIGNAL_BASE + nSignal, "interrupted");
+    if (const int signal = m_events.Interrupted()) {
+        throw ExitError(standin_host::kExitSignalBase + signal, "interrupted");
     }
     if (const auto reason = m_events.Lost()) {
-        throw CExitError(standin_host::EXIT_CONNECTION, "connection lost: " + *reason);
+        throw ExitError(standin_host::kExitConnection, "connection lost: " + *reason);
     }
 }
 
-SProcessFigures CScaleRun::Settled()
+ProcessFigures ScaleRun::Settled()
 {
     std::promise<void> ran;
     asio::post(m_ioThread.Context(), [&ran] { ran.set_value(); });

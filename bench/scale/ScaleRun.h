@@ -12,74 +12,73 @@
 #include "ScaleOptions.h"
 
 namespace standin_host {
-class CIoThread;
-class CPlugin;
+class IoThread;
+class Plugin;
 } // namespace standin_host
 
 namespace scale {
 
-class CLoadNode;
+class LoadNode;
 
 // The process at the end of each stage, when nothing is under way.
-struct SStages {
-    SProcessFigures begin;    // plug-in loaded and warm, decoders listen
-    SProcessFigures host;     // connections, nodes and worker threads stand; the plug-in has no session
-    SProcessFigures sessions; // each has its session
-    SProcessFigures loggedIn;
-    SProcessFigures loaded;    // the load is over
-    SProcessFigures noSession; // the sessions are gone, the host's own part still stands
-    SProcessFigures end;       // all is gone
+struct Stages {
+    ProcessFigures begin;    // plug-in loaded and warm, decoders listen
+    ProcessFigures host;     // connections, nodes and worker threads stand; the plug-in has no session
+    ProcessFigures sessions; // each has its session
+    ProcessFigures loggedIn;
+    ProcessFigures loaded;    // the load is over
+    ProcessFigures noSession; // the sessions are gone, the host's own part still stands
+    ProcessFigures end;       // all is gone
 };
 
-struct SSample {
-    double dSeconds; // since the load began
-    SProcessFigures figures;
-    uint64_t nAnswered; // so far
-    uint64_t nP50;      // microseconds, of the answers since the sample before
-    uint64_t nP99;
+struct Sample {
+    double seconds; // since the load began
+    ProcessFigures figures;
+    uint64_t answered; // so far
+    uint64_t p50;      // microseconds, of the answers since the sample before
+    uint64_t p99;
 };
 
-struct SScaleResult {
-    explicit SScaleResult(standin_host::CHostEvents& events) : load(events) {}
+struct ScaleResult {
+    explicit ScaleResult(standin_host::HostEvents& events) : load(events) {}
 
-    SStages stages;
-    std::vector<SSample> samples;
-    STally load;
-    CLatencyHistogram latency;   // of all answers
-    std::size_t nHostStacks = 0; // bytes of all workers' stacks in memory before there are sessions
-    std::size_t nStacks = 0;     // after the load
-    uint64_t nNotifications = 0;
-    uint64_t nNumbered = 0;               // of these with a sequence number
-    std::size_t nLongestNotification = 0; // bytes
-    uint64_t nOfflineAnswers = 0;         // liveness checks that took a decoder for gone
+    Stages stages;
+    std::vector<Sample> samples;
+    Tally load;
+    LatencyHistogram latency;   // of all answers
+    std::size_t hostStacks = 0; // bytes of all workers' stacks in memory before there are sessions
+    std::size_t stacks = 0;     // after the load
+    uint64_t notifications = 0;
+    uint64_t numbered = 0;               // of these with a sequence number
+    std::size_t longestNotification = 0; // bytes
+    uint64_t offlineAnswers = 0;         // liveness checks that took a decoder for gone
     std::chrono::duration<double> loginTime{};
     std::chrono::duration<double> loadTime{};
     std::chrono::microseconds processorTime{}; // of the load
 };
 
 // One run, from the first connection to the last. Belongs to the driving thread.
-class CScaleRun {
+class ScaleRun {
 public:
-    CScaleRun(const SScaleOptions& options, const standin_host::CPlugin& plugin,
-              standin_host::CIoThread& ioThread, standin_host::CHostEvents& events);
-    ~CScaleRun();
-    CScaleRun(const CScaleRun&) = delete;
-    CScaleRun& operator=(const CScaleRun&) = delete;
+    ScaleRun(const ScaleOptions& options, const standin_host::Plugin& plugin,
+             standin_host::IoThread& ioThread, standin_host::HostEvents& events);
+    ~ScaleRun();
+    ScaleRun(const ScaleRun&) = delete;
+    ScaleRun& operator=(const ScaleRun&) = delete;
 
-    // Throws CExitError for what ends the run early.
-    void Run(const std::string& strUser, const std::string& strPassword,
-             const std::vector<std::string>& ports);
-    const SScaleResult& Result() const { return m_result; }
+    // Throws ExitError for what ends the run early.
+    void Run(const std::string& user, const std::string& passwordText, const std::vector<std::string>& ports);
+    const ScaleResult& Result() const { return m_result; }
 
 private:
-    using Clock = standin_host::CHostEvents::Clock;
+    using Clock = standin_host::HostEvents::Clock;
 
     // What the libraries set up once in a process is no cost of a session: one session, alone, pays for it.
-    void WarmUp(const std::string& strUser, const std::string& strPassword, const std::string& strPort);
+    void WarmUp(const std::string& user, const std::string& passwordText, const std::string& port);
     void Connect(const std::vector<std::string>& ports);
     void StartSessions();
     std::size_t StacksUsed() const;
-    void LogIn(const std::string& strUser, const std::string& strPassword);
+    void LogIn(const std::string& user, const std::string& passwordText);
     void Load();
     void QueueDue(Clock::time_point begin, Clock::time_point now);
     void QueueNext();
@@ -87,20 +86,20 @@ private:
     void Sample(Clock::time_point begin, Clock::time_point now);
     void SendHeartbeats();
     // Waits until no command of the phase is under way.
-    void Drain(const STally& tally);
+    void Drain(const Tally& tally);
     // What the host's threads have reported; throws when that ends the run.
     void Attend();
     // The process once the receive thread has run what is posted to it.
-    SProcessFigures Settled();
+    ProcessFigures Settled();
 
-    const SScaleOptions& m_options;
-    const standin_host::CPlugin& m_plugin;
-    standin_host::CIoThread& m_ioThread;
-    standin_host::CHostEvents& m_events;
-    SScaleResult m_result;
-    STally m_logins;
-    uint64_t m_nNext = 0; // commands of the load so far
-    std::vector<std::unique_ptr<CLoadNode>> m_nodes;
+    const ScaleOptions& m_options;
+    const standin_host::Plugin& m_plugin;
+    standin_host::IoThread& m_ioThread;
+    standin_host::HostEvents& m_events;
+    ScaleResult m_result;
+    Tally m_logins;
+    uint64_t m_next = 0; // commands of the load so far
+    std::vector<std::unique_ptr<LoadNode>> m_nodes;
 };
 
 } // namespace scale

@@ -15,23 +15,23 @@ using namespace ORVA_NET_PROTOCOL;
 using namespace ORVA2_DECODER_TVW;
 using standin_host::CreateRecord;
 using standin_host::PlayMediaRecord;
-using standin_host::SRecord;
-using standin_host::SSubWindows;
-using standin_host::SWindow;
+using standin_host::Record;
+using standin_host::SubWindows;
+using standin_host::Window;
 
 namespace {
 
 // Window ids have 16 bits in some records.
 constexpr uint32_t kRounds = 30000;
 
-uint32_t FirstID(uint32_t nRound) { return 1 + nRound % kRounds * 2; }
-int32_t GroupID(uint32_t nRound) { return static_cast<int32_t>(1 + nRound % kRounds); }
+uint32_t FirstID(uint32_t round) { return 1 + round % kRounds * 2; }
+int32_t GroupID(uint32_t round) { return static_cast<int32_t>(1 + round % kRounds); }
 
-// A success that gives back nAnswerType and data: the record of the request, or what the decoder holds.
-std::vector<uint8_t> Answer(uint32_t nAnswerType, const SRecord& data)
+// A success that gives back answerType and data: the record of the request, or what the decoder holds.
+std::vector<uint8_t> Answer(uint32_t answerType, const Record& data)
 {
-    return standin_host::CByteWriter()
-        .U32(nAnswerType)
+    return standin_host::ByteWriter()
+        .U32(answerType)
         .U16(8) // of the two numbers that follow the lengths
         .U16(static_cast<int64_t>(data.bytes.size()))
         .Zeros(8)
@@ -40,64 +40,64 @@ std::vector<uint8_t> Answer(uint32_t nAnswerType, const SRecord& data)
         .bytes;
 }
 
-SStep Get(uint32_t nOptType, const SRecord& record, std::vector<uint8_t> answer)
+Step Get(uint32_t optType, const Record& record, std::vector<uint8_t> answer)
 {
-    return {KEST_CMD_TVWALL_DECODE_GET_CONFIG, standin_host::OptionPayload(nOptType, record).bytes,
+    return {KEST_CMD_TVWALL_DECODE_GET_CONFIG, standin_host::OptionPayload(optType, record).bytes,
             std::move(answer)};
 }
 
-SStep Option(uint32_t nOptType, const SRecord& record)
+Step Option(uint32_t optType, const Record& record)
 {
-    return {KEST_CMD_TVWALL_DECODE_OPTION, standin_host::OptionPayload(nOptType, record).bytes,
-            Answer(nOptType, record)};
+    return {KEST_CMD_TVWALL_DECODE_OPTION, standin_host::OptionPayload(optType, record).bytes,
+            Answer(optType, record)};
 }
 
 // What a command says of the first sub-window of one window.
-std::vector<SSubWindows> First(int64_t nWindow, int64_t nFirst, int64_t nSecond = 0)
+std::vector<SubWindows> First(int64_t window, int64_t first, int64_t second = 0)
 {
-    return {{nWindow, {{0, nFirst, nSecond}}}};
+    return {{window, {{0, first, second}}}};
 }
 
-standin_host::SMedia Camera()
+standin_host::Media Camera()
 {
-    standin_host::SMedia media;
-    media.nRequestMode = standin_host::kNumericChannelMode;
-    media.strAddress = "192.0.2.20";
-    media.nPort = 9008;
-    media.nChannel = 3;
-    media.strUser = "viewer";
-    media.strPassword = "passage";
+    standin_host::Media media;
+    media.requestMode = standin_host::kNumericChannelMode;
+    media.address = "192.0.2.20";
+    media.port = 9008;
+    media.channelNumber = 3;
+    media.user = "viewer";
+    media.passwordText = "passage";
     return media;
 }
 
-SWindow FirstWindow(uint32_t nRound) { return {FirstID(nRound), 0, 0, 960, 540, 0, {11, 12, 13, 14}}; }
-SWindow SecondWindow(uint32_t nRound) { return {FirstID(nRound) + 1, 960, 0, 960, 540, 0, {21}}; }
+Window FirstWindow(uint32_t round) { return {FirstID(round), 0, 0, 960, 540, 0, {11, 12, 13, 14}}; }
+Window SecondWindow(uint32_t round) { return {FirstID(round) + 1, 960, 0, 960, 540, 0, {21}}; }
 
-SStep Split(uint32_t nRound)
+Step Split(uint32_t round)
 {
-    SWindow window = FirstWindow(nRound);
+    Window window = FirstWindow(round);
     window.osdIds = {11, 12, 13, 14, 15, 16, 17, 18, 19};
-    const SRecord record = CreateRecord({window});
+    const Record record = CreateRecord({window});
     return {KEST_CMD_TVWALL_DECODE_SAVE_CONFIG,
             standin_host::OptionPayload(TVWALL_DECODE_SET_DECODERFRAME, record).bytes,
             Answer(TVWALL_DECODE_CREATE_CANVAS, record)};
 }
 
-// nChannels is not read back.
-SRecord Group(uint32_t nRound, uint32_t nChannels)
+// channelCount is not read back.
+Record Group(uint32_t round, uint32_t channelCount)
 {
     return standin_host::GroupRecord(
-        {GroupID(nRound), "Entrances " + std::to_string(nRound), "1,2,3", nChannels, 10});
+        {GroupID(round), "Entrances " + std::to_string(round), "1,2,3", channelCount, 10});
 }
 
-SStep GetGroup(uint32_t nRound)
+Step GetGroup(uint32_t round)
 {
-    const SRecord groups = standin_host::CByteWriter().Count(1).Append(Group(nRound, 0)).Take();
-    return Get(TVWALL_DECODE_GET_CHANNEL_GROUP, standin_host::GetGroupRecord(GroupID(nRound)),
+    const Record groups = standin_host::ByteWriter().Count(1).Append(Group(round, 0)).Take();
+    return Get(TVWALL_DECODE_GET_CHANNEL_GROUP, standin_host::GetGroupRecord(GroupID(round)),
                Answer(TVWALL_DECODE_START_CHLGROUP_POLLING, groups));
 }
 
-SStep GetLayout()
+Step GetLayout()
 {
     // A wall without screens has one, with all fields 0.
     return {KEST_CMD_TVWALL_DECODE_GET_WALL_LAYOUT, {}, standin_host::LayoutRecord(2, 2, {{0, 0, 0}}).bytes};
@@ -105,14 +105,14 @@ SStep GetLayout()
 
 // There is no such window any more. A message that is no reply holds no error code, so whoever takes one for
 // the reply takes this for done.
-SStep RefusedRaise(uint32_t nRound)
+Step RefusedRaise(uint32_t round)
 {
-    SStep step = Option(TVWALL_DECODE_TOP_CANVAS, standin_host::RaiseRecord(FirstID(nRound)));
+    Step step = Option(TVWALL_DECODE_TOP_CANVAS, standin_host::RaiseRecord(FirstID(round)));
     step.answer.reset();
     return step;
 }
 
-using StepOfRound = SStep (*)(uint32_t nRound);
+using StepOfRound = Step (*)(uint32_t round);
 
 constexpr StepOfRound kRound[] = {
     [](uint32_t n) {
@@ -121,7 +121,7 @@ constexpr StepOfRound kRound[] = {
     [](uint32_t n) {
         return Option(
             TVWALL_DECODE_MODIFY_CANVAS,
-            standin_host::MoveRecord({{static_cast<int32_t>(SecondWindow(n).nID), 1920, 1080, 1920, 1080}}));
+            standin_host::MoveRecord({{static_cast<int32_t>(SecondWindow(n).id), 1920, 1080, 1920, 1080}}));
     },
     [](uint32_t n) { return Option(TVWALL_DECODE_TOP_CANVAS, standin_host::RaiseRecord(FirstID(n))); },
     Split,
@@ -146,11 +146,10 @@ constexpr StepOfRound kRound[] = {
     GetGroup,
     [](uint32_t n) {
         return Option(TVWALL_DECODE_START_CHLGROUP_POLLING,
-                      standin_host::PollingRecord(First(SecondWindow(n).nID, GroupID(n))));
+                      standin_host::PollingRecord(First(SecondWindow(n).id, GroupID(n))));
     },
     [](uint32_t n) {
-        return Option(TVWALL_DECODE_DEL_CANVAS,
-                      standin_host::DeleteRecord({FirstID(n), SecondWindow(n).nID}));
+        return Option(TVWALL_DECODE_DEL_CANVAS, standin_host::DeleteRecord({FirstID(n), SecondWindow(n).id}));
     },
     RefusedRaise,
     [](uint32_t n) {
@@ -163,6 +162,6 @@ constexpr StepOfRound kRound[] = {
 
 std::size_t CommandsOfARound() { return std::size(kRound); }
 
-SStep CommandOfRound(std::size_t nIndex, uint32_t nRound) { return kRound[nIndex](nRound); }
+Step CommandOfRound(std::size_t index, uint32_t round) { return kRound[index](round); }
 
 } // namespace scale

@@ -8,8 +8,8 @@
 namespace scale {
 
 // One command and the only answer that belongs to it.
-struct SStep {
-    unsigned int nCmdID;
+struct Step {
+    unsigned int cmdID;
     std::vector<uint8_t> payload;
     std::optional<std::vector<uint8_t>> answer; // its bytes; none when the decoder must refuse the command
 };
@@ -18,7 +18,7 @@ struct SStep {
 // end the wall is as it was. What is set, and read back, is named after the round, so that rounds with other
 // numbers have other answers; window ids repeat after 30,000 rounds.
 std::size_t CommandsOfARound();
-// Command nIndex of the round, below CommandsOfARound().
-SStep CommandOfRound(std::size_t nIndex, uint32_t nRound);
+// Command index of the round, below CommandsOfARound().
+Step CommandOfRound(std::size_t index, uint32_t round);
 
 } // namespace scale

@@ -22,7 +22,7 @@ namespace {
 using namespace scale;
 using namespace standin_host;
 
-constexpr char s_szUser[] = "operator";
+constexpr char szUser[] = "operator";
 // A decoder has a listening and a connected socket; the rest is for files, pipes and libraries.
 constexpr std::size_t kDescriptorsPerDecoder = 2;
 constexpr std::size_t kOtherDescriptors = 64;
@@ -31,73 +31,73 @@ std::string RandomPassword()
 {
     std::random_device source;
     std::array<unsigned int, 4> words{};
-    for (unsigned int& nWord : words) {
-        nWord = source();
+    for (unsigned int& word : words) {
+        word = source();
     }
     return tools::HexText(words.data(), sizeof(words));
 }
 
-std::vector<std::string> DecoderArguments(const SScaleOptions& options)
+std::vector<std::string> DecoderArguments(const ScaleOptions& options)
 {
-    std::vector<std::string> arguments = {"--user", s_szUser, "--listen", "127.0.0.1:0"};
-    arguments.insert(arguments.end(), {"--decoders", std::to_string(options.nDecoders), "--notify-channels",
-                                       std::to_string(options.nChannels)});
-    if (const uint32_t nPeriod = options.NotifyPeriod(); nPeriod != 0) {
-        arguments.insert(arguments.end(), {"--fault", "notify-every=" + std::to_string(nPeriod), "--fault",
-                                           "notify-burst=" + std::to_string(options.nBurst)});
+    std::vector<std::string> arguments = {"--user", szUser, "--listen", "127.0.0.1:0"};
+    arguments.insert(arguments.end(), {"--decoders", std::to_string(options.decoders), "--notify-channels",
+                                       std::to_string(options.channelCount)});
+    if (const uint32_t period = options.NotifyPeriod(); period != 0) {
+        arguments.insert(arguments.end(), {"--fault", "notify-every=" + std::to_string(period), "--fault",
+                                           "notify-burst=" + std::to_string(options.burst)});
     }
     return arguments;
 }
 
 // Opened before the run, so that hours of work do not end in a file that cannot be written.
-std::ofstream OpenJsonFile(const std::string& strFile)
+std::ofstream OpenJsonFile(const std::string& path)
 {
     std::ofstream file;
-    if (!strFile.empty()) {
-        file.open(strFile);
+    if (!path.empty()) {
+        file.open(path);
         if (!file) {
-            throw CUsageError("cannot write " + strFile);
+            throw UsageError("cannot write " + path);
         }
     }
     return file;
 }
 
-int Report(const SScaleOptions& options, const SScaleResult& result, std::ofstream& jsonFile)
+int Report(const ScaleOptions& options, const ScaleResult& result, std::ofstream& jsonFile)
 {
     const nlohmann::json report = ToJson(options, result);
     PrintTable(std::cout, report);
     if (jsonFile.is_open() && !(jsonFile << report.dump(1) << std::endl)) {
-        throw CUsageError("cannot write " + options.strJsonFile);
+        throw UsageError("cannot write " + options.jsonFile);
     }
     const auto complaints = Complaints(options, result);
-    for (const std::string& strComplaint : complaints) {
-        std::cerr << "tvwall-scale: " << strComplaint << '\n';
+    for (const std::string& complaint : complaints) {
+        std::cerr << "tvwall-scale: " << complaint << '\n';
     }
     if (complaints.empty() && options.soakMinutes) {
         std::cout
             << "verdict: memory, descriptors and threads flat, every command got its own answer, once\n";
     }
-    return complaints.empty() ? EXIT_ALL_ANSWERED : EXIT_COMMAND_FAILED;
+    return complaints.empty() ? kExitAllAnswered : kExitCommandFailed;
 }
 
-int Run(const SScaleOptions& options)
+int Run(const ScaleOptions& options)
 {
-    if (!AllowDescriptors(options.nDecoders * kDescriptorsPerDecoder + kOtherDescriptors)) {
-        throw CUsageError("the limit of open descriptors is too low for so many decoders");
+    if (!AllowDescriptors(options.decoders * kDescriptorsPerDecoder + kOtherDescriptors)) {
+        throw UsageError("the limit of open descriptors is too low for so many decoders");
     }
-    std::ofstream jsonFile = OpenJsonFile(options.strJsonFile);
-    const std::string strPassword = RandomPassword();
-    ::setenv("TVWALL_DECODER_PASSWORD", strPassword.c_str(), 1);
+    std::ofstream jsonFile = OpenJsonFile(options.jsonFile);
+    const std::string passwordText = RandomPassword();
+    ::setenv("TVWALL_DECODER_PASSWORD", passwordText.c_str(), 1);
     ::setenv("SPDLOG_LEVEL", "error", 0); // the decoders' log: what they refuse is counted here
 
-    CHostEvents events;
-    CIoThread ioThread;
-    ioThread.WatchSignals([&events](int nSignal) { events.Interrupt(nSignal); });
-    const CPlugin plugin(options.strPluginFile);
-    CDecoderProcess decoders(options.strDecoderProgram, DecoderArguments(options));
-    const auto ports = decoders.AwaitPorts(options.nDecoders, events);
-    CScaleRun run(options, plugin, ioThread, events);
-    run.Run(s_szUser, strPassword, ports);
+    HostEvents events;
+    IoThread ioThread;
+    ioThread.WatchSignals([&events](int signal) { events.Interrupt(signal); });
+    const Plugin plugin(options.pluginFile);
+    DecoderProcess decoders(options.decoderProgram, DecoderArguments(options));
+    const auto ports = decoders.AwaitPorts(options.decoders, events);
+    ScaleRun run(options, plugin, ioThread, events);
+    run.Run(szUser, passwordText, ports);
     return Report(options, run.Result(), jsonFile);
 }
 
@@ -108,8 +108,8 @@ int main(int argc, char** argv)
     (void)std::signal(SIGPIPE, SIG_IGN); // a closed pipe shows as a failed write
     try {
         return Run(ParseScaleOptions(argc, argv));
-    } catch (const CExitError& error) {
-        if (error.Status() == EXIT_ALL_ANSWERED) {
+    } catch (const ExitError& error) {
+        if (error.Status() == kExitAllAnswered) {
             std::cout << error.what() << '\n';
         } else {
             std::cerr << "tvwall-scale: " << error.what() << '\n';
@@ -117,6 +117,6 @@ int main(int argc, char** argv)
         return error.Status();
     } catch (const std::exception& error) {
         std::cerr << "tvwall-scale: " << error.what() << '\n';
-        return EXIT_USAGE;
+        return kExitUsage;
     }
 }

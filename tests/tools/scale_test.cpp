@@ -11,89 +11,89 @@ namespace scale {
 namespace {
 
 // What is found wrong with a soak of 20 samples after something has been changed in a good one; one line.
-std::string Verdict(const std::function<void(SScaleResult&)>& change, std::size_t nSamples = 20)
+std::string Verdict(const std::function<void(ScaleResult&)>& change, std::size_t samples = 20)
 {
-    standin_host::CHostEvents events;
-    SScaleResult result(events);
-    const SProcessFigures figures{40'000'000, 60'000'000, 103, 115};
+    standin_host::HostEvents events;
+    ScaleResult result(events);
+    const ProcessFigures figures{40'000'000, 60'000'000, 103, 115};
     result.stages = {figures, figures, figures, figures, figures, figures, figures};
-    result.load.nQueued = result.load.nDone = 1000;
-    for (std::size_t i = 0; i < nSamples; ++i) {
+    result.load.queued = result.load.done = 1000;
+    for (std::size_t i = 0; i < samples; ++i) {
         result.samples.push_back({static_cast<double>(i), figures, 50 * i, 300, 900});
-        result.samples.back().figures.nHeap += i % 3 * 100'000; // commands under way
+        result.samples.back().figures.heap += i % 3 * 100'000; // commands under way
     }
     change(result);
-    SScaleOptions options;
+    ScaleOptions options;
     options.soakMinutes = 1;
-    std::string strText;
-    for (const std::string& strComplaint : Complaints(options, result)) {
-        strText += strComplaint + ';';
+    std::string text;
+    for (const std::string& complaint : Complaints(options, result)) {
+        text += complaint + ';';
     }
-    return strText;
+    return text;
 }
 
-void Grow(SScaleResult& result, std::size_t SProcessFigures::*figure, std::size_t nStep)
+void Grow(ScaleResult& result, std::size_t ProcessFigures::*figure, std::size_t step)
 {
     for (std::size_t i = 0; i < result.samples.size(); ++i) {
-        result.samples[i].figures.*figure += i * nStep;
+        result.samples[i].figures.*figure += i * step;
     }
 }
 
 TEST(ScaleVerdict, NamesWhatWasLostOrGrew)
 {
-    const auto nothing = [](SScaleResult&) {};
+    const auto nothing = [](ScaleResult&) {};
     EXPECT_EQ(Verdict(nothing), "");
     EXPECT_EQ(Verdict(nothing, 7), "only 7 samples, too few to judge by;");
-    const std::pair<std::string, std::function<void(SScaleResult&)>> cases[] = {
-        {"3 commands got no answer;", [](SScaleResult& r) { r.load.nQueued += 3; }},
-        {"1 answers came a second time;", [](SScaleResult& r) { ++r.load.nDoubled; }},
+    const std::pair<std::string, std::function<void(ScaleResult&)>> cases[] = {
+        {"3 commands got no answer;", [](ScaleResult& r) { r.load.queued += 3; }},
+        {"1 answers came a second time;", [](ScaleResult& r) { ++r.load.doubled; }},
         {"1 commands were refused by the decoder;",
-         [](SScaleResult& r) {
-             --r.load.nDone;
-             ++r.load.nRefused;
+         [](ScaleResult& r) {
+             --r.load.done;
+             ++r.load.refused;
          }},
         {"1 answers are not those of their commands;",
-         [](SScaleResult& r) {
-             --r.load.nDone;
-             ++r.load.nForeign;
+         [](ScaleResult& r) {
+             --r.load.done;
+             ++r.load.foreign;
          }},
         {"only 449 notifications came;",
-         [](SScaleResult& r) {
+         [](ScaleResult& r) {
              r.loadTime = std::chrono::seconds(92); // 10 decoders, one a second each
-             r.nNotifications = r.nNumbered = 449;
+             r.notifications = r.numbered = 449;
          }},
-        {"1 notifications had no number;", [](SScaleResult& r) { ++r.nNotifications; }},
-        {"1 threads are not the host's;", [](SScaleResult& r) { ++r.stages.loaded.nThreads; }},
-        {"a session holds 4100 bytes of heap;", [](SScaleResult& r) { r.stages.loaded.nHeap += 41'000; }},
+        {"1 notifications had no number;", [](ScaleResult& r) { ++r.notifications; }},
+        {"1 threads are not the host's;", [](ScaleResult& r) { ++r.stages.loaded.threads; }},
+        {"a session holds 4100 bytes of heap;", [](ScaleResult& r) { r.stages.loaded.heap += 41'000; }},
         {"the heap grew from 40268000 to 40484000 bytes;",
-         [](SScaleResult& r) { Grow(r, &SProcessFigures::nHeap, 24'000); }},
-        {"", [](SScaleResult& r) { Grow(r, &SProcessFigures::nHeap, 100); }},
+         [](ScaleResult& r) { Grow(r, &ProcessFigures::heap, 24'000); }},
+        {"", [](ScaleResult& r) { Grow(r, &ProcessFigures::heap, 100); }},
         {"resident memory grew from 61400000 to 63400000 bytes;",
-         [](SScaleResult& r) { Grow(r, &SProcessFigures::nResident, 200'000); }},
+         [](ScaleResult& r) { Grow(r, &ProcessFigures::resident, 200'000); }},
         {"the number of descriptors went from 115 to 116;",
-         [](SScaleResult& r) { ++r.samples.back().figures.nDescriptors; }},
+         [](ScaleResult& r) { ++r.samples.back().figures.descriptors; }},
     };
-    for (const auto& [strExpected, change] : cases) {
-        EXPECT_EQ(Verdict(change), strExpected);
+    for (const auto& [expected, change] : cases) {
+        EXPECT_EQ(Verdict(change), expected);
     }
 }
 
 TEST(LoadCommand, TellsItsOwnAnswerFromThatOfAnotherCommand)
 {
-    standin_host::CHostEvents events;
-    STally tally(events);
-    const auto answered = [&](std::optional<std::vector<uint8_t>> own, const std::string& strBuffer) {
-        auto* pCommand = new CLoadCommand(1, tally, std::move(own));
-        if (strBuffer.empty()) {
+    standin_host::HostEvents events;
+    Tally tally(events);
+    const auto answered = [&](std::optional<std::vector<uint8_t>> own, const std::string& buffer) {
+        auto* command = new LoadCommand(1, tally, std::move(own));
+        if (buffer.empty()) {
             ORVA_NET_PROTOCOL::_kest_net_reply refusal{};
             refusal.dwResult = ORVA_NET_PROTOCOL::KEST_RESULT_DEVICE_ERROR;
-            pCommand->ReplyRecord(refusal);
+            command->ReplyRecord(refusal);
         } else {
-            pCommand->ReplyBuffer(strBuffer.data(), strBuffer.size());
+            command->ReplyBuffer(buffer.data(), buffer.size());
         }
-        pCommand->DecReference(CLoadCommand::kCreatorTag);
-        return std::array<uint64_t, 3>{tally.nDone.exchange(0), tally.nRefused.exchange(0),
-                                       tally.nForeign.exchange(0)};
+        command->DecReference(LoadCommand::kCreatorTag);
+        return std::array<uint64_t, 3>{tally.done.exchange(0), tally.refused.exchange(0),
+                                       tally.foreign.exchange(0)};
     };
     using Counts = std::array<uint64_t, 3>;
     EXPECT_EQ(answered({{'a', 'b'}}, "ab"), (Counts{1, 0, 0}));
@@ -106,18 +106,18 @@ TEST(LoadCommand, TellsItsOwnAnswerFromThatOfAnotherCommand)
 
 TEST(LatencyHistogram, IsExactToThreePercentOverItsWholeRange)
 {
-    for (const uint64_t nValue : {0ULL, 31ULL, 32ULL, 33ULL, 63ULL, 64ULL, 1000ULL, 123'456'789ULL, ~0ULL}) {
-        CLatencyHistogram histogram;
-        histogram.Record(nValue);
-        const uint64_t nRead = histogram.Percentile(1);
-        EXPECT_GE(nRead, nValue);
-        EXPECT_LE(nRead - nValue, nValue / 32) << nValue;
+    for (const uint64_t value : {0ULL, 31ULL, 32ULL, 33ULL, 63ULL, 64ULL, 1000ULL, 123'456'789ULL, ~0ULL}) {
+        LatencyHistogram histogram;
+        histogram.Record(value);
+        const uint64_t readCount = histogram.Percentile(1);
+        EXPECT_GE(readCount, value);
+        EXPECT_LE(readCount - value, value / 32) << value;
     }
-    CLatencyHistogram recent;
+    LatencyHistogram recent;
     for (uint64_t i = 1; i <= 1000; ++i) {
         recent.Record(i);
     }
-    CLatencyHistogram all;
+    LatencyHistogram all;
     all.Take(recent);
     EXPECT_EQ(recent.Count(), 0U);
     EXPECT_EQ(all.Count(), 1000U);

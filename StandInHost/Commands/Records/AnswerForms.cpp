@@ -18,12 +18,12 @@ std::string NumberText(const Fields& value) { return value.dump(); }
 
 std::string OnOff(const Fields& value) { return value.get<bool>() ? "on" : "off"; }
 
-void ReadNothing(CByteReader&, Fields&) {}
+void ReadNothing(ByteReader&, Fields&) {}
 
 std::string ShowDone(const Fields&) { return "done"; }
 
 // The result record that begins the answer to an option command.
-void ReadHead(CByteReader& reader, Fields& fields)
+void ReadHead(ByteReader& reader, Fields& fields)
 {
     fields["optType"] = reader.U32();
     reader.U16(); // its length
@@ -34,7 +34,7 @@ void ReadHead(CByteReader& reader, Fields& fields)
 
 // --- login ---
 
-void ReadLogin(CByteReader& reader, Fields& fields)
+void ReadLogin(ByteReader& reader, Fields& fields)
 {
     fields["nodeId"] = GuidText(reader.Guid());
     fields["nodeType"] = reader.U32();
@@ -49,10 +49,10 @@ std::string ShowLogin(const Fields& fields)
 
 // --- the decoder itself ---
 
-constexpr const char* s_infoTexts[] = {"softwareVersion", "buildDate", "kernelVersion", "dataVersion"};
+constexpr const char* kInfoTexts[] = {"softwareVersion", "buildDate", "kernelVersion", "dataVersion"};
 constexpr std::size_t kInfoText = 64;
 
-void ReadSystemInfo(CByteReader& reader, Fields& fields)
+void ReadSystemInfo(ByteReader& reader, Fields& fields)
 {
     ReadHead(reader, fields);
     fields["decoder"] = GuidText(reader.Guid());
@@ -60,14 +60,14 @@ void ReadSystemInfo(CByteReader& reader, Fields& fields)
     fields["model"] = reader.I32();
     fields["deviceType"] = reader.Text(kInfoText);
     fields["mac"] = reader.Text(kInfoText);
-    for (const char* szField : s_infoTexts) {
-        fields[szField] = reader.Text(kInfoText);
+    for (const char* field : kInfoTexts) {
+        fields[field] = reader.Text(kInfoText);
     }
 }
 
 std::string ShowSystemInfo(const Fields& fields)
 {
-    const auto text = [&](const char* szField) { return fields[szField].get<std::string>(); };
+    const auto text = [&](const char* field) { return fields[field].get<std::string>(); };
     return "the decoder says" + TextTable({{"name:", text("name")},
                                            {"model:", NumberText(fields["model"])},
                                            {"device type:", text("deviceType")},
@@ -78,7 +78,7 @@ std::string ShowSystemInfo(const Fields& fields)
                                            {"data version:", text("dataVersion")}});
 }
 
-void ReadBasicConfig(CByteReader& reader, Fields& fields)
+void ReadBasicConfig(ByteReader& reader, Fields& fields)
 {
     ReadHead(reader, fields);
     fields["wall"] = GuidText(reader.Guid());
@@ -98,12 +98,12 @@ std::string ShowBasicConfig(const Fields& fields)
 
 constexpr std::size_t kScreenName = 256;
 
-void ReadLayout(CByteReader& reader, Fields& fields)
+void ReadLayout(ByteReader& reader, Fields& fields)
 {
     fields["rows"] = reader.U32();
     fields["columns"] = reader.U32();
     Fields& screens = fields["screens"] = Fields::array();
-    for (uint32_t nLeft = reader.U32(); nLeft > 0 && !reader.Failed(); --nLeft) {
+    for (uint32_t left = reader.U32(); left > 0 && !reader.Failed(); --left) {
         Fields screen;
         screen["id"] = reader.U32();
         screen["name"] = reader.Text(kScreenName);
@@ -118,55 +118,55 @@ constexpr uint32_t kMaxDrawn = 64;
 
 std::string ShowLayout(const Fields& fields)
 {
-    const auto nRows = fields["rows"].get<uint32_t>();
-    const auto nColumns = fields["columns"].get<uint32_t>();
-    Rows grid(std::min(nRows, kMaxDrawn), std::vector<std::string>(std::min(nColumns, kMaxDrawn)));
+    const auto rows = fields["rows"].get<uint32_t>();
+    const auto columns = fields["columns"].get<uint32_t>();
+    Rows grid(std::min(rows, kMaxDrawn), std::vector<std::string>(std::min(columns, kMaxDrawn)));
     Rows outside;
     for (const Fields& screen : fields["screens"]) {
-        const auto nX = screen["x"].get<uint32_t>();
-        const auto nY = screen["y"].get<uint32_t>();
-        const auto strName = screen["name"].get<std::string>();
-        const std::string strScreen = NumberText(screen["id"]) + (strName.empty() ? "" : ' ' + strName);
-        if (nY < grid.size() && nX < grid[nY].size()) {
-            std::string& strCell = grid[nY][nX];
-            strCell += (strCell.empty() ? "" : ", ") + strScreen;
+        const auto x = screen["x"].get<uint32_t>();
+        const auto y = screen["y"].get<uint32_t>();
+        const auto name = screen["name"].get<std::string>();
+        const std::string screenName = NumberText(screen["id"]) + (name.empty() ? "" : ' ' + name);
+        if (y < grid.size() && x < grid[y].size()) {
+            std::string& cell = grid[y][x];
+            cell += (cell.empty() ? "" : ", ") + screenName;
         } else {
-            outside.push_back({"at " + std::to_string(nX) + ' ' + std::to_string(nY) + ':', strScreen});
+            outside.push_back({"at " + std::to_string(x) + ' ' + std::to_string(y) + ':', screenName});
         }
     }
-    for (std::size_t nY = 0; nY < grid.size(); ++nY) {
-        std::replace(grid[nY].begin(), grid[nY].end(), std::string(), std::string("-"));
-        grid[nY].insert(grid[nY].begin(), "row " + std::to_string(nY) + ':');
+    for (std::size_t y = 0; y < grid.size(); ++y) {
+        std::replace(grid[y].begin(), grid[y].end(), std::string(), std::string("-"));
+        grid[y].insert(grid[y].begin(), "row " + std::to_string(y) + ':');
     }
-    return std::to_string(nRows) + " rows, " + std::to_string(nColumns) + " columns" + TextTable(grid) +
+    return std::to_string(rows) + " rows, " + std::to_string(columns) + " columns" + TextTable(grid) +
            TextTable(outside);
 }
 
 // --- display switches ---
 
 // The one answer that is a text.
-void ReadWindowConfig(CByteReader& reader, Fields& fields)
+void ReadWindowConfig(ByteReader& reader, Fields& fields)
 {
     ReadHead(reader, fields);
-    const std::string strXml = reader.Rest();
+    const std::string xml = reader.Rest();
     tinyxml2::XMLDocument document;
-    document.Parse(strXml.data(), strXml.size());
-    const tinyxml2::XMLElement* pRoot = document.FirstChildElement("response");
-    const tinyxml2::XMLElement* pInfo = pRoot == nullptr ? nullptr : pRoot->FirstChildElement("baseInfo");
-    if (pInfo == nullptr) {
+    document.Parse(xml.data(), xml.size());
+    const tinyxml2::XMLElement* root = document.FirstChildElement("response");
+    const tinyxml2::XMLElement* info = root == nullptr ? nullptr : root->FirstChildElement("baseInfo");
+    if (info == nullptr) {
         reader.Fail();
         return;
     }
-    const auto* pId = pRoot->FirstChildElement("id");
-    fields["node"] = pId == nullptr || pId->GetText() == nullptr ? "" : pId->GetText();
-    for (const auto& [szField, szElement] :
+    const auto* idWord = root->FirstChildElement("id");
+    fields["node"] = idWord == nullptr || idWord->GetText() == nullptr ? "" : idWord->GetText();
+    for (const auto& [field, element] :
          {std::pair("borders", "enableborder"), std::pair("windowIds", "enableshowwinid")}) {
-        const auto* pSwitch = pInfo->FirstChildElement(szElement);
-        unsigned int nValue = 0;
-        if (pSwitch == nullptr || pSwitch->QueryUnsignedText(&nValue) != tinyxml2::XML_SUCCESS) {
+        const auto* switchValue = info->FirstChildElement(element);
+        unsigned int value = 0;
+        if (switchValue == nullptr || switchValue->QueryUnsignedText(&value) != tinyxml2::XML_SUCCESS) {
             reader.Fail();
         }
-        fields[szField] = nValue != 0;
+        fields[field] = value != 0;
     }
 }
 
@@ -177,19 +177,19 @@ std::string ShowWindowConfig(const Fields& fields)
 
 // --- lists ---
 
-void ReadAudio(CByteReader& reader, Fields& fields)
+void ReadAudio(ByteReader& reader, Fields& fields)
 {
     ReadHead(reader, fields);
     fields["wall"] = GuidText(reader.Guid());
     fields["decoder"] = GuidText(reader.Guid());
     Fields& windows = fields["windows"] = Fields::array();
-    for (uint32_t nLeft = reader.U32(); nLeft > 0 && !reader.Failed(); --nLeft) {
+    for (uint32_t left = reader.U32(); left > 0 && !reader.Failed(); --left) {
         Fields window;
         window["id"] = reader.I32();
         Fields& subWindows = window["subWindows"] = Fields::array();
-        for (uint32_t nSubs = reader.U32(); nSubs > 0 && !reader.Failed(); --nSubs) {
-            const int32_t nIndex = reader.I32();
-            subWindows.push_back({{"index", nIndex}, {"channel", reader.I32()}});
+        for (uint32_t subs = reader.U32(); subs > 0 && !reader.Failed(); --subs) {
+            const int32_t index = reader.I32();
+            subWindows.push_back({{"index", index}, {"channel", reader.I32()}});
         }
         windows.push_back(std::move(window));
     }
@@ -212,11 +212,11 @@ std::string ShowAudio(const Fields& fields)
 constexpr std::size_t kGroupName = 256;
 constexpr std::size_t kGroupChannels = 16;
 
-void ReadGroups(CByteReader& reader, Fields& fields)
+void ReadGroups(ByteReader& reader, Fields& fields)
 {
     ReadHead(reader, fields);
     Fields& groups = fields["groups"] = Fields::array();
-    for (uint32_t nLeft = reader.U32(); nLeft > 0 && !reader.Failed(); --nLeft) {
+    for (uint32_t left = reader.U32(); left > 0 && !reader.Failed(); --left) {
         reader.Guid(); // the wall, which the decoder does not know
         Fields group;
         group["id"] = reader.I32();
@@ -240,14 +240,14 @@ std::string ShowGroups(const Fields& fields)
 
 } // namespace
 
-const SAnswerForm kDoneForm{ReadHead, ShowDone};
-const SAnswerForm kEmptyForm{ReadNothing, ShowDone};
-const SAnswerForm kLoginForm{ReadLogin, ShowLogin};
-const SAnswerForm kSystemInfoForm{ReadSystemInfo, ShowSystemInfo};
-const SAnswerForm kBasicConfigForm{ReadBasicConfig, ShowBasicConfig};
-const SAnswerForm kLayoutForm{ReadLayout, ShowLayout};
-const SAnswerForm kWindowConfigForm{ReadWindowConfig, ShowWindowConfig};
-const SAnswerForm kAudioForm{ReadAudio, ShowAudio};
-const SAnswerForm kGroupsForm{ReadGroups, ShowGroups};
+const AnswerForm kDoneForm{ReadHead, ShowDone};
+const AnswerForm kEmptyForm{ReadNothing, ShowDone};
+const AnswerForm kLoginForm{ReadLogin, ShowLogin};
+const AnswerForm kSystemInfoForm{ReadSystemInfo, ShowSystemInfo};
+const AnswerForm kBasicConfigForm{ReadBasicConfig, ShowBasicConfig};
+const AnswerForm kLayoutForm{ReadLayout, ShowLayout};
+const AnswerForm kWindowConfigForm{ReadWindowConfig, ShowWindowConfig};
+const AnswerForm kAudioForm{ReadAudio, ShowAudio};
+const AnswerForm kGroupsForm{ReadGroups, ShowGroups};
 
 } // namespace standin_host

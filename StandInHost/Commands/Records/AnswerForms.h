@@ -12,21 +12,21 @@ namespace standin_host {
 using Fields = nlohmann::ordered_json;
 
 // One kind of answer.
-struct SAnswerForm {
+struct AnswerForm {
     // Takes the fields off the bytes; the reader says whether they were all there.
-    void (*pRead)(CByteReader& reader, Fields& fields);
+    void (*read)(ByteReader& reader, Fields& fields);
     // The fields in words. What is more than one line begins each further line with "\n  ".
-    std::string (*pShow)(const Fields& fields);
+    std::string (*show)(const Fields& fields);
 };
 
-extern const SAnswerForm kDoneForm; // a result head, and behind it nothing that is worth reading
-extern const SAnswerForm kEmptyForm;
-extern const SAnswerForm kLoginForm;
-extern const SAnswerForm kSystemInfoForm;
-extern const SAnswerForm kBasicConfigForm;
-extern const SAnswerForm kLayoutForm;
-extern const SAnswerForm kWindowConfigForm;
-extern const SAnswerForm kAudioForm;
-extern const SAnswerForm kGroupsForm;
+extern const AnswerForm kDoneForm; // a result head, and behind it nothing that is worth reading
+extern const AnswerForm kEmptyForm;
+extern const AnswerForm kLoginForm;
+extern const AnswerForm kSystemInfoForm;
+extern const AnswerForm kBasicConfigForm;
+extern const AnswerForm kLayoutForm;
+extern const AnswerForm kWindowConfigForm;
+extern const AnswerForm kAudioForm;
+extern const AnswerForm kGroupsForm;
 
 } // namespace standin_host

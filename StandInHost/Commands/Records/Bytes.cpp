@@ -5,49 +5,49 @@
 
 namespace standin_host {
 
-CByteWriter& CByteWriter::Guid(const GUID& guid)
+ByteWriter& ByteWriter::Guid(const GUID& guid)
 {
-    const auto* pBytes = reinterpret_cast<const uint8_t*>(&guid);
-    m_record.bytes.insert(m_record.bytes.end(), pBytes, pBytes + sizeof guid);
+    const auto* bytes = reinterpret_cast<const uint8_t*>(&guid);
+    m_record.bytes.insert(m_record.bytes.end(), bytes, bytes + sizeof guid);
     return *this;
 }
 
-CByteWriter& CByteWriter::Zeros(std::size_t nCount)
+ByteWriter& ByteWriter::Zeros(std::size_t count)
 {
-    m_record.bytes.resize(m_record.bytes.size() + nCount);
+    m_record.bytes.resize(m_record.bytes.size() + count);
     return *this;
 }
 
-CByteWriter& CByteWriter::Text(const std::string& strText, std::size_t nSize)
+ByteWriter& ByteWriter::Text(const std::string& text, std::size_t size)
 {
-    m_record.bytes.insert(m_record.bytes.end(), strText.begin(), strText.end());
-    return Zeros(nSize - strText.size());
+    m_record.bytes.insert(m_record.bytes.end(), text.begin(), text.end());
+    return Zeros(size - text.size());
 }
 
-CByteWriter& CByteWriter::Secret(const std::string& strText, std::size_t nSize)
+ByteWriter& ByteWriter::Secret(const std::string& text, std::size_t size)
 {
-    m_record.secrets.push_back({m_record.bytes.size(), nSize});
-    return Text(strText, nSize);
+    m_record.secrets.push_back({m_record.bytes.size(), size});
+    return Text(text, size);
 }
 
-CByteWriter& CByteWriter::Append(const SRecord& record)
+ByteWriter& ByteWriter::Append(const Record& record)
 {
-    for (const SSpan& secret : record.secrets) {
-        m_record.secrets.push_back({m_record.bytes.size() + secret.nOffset, secret.nSize});
+    for (const Span& secret : record.secrets) {
+        m_record.secrets.push_back({m_record.bytes.size() + secret.offset, secret.size});
     }
     m_record.bytes.insert(m_record.bytes.end(), record.bytes.begin(), record.bytes.end());
     return *this;
 }
 
-CByteWriter& CByteWriter::Number(uint64_t nValue, int nBytes)
+ByteWriter& ByteWriter::Number(uint64_t value, int bytes)
 {
-    for (int i = 0; i < nBytes; ++i) {
-        m_record.bytes.push_back(static_cast<uint8_t>(nValue >> (8 * i)));
+    for (int i = 0; i < bytes; ++i) {
+        m_record.bytes.push_back(static_cast<uint8_t>(value >> (8 * i)));
     }
     return *this;
 }
 
-GUID CByteReader::Guid()
+GUID ByteReader::Guid()
 {
     GUID guid{};
     const auto block = Block(sizeof guid);
@@ -57,37 +57,37 @@ GUID CByteReader::Guid()
     return guid;
 }
 
-std::string CByteReader::Text(std::size_t nSize)
+std::string ByteReader::Text(std::size_t size)
 {
-    const auto block = Block(nSize);
+    const auto block = Block(size);
     return {block.begin(), std::find(block.begin(), block.end(), uint8_t{0})};
 }
 
-void CByteReader::Fail()
+void ByteReader::Fail()
 {
-    m_bFailed = true;
+    m_failed = true;
     m_left = {};
 }
 
-std::span<const uint8_t> CByteReader::Block(std::size_t nSize)
+std::span<const uint8_t> ByteReader::Block(std::size_t size)
 {
-    if (nSize > m_left.size()) {
+    if (size > m_left.size()) {
         Fail();
         return {};
     }
-    const auto block = m_left.first(nSize);
-    m_left = m_left.subspan(nSize);
+    const auto block = m_left.first(size);
+    m_left = m_left.subspan(size);
     return block;
 }
 
-uint64_t CByteReader::Number(std::size_t nBytes)
+uint64_t ByteReader::Number(std::size_t bytes)
 {
-    const auto block = Block(nBytes);
-    uint64_t nValue = 0;
+    const auto block = Block(bytes);
+    uint64_t value = 0;
     for (std::size_t i = block.size(); i > 0; --i) {
-        nValue = nValue << 8 | block[i - 1];
+        value = value << 8 | block[i - 1];
     }
-    return nValue;
+    return value;
 }
 
 } // namespace standin_host

@@ -11,67 +11,67 @@
 namespace standin_host {
 
 // Where a record holds a password.
-struct SSpan {
-    std::size_t nOffset;
-    std::size_t nSize;
+struct Span {
+    std::size_t offset;
+    std::size_t size;
 };
 
-struct SRecord {
+struct Record {
     std::vector<uint8_t> bytes;
-    std::vector<SSpan> secrets;
+    std::vector<Span> secrets;
 };
 
 // Appends numbers and blocks.
-class CByteWriter {
+class ByteWriter {
 public:
     // Counts and identifiers are checked against their fields before they come here.
-    CByteWriter& U16(int64_t nValue) { return Number(static_cast<uint64_t>(nValue), 2); }
-    CByteWriter& U32(int64_t nValue) { return Number(static_cast<uint64_t>(nValue), 4); }
-    CByteWriter& I16(int64_t nValue) { return Number(static_cast<uint64_t>(nValue), 2); }
-    CByteWriter& I32(int64_t nValue) { return Number(static_cast<uint64_t>(nValue), 4); }
-    CByteWriter& U64(uint64_t nValue) { return Number(nValue, 8); }
-    CByteWriter& Count(std::size_t nCount) { return Number(nCount, 4); }
-    CByteWriter& Guid(const GUID& guid);
-    CByteWriter& Zeros(std::size_t nCount);
-    // The text in a field of nSize bytes, filled up with zeros; the text must be shorter than the field.
-    CByteWriter& Text(const std::string& strText, std::size_t nSize);
+    ByteWriter& U16(int64_t value) { return Number(static_cast<uint64_t>(value), 2); }
+    ByteWriter& U32(int64_t value) { return Number(static_cast<uint64_t>(value), 4); }
+    ByteWriter& I16(int64_t value) { return Number(static_cast<uint64_t>(value), 2); }
+    ByteWriter& I32(int64_t value) { return Number(static_cast<uint64_t>(value), 4); }
+    ByteWriter& U64(uint64_t value) { return Number(value, 8); }
+    ByteWriter& Count(std::size_t count) { return Number(count, 4); }
+    ByteWriter& Guid(const GUID& guid);
+    ByteWriter& Zeros(std::size_t count);
+    // The text in a field of size bytes, filled up with zeros; the text must be shorter than the field.
+    ByteWriter& Text(const std::string& text, std::size_t size);
     // The same, and the record remembers that a password stands there.
-    CByteWriter& Secret(const std::string& strText, std::size_t nSize);
+    ByteWriter& Secret(const std::string& text, std::size_t size);
     // Another record behind what is there.
-    CByteWriter& Append(const SRecord& record);
+    ByteWriter& Append(const Record& record);
 
-    SRecord Take() { return std::move(m_record); }
+    Record Take() { return std::move(m_record); }
 
 private:
-    CByteWriter& Number(uint64_t nValue, int nBytes);
+    ByteWriter& Number(uint64_t value, int bytes);
 
-    SRecord m_record;
+    Record m_record;
 };
 
 // Takes numbers and texts off the front. Once something was not there, everything reads as zero or empty and
 // Failed says so.
-class CByteReader {
+class ByteReader {
 public:
-    explicit CByteReader(std::span<const uint8_t> bytes) : m_left(bytes) {}
+    explicit ByteReader(std::span<const uint8_t> bytes) : m_left(bytes) {}
 
     uint16_t U16() { return static_cast<uint16_t>(Number(2)); }
     uint32_t U32() { return static_cast<uint32_t>(Number(4)); }
     int32_t I32() { return static_cast<int32_t>(Number(4)); }
     GUID Guid();
-    // A field of nSize bytes, up to its first zero.
-    std::string Text(std::size_t nSize);
+    // A field of size bytes, up to its first zero.
+    std::string Text(std::size_t size);
     // All that is left, up to its first zero.
     std::string Rest() { return Text(m_left.size()); }
 
-    bool Failed() const { return m_bFailed; }
+    bool Failed() const { return m_failed; }
     void Fail();
 
 private:
-    std::span<const uint8_t> Block(std::size_t nSize);
-    uint64_t Number(std::size_t nBytes);
+    std::span<const uint8_t> Block(std::size_t size);
+    uint64_t Number(std::size_t byteCount);
 
     std::span<const uint8_t> m_left;
-    bool m_bFailed = false;
+    bool m_failed = false;
 };
 
 } // namespace standin_host

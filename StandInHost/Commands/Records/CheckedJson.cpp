@@ -16,9 +16,9 @@ namespace {
 using Json = nlohmann::json;
 
 // Follows the parser through the file. The library itself would let a key's last value win.
-class CDuplicateCheck {
+class DuplicateCheck {
 public:
-    explicit CDuplicateCheck(const std::string& strFile) : m_strFile(strFile) {}
+    explicit DuplicateCheck(const std::string& path) : m_file(path) {}
 
     void On(Json::parse_event_t event, const Json& parsed)
     {
@@ -43,147 +43,146 @@ public:
 
 private:
     struct SLevel {
-        bool bArray;
-        std::size_t nIndex;
-        std::string strKey;
+        bool array;
+        std::size_t index;
+        std::string keyText;
         std::set<std::string> keys;
     };
 
-    void OnKey(const std::string& strKey)
+    void OnKey(const std::string& keyText)
     {
         SLevel& level = m_levels.back();
-        level.strKey = strKey;
-        if (!level.keys.insert(strKey).second) {
-            throw CUsageError(m_strFile + ": " + Place() + " is given twice");
+        level.keyText = keyText;
+        if (!level.keys.insert(keyText).second) {
+            throw UsageError(m_file + ": " + Place() + " is given twice");
         }
     }
 
     void Next()
     {
         if (!m_levels.empty()) {
-            ++m_levels.back().nIndex;
+            ++m_levels.back().index;
         }
     }
 
     std::string Place() const
     {
-        std::string strPlace;
+        std::string place;
         for (const SLevel& level : m_levels) {
-            if (level.bArray) {
-                strPlace += '[' + std::to_string(level.nIndex) + ']';
+            if (level.array) {
+                place += '[' + std::to_string(level.index) + ']';
             } else {
-                strPlace += (strPlace.empty() ? "" : ".") + tools::OneLine(level.strKey);
+                place += (place.empty() ? "" : ".") + tools::OneLine(level.keyText);
             }
         }
-        return strPlace;
+        return place;
     }
 
-    const std::string& m_strFile;
+    const std::string& m_file;
     std::vector<SLevel> m_levels; // objects and arrays that are open
 };
 
-std::string LineAndColumn(const std::string& strText, std::size_t nByte)
+std::string LineAndColumn(const std::string& text, std::size_t byte)
 {
-    const auto nOffset =
-        static_cast<std::ptrdiff_t>(std::min(std::max<std::size_t>(nByte, 1) - 1, strText.size()));
-    const auto end = strText.begin() + nOffset;
-    const auto lineBegin = std::find(std::make_reverse_iterator(end), strText.rend(), '\n').base();
-    return "line " + std::to_string(1 + std::count(strText.begin(), end, '\n')) + ", column " +
+    const auto offset =
+        static_cast<std::ptrdiff_t>(std::min(std::max<std::size_t>(byte, 1) - 1, text.size()));
+    const auto end = text.begin() + offset;
+    const auto lineBegin = std::find(std::make_reverse_iterator(end), text.rend(), '\n').base();
+    return "line " + std::to_string(1 + std::count(text.begin(), end, '\n')) + ", column " +
            std::to_string(1 + (end - lineBegin));
 }
 
 } // namespace
 
-Json ParseJson(const std::string& strText, const std::string& strFile)
+Json ParseJson(const std::string& text, const std::string& path)
 {
-    CDuplicateCheck check(strFile);
+    DuplicateCheck check(path);
     try {
-        return Json::parse(strText, [&](int, Json::parse_event_t event, Json& parsed) {
+        return Json::parse(text, [&](int, Json::parse_event_t event, Json& parsed) {
             check.On(event, parsed);
             return true;
         });
     } catch (const Json::parse_error& error) {
-        throw CUsageError(strFile + ": " + LineAndColumn(strText, error.byte) + ": this is no valid JSON");
+        throw UsageError(path + ": " + LineAndColumn(text, error.byte) + ": this is no valid JSON");
     } catch (const Json::exception&) {
-        throw CUsageError(strFile + ": a number is too large for any field");
+        throw UsageError(path + ": a number is too large for any field");
     }
 }
 
-CJsonObject::CJsonObject(const Json& value, std::string strPlace, std::initializer_list<const char*> keys)
-    : m_value(value), m_strPlace(std::move(strPlace))
+JsonObject::JsonObject(const Json& value, std::string place, std::initializer_list<const char*> keys)
+    : m_value(value), m_place(std::move(place))
 {
     if (!value.is_object()) {
-        throw CUsageError(m_strPlace + " must be an object");
+        throw UsageError(m_place + " must be an object");
     }
-    for (const auto& [strKey, ignored] : value.items()) {
-        if (std::find(keys.begin(), keys.end(), strKey) == keys.end()) {
-            throw CUsageError(m_strPlace + " has the unknown key '" + tools::OneLine(strKey) + "'");
+    for (const auto& [keyText, ignored] : value.items()) {
+        if (std::find(keys.begin(), keys.end(), keyText) == keys.end()) {
+            throw UsageError(m_place + " has the unknown key '" + tools::OneLine(keyText) + "'");
         }
     }
 }
 
-int64_t CJsonObject::Number(const char* szKey, int64_t nMin, int64_t nMax,
-                            std::optional<int64_t> nDefault) const
+int64_t JsonObject::Number(const char* key, int64_t min, int64_t highest,
+                           std::optional<int64_t> fallback) const
 {
-    const Json* pValue = Find(szKey);
-    if (pValue == nullptr && nDefault) {
-        return *nDefault;
+    const Json* value = Find(key);
+    if (value == nullptr && fallback) {
+        return *fallback;
     }
     // What is beyond the signed numbers is beyond every field as well.
-    const bool bHuge = pValue != nullptr && pValue->is_number_unsigned() &&
-                       pValue->get<uint64_t>() > static_cast<uint64_t>(std::numeric_limits<int64_t>::max());
-    if (pValue == nullptr || !pValue->is_number_integer() || bHuge || pValue->get<int64_t>() < nMin ||
-        pValue->get<int64_t>() > nMax) {
-        Refuse(szKey, "must be a whole number from " + std::to_string(nMin) + " to " + std::to_string(nMax));
+    const bool huge = value != nullptr && value->is_number_unsigned() &&
+                      value->get<uint64_t>() > static_cast<uint64_t>(std::numeric_limits<int64_t>::max());
+    if (value == nullptr || !value->is_number_integer() || huge || value->get<int64_t>() < min ||
+        value->get<int64_t>() > highest) {
+        Refuse(key, "must be a whole number from " + std::to_string(min) + " to " + std::to_string(highest));
     }
-    return pValue->get<int64_t>();
+    return value->get<int64_t>();
 }
 
-std::string CJsonObject::Text(const char* szKey, std::size_t nMax,
-                              std::optional<std::string> strDefault) const
+std::string JsonObject::Text(const char* key, std::size_t highest, std::optional<std::string> fallback) const
 {
-    const Json* pValue = Find(szKey);
-    if (pValue == nullptr && strDefault) {
-        return *strDefault;
+    const Json* value = Find(key);
+    if (value == nullptr && fallback) {
+        return *fallback;
     }
-    if (pValue == nullptr || !pValue->is_string()) {
-        Refuse(szKey, "must be a text");
+    if (value == nullptr || !value->is_string()) {
+        Refuse(key, "must be a text");
     }
-    auto strText = pValue->get<std::string>();
-    if (strText.size() > nMax || strText.find('\0') != std::string::npos) {
-        Refuse(szKey, "must be a text of at most " + std::to_string(nMax) + " bytes without a zero byte");
+    auto text = value->get<std::string>();
+    if (text.size() > highest || text.find('\0') != std::string::npos) {
+        Refuse(key, "must be a text of at most " + std::to_string(highest) + " bytes without a zero byte");
     }
-    return strText;
+    return text;
 }
 
-const Json* CJsonObject::Find(const char* szKey) const
+const Json* JsonObject::Find(const char* key) const
 {
-    const auto it = m_value.find(szKey);
+    const auto it = m_value.find(key);
     return it == m_value.end() ? nullptr : &*it;
 }
 
-const Json& CJsonObject::List(const char* szKey, bool bRequired) const
+const Json& JsonObject::List(const char* key, bool required) const
 {
-    static const Json s_empty = Json::array();
-    const Json* pValue = Find(szKey);
-    if (pValue == nullptr && !bRequired) {
-        return s_empty;
+    static const Json kEmpty = Json::array();
+    const Json* value = Find(key);
+    if (value == nullptr && !required) {
+        return kEmpty;
     }
-    if (pValue == nullptr || !pValue->is_array()) {
-        Refuse(szKey, "must be a list");
+    if (value == nullptr || !value->is_array()) {
+        Refuse(key, "must be a list");
     }
-    return *pValue;
+    return *value;
 }
 
-std::string CJsonObject::PlaceOf(const char* szKey) const
+std::string JsonObject::PlaceOf(const char* key) const
 {
     // The file's name ends with a colon, its objects have a path behind it.
-    return m_strPlace + (m_strPlace.ends_with(':') ? " " : ".") + szKey;
+    return m_place + (m_place.ends_with(':') ? " " : ".") + key;
 }
 
-void CJsonObject::Refuse(const char* szKey, const std::string& strWhat) const
+void JsonObject::Refuse(const char* key, const std::string& what) const
 {
-    throw CUsageError(PlaceOf(szKey) + ' ' + strWhat);
+    throw UsageError(PlaceOf(key) + ' ' + what);
 }
 
 } // namespace standin_host

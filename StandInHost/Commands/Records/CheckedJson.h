@@ -10,30 +10,30 @@
 
 namespace standin_host {
 
-// Parses the text of a file. Throws CUsageError on bad syntax and on a key that an object has twice.
-nlohmann::json ParseJson(const std::string& strText, const std::string& strFile);
+// Parses the text of a file. Throws UsageError on bad syntax and on a key that an object has twice.
+nlohmann::json ParseJson(const std::string& text, const std::string& path);
 
-// One object of the file. Every operation throws CUsageError when the file says something else.
-class CJsonObject {
+// One object of the file. Every operation throws UsageError when the file says something else.
+class JsonObject {
 public:
-    // strPlace is the object's own, such as "wall.json: windows[0]". Keys other than these are refused.
-    CJsonObject(const nlohmann::json& value, std::string strPlace, std::initializer_list<const char*> keys);
+    // place is the object's own, such as "wall.json: windows[0]". Keys other than these are refused.
+    JsonObject(const nlohmann::json& value, std::string place, std::initializer_list<const char*> keys);
 
     // Without a default the key is required.
-    int64_t Number(const char* szKey, int64_t nMin, int64_t nMax, std::optional<int64_t> nDefault = {}) const;
-    // At most nMax bytes, none of them zero.
-    std::string Text(const char* szKey, std::size_t nMax, std::optional<std::string> strDefault = {}) const;
+    int64_t Number(const char* key, int64_t min, int64_t highest, std::optional<int64_t> fallback = {}) const;
+    // At most highest bytes, none of them zero.
+    std::string Text(const char* key, std::size_t highest, std::optional<std::string> fallback = {}) const;
     // Null when the key is missing.
-    const nlohmann::json* Find(const char* szKey) const;
+    const nlohmann::json* Find(const char* key) const;
     // An empty list when the key is missing and not required.
-    const nlohmann::json& List(const char* szKey, bool bRequired) const;
-    std::string PlaceOf(const char* szKey) const;
+    const nlohmann::json& List(const char* key, bool required) const;
+    std::string PlaceOf(const char* key) const;
 
-    [[noreturn]] void Refuse(const char* szKey, const std::string& strWhat) const;
+    [[noreturn]] void Refuse(const char* key, const std::string& what) const;
 
 private:
     const nlohmann::json& m_value;
-    const std::string m_strPlace;
+    const std::string m_place;
 };
 
 } // namespace standin_host

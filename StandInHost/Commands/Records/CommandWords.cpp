@@ -8,71 +8,71 @@
 
 namespace standin_host {
 
-int64_t Number(const std::string& strText, const SField& field)
+int64_t Number(const std::string& text, const SField& field)
 {
-    if (field.bSwitch) {
-        return OnOrOff(strText, field.szName) ? 1 : 0;
+    if (field.switchValue) {
+        return OnOrOff(text, field.name) ? 1 : 0;
     }
-    const auto nValue = tools::ParseNumber(strText, field.nMin, field.nMax);
-    if (!nValue) {
-        throw CUsageError(std::string(field.szName) + " must be a number from " + std::to_string(field.nMin) +
-                          " to " + std::to_string(field.nMax) + ", not '" + strText + "'");
+    const auto value = tools::ParseNumber(text, field.min, field.highest);
+    if (!value) {
+        throw UsageError(std::string(field.name) + " must be a number from " + std::to_string(field.min) +
+                         " to " + std::to_string(field.highest) + ", not '" + text + "'");
     }
-    return *nValue;
+    return *value;
 }
 
-uint32_t Unsigned(const std::string& strText, const char* szName)
+uint32_t Unsigned(const std::string& text, const char* name)
 {
-    return static_cast<uint32_t>(Number(strText, FieldOf<uint32_t>(szName)));
+    return static_cast<uint32_t>(Number(text, FieldOf<uint32_t>(name)));
 }
 
-int32_t Signed(const std::string& strText, const char* szName)
+int32_t Signed(const std::string& text, const char* name)
 {
-    return static_cast<int32_t>(Number(strText, FieldOf<int32_t>(szName)));
+    return static_cast<int32_t>(Number(text, FieldOf<int32_t>(name)));
 }
 
-bool OnOrOff(const std::string& strText, const char* szName)
+bool OnOrOff(const std::string& text, const char* name)
 {
-    if (strText != "on" && strText != "off") {
-        throw CUsageError(std::string(szName) + " must be on or off, not '" + strText + "'");
+    if (text != "on" && text != "off") {
+        throw UsageError(std::string(name) + " must be on or off, not '" + text + "'");
     }
-    return strText == "on";
+    return text == "on";
 }
 
-const std::string& Fitting(const std::string& strText, std::size_t nMax, const char* szName)
+const std::string& Fitting(const std::string& text, std::size_t highest, const char* name)
 {
-    if (strText.size() > nMax) {
-        throw CUsageError(std::string(szName) + " must not be longer than " + std::to_string(nMax) +
-                          " bytes");
+    if (text.size() > highest) {
+        throw UsageError(std::string(name) + " must not be longer than " + std::to_string(highest) +
+                         " bytes");
     }
-    return strText;
+    return text;
 }
 
-std::vector<WordGroup> Groups(const Words& words, std::size_t nSize, const char* szShape)
+std::vector<WordGroup> Groups(const Words& words, std::size_t size, const char* shape)
 {
-    if (words.size() % nSize != 0) {
-        throw CUsageError(szShape);
+    if (words.size() % size != 0) {
+        throw UsageError(shape);
     }
     std::vector<WordGroup> groups;
-    for (std::size_t nBegin = 0; nBegin < words.size(); nBegin += nSize) {
-        groups.push_back(WordGroup(words).subspan(nBegin, nSize));
+    for (std::size_t begin = 0; begin < words.size(); begin += size) {
+        groups.push_back(WordGroup(words).subspan(begin, size));
     }
     return groups;
 }
 
-std::vector<SSubWindows> SubWindows(const Words& words, std::span<const SField> fields, const char* szShape)
+std::vector<SubWindows> ReadSubWindows(const Words& words, std::span<const SField> fields, const char* shape)
 {
-    const auto groups = Groups(words, fields.size(), szShape);
+    const auto groups = Groups(words, fields.size(), shape);
     if (groups.size() > kMaxSubWindows) {
-        throw CUsageError("one command takes at most " + std::to_string(kMaxSubWindows) + " sub-windows");
+        throw UsageError("one command takes at most " + std::to_string(kMaxSubWindows) + " sub-windows");
     }
-    std::vector<SSubWindows> windows;
+    std::vector<SubWindows> windows;
     std::unordered_map<int64_t, std::size_t> places; // of the windows, by id
     for (const WordGroup& group : groups) {
         int64_t numbers[4] = {};
         std::transform(group.begin(), group.end(), fields.begin(), numbers, Number);
-        const auto [it, bNew] = places.try_emplace(numbers[0], windows.size());
-        if (bNew) {
+        const auto [it, newValue] = places.try_emplace(numbers[0], windows.size());
+        if (newValue) {
             windows.push_back({numbers[0], {}});
         }
         windows[it->second].subWindows.push_back({numbers[1], numbers[2], numbers[3]});
@@ -82,11 +82,11 @@ std::vector<SSubWindows> SubWindows(const Words& words, std::span<const SField> 
 
 std::string Join(const Words& words)
 {
-    std::string strText;
-    for (const std::string& strWord : words) {
-        strText += ' ' + strWord;
+    std::string text;
+    for (const std::string& word : words) {
+        text += ' ' + word;
     }
-    return strText;
+    return text;
 }
 
 } // namespace standin_host

@@ -1,5 +1,5 @@
 #pragma once
-// The words of a command line as numbers and switches. Everything here throws CUsageError with what was
+// The words of a command line as numbers and switches. Everything here throws UsageError with what was
 // expected.
 
 #include <cstdint>
@@ -14,35 +14,35 @@ namespace standin_host {
 
 // What a word stands for and the numbers that it may be.
 struct SField {
-    const char* szName; // as in "the window id"
-    int64_t nMin;
-    int64_t nMax;
-    bool bSwitch = false; // on or off, for 1 or 0
+    const char* name; // as in "the window id"
+    int64_t min;
+    int64_t highest;
+    bool switchValue = false; // on or off, for 1 or 0
 };
 
 template <class T>
-constexpr SField FieldOf(const char* szName)
+constexpr SField FieldOf(const char* name)
 {
-    return {szName, std::numeric_limits<T>::min(), std::numeric_limits<T>::max()};
+    return {name, std::numeric_limits<T>::min(), std::numeric_limits<T>::max()};
 }
-constexpr SField SwitchOf(const char* szName) { return {szName, 0, 1, true}; }
+constexpr SField SwitchOf(const char* name) { return {name, 0, 1, true}; }
 
-int64_t Number(const std::string& strText, const SField& field);
-uint32_t Unsigned(const std::string& strText, const char* szName);
-int32_t Signed(const std::string& strText, const char* szName);
-bool OnOrOff(const std::string& strText, const char* szName);
+int64_t Number(const std::string& text, const SField& field);
+uint32_t Unsigned(const std::string& text, const char* name);
+int32_t Signed(const std::string& text, const char* name);
+bool OnOrOff(const std::string& text, const char* name);
 // Checks a text against the bytes that its field holds.
-const std::string& Fitting(const std::string& strText, std::size_t nMax, const char* szName);
+const std::string& Fitting(const std::string& text, std::size_t highest, const char* name);
 
 using Words = std::vector<std::string>;
 using WordGroup = std::span<const std::string>;
 
-// The words in groups of nSize. szShape tells what a group is: "each screen takes three numbers: ID X Y".
-std::vector<WordGroup> Groups(const Words& words, std::size_t nSize, const char* szShape);
+// The words in groups of size. shape tells what a group is: "each screen takes three numbers: ID X Y".
+std::vector<WordGroup> Groups(const Words& words, std::size_t size, const char* shape);
 
 // Groups of window, sub-window index and what else the fields say (at most four), gathered under their
 // windows in the order in which these come first.
-std::vector<SSubWindows> SubWindows(const Words& words, std::span<const SField> fields, const char* szShape);
+std::vector<SubWindows> ReadSubWindows(const Words& words, std::span<const SField> fields, const char* shape);
 
 // " 1 0 0 960 540", for titles.
 std::string Join(const Words& words);

@@ -21,114 +21,115 @@ namespace standin_host {
 namespace {
 
 // The process's terminal with echo switched off, however the prompt ends.
-class CSilentTerminal {
+class SilentTerminal {
 public:
-    CSilentTerminal() : m_nDescriptor(::open("/dev/tty", O_RDWR | O_CLOEXEC))
+    SilentTerminal() : m_descriptor(::open("/dev/tty", O_RDWR | O_CLOEXEC))
     {
-        if (m_nDescriptor < 0 || ::tcgetattr(m_nDescriptor, &m_before) != 0) {
-            ::close(m_nDescriptor);
-            throw CUsageError("no password: give --password-file or set TVWALL_PASSWORD");
+        if (m_descriptor < 0 || ::tcgetattr(m_descriptor, &m_before) != 0) {
+            ::close(m_descriptor);
+            throw UsageError("no password: give --password-file or set TVWALL_PASSWORD");
         }
         termios silent = m_before;
         silent.c_lflag &= static_cast<tcflag_t>(~static_cast<tcflag_t>(ECHO));
-        ::tcsetattr(m_nDescriptor, TCSAFLUSH, &silent);
+        ::tcsetattr(m_descriptor, TCSAFLUSH, &silent);
     }
-    ~CSilentTerminal()
+    ~SilentTerminal()
     {
         Print("\n");
-        ::tcsetattr(m_nDescriptor, TCSAFLUSH, &m_before);
-        ::close(m_nDescriptor);
+        ::tcsetattr(m_descriptor, TCSAFLUSH, &m_before);
+        ::close(m_descriptor);
     }
-    CSilentTerminal(const CSilentTerminal&) = delete;
-    CSilentTerminal& operator=(const CSilentTerminal&) = delete;
+    SilentTerminal(const SilentTerminal&) = delete;
+    SilentTerminal& operator=(const SilentTerminal&) = delete;
 
-    int Descriptor() const { return m_nDescriptor; }
+    int Descriptor() const { return m_descriptor; }
     void Print(std::string_view text) const
     {
         // A terminal that takes no prompt can still give the password.
-        [[maybe_unused]] const ssize_t nWritten = ::write(m_nDescriptor, text.data(), text.size());
+        [[maybe_unused]] const ssize_t written = ::write(m_descriptor, text.data(), text.size());
     }
 
 private:
-    int m_nDescriptor;
+    int m_descriptor;
     termios m_before{};
 };
 
-std::string FromFile(const std::string& strFile)
+std::string FromFile(const std::string& path)
 {
-    auto line = tools::ReadPasswordFile(strFile);
+    auto line = tools::ReadPasswordFile(path);
     if (!line) {
-        throw CUsageError("cannot read the password file " + strFile + ": " +
-                          std::generic_category().message(errno));
+        throw UsageError("cannot read the password file " + path + ": " +
+                         std::generic_category().message(errno));
     }
     return *std::move(line);
 }
 
-void CheckPassword(const std::string& strPassword, std::size_t nMax, const char* szWhose)
+void CheckPassword(const std::string& passwordText, std::size_t highest, const char* whose)
 {
-    if (strPassword.size() > nMax || strPassword.find('\0') != std::string::npos) {
-        throw CUsageError(std::string("the ") + szWhose + "password is longer than " + std::to_string(nMax) +
-                          " bytes or holds a zero byte");
+    if (passwordText.size() > highest || passwordText.find('\0') != std::string::npos) {
+        throw UsageError(std::string("the ") + whose + "password is longer than " + std::to_string(highest) +
+                         " bytes or holds a zero byte");
     }
 }
 
 } // namespace
 
-const std::string& CCredentials::User() const
+const std::string& Credentials::User() const
 {
-    if (m_strUser.empty()) {
-        throw CUsageError("--user NAME is required to log in");
+    if (m_user.empty()) {
+        throw UsageError("--user NAME is required to log in");
     }
-    return m_strUser;
+    return m_user;
 }
 
-const std::string& CCredentials::Password()
+const std::string& Credentials::Password()
 {
     if (!m_password) {
-        std::string strPassword = Find();
-        CheckPassword(strPassword, kMaxCredential, "");
-        m_password = std::move(strPassword);
+        std::string passwordText = Find();
+        CheckPassword(passwordText, kMaxCredential, "");
+        m_password = std::move(passwordText);
     }
     return *m_password;
 }
 
-std::string CCredentials::Find() const
+std::string Credentials::Find() const
 {
-    if (!m_strPasswordFile.empty()) {
-        return FromFile(m_strPasswordFile);
+    if (!m_passwordFile.empty()) {
+        return FromFile(m_passwordFile);
     }
-    const char* szVariable = std::getenv("TVWALL_PASSWORD");
-    return szVariable != nullptr ? szVariable : Prompt();
+    const char* variable = std::getenv("TVWALL_PASSWORD");
+    return variable != nullptr ? variable : Prompt();
 }
 
-std::string CCredentials::Prompt() const
+std::string Credentials::Prompt() const
 {
-    const CSilentTerminal terminal;
+    const SilentTerminal terminal;
     terminal.Print("Password for " + User() + ": ");
-    CLineInput input(terminal.Descriptor());
-    std::string strLine;
-    while (!input.Take(strLine)) {
+    LineInput input(terminal.Descriptor());
+    std::string line;
+    while (!input.Take(line)) {
         if (input.AtEnd()) {
-            throw CUsageError("no password was given");
+            throw UsageError("no password was given");
         }
-        const bool bInput = m_events.Wait(CHostEvents::Clock::time_point::max(), input.Descriptor()).bInput;
+        const bool hasInput =
+            m_events.Wait(HostEvents::Clock::time_point::max(), input.Descriptor()).hasInput;
         if (m_events.Interrupted() != 0) {
-            throw CExitError(EXIT_SIGNAL_BASE + m_events.Interrupted(), "interrupted");
+            throw ExitError(kExitSignalBase + m_events.Interrupted(), "interrupted");
         }
-        if (bInput) {
+        if (hasInput) {
             input.Fill();
         }
     }
-    return strLine;
+    return line;
 }
 
-std::string SourcePassword(const std::string& strFile)
+std::string SourcePassword(const std::string& path)
 {
-    const char* szVariable = std::getenv("TVWALL_SOURCE_PASSWORD");
-    const std::string strVariable = szVariable == nullptr ? "" : szVariable;
-    std::string strPassword = strFile.empty() ? strVariable : FromFile(strFile);
-    CheckPassword(strPassword, kMaxSourceCredential, "source's ");
-    return strPassword;
+    const char* variable = std::getenv("TVWALL_SOURCE_PASSWORD");
+    const std::string fromVariable = variable == nullptr ? "" : variable;
+    std::string passwordText = path.empty() ? fromVariable : FromFile(path);
+    CheckPassword(passwordText, kMaxSourceCredential, "source's ");
+    return passwordText;
 }
 
 } // namespace standin_host

@@ -12,7 +12,7 @@ namespace {
 
 using namespace ORVA_NET_PROTOCOL;
 
-constexpr SFailureCode s_codes[] = {
+constexpr FailureCode kCodes[] = {
     {KEST_RESULT_DEVICE_ERROR, 0, "device error", "the decoder's own code says why, see its log or --trace"},
     {KEST_RESULT_TIMEOUT, 0, "no reply in time",
      "the decoder is connected but silent; it may yet have carried the command out, so read before you "
@@ -24,35 +24,36 @@ constexpr SFailureCode s_codes[] = {
      "log other hosts out, or ask who keeps the decoder's accounts"},
 };
 
-constexpr SFailureCode s_unknown{0, 0, "failure", "this is no code of the plug-in; is it the right library?"};
+constexpr FailureCode unknown{0, 0, "failure", "this is no code of the plug-in; is it the right library?"};
 
 } // namespace
 
-const SFailureCode& FailureOf(uint32_t nCode)
+const FailureCode& FailureOf(uint32_t hostCode)
 {
-    const auto* pCode = std::find_if(std::begin(s_codes), std::end(s_codes),
-                                     [nCode](const SFailureCode& code) { return code.nCode == nCode; });
-    return pCode == std::end(s_codes) ? s_unknown : *pCode;
+    const auto* found =
+        std::find_if(std::begin(kCodes), std::end(kCodes),
+                     [hostCode](const FailureCode& code) { return code.hostCode == hostCode; });
+    return found == std::end(kCodes) ? unknown : *found;
 }
 
-std::string CodeText(uint32_t nCode)
+std::string CodeText(uint32_t hostCode)
 {
-    char szCode[11];
-    (void)std::snprintf(szCode, sizeof szCode, "0x%08X", nCode);
-    return szCode;
+    char digits[11];
+    (void)std::snprintf(digits, sizeof digits, "0x%08X", hostCode);
+    return digits;
 }
 
 std::string FailureTable()
 {
-    std::string strTable;
-    for (const SFailureCode& code : s_codes) {
-        strTable += "  " + CodeText(code.nCode) + "  " + code.szMeaning;
-        if (code.nDeviceCode != 0) {
-            strTable += " (the decoder's " + std::to_string(code.nDeviceCode) + ')';
+    std::string table;
+    for (const FailureCode& code : kCodes) {
+        table += "  " + CodeText(code.hostCode) + "  " + code.meaning;
+        if (code.deviceCode != 0) {
+            table += " (the decoder's " + std::to_string(code.deviceCode) + ')';
         }
-        strTable += std::string("\n              ") + code.szHint + '\n';
+        table += std::string("\n              ") + code.hint + '\n';
     }
-    return strTable;
+    return table;
 }
 
 } // namespace standin_host

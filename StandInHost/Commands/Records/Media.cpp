@@ -7,49 +7,49 @@
 
 namespace standin_host {
 
-bool ParseChannel(const std::string& strText, SMedia& media)
+bool ParseChannel(const std::string& text, Media& media)
 {
-    if (const auto nChannel = tools::ParseNumber(strText, 0, std::numeric_limits<int32_t>::max())) {
-        media.nChannel = static_cast<int32_t>(*nChannel);
-        media.nRequestMode = kNumericChannelMode;
+    if (const auto channelNumber = tools::ParseNumber(text, 0, std::numeric_limits<int32_t>::max())) {
+        media.channelNumber = static_cast<int32_t>(*channelNumber);
+        media.requestMode = kNumericChannelMode;
         return true;
     }
-    const auto guid = ParseGuid(strText);
+    const auto guid = ParseGuid(text);
     media.channel = guid.value_or(GUID{});
     return guid.has_value();
 }
 
-SRecord PlayMediaRecord(int32_t nWindow, int32_t nIndex, const SMedia& media)
+Record PlayMediaRecord(int32_t window, int32_t index, const Media& media)
 {
-    CByteWriter writer;
-    writer.Count(1).I32(nWindow).Count(1).I32(nIndex).Count(1);
-    writer.I32(media.nChannel).Guid(media.channel).I32(media.nType).I32(media.nRequestMode);
-    writer.I32(media.nPort).I32(media.nStreamType).U32(media.nRecordMask).I32(media.nSelector);
+    ByteWriter writer;
+    writer.Count(1).I32(window).Count(1).I32(index).Count(1);
+    writer.I32(media.channelNumber).Guid(media.channel).I32(media.type).I32(media.requestMode);
+    writer.I32(media.port).I32(media.streamType).U32(media.recordMask).I32(media.selector);
     writer.Zeros(4); // the times lie on a multiple of 8
-    writer.U64(media.nBegin).U64(media.nEnd).Text(media.strAddress, kMaxSourceAddress + 1);
-    writer.Text(media.strUser, kMaxSourceCredential + 1).Secret(media.strPassword, kMaxSourceCredential + 1);
+    writer.U64(media.begin).U64(media.end).Text(media.address, kMaxSourceAddress + 1);
+    writer.Text(media.user, kMaxSourceCredential + 1).Secret(media.passwordText, kMaxSourceCredential + 1);
     return writer.Take();
 }
 
-SRecord WallRecord(const std::vector<SWallWindow>& windows)
+Record WallRecord(const std::vector<WallWindow>& windows)
 {
-    CByteWriter writer;
+    ByteWriter writer;
     writer.Count(windows.size());
-    for (const SWallWindow& window : windows) {
-        writer.U16(window.nID).U16(window.nLayer).U16(window.nMode);
-        writer.U16(window.nX).U16(window.nY).U16(window.nWidth).U16(window.nHeight);
+    for (const WallWindow& window : windows) {
+        writer.U16(window.id).U16(window.layer).U16(window.mode);
+        writer.U16(window.x).U16(window.y).U16(window.width).U16(window.height);
         writer.Count(window.subWindows.size());
-        for (const SWallSubWindow& sub : window.subWindows) {
-            const SMedia& media = sub.media;
-            writer.U16(sub.nIndex).U16(sub.nOsdId);
-            writer.U16(media.nType).U16(media.nRequestMode).U16(media.nPort);
+        for (const WallSubWindow& sub : window.subWindows) {
+            const Media& media = sub.media;
+            writer.U16(sub.index).U16(sub.osdId);
+            writer.U16(media.type).U16(media.requestMode).U16(media.port);
             writer.Zeros(2); // the times lie on a multiple of 4
-            writer.U32(static_cast<int64_t>(media.nBegin)).U32(static_cast<int64_t>(media.nEnd));
-            writer.U32(media.nStreamType).Guid(media.channel);
-            writer.Text(media.strAddress, kMaxSourceAddress + 1);
-            writer.Text(media.strUser, kMaxSourceCredential + 1);
-            writer.Secret(media.strPassword, kMaxSourceCredential + 1);
-            writer.I32(media.nChannel);
+            writer.U32(static_cast<int64_t>(media.begin)).U32(static_cast<int64_t>(media.end));
+            writer.U32(media.streamType).Guid(media.channel);
+            writer.Text(media.address, kMaxSourceAddress + 1);
+            writer.Text(media.user, kMaxSourceCredential + 1);
+            writer.Secret(media.passwordText, kMaxSourceCredential + 1);
+            writer.I32(media.channelNumber);
         }
     }
     return writer.Take();

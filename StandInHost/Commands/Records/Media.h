@@ -11,20 +11,20 @@ namespace standin_host {
 
 // One live or recorded stream. Types, modes and times are the decoder's own numbers and are passed on
 // unchanged.
-struct SMedia {
-    int64_t nType = 0;
-    int64_t nRequestMode = 0;
-    std::string strAddress; // at most kMaxSourceAddress bytes
-    int64_t nPort = 0;
-    int32_t nChannel = -1; // negative: none
-    GUID channel{};        // all zero: none
-    std::string strUser;   // at most kMaxSourceCredential bytes, as the password
-    std::string strPassword;
-    int64_t nStreamType = 0;
-    int64_t nRecordMask = 0; // the three below travel with a single source only
-    int64_t nSelector = 0;
-    uint64_t nBegin = 0;
-    uint64_t nEnd = 0;
+struct Media {
+    int64_t type = 0;
+    int64_t requestMode = 0;
+    std::string address; // at most kMaxSourceAddress bytes
+    int64_t port = 0;
+    int32_t channelNumber = -1; // negative: none
+    GUID channel{};             // all zero: none
+    std::string user;           // at most kMaxSourceCredential bytes, as the password
+    std::string passwordText;
+    int64_t streamType = 0;
+    int64_t recordMask = 0; // the three below travel with a single source only
+    int64_t selector = 0;
+    uint64_t begin = 0;
+    uint64_t end = 0;
 };
 
 inline constexpr std::size_t kMaxSourceAddress = 31;
@@ -34,26 +34,26 @@ inline constexpr std::size_t kMaxSourceCredential = 255;
 inline constexpr int64_t kNumericChannelMode = 6;
 
 // "3" or a GUID, and the request mode that goes with it. False for anything else.
-bool ParseChannel(const std::string& strText, SMedia& media);
+bool ParseChannel(const std::string& text, Media& media);
 
 // A source for one sub-window.
-SRecord PlayMediaRecord(int32_t nWindow, int32_t nIndex, const SMedia& media);
+Record PlayMediaRecord(int32_t window, int32_t index, const Media& media);
 
 // A whole wall.
-struct SWallSubWindow {
-    int64_t nIndex;
-    int64_t nOsdId;
-    SMedia media; // without a channel: the sub-window shows nothing
+struct WallSubWindow {
+    int64_t index;
+    int64_t osdId;
+    Media media; // without a channel: the sub-window shows nothing
 };
 
-struct SWallWindow {
-    int64_t nID;
-    int64_t nLayer;
-    int64_t nMode;
-    int64_t nX, nY, nWidth, nHeight;
-    std::vector<SWallSubWindow> subWindows;
+struct WallWindow {
+    int64_t id;
+    int64_t layer;
+    int64_t mode;
+    int64_t x, y, width, height;
+    std::vector<WallSubWindow> subWindows;
 };
 
-SRecord WallRecord(const std::vector<SWallWindow>& windows);
+Record WallRecord(const std::vector<WallWindow>& windows);
 
 } // namespace standin_host

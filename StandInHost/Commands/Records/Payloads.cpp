@@ -16,161 +16,160 @@ constexpr std::size_t kScreenName = 256;
 
 // Windows and their sub-windows: the record's head and count stand in the writer already.
 template <class TWindow, class TSubWindow>
-SRecord Tree(CByteWriter writer, const std::vector<SSubWindows>& windows, TWindow window,
-             TSubWindow subWindow)
+Record Tree(ByteWriter writer, const std::vector<SubWindows>& windows, TWindow window, TSubWindow subWindow)
 {
-    for (const SSubWindows& each : windows) {
+    for (const SubWindows& each : windows) {
         window(writer, each);
-        for (const SSubWindow& sub : each.subWindows) {
+        for (const SubWindow& sub : each.subWindows) {
             subWindow(writer, sub);
         }
     }
     return writer.Take();
 }
 
-void WideWindow(CByteWriter& writer, const SSubWindows& window)
+void WideWindow(ByteWriter& writer, const SubWindows& window)
 {
-    writer.I32(window.nWindow).Count(window.subWindows.size());
+    writer.I32(window.window).Count(window.subWindows.size());
 }
 
-void IndexAndNumber(CByteWriter& writer, const SSubWindow& sub) { writer.I32(sub.nIndex).I32(sub.nFirst); }
+void IndexAndNumber(ByteWriter& writer, const SubWindow& sub) { writer.I32(sub.index).I32(sub.first); }
 
 } // namespace
 
-SRecord CreateRecord(const std::vector<SWindow>& windows)
+Record CreateRecord(const std::vector<Window>& windows)
 {
-    CByteWriter writer;
+    ByteWriter writer;
     writer.Zeros(kTwoGuids).Count(windows.size());
-    for (const SWindow& window : windows) {
-        writer.U32(window.nID).U32(window.nX).U32(window.nY).U32(window.nWidth).U32(window.nHeight);
+    for (const Window& window : windows) {
+        writer.U32(window.id).U32(window.x).U32(window.y).U32(window.width).U32(window.height);
         writer.U16(0).U16(0).U16(0).U16(0); // the absolute rectangle
-        writer.Count(window.osdIds.size()).U32(window.nLayer);
+        writer.Count(window.osdIds.size()).U32(window.layer);
         writer.I32(-1); // no sub-window is zoomed
-        uint32_t nIndex = 0;
-        for (const uint32_t nOsdId : window.osdIds) {
-            writer.U32(nIndex++).U32(nOsdId);
+        uint32_t index = 0;
+        for (const uint32_t osdId : window.osdIds) {
+            writer.U32(index++).U32(osdId);
         }
     }
     return writer.Take();
 }
 
-SRecord MoveRecord(const std::vector<SWindowMove>& moves)
+Record MoveRecord(const std::vector<WindowMove>& moves)
 {
-    CByteWriter writer;
+    ByteWriter writer;
     writer.Zeros(kTwoGuids).Count(moves.size());
-    for (const SWindowMove& move : moves) {
-        writer.I32(move.nID).I32(move.nX).I32(move.nY).I32(move.nWidth).I32(move.nHeight);
+    for (const WindowMove& move : moves) {
+        writer.I32(move.id).I32(move.x).I32(move.y).I32(move.width).I32(move.height);
     }
     return writer.Take();
 }
 
-SRecord DeleteRecord(const std::vector<uint32_t>& ids)
+Record DeleteRecord(const std::vector<uint32_t>& ids)
 {
-    CByteWriter writer;
+    ByteWriter writer;
     writer.Zeros(kTwoGuids).Count(ids.size());
-    for (const uint32_t nID : ids) {
-        writer.U32(nID);
+    for (const uint32_t id : ids) {
+        writer.U32(id);
     }
     return writer.Take();
 }
 
-SRecord RaiseRecord(uint32_t nID) { return CByteWriter().Zeros(kTwoGuids).U32(nID).Take(); }
+Record RaiseRecord(uint32_t id) { return ByteWriter().Zeros(kTwoGuids).U32(id).Take(); }
 
-SRecord LayoutRecord(uint32_t nRows, uint32_t nColumns, const std::vector<SScreen>& screens)
+Record LayoutRecord(uint32_t rows, uint32_t columns, const std::vector<Screen>& screens)
 {
-    CByteWriter writer;
-    writer.U32(nRows).U32(nColumns).Count(screens.size());
-    for (const SScreen& screen : screens) {
-        writer.U32(screen.nID).Zeros(kScreenName).U32(screen.nX).U32(screen.nY);
+    ByteWriter writer;
+    writer.U32(rows).U32(columns).Count(screens.size());
+    for (const Screen& screen : screens) {
+        writer.U32(screen.id).Zeros(kScreenName).U32(screen.x).U32(screen.y);
     }
     return writer.Take();
 }
 
-SRecord GroupRecord(const SChannelGroup& group)
+Record GroupRecord(const ChannelGroup& group)
 {
-    return CByteWriter()
+    return ByteWriter()
         .Zeros(kOneGuid)
-        .I32(group.nID)
-        .U32(group.nChannels)
-        .U32(group.nInterval)
-        .Text(group.strName, kMaxGroupName + 1)
-        .Text(group.strChannels, kMaxGroupChannels + 1)
+        .I32(group.id)
+        .U32(group.channelCount)
+        .U32(group.interval)
+        .Text(group.name, kMaxGroupName + 1)
+        .Text(group.channelList, kMaxGroupChannels + 1)
         .Take();
 }
 
-SRecord DeleteGroupsRecord(const std::vector<int32_t>& ids)
+Record DeleteGroupsRecord(const std::vector<int32_t>& ids)
 {
-    CByteWriter writer;
+    ByteWriter writer;
     writer.Zeros(kOneGuid).Count(ids.size());
-    for (const int32_t nID : ids) {
-        writer.I32(nID);
+    for (const int32_t id : ids) {
+        writer.I32(id);
     }
     return writer.Take();
 }
 
-SRecord GetGroupRecord(int32_t nID) { return CByteWriter().Zeros(kOneGuid).I32(nID).Take(); }
+Record GetGroupRecord(int32_t id) { return ByteWriter().Zeros(kOneGuid).I32(id).Take(); }
 
-SRecord StopMediaRecord(const std::vector<SSubWindows>& windows)
+Record StopMediaRecord(const std::vector<SubWindows>& windows)
 {
-    return Tree(CByteWriter().Count(windows.size()), windows, WideWindow,
-                [](CByteWriter& writer, const SSubWindow& sub) { writer.I32(sub.nIndex).Count(0); });
+    return Tree(ByteWriter().Count(windows.size()), windows, WideWindow,
+                [](ByteWriter& writer, const SubWindow& sub) { writer.I32(sub.index).Count(0); });
 }
 
-SRecord PlaybackRecord(const std::vector<SSubWindows>& windows)
+Record PlaybackRecord(const std::vector<SubWindows>& windows)
 {
     return Tree(
-        CByteWriter().U16(static_cast<int64_t>(windows.size())), windows,
-        [](CByteWriter& writer, const SSubWindows& window) {
-            writer.U16(window.nWindow).U16(static_cast<int64_t>(window.subWindows.size()));
+        ByteWriter().U16(static_cast<int64_t>(windows.size())), windows,
+        [](ByteWriter& writer, const SubWindows& window) {
+            writer.U16(window.window).U16(static_cast<int64_t>(window.subWindows.size()));
         },
-        [](CByteWriter& writer, const SSubWindow& sub) {
-            writer.U16(sub.nIndex).U16(sub.nFirst).U16(sub.nSecond);
+        [](ByteWriter& writer, const SubWindow& sub) {
+            writer.U16(sub.index).U16(sub.first).U16(sub.second);
         });
 }
 
-SRecord AudioRecord(const std::vector<SSubWindows>& windows)
+Record AudioRecord(const std::vector<SubWindows>& windows)
 {
-    return Tree(CByteWriter().Zeros(kTwoGuids).Count(windows.size()), windows, WideWindow, IndexAndNumber);
+    return Tree(ByteWriter().Zeros(kTwoGuids).Count(windows.size()), windows, WideWindow, IndexAndNumber);
 }
 
-SRecord PollingRecord(const std::vector<SSubWindows>& windows)
+Record PollingRecord(const std::vector<SubWindows>& windows)
 {
-    return Tree(CByteWriter().Zeros(kOneGuid).Count(windows.size()), windows, WideWindow, IndexAndNumber);
+    return Tree(ByteWriter().Zeros(kOneGuid).Count(windows.size()), windows, WideWindow, IndexAndNumber);
 }
 
-SRecord BorderRecord(const std::vector<SSubWindows>& windows)
+Record BorderRecord(const std::vector<SubWindows>& windows)
 {
     return Tree(
-        CByteWriter().Count(windows.size()), windows,
-        [](CByteWriter& writer, const SSubWindows& window) {
-            writer.I16(window.nWindow).Count(window.subWindows.size());
+        ByteWriter().Count(windows.size()), windows,
+        [](ByteWriter& writer, const SubWindows& window) {
+            writer.I16(window.window).Count(window.subWindows.size());
         },
-        [](CByteWriter& writer, const SSubWindow& sub) { writer.I16(sub.nIndex).I16(sub.nFirst); });
+        [](ByteWriter& writer, const SubWindow& sub) { writer.I16(sub.index).I16(sub.first); });
 }
 
-SRecord ZoomRecord(uint32_t nWindow, uint16_t nIndex, bool bZoom)
+Record ZoomRecord(uint32_t window, uint16_t index, bool zoom)
 {
-    return CByteWriter().Zeros(kTwoGuids).U32(nWindow).U16(bZoom ? 1 : 0).U16(nIndex).Take();
+    return ByteWriter().Zeros(kTwoGuids).U32(window).U16(zoom ? 1 : 0).U16(index).Take();
 }
 
-SRecord WindowConfigRecord(bool bBorders, bool bWindowIds)
+Record WindowConfigRecord(bool borders, bool windowIds)
 {
-    return CByteWriter().Zeros(kTwoGuids).U16(bBorders ? 1 : 0).U16(bWindowIds ? 1 : 0).Take();
+    return ByteWriter().Zeros(kTwoGuids).U16(borders ? 1 : 0).U16(windowIds ? 1 : 0).Take();
 }
 
-SRecord OptionPayload(uint32_t nOptType, const SRecord& record)
+Record OptionPayload(uint32_t optType, const Record& record)
 {
-    return CByteWriter().U32(nOptType).Count(record.bytes.size()).Append(record).Take();
+    return ByteWriter().U32(optType).Count(record.bytes.size()).Append(record).Take();
 }
 
-SRecord LoginRecord(const std::string& strUser, const std::string& strPassword)
+Record LoginRecord(const std::string& user, const std::string& passwordText)
 {
-    using Record = ORVA_NET_PROTOCOL::_kest_net_login_info;
-    return CByteWriter()
-        .Zeros(offsetof(Record, username))
-        .Text(strUser, sizeof(Record::username))
-        .Secret(strPassword, sizeof(Record::password))
-        .Zeros(sizeof(Record) - offsetof(Record, IP))
+    using LoginInfo = ORVA_NET_PROTOCOL::_kest_net_login_info;
+    return ByteWriter()
+        .Zeros(offsetof(LoginInfo, username))
+        .Text(user, sizeof(LoginInfo::username))
+        .Secret(passwordText, sizeof(LoginInfo::password))
+        .Zeros(sizeof(LoginInfo) - offsetof(LoginInfo, IP))
         .Take();
 }
 

@@ -13,86 +13,86 @@ namespace standin_host {
 // --- canvas windows, in wall coordinates ---
 
 // A window to create or to split.
-struct SWindow {
-    uint32_t nID;
-    uint32_t nX, nY, nWidth, nHeight;
-    uint32_t nLayer;
+struct Window {
+    uint32_t id;
+    uint32_t x, y, width, height;
+    uint32_t layer;
     std::vector<uint32_t> osdIds; // one for each sub-window; their number is the split mode
 };
 
 // A window's new place.
-struct SWindowMove {
-    int32_t nID;
-    int32_t nX, nY, nWidth, nHeight;
+struct WindowMove {
+    int32_t id;
+    int32_t x, y, width, height;
 };
 
-SRecord CreateRecord(const std::vector<SWindow>& windows);
-SRecord MoveRecord(const std::vector<SWindowMove>& moves);
-SRecord DeleteRecord(const std::vector<uint32_t>& ids);
-SRecord RaiseRecord(uint32_t nID);
+Record CreateRecord(const std::vector<Window>& windows);
+Record MoveRecord(const std::vector<WindowMove>& moves);
+Record DeleteRecord(const std::vector<uint32_t>& ids);
+Record RaiseRecord(uint32_t id);
 
 // --- layout of the wall ---
 
 // A decoder output and its place in the grid of screens.
-struct SScreen {
-    uint32_t nID;
-    uint32_t nX, nY;
+struct Screen {
+    uint32_t id;
+    uint32_t x, y;
 };
 
-SRecord LayoutRecord(uint32_t nRows, uint32_t nColumns, const std::vector<SScreen>& screens);
+Record LayoutRecord(uint32_t rows, uint32_t columns, const std::vector<Screen>& screens);
 
 // --- channel groups ---
 
-struct SChannelGroup {
-    int32_t nID;
-    std::string strName;     // at most kMaxGroupName bytes
-    std::string strChannels; // at most kMaxGroupChannels bytes, in the decoder's own form
-    uint32_t nChannels;
-    uint32_t nInterval;
+struct ChannelGroup {
+    int32_t id;
+    std::string name;        // at most kMaxGroupName bytes
+    std::string channelList; // at most kMaxGroupChannels bytes, in the decoder's own form
+    uint32_t channelCount;
+    uint32_t interval;
 };
 
 inline constexpr std::size_t kMaxGroupName = 255;
 inline constexpr std::size_t kMaxGroupChannels = 15;
 
-SRecord GroupRecord(const SChannelGroup& group);
-SRecord DeleteGroupsRecord(const std::vector<int32_t>& ids);
-SRecord GetGroupRecord(int32_t nID); // 0: all groups
+Record GroupRecord(const ChannelGroup& group);
+Record DeleteGroupsRecord(const std::vector<int32_t>& ids);
+Record GetGroupRecord(int32_t id); // 0: all groups
 
 // --- sub-windows, each with what a command says of it ---
 
-struct SSubWindow {
-    int64_t nIndex;
-    int64_t nFirst;  // the record's first number behind the index
-    int64_t nSecond; // and its second one
+struct SubWindow {
+    int64_t index;
+    int64_t first;  // the record's first number behind the index
+    int64_t second; // and its second one
 };
 
-struct SSubWindows {
-    int64_t nWindow;
-    std::vector<SSubWindow> subWindows;
+struct SubWindows {
+    int64_t window;
+    std::vector<SubWindow> subWindows;
 };
 
 // More would not fit the narrowest count.
 inline constexpr std::size_t kMaxSubWindows = 0xFFFF;
 
-SRecord StopMediaRecord(const std::vector<SSubWindows>& windows);
-SRecord PlaybackRecord(const std::vector<SSubWindows>& windows); // control type, control value
-SRecord AudioRecord(const std::vector<SSubWindows>& windows);    // channel
-SRecord PollingRecord(const std::vector<SSubWindows>& windows);  // channel group
-SRecord BorderRecord(const std::vector<SSubWindows>& windows);   // 1 to draw the border
+Record StopMediaRecord(const std::vector<SubWindows>& windows);
+Record PlaybackRecord(const std::vector<SubWindows>& windows); // control type, control value
+Record AudioRecord(const std::vector<SubWindows>& windows);    // channel
+Record PollingRecord(const std::vector<SubWindows>& windows);  // channel group
+Record BorderRecord(const std::vector<SubWindows>& windows);   // 1 to draw the border
 
 // --- display switches ---
 
-SRecord ZoomRecord(uint32_t nWindow, uint16_t nIndex, bool bZoom);
-SRecord WindowConfigRecord(bool bBorders, bool bWindowIds);
+Record ZoomRecord(uint32_t window, uint16_t index, bool zoom);
+Record WindowConfigRecord(bool borders, bool windowIds);
 
 // --- around the records ---
 
 // The record behind the head of the option commands: option type and record length.
-SRecord OptionPayload(uint32_t nOptType, const SRecord& record);
+Record OptionPayload(uint32_t optType, const Record& record);
 
 // Longest account name and password, in bytes: the record's fields hold a terminating zero too.
 inline constexpr std::size_t kMaxCredential = 63;
 
-SRecord LoginRecord(const std::string& strUser, const std::string& strPassword);
+Record LoginRecord(const std::string& user, const std::string& passwordText);
 
 } // namespace standin_host

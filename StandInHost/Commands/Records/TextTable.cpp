@@ -7,10 +7,10 @@ namespace standin_host {
 
 namespace {
 
-std::size_t Width(const std::string& strText)
+std::size_t Width(const std::string& text)
 {
     return static_cast<std::size_t>(
-        std::count_if(strText.begin(), strText.end(), [](char c) { return (c & 0xC0) != 0x80; }));
+        std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
 }
 
 } // namespace
@@ -24,17 +24,17 @@ std::string TextTable(const std::vector<std::vector<std::string>>& rows)
             widths[i] = std::max(widths[i], Width(tools::OneLine(row[i])));
         }
     }
-    std::string strTable;
+    std::string table;
     for (const auto& row : rows) {
-        std::string strLine;
+        std::string line;
         for (std::size_t i = 0; i < row.size(); ++i) {
-            const std::string strCell = tools::OneLine(row[i]);
-            strLine += strCell + std::string(widths[i] - Width(strCell) + 2, ' ');
+            const std::string cell = tools::OneLine(row[i]);
+            line += cell + std::string(widths[i] - Width(cell) + 2, ' ');
         }
-        strLine.erase(strLine.find_last_not_of(' ') + 1);
-        strTable += "\n  " + strLine;
+        line.erase(line.find_last_not_of(' ') + 1);
+        table += "\n  " + line;
     }
-    return strTable;
+    return table;
 }
 
 } // namespace standin_host

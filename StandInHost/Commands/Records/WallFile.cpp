@@ -14,87 +14,86 @@ using Json = nlohmann::json;
 constexpr int64_t kMax16 = std::numeric_limits<uint16_t>::max();
 constexpr int64_t kMax32 = std::numeric_limits<uint32_t>::max();
 
-std::string At(const std::string& strPlace, std::size_t nIndex)
+std::string At(const std::string& place, std::size_t index)
 {
-    return strPlace + '[' + std::to_string(nIndex) + ']';
+    return place + '[' + std::to_string(index) + ']';
 }
 
-void ReadChannel(const CJsonObject& object, SMedia& media)
+void ReadChannel(const JsonObject& object, Media& media)
 {
-    const Json* pChannel = object.Find("channel");
-    const bool bGiven = pChannel != nullptr &&
-                        ((pChannel->is_string() && ParseChannel(pChannel->get<std::string>(), media)) ||
-                         (pChannel->is_number_integer() && ParseChannel(pChannel->dump(), media)));
-    if (!bGiven) {
+    const Json* channel = object.Find("channel");
+    const bool given =
+        channel != nullptr && ((channel->is_string() && ParseChannel(channel->get<std::string>(), media)) ||
+                               (channel->is_number_integer() && ParseChannel(channel->dump(), media)));
+    if (!given) {
         object.Refuse("channel", "must be a number from 0 to 2147483647 or a GUID");
     }
 }
 
-SMedia ReadMedia(const Json& value, const std::string& strPlace, const std::string& strPassword)
+Media ReadMedia(const Json& value, const std::string& place, const std::string& passwordText)
 {
-    const CJsonObject object(value, strPlace,
-                             {"address", "port", "channel", "user", "password", "type", "requestMode",
-                              "streamType", "begin", "end"});
-    SMedia media;
-    media.strAddress = object.Text("address", kMaxSourceAddress);
-    media.nPort = object.Number("port", 0, kMax16);
+    const JsonObject object(value, place,
+                            {"address", "port", "channel", "user", "password", "type", "requestMode",
+                             "streamType", "begin", "end"});
+    Media media;
+    media.address = object.Text("address", kMaxSourceAddress);
+    media.port = object.Number("port", 0, kMax16);
     ReadChannel(object, media);
-    media.strUser = object.Text("user", kMaxSourceCredential, "");
-    media.strPassword =
-        object.Text("password", kMaxSourceCredential, media.strUser.empty() ? "" : strPassword);
-    media.nType = object.Number("type", 0, kMax16, 0);
-    media.nRequestMode = object.Number("requestMode", 0, kMax16, media.nRequestMode);
-    media.nStreamType = object.Number("streamType", 0, kMax32, 0);
-    media.nBegin = static_cast<uint64_t>(object.Number("begin", 0, kMax32, 0));
-    media.nEnd = static_cast<uint64_t>(object.Number("end", 0, kMax32, 0));
+    media.user = object.Text("user", kMaxSourceCredential, "");
+    media.passwordText =
+        object.Text("password", kMaxSourceCredential, media.user.empty() ? "" : passwordText);
+    media.type = object.Number("type", 0, kMax16, 0);
+    media.requestMode = object.Number("requestMode", 0, kMax16, media.requestMode);
+    media.streamType = object.Number("streamType", 0, kMax32, 0);
+    media.begin = static_cast<uint64_t>(object.Number("begin", 0, kMax32, 0));
+    media.end = static_cast<uint64_t>(object.Number("end", 0, kMax32, 0));
     return media;
 }
 
-SWallSubWindow ReadSubWindow(const Json& value, const std::string& strPlace, const std::string& strPassword)
+WallSubWindow ReadSubWindow(const Json& value, const std::string& place, const std::string& passwordText)
 {
-    const CJsonObject object(value, strPlace, {"index", "osd", "media"});
-    SWallSubWindow sub;
-    sub.nIndex = object.Number("index", 0, kMax16);
-    sub.nOsdId = object.Number("osd", 0, kMax16, 0);
-    if (const Json* pMedia = object.Find("media")) {
-        sub.media = ReadMedia(*pMedia, object.PlaceOf("media"), strPassword);
+    const JsonObject object(value, place, {"index", "osd", "media"});
+    WallSubWindow sub;
+    sub.index = object.Number("index", 0, kMax16);
+    sub.osdId = object.Number("osd", 0, kMax16, 0);
+    if (const Json* media = object.Find("media")) {
+        sub.media = ReadMedia(*media, object.PlaceOf("media"), passwordText);
     }
     return sub;
 }
 
-SWallWindow ReadWindow(const Json& value, const std::string& strPlace, const std::string& strPassword)
+WallWindow ReadWindow(const Json& value, const std::string& place, const std::string& passwordText)
 {
-    const CJsonObject object(value, strPlace,
-                             {"id", "x", "y", "width", "height", "layer", "mode", "subWindows"});
+    const JsonObject object(value, place, {"id", "x", "y", "width", "height", "layer", "mode", "subWindows"});
     const Json& subWindows = object.List("subWindows", false);
-    SWallWindow window;
-    window.nID = object.Number("id", 0, kMax16);
-    window.nX = object.Number("x", 0, kMax16);
-    window.nY = object.Number("y", 0, kMax16);
-    window.nWidth = object.Number("width", 0, kMax16);
-    window.nHeight = object.Number("height", 0, kMax16);
-    window.nLayer = object.Number("layer", 0, kMax16, 0);
+    WallWindow window;
+    window.id = object.Number("id", 0, kMax16);
+    window.x = object.Number("x", 0, kMax16);
+    window.y = object.Number("y", 0, kMax16);
+    window.width = object.Number("width", 0, kMax16);
+    window.height = object.Number("height", 0, kMax16);
+    window.layer = object.Number("layer", 0, kMax16, 0);
     if (subWindows.size() > static_cast<std::size_t>(kMax16)) {
         object.Refuse("subWindows", "must have at most 65535 items"); // each has an index of 16 bits
     }
-    window.nMode = object.Number("mode", 0, kMax16, static_cast<int64_t>(subWindows.size()));
+    window.mode = object.Number("mode", 0, kMax16, static_cast<int64_t>(subWindows.size()));
     for (std::size_t i = 0; i < subWindows.size(); ++i) {
         window.subWindows.push_back(
-            ReadSubWindow(subWindows[i], At(object.PlaceOf("subWindows"), i), strPassword));
+            ReadSubWindow(subWindows[i], At(object.PlaceOf("subWindows"), i), passwordText));
     }
     return window;
 }
 
 } // namespace
 
-std::vector<SWallWindow> ReadWallFile(const std::string& strFile, const std::string& strPassword)
+std::vector<WallWindow> ReadWallFile(const std::string& path, const std::string& passwordText)
 {
-    const Json root = ParseJson(ReadWholeFile(strFile, "wall"), strFile);
-    const CJsonObject object(root, strFile + ':', {"windows"});
+    const Json root = ParseJson(ReadWholeFile(path, "wall"), path);
+    const JsonObject object(root, path + ':', {"windows"});
     const Json& list = object.List("windows", true);
-    std::vector<SWallWindow> windows;
+    std::vector<WallWindow> windows;
     for (std::size_t i = 0; i < list.size(); ++i) {
-        windows.push_back(ReadWindow(list[i], At(object.PlaceOf("windows"), i), strPassword));
+        windows.push_back(ReadWindow(list[i], At(object.PlaceOf("windows"), i), passwordText));
     }
     return windows;
 }

@@ -38,20 +38,20 @@ using namespace std::chrono_literals;
 
 TEST(HostCommand, KeepsTheFirstAnswerAndReportsBrokenRules)
 {
-    const long nMisusesBefore = CHostCommand::Misuses();
+    const long misusesBefore = HostCommand::Misuses();
     {
-        const auto pCommand = MakeCommand(1, true, nullptr);
-        pCommand->AddReference(11);
-        EXPECT_FALSE(pCommand->IsReleased());
-        pCommand->ReplyBuffer("ab", 2);
-        pCommand->ReplyRecord({});
-        EXPECT_EQ(pCommand->Answer()->bytes, (std::vector<uint8_t>{'a', 'b'}));
-        EXPECT_EQ(CHostCommand::Misuses(), nMisusesBefore + 1);
-        pCommand->DecReference(12);
-        EXPECT_TRUE(pCommand->IsReleased());
+        const auto command = MakeCommand(1, true, nullptr);
+        command->AddReference(11);
+        EXPECT_FALSE(command->IsReleased());
+        command->ReplyBuffer("ab", 2);
+        command->ReplyRecord({});
+        EXPECT_EQ(command->Answer()->bytes, (std::vector<uint8_t>{'a', 'b'}));
+        EXPECT_EQ(HostCommand::Misuses(), misusesBefore + 1);
+        command->DecReference(12);
+        EXPECT_TRUE(command->IsReleased());
     }
-    EXPECT_EQ(CHostCommand::Misuses(), nMisusesBefore + 2);
-    EXPECT_EQ(CHostCommand::Live(), 0);
+    EXPECT_EQ(HostCommand::Misuses(), misusesBefore + 2);
+    EXPECT_EQ(HostCommand::Live(), 0);
 }
 
 // What a decoder writes reaches a terminal through lines of text, through JSON and through the log.
@@ -66,53 +66,53 @@ TEST(Terminal, GetsPrintableCharactersOnly)
         {"\xed\xa0\x80\xc0\x9b", "\\xed\\xa0\\x80\\xc0\\x9b"},
         {"one\r\ntwo\n", "one two"},
     };
-    CHostEvents events;
-    for (const auto& [szText, szPrinted] : lines) {
-        EXPECT_EQ(tools::OneLine(szText), szPrinted);
+    HostEvents events;
+    for (const auto& [text, printed] : lines) {
+        EXPECT_EQ(tools::OneLine(text), printed);
     }
-    const SNotification notification{0x50003, {}, {}, "\x1b\x7f\xc2\x9b\xc2\xa0\x9b"};
-    for (const bool bJson : {false, true}) {
+    const Notification notification{0x50003, {}, {}, "\x1b\x7f\xc2\x9b\xc2\xa0\x9b"};
+    for (const bool json : {false, true}) {
         testing::internal::CaptureStdout();
-        COutput::Create(bJson, events)->Notification(notification);
-        const std::string strOut = testing::internal::GetCapturedStdout();
-        EXPECT_NE(strOut.find(bJson ? "\"\\u001b\\u007f\\u009b\xc2\xa0\xef\xbf\xbd\""
-                                    : "\\x1b\\x7f\\xc2\\x9b\xc2\xa0\\x9b\n"),
+        Output::Create(json, events)->PrintNotification(notification);
+        const std::string out = testing::internal::GetCapturedStdout();
+        EXPECT_NE(out.find(json ? "\"\\u001b\\u007f\\u009b\xc2\xa0\xef\xbf\xbd\""
+                                : "\\x1b\\x7f\\xc2\\x9b\xc2\xa0\\x9b\n"),
                   std::string::npos)
-            << strOut;
+            << out;
     }
     testing::internal::CaptureStderr();
     SHARESDK_AbnormalOutput("\x1b\xc2\x9b\n", "source", 1);
-    Log(ELogLevel::Abnormal, "\x1b");
-    const std::string strLog = testing::internal::GetCapturedStderr();
-    EXPECT_NE(strLog.find("] \\x1b\\xc2\\x9b (source:1)\n"), std::string::npos) << strLog;
-    EXPECT_NE(strLog.find("] \\x1b\n"), std::string::npos) << strLog;
+    Log(LogLevel::Abnormal, "\x1b");
+    const std::string log = testing::internal::GetCapturedStderr();
+    EXPECT_NE(log.find("] \\x1b\\xc2\\x9b (source:1)\n"), std::string::npos) << log;
+    EXPECT_NE(log.find("] \\x1b\n"), std::string::npos) << log;
 }
 
 // A peer on loopback and the host's connection to it.
 class Loopback : public testing::Test {
 protected:
-    std::shared_ptr<CConnection> Open(bool bBufferedReceive = false)
+    std::shared_ptr<Connection> Open(bool bufferedReceive = false)
     {
-        std::string strReason;
-        auto pConnection =
+        std::string reason;
+        auto connection =
             Connect(m_thread, m_events, "127.0.0.1", std::to_string(m_acceptor.local_endpoint().port()), 10s,
-                    {bBufferedReceive, nullptr, &m_events}, strReason);
-        EXPECT_NE(pConnection, nullptr) << strReason;
+                    {bufferedReceive, nullptr, &m_events}, reason);
+        EXPECT_NE(connection, nullptr) << reason;
         m_peer = m_acceptor.accept();
-        return pConnection;
+        return connection;
     }
-    void Write(const std::string& strBytes) { asio::write(m_peer, asio::buffer(strBytes)); }
+    void Write(const std::string& content) { asio::write(m_peer, asio::buffer(content)); }
 
     // What was written so far has been read: between two tasks the receive thread looks at its sockets.
     void LetReceiveThreadRead()
     {
-        for (int nTask = 0; nTask < 3; ++nTask) {
+        for (int task = 0; task < 3; ++task) {
             asio::post(m_thread.Context(), std::packaged_task<void()>([] {})).get();
         }
     }
 
-    CHostEvents m_events;
-    CIoThread m_thread;
+    HostEvents m_events;
+    IoThread m_thread;
     asio::io_context m_peerContext;
     tcp::acceptor m_acceptor{m_peerContext, {asio::ip::address_v4::loopback(), 0}};
     tcp::socket m_peer{m_peerContext};
@@ -121,24 +121,24 @@ protected:
 // Takes messages that end with a dot; says that it needs 3 bytes more when there is a rest.
 class Recorder : public CSocketDataObserver {
 public:
-    unsigned int OnSocketRecvData(int, const char* pData, unsigned int nLen, unsigned int* pNeedLen,
+    unsigned int OnSocketRecvData(int, const char* data, unsigned int len, unsigned int* needLen,
                                   void*) override
     {
         const std::lock_guard guard(m_lock);
-        const std::string strBytes(pData, nLen);
-        m_calls.push_back(pNeedLen == nullptr ? "kept " + strBytes : strBytes);
+        const std::string content(data, len);
+        m_calls.push_back(needLen == nullptr ? "kept " + content : content);
         m_changed.notify_all();
-        const auto nConsumed = static_cast<unsigned int>(strBytes.rfind('.') + 1);
-        if (pNeedLen != nullptr) {
-            *pNeedLen = nConsumed == nLen ? 0 : 3;
+        const auto consumed = static_cast<unsigned int>(content.rfind('.') + 1);
+        if (needLen != nullptr) {
+            *needLen = consumed == len ? 0 : 3;
         }
-        return nConsumed;
+        return consumed;
     }
 
-    std::vector<std::string> WaitForCalls(std::size_t nCalls)
+    std::vector<std::string> WaitForCalls(std::size_t calls)
     {
         std::unique_lock guard(m_lock);
-        m_changed.wait_for(guard, 10s, [&] { return m_calls.size() >= nCalls; });
+        m_changed.wait_for(guard, 10s, [&] { return m_calls.size() >= calls; });
         return m_calls;
     }
 
@@ -152,58 +152,58 @@ TEST_F(Loopback, KeepsTheUnconsumedTailUntilEnoughHasCome)
 {
     using Calls = std::vector<std::string>;
     Recorder recorder;
-    const auto pConnection = Open();
-    pConnection->SetObserver(&recorder, nullptr);
-    pConnection->Start(1);
+    const auto connection = Open();
+    connection->SetObserver(&recorder, nullptr);
+    connection->Start(1);
     Write("a.b");
     EXPECT_EQ(recorder.WaitForCalls(1), Calls{"a.b"});
     Write("c");
     LetReceiveThreadRead();
     Write("d.");
     EXPECT_EQ(recorder.WaitForCalls(2), (Calls{"a.b", "bcd."}));
-    pConnection->ClearObserver();
-    pConnection->Close();
+    connection->ClearObserver();
+    connection->Close();
 }
 
 TEST_F(Loopback, RefusesAWholeMessageWhenTheSendQueueIsFull)
 {
-    const auto pConnection = Open();
-    const std::string strMessage(CConnection::kMaxQueued, 'x');
-    int nTaken = 0;
-    while (nTaken < 1000 && pConnection->Send(strMessage)) { // the peer reads nothing
-        ++nTaken;
+    const auto connection = Open();
+    const std::string message(Connection::kMaxQueued, 'x');
+    int taken = 0;
+    while (taken < 1000 && connection->Send(message)) { // the peer reads nothing
+        ++taken;
     }
     EXPECT_EQ(GetLastError(), NET_SOCKET_ERROR_NOBUFS);
-    pConnection->RefuseSends();
-    EXPECT_FALSE(pConnection->Send("x"));
-    EXPECT_EQ(GetLastError(), SOCKET_ERROR_NOT_CONNECTED);
+    connection->RefuseSends();
+    EXPECT_FALSE(connection->Send("x"));
+    EXPECT_EQ(GetLastError(), kSocketErrorNotConnected);
 
-    std::string strReceived(static_cast<std::size_t>(nTaken) * strMessage.size(), '\0');
-    asio::read(m_peer, asio::buffer(strReceived)); // what was taken arrives, all of it
-    pConnection->Close();
+    std::string received(static_cast<std::size_t>(taken) * message.size(), '\0');
+    asio::read(m_peer, asio::buffer(received)); // what was taken arrives, all of it
+    connection->Close();
     asio::error_code error;
-    EXPECT_EQ(asio::read(m_peer, asio::buffer(strReceived), error), 0U);
+    EXPECT_EQ(asio::read(m_peer, asio::buffer(received), error), 0U);
 }
 
 TEST_F(Loopback, LinkBeatsThroughThePluginAndReportsASilentAndALostPeer)
 {
-    const CPlugin plugin(TVWALL_PLUGIN_PATH);
-    SLinkSettings settings;
+    const Plugin plugin(TVWALL_PLUGIN_PATH);
+    LinkSettings settings;
     settings.heartbeatEvery = 10ms;
     settings.livenessEvery = 1ms; // at least one question between two beats
     testing::internal::CaptureStderr();
-    const CDecoderLink link(plugin, m_thread, m_events, Open(), settings);
+    const DecoderLink link(plugin, m_thread, m_events, Open(), settings);
     std::array<char, 8> beat{};
-    for (int nBeat = 0; nBeat < 20; ++nBeat) {
+    for (int beatSize = 0; beatSize < 20; ++beatSize) {
         asio::read(m_peer, asio::buffer(beat));
         EXPECT_EQ(tools::HexText(beat.data(), beat.size()), "3131313100000000");
     }
-    const std::string strLog = testing::internal::GetCapturedStderr();
-    EXPECT_NE(strLog.find("offline"), std::string::npos) << strLog;
-    EXPECT_EQ(strLog.find("offline"), strLog.rfind("offline")) << strLog;
+    const std::string log = testing::internal::GetCapturedStderr();
+    EXPECT_NE(log.find("offline"), std::string::npos) << log;
+    EXPECT_EQ(log.find("offline"), log.rfind("offline")) << log;
     EXPECT_FALSE(m_events.Lost());
     m_peer.close();
-    while (!m_events.Lost() && m_events.Wait(CHostEvents::Clock::now() + 10s).bEvent) {
+    while (!m_events.Lost() && m_events.Wait(HostEvents::Clock::now() + 10s).event) {
     }
     EXPECT_TRUE(m_events.Lost());
 }
