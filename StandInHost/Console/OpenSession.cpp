@@ -11,7 +11,7 @@ namespace standin_host {
 
 namespace {
 
-constexpr std::chrono::seconds connectTimeout{10};
+constexpr std::chrono::seconds kConnectTimeout{10};
 
 std::shared_ptr<Connection> ConnectOrExit(const SessionGround& ground, const ConsoleCommand& first)
 {
@@ -24,7 +24,7 @@ std::shared_ptr<Connection> ConnectOrExit(const SessionGround& ground, const Con
     settings.trace = options.trace ? std::make_shared<FrameTrace>() : nullptr;
     settings.events = &ground.events;
     std::string reason;
-    auto connection = Connect(ground.ioThread, ground.events, options.host, options.port, connectTimeout,
+    auto connection = Connect(ground.ioThread, ground.events, options.host, options.port, kConnectTimeout,
                               std::move(settings), reason);
     if (connection == nullptr && ground.events.Interrupted() != 0) {
         throw ExitError(kExitSignalBase + ground.events.Interrupted(), "interrupted");

@@ -27,7 +27,7 @@ constexpr auto kForever = HostEvents::Clock::time_point::max();
 
 // A reply that came just before the connection was lost still becomes an answer: the plug-in looks for it
 // every 100 ms.
-constexpr std::chrono::milliseconds graceAfterLoss{300};
+constexpr std::chrono::milliseconds kGraceAfterLoss{300};
 
 bool IsMissingReply(const HostAnswer& answer)
 {
@@ -137,7 +137,7 @@ bool Session::AwaitStep(const HostCommand& command, HostEvents::Clock::time_poin
     }
     CheckInterrupted();
     if (m_events.Lost()) {
-        deadline = std::min(deadline, HostEvents::Clock::now() + graceAfterLoss);
+        deadline = std::min(deadline, HostEvents::Clock::now() + kGraceAfterLoss);
     }
     return true;
 }

@@ -25,15 +25,6 @@ protected:
         return Deciphered("user", Deciphered("pwd", WallCommandFixture::SentBody()));
     }
 
-    // What the log says of a record last; the credentials are looked for at the end.
-    template <class Record>
-    void CheckDump(const Record& record, const std::string& part)
-    {
-        fake_host::Reset();
-        record.Dump();
-        EXPECT_NE(fake_host::Logs().back().text.find(part), std::string::npos);
-    }
-
 private:
     std::string Deciphered(const std::string& name, std::string xml) const
     {

@@ -65,14 +65,6 @@ void FreeWatched(void* pBytes)
     Free(pBytes);
 }
 
-void* AllocateAligned(std::size_t nSize, std::align_val_t alignment)
-{
-    const auto nAlignment = static_cast<std::size_t>(alignment);
-    const std::size_t nWhole = (nSize + nAlignment - 1) / nAlignment * nAlignment;
-    void* pBytes = Taken(MayAllocate() ? std::aligned_alloc(nAlignment, nWhole) : nullptr);
-    return pBytes != nullptr ? pBytes : throw std::bad_alloc();
-}
-
 void* CryptoAllocate(std::size_t nSize, const char*, int) { return Allocate(nSize); }
 void* CryptoReallocate(void* pBytes, std::size_t nSize, const char*, int)
 {
@@ -98,21 +90,10 @@ void* operator new(std::size_t nSize) { return AllocateOrThrow(nSize); }
 void* operator new[](std::size_t nSize) { return AllocateOrThrow(nSize); }
 void* operator new(std::size_t nSize, const std::nothrow_t&) noexcept { return Allocate(nSize); }
 void* operator new[](std::size_t nSize, const std::nothrow_t&) noexcept { return Allocate(nSize); }
-void* operator new(std::size_t nSize, std::align_val_t alignment)
-{
-    return AllocateAligned(nSize, alignment);
-}
-void* operator new[](std::size_t nSize, std::align_val_t alignment)
-{
-    return AllocateAligned(nSize, alignment);
-}
 void operator delete(void* pBytes) noexcept { FreeWatched(pBytes); }
 void operator delete[](void* pBytes) noexcept { FreeWatched(pBytes); }
 void operator delete(void* pBytes, std::size_t) noexcept { FreeWatched(pBytes); }
 void operator delete[](void* pBytes, std::size_t) noexcept { FreeWatched(pBytes); }
 void operator delete(void* pBytes, const std::nothrow_t&) noexcept { FreeWatched(pBytes); }
 void operator delete[](void* pBytes, const std::nothrow_t&) noexcept { FreeWatched(pBytes); }
-void operator delete(void* pBytes, std::align_val_t) noexcept { FreeWatched(pBytes); }
-void operator delete[](void* pBytes, std::align_val_t) noexcept { FreeWatched(pBytes); }
-void operator delete(void* pBytes, std::size_t, std::align_val_t) noexcept { FreeWatched(pBytes); }
 void operator delete[](void* pBytes, std::size_t, std::align_val_t) noexcept { FreeWatched(pBytes); }

@@ -131,16 +131,6 @@ TEST_F(HostileDecoderTest, AnAnnouncedGiantTakesNoMemoryBeforeItsBytesCome)
     }
 }
 
-TEST_F(HostileDecoderTest, SessionAndTokenAreEscaped)
-{
-    ReplyWith(ReplyText("dooption", "%SEQ%", "0", "<session>&lt;/session&gt;&amp;</session>", ""));
-    ReplyWith(ReplyText("dologin", "%SEQ%", "0", "<token><![CDATA[</token>\"]]></token>"));
-    Run(0x101, LoginPayload("admin", "secret"));
-    NameFrom("");
-    EXPECT_EQ(Element(LastRequest(), "session"), "&lt;/session&gt;&amp;");
-    EXPECT_EQ(Element(LastRequest(), "token"), "&lt;/token&gt;\"");
-}
-
 // A length and value of the encoding that keys are written in.
 std::string Der(char tag, const std::string& value)
 {

@@ -111,7 +111,7 @@ public:
         const allocation_fault::Pause pause;
         const std::string request = node.frames.back();
         const std::string seq = std::to_string(std::stol(Element(request, "seq")) + nNumbersOff);
-        const std::string tail = "<session>SID</session><token>TOK</token>";
+        const std::string tail = "<session>SID</session><token>TOK</token>" + padding;
         return Frame(ReplyText(Element(request, "url"), seq, errorcode, tail, m_replyBody));
     }
 
@@ -165,6 +165,7 @@ public:
     }
 
     FakeNode node;
+    std::string padding; // of each reply's header
     std::function<void(size_t nRequest)> onRequest = [this](size_t) { DeliverReply(); };
     std::string rest;     // of the reply that was cut
     size_t nReplyLen = 0; // of all of it
@@ -216,6 +217,7 @@ TEST_P(TortureTest, EveryCommandSurvivesEveryAllocationThatFails)
                 const long nLive = allocation_fault::LiveBytes();
                 {
                     Session session(GetParam());
+                    session.padding.assign(2000, ' '); // all buffers have to grow
                     const std::string answer = session.Run(sample, nAllowed, bForGood);
                     bFaulted = session.bFaulted;
                     const bool bTimeout = session.nPolls >= POLLS_OF_A_TIMEOUT;
@@ -285,20 +287,6 @@ TEST_P(TortureTest, EveryCommandSurvivesEverySendThatFails)
             EXPECT_EQ(session.nPolls, static_cast<int>(nFailing) + nWaited);
             EXPECT_EQ(session.Run(sample), sample.Answer());
         }
-    }
-}
-
-TEST_P(TortureTest, ARefusedCommandFailsOnceAndTheNextOneWorks)
-{
-    for (const CommandSample& sample : CommandSamples()) {
-        SCOPED_TRACE(sample.szName);
-        Session session(GetParam());
-        const auto accept =
-            std::exchange(session.onRequest, [&](size_t) { session.Deliver(session.Reply("9")); });
-        EXPECT_EQ(session.Run(sample), "failure 20000002");
-        EXPECT_EQ(session.node.frames.size(), 1U);
-        session.onRequest = accept;
-        EXPECT_EQ(session.Run(sample), sample.Answer());
     }
 }
 

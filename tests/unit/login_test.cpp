@@ -21,7 +21,7 @@ protected:
     }
     void ReplyToDologin(const std::string& errorcode)
     {
-        ReplyWith(ReplyText("dologin", "%SEQ%", errorcode, "<token>TOK</token>"));
+        ReplyWith(ReplyText("dologin", "%SEQ%", errorcode, "<token><![CDATA[T</K]]></token>"));
     }
     std::string Login(const std::string& payload = LoginPayload("admin", "secret"))
     {
@@ -125,7 +125,7 @@ TEST_F(LoginTest, WhatAReplyDoesNotNameIsKeptFromBefore)
     ReplyWith(ReplyText("dologin", "%SEQ%"));
     EXPECT_EQ(Login(), SuccessAnswer());
     EXPECT_EQ(Element(LastRequest(), "session"), "S&lt;1");
-    EXPECT_EQ(Element(LastRequest(), "token"), "TOK"); // even that of a refused login
+    EXPECT_EQ(Element(LastRequest(), "token"), "T&lt;/K"); // even that of a refused login
     EXPECT_EQ(Deciphered("account"), "admin");
 
     ReplyWith(ReplyText("dooption", "%SEQ%"));

@@ -241,7 +241,7 @@ TEST(Markup, ReadsTheDataOfAnElement)
     EXPECT_EQ(DataOf("x&amp;y"), "x&y");
     EXPECT_EQ(DataOf("<y>1</y>"), "");
     EXPECT_EQ(DataOf(" a<!-- b -->&lt;<![CDATA[&lt;]]><?c?> d<![CDATA[]]>"), " a<&lt; d");
-    EXPECT_EQ(DataOf(" <![CDATA[x]]>\n<!--c-->"), "x"); // whitespace is a node of its own kind
+    EXPECT_EQ(DataOf(" <![CDATA[x]]>\n<!--c--> "), "x"); // whitespace is a node of its own kind
     EXPECT_EQ(DataOf(" \n"), " \n");
     EXPECT_EQ(At("<x><y>1</x>", {"x", "y"}).GetData(), ""); // no end tag, no data
 }

@@ -85,15 +85,6 @@ TEST_F(SessionTest, NoReplyForThreeHundredPollsIsATimeout)
     EXPECT_EQ(nPolls, 301) << "a part of a poll is none";
 }
 
-TEST_F(SessionTest, RepliesWithOtherNumbersAreNotTakenForTheAnswer)
-{
-    LogIn();
-    ReplyWith(ReplyText("dowallclear", "1"));
-    ReplyWith(ReplyText("dowallclear", "%SEQ%", "5"), 3);
-    EXPECT_EQ(ClearWall(), "failure 20000002");
-    EXPECT_EQ(nPolls, 4); // seen at the next poll
-}
-
 // What comes after the reply has its own number more often than not: decoders number their notifications.
 TEST_F(SessionTest, NoOtherMessageHidesTheReply)
 {
@@ -130,19 +121,6 @@ TEST_F(SessionTest, ANotificationWithTheAwaitedNumberIsTakenForTheReply)
     };
     EXPECT_EQ(ClearWall(), "failure 2000000f");
     EXPECT_EQ(nPolls, 300);
-}
-
-TEST_F(SessionTest, TheAnswerComesFromTheReplyWhateverCameAfterIt)
-{
-    LogIn();
-    onPoll = [this] {
-        Receive(
-            Frame(ReplyText("dowallclear", Element(LastRequest(), "seq"), "0")) +
-            Frame("<td_command><td_header><url>notifychannelstate</url><errorcode>9</errorcode></td_header>" +
-                  std::string(5000, ' ') + "</td_command>"));
-    };
-    EXPECT_EQ(ClearWall(), done);
-    ASSERT_EQ(node.notifications.size(), 1U);
 }
 
 TEST_F(SessionTest, AReplyThatWasGuessedBeforeItsRequestIsTheOneThatCounts)

@@ -1,6 +1,7 @@
 // What the platform layer asks of the system, call by call, and what it makes of the results.
 
 #include <cerrno>
+#include <cstring>
 #include <ctime>
 #include <fcntl.h>
 #include <functional>
@@ -8,9 +9,13 @@
 #include <pthread.h>
 #include <semaphore.h>
 #include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <vector>
 
 #include "Event.h"
+#include "MonitorTvwComm.h"
+#include "PFFile.h"
 #include "PFHelper.h"
 #include "Semaphore.h"
 
@@ -25,7 +30,8 @@ std::string Text(const timespec& time)
 }
 
 // The calls that are made while it lives, in one text, and what they come to: each takes the next error, or
-// 0, and has no effect. A second passes between two looks at the clock.
+// 0, and has no effect. A second passes between two looks at the clock. Files hold the alphabet, and a
+// negative error is what is missing of the bytes that are to be read or written.
 struct Script {
     Script() { s_pRunning = this; }
     ~Script() { s_pRunning = nullptr; }
@@ -77,8 +83,44 @@ struct Script {
         return Next("open " + name + ((nFlags & O_CREAT) != 0 ? made : "")) == 0 ? &semaphore : SEM_FAILED;
     }
 
+    int OpenFile(const std::string& name, int nFlags, mode_t mode)
+    {
+        EXPECT_EQ(mode, 0666U);
+        EXPECT_NE(nFlags & O_CLOEXEC, 0);
+        const std::string call = "open " + name + " " + std::to_string(nFlags & ~O_CLOEXEC);
+        return WithErrno(Next(call)) == 0 ? 7 : -1;
+    }
+    int CloseFile(int fd) { return WithErrno(Next("close " + std::to_string(fd))); }
+    int Status(int fd, struct stat& status)
+    {
+        EXPECT_EQ(fd, 7);
+        status.st_size = nFileSize;
+        return WithErrno(Next("size"));
+    }
+    // Of the bytes that are to be read or written: how many are.
+    ssize_t Transfer(const std::string& call, int fd, size_t n)
+    {
+        EXPECT_EQ(fd, 7);
+        const int nError = Next(call);
+        return nError > 0 ? WithErrno(nError) : static_cast<ssize_t>(n) + nError;
+    }
+    ssize_t Read(int fd, void* pData, size_t nLen)
+    {
+        const ssize_t n = Transfer("read " + std::to_string(nLen), fd, nLen);
+        for (ssize_t i = 0; i < n; ++i) {
+            static_cast<char*>(pData)[i] = static_cast<char>('a' + nRead++);
+        }
+        return n;
+    }
+    ssize_t Write(int fd, const void* pData, size_t nLen)
+    {
+        return Transfer("write " + std::string(static_cast<const char*>(pData), nLen), fd, nLen);
+    }
+
     std::string calls;
     std::vector<int> errors;
+    off_t nFileSize = 10;
+    int nRead = 0;
     std::function<void()> onWait = [] {};
     time_t now = 100;
     static inline thread_local Script* s_pRunning = nullptr;
@@ -113,6 +155,12 @@ TVWALL_WRAPPED(sem_t*, sem_open, (const char* szName, int nFlags, mode_t mode, u
 TVWALL_WRAPPED(int, sem_wait, (sem_t * p), (p), Semaphore("wait"))
 TVWALL_WRAPPED(int, sem_post, (sem_t * p), (p), Semaphore("post"))
 TVWALL_WRAPPED(int, sem_close, (sem_t * p), (p), Semaphore("close"))
+TVWALL_WRAPPED(int, open, (const char* szName, int nFlags, mode_t mode), (szName, nFlags, mode),
+               OpenFile(szName, nFlags, mode))
+TVWALL_WRAPPED(int, close, (int fd), (fd), CloseFile(fd))
+TVWALL_WRAPPED(int, fstat, (int fd, struct stat* pStatus), (fd, pStatus), Status(fd, *pStatus))
+TVWALL_WRAPPED(ssize_t, read, (int fd, void* p, size_t n), (fd, p, n), Read(fd, p, n))
+TVWALL_WRAPPED(ssize_t, write, (int fd, const void* p, size_t n), (fd, p, n), Write(fd, p, n))
 
 namespace {
 
@@ -183,6 +231,68 @@ TEST(SystemCallsTest, EveryOperationMakesItsCallsAndHeedsTheirResults)
         EXPECT_EQ(script.calls, c.calls);
     }
     EXPECT_EQ(nThreadID, 77U);
+}
+
+TEST(SystemCallsTest, FilesAreReadAndWrittenWholeAndClosed)
+{
+    using namespace ORVA2_CLIENT_TVW;
+    const BYTE bytes[] = "0123456789";
+    const auto readFrom = [](const std::string& path) {
+        std::vector<BYTE> data{'x'};
+        uint32_t nLen = 7;
+        const bool bRead = ReadFile(path, data, nLen, O_RDONLY);
+        EXPECT_EQ(nLen, data.size());
+        return std::string(bRead ? "" : "failure ") + std::string(data.begin(), data.end());
+    };
+    const auto writeTo = [](const std::string& path, const BYTE* pData) {
+        return std::string(WriteFile(path, pData, 10, O_WRONLY) ? "whole" : "failure");
+    };
+    const auto reads = [&] { return readFrom("/f"); };
+    const auto writes = [&] { return writeTo("/f", bytes); };
+    const auto opensTwo = [] {
+        CPFFile file;
+        EXPECT_TRUE(file.Open("/f", O_RDONLY) && file.Open("/g", O_WRONLY));
+        file.Close();
+        return std::string();
+    };
+    const struct {
+        std::function<std::string()> operation;
+        const char* result;
+        std::vector<int> errors;
+        const char* calls;
+        off_t nFileSize = 10;
+    } cases[] = {
+        {reads, "abcdefghij", {}, "open /f 0, size, read 10, close 7"},
+        {reads,
+         "abcdefghij",
+         {0, 0, -7, EINTR, -6}, // three bytes, one and six
+         "open /f 0, size, read 10, read 7, read 7, read 6, close 7"},
+        {reads, "abc", {0, 0, -7, -7}, "open /f 0, size, read 10, read 7, close 7"},
+        {reads, "", {0, 0, -10}, "open /f 0, size, read 10, close 7"},
+        {reads, "", {}, "open /f 0, size, close 7", 0},
+        {reads, "failure ", {ENOENT}, "open /f 0"},
+        {reads, "failure ", {0, EBADF}, "open /f 0, size, close 7"},
+        {reads, "failure ", {}, "open /f 0, size, close 7", off_t{1} << 32},
+        {reads, "failure ", {0, 0, -7, EISDIR}, "open /f 0, size, read 10, read 7, close 7"},
+        {[&] { return readFrom(""); }, "failure ", {}, ""},
+        {writes, "whole", {}, "open /f 1, write 0123456789, close 7"},
+        {writes,
+         "whole",
+         {0, -7, EINTR, -6},
+         "open /f 1, write 0123456789, write 3456789, write 3456789, write 456789, close 7"},
+        {writes, "failure", {0, -10}, "open /f 1, write 0123456789, close 7"},
+        {writes, "failure", {0, ENOSPC}, "open /f 1, write 0123456789, close 7"},
+        {writes, "failure", {EACCES}, "open /f 1"},
+        {[&] { return writeTo("", bytes) + writeTo("/f", nullptr); }, "failurefailure", {}, ""},
+        {opensTwo, "", {}, "open /f 0, close 7, open /g 1, close 7"},
+    };
+    for (const auto& c : cases) {
+        Script script;
+        script.errors = c.errors;
+        script.nFileSize = c.nFileSize;
+        EXPECT_EQ(c.operation(), c.result) << c.calls;
+        EXPECT_EQ(script.calls, c.calls);
+    }
 }
 
 TEST(SystemCallsTest, WhatComesAtTheDeadlineIsTooLateAndStays)

@@ -1,8 +1,4 @@
-#include "MonitorTvwCommAudio.h"
-#include "RecordChecks.h"
 #include "WallCommandFixture.h"
-
-using namespace ORVA2_CLIENT_TVW;
 
 namespace {
 
@@ -46,19 +42,6 @@ TEST_F(AudioTest, TheAnswerHoldsTheHostsGuidsAndTheDecodersWindows)
     EXPECT_EQ(ask(TWO, Elem("td_windowlist", windows)),
               answer(GUIDS, 2, Bytes().U32(-2UL).U32(2).U32(4).U32(-9UL).U32(0).U32(0).U32(0).U32(0)))
         << "other order, entities, unknown names, missing values";
-}
-
-TEST(AudioRecords, KeepEveryByteAndDropTheHeadWithACountThatCannotBe)
-{
-    RoundTrips<S_MTvw_Get_Audio_Config>(TWO);
-    RoundTrips<S_MTvw_Get_Audio_Config>(Guids().U32(0));
-    for (const unsigned long count : {3UL, 0x20000000UL, 0xFFFFFFFFUL}) { // some wrap around in 32 bits
-        S_MTvw_Get_Audio_Config record;
-        EXPECT_FALSE(Decode(record, Guids().U32(count).Zeros(16)));
-        EXPECT_EQ(Encode(record), std::string(36, '\0'));
-        EXPECT_FALSE(Decode(record, Guids().U32(1).U32(7).U32(count).Zeros(8)));
-        EXPECT_EQ(Encode(record), std::string(Guids().U32(1)));
-    }
 }
 
 } // namespace

@@ -1,8 +1,4 @@
-#include "MonitorTvwCommChannelGroup.h"
-#include "RecordChecks.h"
 #include "WallCommandFixture.h"
-
-using namespace ORVA2_CLIENT_TVW;
 
 namespace {
 
@@ -46,11 +42,6 @@ TEST_F(ChannelGroupTest, AsksForAllGroupsWhereNoneIsNamed)
         EXPECT_EQ(Ask("GetChannelGroup", bytes, ""), ResultOf(0x6000E, Bytes().U32(0)));
         EXPECT_EQ(SentBody(), Body(""));
     }
-    S_MTvw_Wall_Get_ChGroup record;
-    Decode(record, WALL);
-    EXPECT_EQ(Encode(record), WALL + std::string(4, '\0')) << "the wall stands without the id";
-    EXPECT_FALSE(record.SetData(nullptr, 0));
-    EXPECT_EQ(Encode(record), std::string(20, '\0')) << "emptied even without data";
 }
 
 TEST_F(ChannelGroupTest, TheAnswerHoldsTheDecodersGroups)
@@ -70,16 +61,6 @@ TEST_F(ChannelGroupTest, TheAnswerHoldsTheDecodersGroups)
                                     .Text(Group(zero, 0, 0, 0, "\xE5\x8C\x97 <A>", "1;2"))
                                     .Text(Group(zero, 0, 0, 0, "", ""))))
         << "other order, long texts, UTF-8, entities, unknown names, missing values";
-}
-
-TEST(ChannelGroupRecords, KeepEveryByteAndRefuseEveryShorterPayload)
-{
-    RoundTrips<S_MTvw_Wall_Channel_Group_Info>(Group(WALL, 1, 2, 3, std::string(256, 'n'), "1,2"));
-    RoundTrips<S_MTvw_Wall_Delete_Channel_Group>(Bytes().Text(WALL).U32(2).U32(7).U32(8));
-    RoundTrips<S_MTvw_Wall_Start_Chl_GrPolling>(
-        Bytes().Text(WALL).U32(2).U32(1).U32(1).U32(2).U32(3).U32(4).U32(0));
-    RoundTrips<S_MTvw_Wall_Get_ChGroup>(Bytes().Text(WALL).U32(7));
-    RoundTrips<S_MTvw_Wall_Get_ChGroup_info>(Bytes().U32(1).Text(Group(WALL, 1, 2, 3, "name", "1")));
 }
 
 } // namespace

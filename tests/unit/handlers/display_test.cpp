@@ -1,8 +1,4 @@
-#include "DecodeCommDisplay.h"
-#include "RecordChecks.h"
 #include "WallCommandFixture.h"
-
-using namespace ORVA2_DECODER_TVW;
 
 namespace {
 
@@ -40,17 +36,6 @@ TEST_F(DisplayTest, ShortRecordsOfZoomAndSwitchesAreRefused)
     EXPECT_EQ(Run(0x50002, Option(0x50014, std::string(39, '\0'))), "failure 20000002");
     EXPECT_EQ(Run(0x50001, Option(0x60012, std::string(35, '\0'))), "failure 20000002");
     EXPECT_TRUE(node.frames.empty());
-}
-
-TEST(DisplayRecords, KeepEveryByteAndReportWhatIsMissing)
-{
-    const std::string two = Bytes().U32(2).Text(Window(1, 2).U16(1).U16(2).U16(3).U16(4)).Text(Window(2, 0));
-    RoundTrips<S_Decoder_Draw_Border_Wind>(two.substr(4, 14));
-    S_Decoder_Draw_Border record;
-    record.SetData(two.data(), static_cast<unsigned int>(two.size()));
-    EXPECT_EQ(Encode(record), two);
-    record.SetData(nullptr, 0);
-    EXPECT_EQ(Encode(record), std::string(4, '\0')) << "emptied even without data";
 }
 
 } // namespace

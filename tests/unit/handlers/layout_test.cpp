@@ -1,8 +1,4 @@
-#include "MonitorTvwCommLayout.h"
-#include "RecordChecks.h"
 #include "WallCommandFixture.h"
-
-using namespace ORVA2_CLIENT_TVW;
 
 namespace {
 
@@ -67,12 +63,6 @@ TEST_F(LayoutTest, TheAnswerHoldsTheScreensAsTheyStandInTheReply)
                             Screen(7, FULL_NAME.substr(1), 1, 0xFFFFFFFF) + Screen(8, "a <B>", 0, 0) +
                                 Screen(0, "", 0, 0))))
         << "children by position, siblings of any name, long name, missing values";
-}
-
-TEST(LayoutRecords, KeepEveryByteAndClearAllButIdAndCount)
-{
-    RoundTrips<S_MTvw_Wall_Layout>(Layout(3, 4, 2, TWO), Layout(0, 0, 2, ""));
-    RoundTrips<S_MTvw_Wall_WallLayout_Item>(Screen(5, FULL_NAME, 6, 7), Screen(5, "", 0, 0));
 }
 
 } // namespace

@@ -1,8 +1,4 @@
 #include "MediaFixture.h"
-#include "MonitorTvwCommMedia.h"
-#include "RecordChecks.h"
-
-using namespace ORVA2_CLIENT_TVW;
 
 namespace {
 
@@ -58,30 +54,6 @@ TEST_F(MediaTest, SendsEveryStreamThatCouldBeReadWithItsCredentialsEnciphered)
     Check("no whole count", "PlayMedia", "\1\1\1", Windows(""));
     Check("two windows", "StopPlayMedia", two, Windows(MediaItem(-8, "") + MediaItem(4, "")));
     Check("nothing", "StopChlGroupPolling", "", Windows(""));
-}
-
-TEST_F(MediaTest, RecordsKeepEveryByteRefuseCountsThatDoNotFitAndHideCredentials)
-{
-    const std::string media = Media(GUID_BYTES, 5, SOURCE_USER, SOURCE_PASSWORD);
-    RoundTrips<S_MTvw_Wall_Media>(Bytes().U32(2).Text(Window(1, 1, media)).U32(2).U32(0));
-    RoundTrips<S_MTvw_Wall_Media_info>(Media(GUID_BYTES, 5, SOURCE_USER, SOURCE_PASSWORD, ""));
-    EXPECT_EQ(S_MTvw_Wall_Media_info().GetLength(), 604u);
-    S_MTvw_Wall_Media_info alone;
-    ASSERT_TRUE(Decode(alone, Media(GUID_BYTES, 5, SOURCE_USER, SOURCE_PASSWORD, "")));
-    CheckDump(alone, "channelIdInt:5 channelid:" + GUID_TEXT +
-                         " type:-1 reqmode:2 port:-3 streamtype:-4 recordmask:2147483648 source:-6 "
-                         "begintime:18446744073709551615 endtime:4294967303 addr:10.0.0.<1>");
-
-    S_MTvw_Wall_Media record;
-    const std::string head = Bytes().U32(1).U32(7);
-    for (const unsigned long count : {2UL, 0x08000000UL, 0x20000000UL, -1UL}) { // some wrap in 32 bits
-        EXPECT_FALSE(Decode(record, Bytes().U32(count).U32(7).U32(0)));
-        EXPECT_FALSE(Decode(record, Bytes().Text(head).U32(count).U32(7).U32(0)));
-        EXPECT_FALSE(Decode(record, Bytes().Text(head).U32(1).U32(3).U32(count).Text(media)));
-        EXPECT_TRUE(record._mediaWind.empty());
-    }
-    ASSERT_TRUE(Decode(record, Bytes().U32(1).Text(Window(1, 1, media))));
-    CheckDump(record, "addr:10.0.0.<1>");
 }
 
 } // namespace

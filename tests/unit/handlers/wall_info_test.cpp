@@ -1,8 +1,4 @@
 #include "MediaFixture.h"
-#include "MonitorTvwCommWallInfo.h"
-#include "RecordChecks.h"
-
-using namespace ORVA2_CLIENT_TVW;
 
 namespace {
 
@@ -65,16 +61,6 @@ TEST_F(WallInfoTest, TheRequestModeChoosesTheChannel)
     for (const auto& [bytes, items] : cases) {
         Check("whole wall", "SetWallInfo", bytes, Windows(items));
     }
-}
-
-TEST_F(WallInfoTest, RecordsKeepEveryByteAndHideCredentials)
-{
-    const std::string one = Bytes().Text(Window(8, 1)).Text(SubWindow(GUID_BYTES, 5, 6));
-    RoundTrips<S_MTvw_Wall_Set_wall_V2>(Bytes().U32(2).Text(one).Text(Window(9, 0)));
-
-    S_MTvw_Wall_Set_wall_V2 record;
-    ASSERT_TRUE(Decode(record, Bytes().U32(1).Text(one)));
-    CheckDump(record, "addr:10.0.0.1 ");
 }
 
 } // namespace
