@@ -8,7 +8,6 @@ namespace {
 
 constexpr unsigned int GET_CONFIG = 0x50000;
 constexpr unsigned int BASIC_CONFIG = 0x50002;
-constexpr unsigned int GET_LAYOUT = 0x50006;
 
 // Attributes of different names, whose values look like other things.
 std::string Attributes(int n)
@@ -66,50 +65,6 @@ TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         EXPECT_EQ(NameFrom(c.body), c.name);
-    }
-}
-
-TEST_F(HostileDecoderTest, LongListsAndTextsAreRead)
-{
-    constexpr size_t ITEMS = 80000;
-    constexpr size_t HEAD_LEN = 12;
-    constexpr size_t ITEM_LEN = 268;
-    const std::string item =
-        "<item><id>7</id><name>" + std::string(300, 'n') + "</name><c><x>1</x><y>2</y></c></item>";
-    ReplyWith(ReplyText("getwalllayout", "%SEQ%", "0", "",
-                        "<td_channellist>" + Repeat(item, ITEMS) + "</td_channellist>"));
-    const std::string answer = Run(GET_LAYOUT, "");
-    const std::string record = Hex(Bytes().U32(7).Text(std::string(255, 'n')).Zeros(1).U32(1).U32(2));
-    ASSERT_EQ(answer.size(), 7 + 2 * (HEAD_LEN + ITEMS * ITEM_LEN));
-    EXPECT_EQ(answer.substr(7 + 2 * HEAD_LEN, record.size()), record);
-    EXPECT_EQ(answer.substr(answer.size() - record.size()), record);
-
-    const std::string name(1000000, 'x');
-    EXPECT_EQ(NameFrom("<devicename>" + name + "</devicename>"), Hex(name));
-}
-
-TEST_F(HostileDecoderTest, FloodsLeaveNothingBehind)
-{
-    fake_host::SetLogRecording(false);
-    const std::string heads(64 * 100, '2');
-    const std::string notices =
-        Repeat(Frame("<td_command><td_header><url>notifychannelstate</url></td_header></td_command>"), 100);
-    const std::string flood =
-        heads + Repeat(Frame(""), 100) + Repeat(Frame(ReplyText("dowallclear", "4")), 10) + notices;
-    constexpr size_t ROUNDS = 5000; // a million notifications in both modes together
-    for (const bool bBuffered : {false, true}) {
-        SCOPED_TRACE(bBuffered);
-        long nLive = 0;
-        for (size_t i = 0; i <= ROUNDS; ++i) {
-            Receive(flood, bBuffered);
-            ASSERT_EQ(node.notifications.size(), 100U);
-            node.notifications.clear();
-            if (i == 0) { // every buffer has its size
-                nLive = allocation_fault::LiveBytes();
-            }
-        }
-        EXPECT_EQ(allocation_fault::LiveBytes(), nLive);
-        EXPECT_EQ(NameFrom("<devicename>n</devicename>"), Hex("n"));
     }
 }
 

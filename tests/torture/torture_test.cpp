@@ -334,35 +334,6 @@ TEST_P(TortureTest, ALinkLostWithinAReplyEndsTheCommandAtOnce)
     }
 }
 
-TEST_P(TortureTest, RepliesInBadCompanyAreStillTheAnswer)
-{
-    const std::string notice =
-        Frame("<td_command><td_header><url>notifychannelstate</url></td_header></td_command>");
-    const std::string beat = Frame("");
-    const std::string deviceHead(64, '2');
-    for (const CommandSample& sample : CommandSamples()) {
-        Session session(GetParam());
-        const struct {
-            const char* what;
-            std::function<std::string()> company;
-        } cases[] = {
-            {"twice", [&] { return session.Reply() + session.Reply(); }},
-            {"between notifications", [&] { return notice + session.Reply() + notice; }},
-            {"between what says nothing", [&] { return beat + deviceHead + beat + session.Reply() + beat; }},
-            {"behind a late one", [&] { return session.Reply("9", -1) + session.Reply(); }},
-            {"behind the one to the next request", [&] { return session.Reply("9", 1) + session.Reply(); }},
-        };
-        for (const auto& c : cases) {
-            SCOPED_TRACE(sample.szName + std::string(", ") + c.what);
-            session.onRequest = [&](size_t) { session.Deliver(c.company()); };
-            for (int i = 0; i < 2; ++i) { // the second one has the first one's company before its request
-                EXPECT_EQ(session.Run(sample), sample.Answer());
-                EXPECT_EQ(session.nPolls, static_cast<int>(Exchanges(sample)));
-            }
-        }
-    }
-}
-
 // Also where the sanitizer has its marks.
 __attribute__((no_sanitize("address"))) bool Holds(std::string_view memory, std::string_view text)
 {

@@ -90,29 +90,6 @@ TEST_F(FramesTest, BothModesDeliverWholeFramesAndDirectModeTellsWhatTheNextOneNe
     EXPECT_TRUE(fake_host::Logs().empty());
 }
 
-TEST_F(FramesTest, AStreamSplitAnywhereGivesTheSameMessagesInBothModes)
-{
-    const std::string stream = BEAT + Frame("<first/>") + DEVICE_HEAD + Frame("2") + BEAT + Frame("<third/>");
-    const Words expected = {"beat", "data:<first/>", "device", "data:2", "beat", "data:<third/>"};
-    for (size_t cut = 0; cut <= stream.size(); ++cut) {
-        SCOPED_TRACE(cut);
-        delivered.clear();
-        std::string kept = stream.substr(0, cut);
-        Direct(kept);
-        kept = kept.substr(consumed) + stream.substr(cut);
-        Direct(kept);
-        EXPECT_EQ(consumed, kept.size());
-        EXPECT_EQ(delivered, expected);
-
-        delivered.clear();
-        Buffered(stream.substr(0, cut));
-        EXPECT_EQ(consumed, cut);
-        Buffered(stream.substr(cut));
-        EXPECT_EQ(delivered, expected);
-    }
-    EXPECT_EQ(fake_host::LiveBuffers(), 0);
-}
-
 TEST_F(FramesTest, BufferedModeTakesPoolHandles)
 {
     const std::string frame = Frame("<pool/>");

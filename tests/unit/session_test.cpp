@@ -85,7 +85,7 @@ TEST_F(SessionTest, NoReplyForThreeHundredPollsIsATimeout)
     EXPECT_EQ(nPolls, 301) << "a part of a poll is none";
 }
 
-// What comes after the reply has its own number more often than not: decoders number their notifications.
+// What comes around the reply has its own number more often than not: decoders number their notifications.
 TEST_F(SessionTest, NoOtherMessageHidesTheReply)
 {
     LogIn();
@@ -93,8 +93,8 @@ TEST_F(SessionTest, NoOtherMessageHidesTheReply)
         onPoll = [&] {
             if (nPolls == 2) {
                 const std::string seq = Element(LastRequest(), "seq");
-                Receive(Frame(ReplyText("dowallclear", seq)) + Frame(ReplyText(szUrl, "1000000", "9")) +
-                        Frame(ReplyText("dowallclear", seq, "9")));
+                Receive(Frame(ReplyText(szUrl, "1", "9")) + Frame(ReplyText("dowallclear", seq)) + Frame("") +
+                        Frame(ReplyText(szUrl, "1000000", "9")) + Frame(ReplyText("dowallclear", seq, "9")));
                 Receive(Frame(ReplyText(szUrl, "1000001", "9")));
             }
         };
@@ -179,17 +179,6 @@ TEST_F(SessionTest, EveryMessageIsStoredAndTheNumberBehindItsUrlIsReadAsDecimal)
         EXPECT_EQ(CSessionAccess::LastNumber(session), c.nSeq) << text;
         EXPECT_EQ(CSessionAccess::Stored(session), text);
     }
-}
-
-TEST_F(SessionTest, SendFailuresAnswerAtOnceAndAFullSocketIsTriedAgain)
-{
-    LogIn();
-    node.sendErrors = {NET_SOCKET_ERROR_NOBUFS, NET_SOCKET_ERROR_NOBUFS, 0x20000001};
-    EXPECT_EQ(ClearWall(), "failure 2000000f");
-    EXPECT_EQ(nRetries, 2);
-    EXPECT_EQ(nPolls, 0);
-    ASSERT_EQ(fake_host::CountLogs(fake_host::LogLevel::Abnormal, SOURCE, 2025), 1);
-    EXPECT_EQ(fake_host::Logs().back().text, "CNetProtocolProcTWDECODERImp：：SendDataToDev 发送失败 ");
 }
 
 TEST_F(SessionTest, RepliesThatAreNoXmlAreDeviceErrors)
