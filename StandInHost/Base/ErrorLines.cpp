@@ -13,6 +13,7 @@ namespace {
 
 struct HeldLines {
     CMutex lock;
+    std::function<void(std::string_view)> writer TVWALL_GUARDED_BY(lock); // empty: standard error's own
     std::function<void()> onLine TVWALL_GUARDED_BY(lock); // empty while nobody holds lines back
     std::string lines TVWALL_GUARDED_BY(lock);
     std::size_t dropped TVWALL_GUARDED_BY(lock) = 0;
@@ -26,6 +27,16 @@ struct HeldLines {
         }
         return taken;
     }
+
+    void Write(std::string_view text) TVWALL_REQUIRES(lock)
+    {
+        if (writer) {
+            writer(text);
+            return;
+        }
+        (void)std::fwrite(text.data(), 1, text.size(), stderr);
+        (void)std::fflush(stderr);
+    }
 };
 
 // While a terminal stands still nobody writes what is held.
@@ -37,20 +48,28 @@ HeldLines& Held()
     return held;
 }
 
-void WriteNow(std::string_view lines)
+void SetWriter(std::function<void(std::string_view)> writer)
 {
-    (void)std::fwrite(lines.data(), 1, lines.size(), stderr);
-    (void)std::fflush(stderr);
+    HeldLines& held = Held();
+    const TMutexGuard guard(held.lock);
+    held.writer = std::move(writer);
 }
 
 } // namespace
+
+ErrorLinesWriter::ErrorLinesWriter(std::function<void(std::string_view)> writer)
+{
+    SetWriter(std::move(writer));
+}
+
+ErrorLinesWriter::~ErrorLinesWriter() { SetWriter(nullptr); }
 
 void PrintErrorLines(std::string_view lines)
 {
     HeldLines& held = Held();
     const TMutexGuard guard(held.lock);
     if (!held.onLine) {
-        WriteNow(lines);
+        held.Write(lines);
         return;
     }
     if (held.lines.size() + lines.size() > kMaxHeld) {
@@ -73,14 +92,14 @@ ErrorLinesHold::~ErrorLinesHold()
     HeldLines& held = Held();
     const TMutexGuard guard(held.lock);
     held.onLine = nullptr;
-    WriteNow(held.Take());
+    held.Write(held.Take());
 }
 
 void ErrorLinesHold::Write()
 {
     HeldLines& held = Held();
     const TMutexGuard guard(held.lock);
-    WriteNow(held.Take());
+    held.Write(held.Take());
 }
 
 } // namespace standin_host

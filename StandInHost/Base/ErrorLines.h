@@ -6,9 +6,19 @@
 
 namespace standin_host {
 
-// Writes whole lines to standard error. Any thread; while a line is being typed there, they wait for its
-// editor.
+// Writes whole lines to standard error. Any thread; blocks until somebody reads them there. While a line is
+// being typed there, they wait for its editor.
 void PrintErrorLines(std::string_view lines);
+
+// While it lives, such lines are written by this function, under a lock; it writes none itself. One at a
+// time.
+class ErrorLinesWriter {
+public:
+    explicit ErrorLinesWriter(std::function<void(std::string_view)> writer);
+    ~ErrorLinesWriter();
+    ErrorLinesWriter(const ErrorLinesWriter&) = delete;
+    ErrorLinesWriter& operator=(const ErrorLinesWriter&) = delete;
+};
 
 // Holds such lines back while it lives, and tells of each, so that the editor can write them in place of
 // what is being typed and draw that again after them. One at a time; what is left at the end is

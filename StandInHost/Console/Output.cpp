@@ -1,9 +1,5 @@
 #include "Console/Output.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <climits>
-#include <string_view>
 #include <utility>
 
 #include <nlohmann/json.hpp>
@@ -50,8 +46,9 @@ public:
     {
         using namespace ORVA2_DECODER_TVW;
         const char* kind = notification.info.nOptType == TVWALL_DECODE_NOTIFY_IORES ? "channels changed"
-                           : notification.info.nOptType == TVWALL_DECODE_NOTIFY_IORES_STATUS ? "channel states"
-                                                                                            : "unknown kind";
+                           : notification.info.nOptType == TVWALL_DECODE_NOTIFY_IORES_STATUS
+                               ? "channel states"
+                               : "unknown kind";
         Line(std::string("notification, ") + kind + ": " + tools::OneLine(notification.data));
     }
 };
@@ -109,17 +106,7 @@ std::unique_ptr<Output> Output::Create(bool json, HostEvents& events)
 void Output::Line(std::string line)
 {
     line += '\n';
-    for (std::string_view left = line; !left.empty() && !m_failed;) {
-        if (!m_events.WaitForOutput(STDOUT_FILENO)) {
-            m_failed = true;
-            return;
-        }
-        // A pipe that can be written takes so much at once.
-        const ssize_t written =
-            ::write(STDOUT_FILENO, left.data(), std::min<std::size_t>(left.size(), PIPE_BUF));
-        m_failed = written < 0 && errno != EINTR && errno != EAGAIN;
-        left.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
-    }
+    m_failed = m_failed || !m_events.Write(STDOUT_FILENO, line);
 }
 
 } // namespace standin_host

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <csignal>
-#include <iostream>
 #include <utility>
 
+#include "Base/ErrorLines.h"
 #include "Base/ExitStatus.h"
 #include "Base/LineInput.h"
 #include "Commands/Records/Credentials.h"
@@ -286,7 +286,7 @@ void Session::Complain(const ConsoleCommand& command, int status, const std::str
         throw ExitError(status, Where() + text);
     }
     m_progress.Clear();
-    std::cerr << "tvwall-host: " + Where() + text + '\n';
+    PrintErrorLines("tvwall-host: " + Where() + text + '\n');
     m_status = std::max(m_status, status);
 }
 

@@ -7,6 +7,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include "Base/ErrorLines.h"
 #include "Base/ExitStatus.h"
 #include "Base/LineInput.h"
 #include "Commands/Records/Credentials.h"
@@ -28,6 +29,8 @@ int Run(const Options& options)
 {
     OpenLog(options.logLevel, options.logFile);
     HostEvents events;
+    const ErrorLinesWriter writer(
+        [&events](std::string_view lines) { (void)events.Write(STDERR_FILENO, lines); });
     IoThread ioThread;
     ioThread.WatchSignals([&events](int signal) { events.Interrupt(signal); });
 

@@ -29,14 +29,20 @@ int PollTimeout(HostEvents::Clock::time_point deadline)
 
 } // namespace
 
-HostEvents::HostEvents() : m_wakeDescriptor(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+HostEvents::HostEvents()
+    : m_wakeDescriptor(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
+      m_signalDescriptor(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
-    if (m_wakeDescriptor < 0) {
+    if (m_wakeDescriptor < 0 || m_signalDescriptor < 0) {
         throw std::system_error(errno, std::generic_category(), "eventfd");
     }
 }
 
-HostEvents::~HostEvents() { ::close(m_wakeDescriptor); }
+HostEvents::~HostEvents()
+{
+    ::close(m_wakeDescriptor);
+    ::close(m_signalDescriptor);
+}
 
 void HostEvents::Changed()
 {
@@ -49,7 +55,7 @@ void HostEvents::Interrupt(int signal)
     {
         const TMutexGuard guard(m_lock);
         // What ends the program is not hidden by a key that comes after it.
-        m_signal = m_signal == 0 || signal != SIGINT ? signal : m_signal;
+        SetSignal(m_signal == 0 || signal != SIGINT ? signal : m_signal);
     }
     Changed();
 }
@@ -67,17 +73,42 @@ void HostEvents::ReportLost(const std::string& reason)
 
 void HostEvents::Deliver(Notification notification)
 {
+    bool firstDropped = false;
     {
         const TMutexGuard guard(m_lock);
-        if (m_notifications.size() >= kMaxWaiting) {
-            if (!std::exchange(m_dropping, true)) {
-                Log(LogLevel::Abnormal, "notifications are dropped: too many wait to be printed");
-            }
-            return;
+        if (m_notifications.size() < kMaxWaiting) {
+            m_notifications.push_back(std::move(notification));
+        } else {
+            firstDropped = !std::exchange(m_dropping, true);
         }
-        m_notifications.push_back(std::move(notification));
+    }
+    if (firstDropped) { // said without the lock: it may take until a signal comes
+        Log(LogLevel::Abnormal, "notifications are dropped: too many wait to be printed");
     }
     Changed();
+}
+
+bool HostEvents::Write(int output, std::string_view text)
+{
+    static CMutex lock; // both standard streams may be one pipe, with room for one of two threads
+    while (!text.empty()) {
+        pollfd descriptors[] = {{output, POLLOUT, 0}, {m_signalDescriptor, POLLIN, 0}};
+        (void)::poll(descriptors, 2, -1);
+        const TMutexGuard guard(lock);
+        if (::poll(descriptors, 1, 0) != 1) {
+            if (descriptors[1].revents != 0) {
+                return false;
+            }
+            continue; // the other thread was faster
+        }
+        // A pipe that can be written takes so much at once.
+        const ssize_t written = ::write(output, text.data(), std::min<std::size_t>(text.size(), PIPE_BUF));
+        if (written < 0 && errno != EINTR && errno != EAGAIN) {
+            return false;
+        }
+        text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+    }
+    return true;
 }
 
 int HostEvents::Interrupted() const
@@ -89,7 +120,19 @@ int HostEvents::Interrupted() const
 bool HostEvents::TakeKeyboardInterrupt()
 {
     const TMutexGuard guard(m_lock);
-    return m_signal == SIGINT && std::exchange(m_signal, 0) != 0;
+    const bool keyboard = m_signal == SIGINT;
+    if (keyboard) {
+        SetSignal(0);
+    }
+    return keyboard;
+}
+
+void HostEvents::SetSignal(int signal)
+{
+    m_signal = signal;
+    eventfd_t pending = 0;
+    (void)(signal != 0 ? ::eventfd_write(m_signalDescriptor, 1)
+                       : ::eventfd_read(m_signalDescriptor, &pending));
 }
 
 void HostEvents::ForgetLost()
@@ -121,24 +164,6 @@ HostEvents::Wake HostEvents::Wait(Clock::time_point deadline, int input)
     eventfd_t reports = 0;
     const bool event = ::eventfd_read(m_wakeDescriptor, &reports) == 0;
     return {event, descriptors[1].revents != 0};
-}
-
-bool HostEvents::WaitForOutput(int output)
-{
-    bool writable = false;
-    bool reported = false;
-    for (bool signal = false; !writable && !signal;) {
-        signal = Interrupted() != 0;
-        pollfd descriptors[] = {{m_wakeDescriptor, POLLIN, 0}, {output, POLLOUT, 0}};
-        (void)::poll(descriptors, 2, signal ? 0 : -1);
-        eventfd_t reports = 0;
-        reported = ::eventfd_read(m_wakeDescriptor, &reports) == 0 || reported;
-        writable = descriptors[1].revents != 0;
-    }
-    if (reported) {
-        Changed(); // Wait has not seen it yet
-    }
-    return writable;
 }
 
 } // namespace standin_host

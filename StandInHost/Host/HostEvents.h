@@ -4,6 +4,7 @@
 #include <deque>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Mutex.h"
@@ -40,6 +41,9 @@ public:
     void ReportLost(const std::string& reason);
     // At most kMaxWaiting wait; what is beyond is dropped, and the first of them logged.
     void Deliver(Notification notification);
+    // Writes all of it to standard output or standard error, as fast as somebody reads there. While a signal
+    // is pending only what is taken without waiting. False when the rest is given up, or cannot be written.
+    bool Write(int output, std::string_view text);
 
     // --- driving thread ---
 
@@ -56,12 +60,12 @@ public:
         bool hasInput; // the descriptor can be read without blocking
     };
     // Blocks until a report, input or the deadline. A negative descriptor is not looked at.
-    Wake Wait(Clock::time_point deadline, int inputNumber = -1);
-    // Blocks until the descriptor can be written, or until a signal has come; false when it cannot.
-    bool WaitForOutput(int output);
+    Wake Wait(Clock::time_point deadline, int inputDescriptor = -1);
 
 private:
     static constexpr std::size_t kMaxWaiting = 4096;
+
+    void SetSignal(int signal) TVWALL_REQUIRES(m_lock);
 
     mutable CMutex m_lock;
     int m_signal TVWALL_GUARDED_BY(m_lock) = 0;
@@ -69,6 +73,7 @@ private:
     std::deque<Notification> m_notifications TVWALL_GUARDED_BY(m_lock);
     bool m_dropping TVWALL_GUARDED_BY(m_lock) = false; // since they were last taken
     int m_wakeDescriptor;                              // readable while reports have not been seen by Wait
+    int m_signalDescriptor;                            // readable while a signal is pending
 };
 
 } // namespace standin_host

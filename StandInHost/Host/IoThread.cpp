@@ -18,6 +18,10 @@ IoThread::~IoThread()
 {
     m_context.stop();
     m_thread.join();
+    m_signalContext.stop();
+    if (m_signalThread.joinable()) {
+        m_signalThread.join();
+    }
 }
 
 void IoThread::WatchSignals(std::function<void(int)> handler)
@@ -31,6 +35,7 @@ void IoThread::WatchSignals(std::function<void(int)> handler)
         }
     }
     AwaitSignal(std::move(handler));
+    m_signalThread = std::thread([this] { m_signalContext.run(); });
 }
 
 void IoThread::Run()

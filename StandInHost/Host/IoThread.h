@@ -11,7 +11,7 @@
 
 namespace standin_host {
 
-// The host's receive thread: it runs every socket, timer and signal handler. It outlives all that use it.
+// The host's receive thread: it runs every socket and timer. It outlives all that use it.
 class IoThread {
 public:
     IoThread();
@@ -20,8 +20,9 @@ public:
     IoThread& operator=(const IoThread&) = delete;
 
     asio::io_context& Context() { return m_context; }
-    // From now on SIGINT, SIGTERM, SIGHUP and SIGQUIT do not end the process; the handler gets their number
-    // on this thread. A hang-up or quit that was ignored from the start stays so.
+    // From now on SIGINT, SIGTERM, SIGHUP and SIGQUIT do not end the process; the handler gets their number,
+    // on a thread of its own: this one may stand in front of a standard error that nobody reads. A hang-up or
+    // quit that was ignored from the start stays so. Once.
     void WatchSignals(std::function<void(int)> handler);
 
 private:
@@ -30,7 +31,9 @@ private:
 
     asio::io_context m_context{1};
     asio::executor_work_guard<asio::io_context::executor_type> m_work{m_context.get_executor()};
-    asio::signal_set m_signals{m_context};
+    asio::io_context m_signalContext{1};
+    asio::signal_set m_signals{m_signalContext};
+    std::thread m_signalThread; // none before WatchSignals
     std::thread m_thread;
 };
 

@@ -9,7 +9,7 @@ namespace scale {
 
 namespace {
 
-constexpr std::chrono::milliseconds pollingStep{100};
+constexpr std::chrono::milliseconds kPollingStep{100};
 
 } // namespace
 
@@ -74,7 +74,7 @@ void LoadCommand::Count(std::atomic<uint64_t>& kind)
     }
     ++kind;
     const auto latency = std::chrono::duration_cast<std::chrono::microseconds>(
-        std::chrono::steady_clock::now() - m_queued - pollingStep);
+        std::chrono::steady_clock::now() - m_queued - kPollingStep);
     m_tally.latency.Record(static_cast<uint64_t>(std::max<decltype(latency.count())>(latency.count(), 0)));
 }
 

@@ -20,10 +20,10 @@ using standin_host::ExitError;
 
 namespace {
 
-constexpr std::chrono::seconds connectTimeout{10};
+constexpr std::chrono::seconds kConnectTimeout{10};
 // The plug-in itself gives up after 30 s, a login after twice that.
 constexpr std::chrono::seconds kDrainTimeout{70};
-constexpr std::chrono::seconds heartbeatEvery{5};
+constexpr std::chrono::seconds kHeartbeatEvery{5};
 
 ExitError ConnectError(const std::string& port, const std::string& reason)
 {
@@ -101,7 +101,7 @@ void ScaleRun::Connect(const std::vector<std::string>& ports)
         standin_host::ConnectionSettings settings;
         settings.events = &m_events;
         std::string reason;
-        auto connection = standin_host::Connect(m_ioThread, m_events, "127.0.0.1", port, connectTimeout,
+        auto connection = standin_host::Connect(m_ioThread, m_events, "127.0.0.1", port, kConnectTimeout,
                                                 std::move(settings), reason);
         if (connection == nullptr) {
             Attend();
@@ -137,13 +137,13 @@ void ScaleRun::Load()
         std::chrono::duration<double>(1 / (m_options.rate * static_cast<double>(m_nodes.size()))));
     const auto processorTime = ProcessorTime();
     auto nextSample = begin + sampleEvery;
-    auto nextBeat = begin + heartbeatEvery;
+    auto nextBeat = begin + kHeartbeatEvery;
     for (auto now = begin; now < begin + loadTime; now = Clock::now()) {
         Attend();
         QueueDue(begin, now);
         if (now >= nextBeat) {
             SendHeartbeats();
-            nextBeat += heartbeatEvery;
+            nextBeat += kHeartbeatEvery;
         }
         if (now >= nextSample) {
             Sample(begin, now);

@@ -24,7 +24,7 @@ constexpr FailureCode kCodes[] = {
      "log other hosts out, or ask who keeps the decoder's accounts"},
 };
 
-constexpr FailureCode unknown{0, 0, "failure", "this is no code of the plug-in; is it the right library?"};
+constexpr FailureCode kUnknown{0, 0, "failure", "this is no code of the plug-in; is it the right library?"};
 
 } // namespace
 
@@ -33,7 +33,7 @@ const FailureCode& FailureOf(uint32_t hostCode)
     const auto* found =
         std::find_if(std::begin(kCodes), std::end(kCodes),
                      [hostCode](const FailureCode& code) { return code.hostCode == hostCode; });
-    return found == std::end(kCodes) ? unknown : *found;
+    return found == std::end(kCodes) ? kUnknown : *found;
 }
 
 std::string CodeText(uint32_t hostCode)
