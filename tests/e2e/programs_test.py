@@ -92,6 +92,7 @@ class Programs(unittest.TestCase):
         self.assertEqual(host.returncode, status, out + self.errors())
         for secret in "secret", "hidden-1":
             self.assertNotIn(secret, out + self.errors())
+            self.assertNotIn(secret.encode().hex(), out)
         return [json.loads(line) for line in out.splitlines()] if "--json" in arguments else out
 
     def fail_in_one_line(self, status, *arguments, password="secret"):
@@ -112,7 +113,7 @@ class Programs(unittest.TestCase):
         wanted = data("requests.txt").replace("FOLDER", self.folder)
         self.start_decoder()
         os.environ["TVWALL_SOURCE_PASSWORD"] = "secret"
-        self.run_host(1, "script", "-", script="\n".join(re.findall(r"^\$ (.*)", wanted, re.M)))
+        self.run_host(1, "--json", "script", "-", script="\n".join(re.findall(r"^\$ (.*)", wanted, re.M)))
         sent = ""
         for url, text in list(zip(self.requests("url"), self.requests("request")))[2:]:
             body = re.sub(r"[\w+/]{171}=", "#", text.replace("\r\n", ""))  # what is enciphered
@@ -160,6 +161,8 @@ class Programs(unittest.TestCase):
 
     def test_every_way_to_fail_has_its_status_and_one_line(self):
         self.fail_in_one_line(3, "login")  # nobody there
+        self.address = "h:0x50"
+        self.fail_in_one_line(2, "login")
         self.start_decoder("silent@dowallclear", "error=77@dowindowtop", "garbage@dosplitwindow", "wrong-seq@dodestroywindow")
         self.fail_in_one_line(5, "login", password="wrong")
         self.fail_in_one_line(1, "window", "raise", "1")
@@ -179,6 +182,13 @@ class Programs(unittest.TestCase):
                 file.close()
                 self.fail_in_one_line(2, *shlex.split(line or "wall apply " + wall))
                 self.assertEqual(self.errors(), f"tvwall-host: {refusal.replace('FILE', wall)}\n")
+
+    def test_help_shows_the_options_of_commands_in_groups(self):
+        shown = [subprocess.check_output([HOST, *words.split()], text=True) for words in ("window --help", "--help-all", "media --help-all")]
+        self.assertIn("admin window raise 1", shown[0])
+        self.assertIn("\n  --osd ID,", shown[1])
+        self.assertIn("Usage: tvwall-host media play [OPTIONS] WINDOW", shown[2])
+        self.assertNotIn("window create", shown[2])
 
     def test_a_decoder_that_dies_or_an_interrupt_ends_the_host_at_once(self):
         self.start_decoder("cut-after=3")

@@ -7,21 +7,33 @@
 #include <sstream>
 #include <thread>
 
+#include <fcntl.h>
 #include <sys/resource.h>
 
 #include <asio.hpp>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-#include <openssl/decoder.h>
+#include <openssl/pem.h>
 #include <spdlog/fmt/fmt.h>
 
-#include "Link/Message.h"
-#include "LogFormatter.h"
 #include "Picture/AtomicFile.h"
 #include "Picture/Captions.h"
 #include "Server/Device.h"
+#include "LogFormatter.h"
+#include "Link/Message.h"
 #include "Server/PcapFile.h"
 #include "Server/Server.h"
+
+namespace {
+int openedWith = 0;
+}
+// As the decoder opens files.
+extern "C" int __real_open(const char* path, int flags, ...);
+extern "C" int __wrap_open(const char* path, int flags, mode_t mode)
+{
+    openedWith = flags;
+    return __real_open(path, flags, mode);
+}
 
 namespace simulated_decoder {
 namespace {
@@ -29,23 +41,19 @@ namespace {
 // What a host makes of a text and a public key.
 std::string Encipher(const std::string& pem, const std::string& text)
 {
-    EVP_PKEY* key = nullptr;
-    const auto* data = reinterpret_cast<const unsigned char*>(pem.data());
-    std::size_t length = pem.size();
-    OSSL_DECODER_CTX* decoder =
-        OSSL_DECODER_CTX_new_for_pkey(&key, "PEM", nullptr, "RSA", EVP_PKEY_PUBLIC_KEY, nullptr, nullptr);
-    EXPECT_EQ(OSSL_DECODER_from_data(decoder, &data, &length), 1);
+    BIO* memory = BIO_new_mem_buf(pem.data(), static_cast<int>(pem.size()));
+    EVP_PKEY* key = PEM_read_bio_PUBKEY(memory, nullptr, nullptr, nullptr);
     EVP_PKEY_CTX* context = EVP_PKEY_CTX_new(key, nullptr);
-    EXPECT_EQ(EVP_PKEY_encrypt_init(context), 1); // PKCS#1 v1.5 padding unless told otherwise
     std::array<unsigned char, 128> cipher{};
-    length = cipher.size();
-    data = reinterpret_cast<const unsigned char*>(text.data());
+    std::size_t length = cipher.size();
+    const auto* data = reinterpret_cast<const unsigned char*>(text.data());
+    EXPECT_EQ(EVP_PKEY_encrypt_init(context), 1); // PKCS#1 v1.5 padding unless told otherwise
     EXPECT_EQ(EVP_PKEY_encrypt(context, cipher.data(), &length, data, text.size()), 1);
     std::string base64(kEncipheredLength + 1, '\0');
     EVP_EncodeBlock(reinterpret_cast<unsigned char*>(base64.data()), cipher.data(), 128);
     EVP_PKEY_CTX_free(context);
-    OSSL_DECODER_CTX_free(decoder);
     EVP_PKEY_free(key);
+    BIO_free(memory);
     return base64.c_str();
 }
 
@@ -54,6 +62,12 @@ std::string RequestText(const std::string& url, const std::string& header, const
     return "<td_command><td_header><version>2.2</version><type>request</type><url>" + url +
            "</url><seq>300</seq><identity>3</identity>" + header + "</td_header><td_body>" + body +
            "</td_body></td_command>";
+}
+
+std::string Element(const std::string& text, const std::string& name)
+{
+    const auto at = text.find("<" + name + ">") + name.size() + 2;
+    return text.substr(at, text.find("</" + name, at) - at);
 }
 
 class DecoderRequests : public testing::Test {
@@ -79,22 +93,32 @@ protected:
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
+    // Sends a request and returns its reply.
+    virtual std::string Exchange(const std::string& text)
+    {
+        return device->Handle(1, *session, text).payload;
+    }
     void LogIn()
+    {
+        const std::string option = Exchange(RequestText("dooption", "", "<encryption>1</encryption>"));
+        const std::string key = Element(option, "pubkey1");
+        header = "<session>" + Element(option, "session") + "</session>";
+        const std::string account = "<account>" + Encipher(key, "admin") + "</account><authentication>" +
+                                    Encipher(key, Sha256Hex("secret")) + "</authentication>";
+        const std::string login = Exchange(RequestText("dologin", header + account, ""));
+        header += "<token>" + Element(login, "token") + "</token>";
+    }
+    void MakeDevice()
     {
         device = std::make_unique<Device>(settings);
         session = std::make_unique<HostSession>(device->Desk());
-        header = "<session>" + session->Open() + "</session>";
-        const std::string key = device->Desk().LoginKey().PublicPem();
-        ASSERT_EQ(session->LogIn(Encipher(key, "admin"), Encipher(key, Sha256Hex("secret"))),
-                  ErrorCode::Success);
-        header += "<token>" + session->Token() + "</token>";
+        LogIn();
     }
-
     void Run(const std::string& url, const std::string& body, int code,
              const std::string& answered = "<td_body/>")
     {
         SCOPED_TRACE(url + " " + body);
-        const std::string reply = device->Handle(1, *session, RequestText(url, header, body)).payload;
+        const std::string reply = Exchange(RequestText(url, header, body));
         EXPECT_NE(reply.find(fmt::format("<errorcode>{}</errorcode>", code)), std::string::npos) << reply;
         const auto at = reply.find("<td_body");
         EXPECT_EQ(reply.substr(at, reply.rfind("</td_command>") - at), answered);
@@ -113,7 +137,7 @@ TEST_F(DecoderRequests, ChannelsComeFromTheFileWhenItIsGood)
         R"([{"id":3,"name":"Gate <","online":true},{"id":9,"name":"Yard","online":false}])";
     WriteFile("channels", good);
     settings.channels = folder + "channels";
-    LogIn();
+    MakeDevice();
     const auto list = [](const std::string& name) {
         return "<td_body><td_channellist><item><id>3</id><name>" + name +
                " &lt;</name><state>online</state></item><item><id>9</id><name>Yard</name><state>offline"
@@ -174,6 +198,8 @@ TEST_F(DecoderRequests, PicturesCutOffWhatLiesBeyondTheWall)
         windows = windows->NextSiblingElement("g");
     }
     ASSERT_NE(windows, nullptr);
+    ASSERT_NE(svg.RootElement()->FirstChildElement("clipPath"), nullptr);
+    EXPECT_STREQ(svg.RootElement()->FirstChildElement("clipPath")->Attribute("id"), "wall");
     EXPECT_NE(windows->FirstChildElement("g")->NextSiblingElement("g"), nullptr); // both are cut
 }
 
@@ -197,19 +223,19 @@ TEST_F(DecoderRequests, WhatTheParserCannotReadInLinearTimeIsRefused)
     EXPECT_FALSE(parses("<a>&#x000001F600;</a>"));
     EXPECT_FALSE(parses("<a>&#x</a>"));
     EXPECT_FALSE(parses("<a"));
-    LogIn();
+    MakeDevice();
     Run("dologin", "<a " + repeat("b{}='' ", 60000) + "/>", 1);
 }
 
 TEST_F(DecoderRequests, WhatReachesATerminalIsPrintable)
 {
     const std::string bad = "\x1b[2J \xc2\x9b \xff \xe4 \xe2\x82 \x7f\n";
-    const std::string seen = R"(\x1b[2J \xc2\x9b \xff \xe4 \xe2\x82 \x7f  ä €)";
+    const std::string seen = R"(\x1b[2J \xc2\x9b \xff \xe4 \xe2\x82 \x7f\x0a ä €)";
     spdlog::memory_buf_t line;
     LogFormatter()->format({"", spdlog::level::info, bad + " ä €"}, line);
     const std::string text(line.data(), line.size());
     EXPECT_NE(text.find(seen + "\n"), std::string::npos) << text;
-    LogIn();
+    MakeDevice();
     Run("doaddchannelgroup",
         "<channelgroup><id>5</id><name>\xc2\x9b</name><channelnum>1</channelnum><interval>10</interval>"
         "<td_channellist>1</td_channellist></channelgroup>",
@@ -221,6 +247,7 @@ TEST_F(DecoderRequests, AFileIsNotWrittenThroughALinkThatSomebodyPutBesideIt)
     WriteFile("victim", "mine");
     std::filesystem::create_symlink("victim", folder + "wall.new");
     ASSERT_EQ(WriteFileAtomically(folder + "wall", "new"), "");
+    EXPECT_EQ(openedWith & (O_EXCL | O_NOFOLLOW), O_EXCL | O_NOFOLLOW); // and the name cannot be guessed
     EXPECT_EQ(ReadFile("victim") + ReadFile("wall"), "minenew");
     std::filesystem::create_symlink("victim", folder + "link"); // but through one that stands in its place
     ASSERT_EQ(WriteFileAtomically(folder + "link", "by order"), "");
@@ -255,6 +282,10 @@ protected:
     }
     void Connect(const std::vector<const char*>& faults)
     {
+        Disconnect();
+        frames = {};
+        answered = 0;
+        settings.faults = {};
         for (const char* fault : faults) {
             ASSERT_EQ(AddFault(settings.faults, fault), "");
         }
@@ -284,21 +315,10 @@ protected:
         }
         return payload;
     }
-    std::string Element(const std::string& text, const std::string& name) const
+    std::string Exchange(const std::string& text) override
     {
-        const auto at = text.find("<" + name + ">") + name.size() + 2;
-        return text.substr(at, text.find("</" + name, at) - at);
-    }
-    void LogInOverTheLine()
-    {
-        Send(RequestText("dooption", "", "<encryption>1</encryption>"));
-        const std::string option = Receive();
-        const std::string key = Element(option, "pubkey1");
-        Send(RequestText("dologin",
-                         "<session>" + Element(option, "session") + "</session><account>" +
-                             Encipher(key, "admin") + "</account><authentication>" +
-                             Encipher(key, Sha256Hex("secret")) + "</authentication>",
-                         ""));
+        Send(text);
+        return Receive();
     }
 
     asio::io_context context{1};
@@ -313,7 +333,7 @@ protected:
 TEST_F(DecoderLink, FlappingChannelsGoOffAndOnAgain)
 {
     Connect({"flap-channels=1"});
-    LogInOverTheLine();
+    LogIn();
     std::uint32_t seq = UINT32_MAX;
     std::string states; // of one channel
     for (int messages = 0; messages < 100 && states.find("offline online ") == std::string::npos;
@@ -331,24 +351,34 @@ TEST_F(DecoderLink, FlappingChannelsGoOffAndOnAgain)
 
 TEST_F(DecoderLink, TheLineIsCutInTheNthReplyWhateverIsLeftUnanswered)
 {
-    Connect({"cut-after=2", "silent@dowallclear"});
+    Connect({"cut-after=1", "silent@dowallclear"});
     Send(RequestText("dowallclear", "", ""));
-    LogInOverTheLine();
-    EXPECT_EQ(Receive(), "");
+    EXPECT_EQ(Exchange(RequestText("dooption", "", "")), "");
 }
 
-TEST_F(DecoderLink, OneHeartbeatAtMostWaitsInFrontOfAReply)
+TEST_F(DecoderLink, OneOfEachKindAtMostWaitsInFrontOfAReply)
 {
-    Connect({"chunk=1"});
     std::string beats;
     for (int i = 0; i < 5000; ++i) {
         beats += EncodeFrame({});
     }
-    asio::write(host, asio::buffer(beats));
-    Send(RequestText("dowallclear", "", ""));
-    EXPECT_NE(Receive(), "");
-    EXPECT_LT(answered, 100); // a few for each piece in which they arrived
-    EXPECT_GT(answered, 0);
+    for (const char* fault : {"beat-every=1000", "flap-channels=1", "notify-every=1"}) {
+        SCOPED_TRACE(fault);
+        Connect({"chunk=16", fault});
+        LogIn();
+        if (fault[0] != 'b') {
+            EXPECT_NE(Receive(), ""); // takes longer than many periods
+        }
+        asio::write(host, asio::buffer(beats));
+        Send(RequestText("dowallclear", "", ""));
+        int notices = 0;
+        while (Element(Receive(), "url") != "dowallclear" && notices < 10) {
+            ++notices;
+        }
+        EXPECT_LE(notices, 3);
+        EXPECT_LT(answered, 100); // a few for each piece in which they arrived
+        EXPECT_GT(answered, 0);
+    }
 }
 
 TEST_F(DecoderLink, AHostThatDoesNotReadIsCutOffAt16MiB)
