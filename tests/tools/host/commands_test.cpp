@@ -26,7 +26,7 @@ TEST(HostAnswers, HoldNoPasswordWhereverTheyEnd)
     HostAnswer answer{HostAnswer::Kind::Buffer, 0,
                       ByteWriter().Zeros(8).Append(command.payload).Take().bytes};
     for (; !answer.bytes.empty(); answer.bytes.pop_back()) {
-        Answer shown = answer;
+        HostAnswer shown = answer;
         HideSecrets(command, shown);
         const std::string content(shown.bytes.begin(), shown.bytes.end());
         ASSERT_EQ(content.find("env-s"), std::string::npos);
