@@ -86,6 +86,7 @@ constexpr void (*RECORDS[])(const std::vector<char>&) = {
     ExerciseImage<ORVA2_CLIENT_TVW::S_MTvw_Top_Canvas_Item>,
     ExerciseImage<ORVA2_CLIENT_TVW::S_MTvw_PlanWnd_Zoom_v2>,
     ExerciseImage<ORVA2_CLIENT_TVW::S_MTvw_Wall_Set_WindCfg_V2>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Basic_Config>,
 };
 
 } // namespace

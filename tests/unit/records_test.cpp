@@ -108,6 +108,17 @@ TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
     Check<S_MTvw_Create_CavansWindow>(Guids().U32(3).Text(Window(9, 4) + Window(8, 0) + Window(7, 1)),
                                       Command("S_MTvw_Create_CavansWindow", 3) + "canvas window list \n" +
                                           WindowText(9, 4) + WindowText(8, 0) + WindowText(7, 1));
+    S_MTvw_Wall_Basic_Config basic; // its name takes the rest
+    const std::string head = Bytes().Text(std::string(16, 'g')).U32(4).U32(-1UL);
+    for (size_t n = 0; n <= head.size() + 4; ++n) {
+        EXPECT_EQ(Decode(basic, (head + "name").substr(0, n)), n >= head.size());
+    }
+    EXPECT_EQ(Encode(basic), head + "name");
+    basic.ClearData();
+    EXPECT_EQ(Encode(basic), std::string(24, '\0'));
+    EXPECT_EQ(Dumped<S_MTvw_Wall_Basic_Config>(head + "name"),
+              NEXT + "S_MTvw_Wall_Basic_Config guidwall:{67676767-6767-6767-6767-676767676767}" +
+                  " identidy:4 runmode:4294967295 devicename:name\n");
     Check<S_MTvw_Del_CavansWindow>(Guids().U32(2).U32(5).U32(-1UL),
                                    Command("S_MTvw_Del_CavansWindow", 2) + "delete canvas window list \n" +
                                        NEXT + "S_Delete_Canvas_Window_Item nID:5\n" + NEXT +
@@ -123,7 +134,7 @@ TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
     Check<S_MTvw_Canvas_Item_V2>(
         CanvasHead(2, 1) + LogicScreen(3) + Window(1, 2) + Window(2, 0),
         canvas + "1\nlogic screen list \n" + NEXT +
-            "S_Decoder_LogicScreen_Item nID:3 nOffetX:-1 nOffetY:-2 nWidth:1920 nHeight:1080\n"
+            "S_Decoder_LogicScreen_Item_V2 nID:3 nOffetX:-1 nOffetY:-2 nWidth:1920 nHeight:1080\n"
             "canvas window list \n" +
             WindowText(1, 2) + WindowText(2, 0));
     Check<S_MTvw_Screen>(

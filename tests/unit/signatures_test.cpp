@@ -122,7 +122,7 @@ HOLDS(std::remove_pointer_t<Routine>, &Session::PacketProcCallback);
 HOLDS(void(const char*, unsigned long), &Session::ProcOneNetPack);
 HOLDS(void(char*&, unsigned long&, unsigned long), &Session::ResizeBuffer);
 HOLDS(void(CMarkupSTL&), &Session::AddRequestXmfHeader);
-HOLDS(void(CMarkupSTL&, const string&, unsigned int), &Session::AddCommomXmlStr);
+HOLDS(void(CMarkupSTL&, string, unsigned int), &Session::AddCommomXmlStr);
 HOLDS(unsigned long(const CMarkupSTL&, char*&, unsigned long&), &Session::KESTToDevXmltoBuf);
 HOLDS(void(char*, unsigned long), &Session::FillKESTHeader);
 HOLDS(bool(const char*, unsigned long, string&), &Session::GetXmlUrlFromDevData);
@@ -179,13 +179,12 @@ template struct Records<
     S_MTvw_Wall_Channel_Group_Info, S_MTvw_Wall_Del_Ch_Group_item, S_MTvw_Wall_Delete_Channel_Group,
     S_MTvw_Wall_Chl_GrPolling_Subitem, S_MTvw_Wall_Chl_GrPolling_Winitem, S_MTvw_Wall_Start_Chl_GrPolling,
     S_MTvw_Wall_Get_ChGroup, S_MTvw_Wall_Set_wall_Wind, S_MTvw_Wall_Set_wall_V2, S_MTvw_Get_AuCfg_Subwnd,
-    S_MTvw_Get_AuCfg_Cav, S_MTvw_Get_Audio_Config, S_MTvw_Wall_Get_ChGroup_info>;
+    S_MTvw_Get_AuCfg_Cav, S_MTvw_Get_Audio_Config, S_MTvw_Wall_Get_ChGroup_info, S_MTvw_Wall_Basic_Config>;
 template struct Records<S_Cavans_Sub_WindowInfo, S_Create_Cavans_WindowInfo, S_Decoder_LogicScreen_Item_V2,
                         S_Delete_Canvas_Window_Item, S_Roar_CanvasWindow_Item, S_Playback_Ctrl_Subwnd,
                         S_Playback_Ctrl_Cavs, S_Playback_Ctrl_Items_V2, S_Decoder_Draw_Border_Wind>;
 template struct Common<S_Decoder_Draw_Border>;
 HOLDS(void(const char*, unsigned int), &S_Decoder_Draw_Border::SetData);
-template struct Encoded<S_MTvw_Wall_Basic_Config>;
 static_assert(std::is_same_v<LOGICSCREENLIST_V2, std::list<std::shared_ptr<S_Decoder_LogicScreen_Item_V2>>>);
 static_assert(std::is_same_v<CANVASWINDOWINFOLIST, std::list<std::shared_ptr<S_Create_Cavans_WindowInfo>>>);
 HOLDS(bool(E_MTVW_TYPE), &IsPodType);

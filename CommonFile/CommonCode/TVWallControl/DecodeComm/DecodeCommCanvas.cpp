@@ -34,7 +34,8 @@ void S_Roar_CanvasWindow_Item::Dump() const
 void S_Decoder_LogicScreen_Item_V2::Dump() const
 {
     DumpText(SITE,
-             "\n**************S_Decoder_LogicScreen_Item nID:%u nOffetX:%d nOffetY:%d nWidth:%d nHeight:%d\n",
+             "\n**************S_Decoder_LogicScreen_Item_V2 nID:%u nOffetX:%d nOffetY:%d nWidth:%d "
+             "nHeight:%d\n",
              _nID, _nOffetX, _nOffetY, _nWidth, _nHeight);
 }
 

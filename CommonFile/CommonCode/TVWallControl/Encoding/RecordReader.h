@@ -5,6 +5,7 @@
 #include <cstring>
 #include <list>
 #include <memory>
+#include <string>
 #include <type_traits>
 
 #include "Wipe.h"
@@ -59,6 +60,15 @@ public:
         }
         for (Count i = 0; i < nCount; ++i) {
             Copy(*images.emplace_back(MakeShared<Image>()));
+        }
+    }
+
+    // A text that takes all bytes left.
+    void Rest(std::string& text)
+    {
+        if (m_bGood) {
+            text.assign(m_pData, m_nLeft);
+            Skip(m_nLeft);
         }
     }
 

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <list>
 #include <memory>
+#include <string>
 #include <type_traits>
 
 // Adds up the bytes that a record takes on the wire.
@@ -30,6 +31,8 @@ public:
     {
         m_nLen += images.size() * sizeof(Image);
     }
+
+    void Rest(const std::string& text) { m_nLen += text.size(); }
 
 private:
     uint64_t m_nLen = 0;
@@ -72,6 +75,8 @@ public:
         }
     }
 
+    void Rest(const std::string& text) { CopyBytes(text.data(), text.size()); }
+
 private:
     bool Has(size_t nLen)
     {
@@ -82,9 +87,14 @@ private:
     template <class Field>
     void Copy(const Field& field)
     {
-        if (Has(sizeof(Field))) {
-            std::memcpy(m_pData + m_nLen, &field, sizeof(Field));
-            m_nLen += static_cast<unsigned int>(sizeof(Field));
+        CopyBytes(&field, sizeof(Field));
+    }
+
+    void CopyBytes(const void* pBytes, size_t nLen)
+    {
+        if (Has(nLen)) {
+            std::memcpy(m_pData + m_nLen, pBytes, nLen);
+            m_nLen += static_cast<unsigned int>(nLen);
         }
     }
 

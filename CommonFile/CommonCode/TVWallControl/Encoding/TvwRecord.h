@@ -63,6 +63,7 @@ public:
     {
         items.clear();
     }
+    void Rest(std::string& text) { text.clear(); }
 };
 
 // Makes counts agree with lists; each count that does not is reported.
@@ -90,6 +91,7 @@ public:
             nCount = static_cast<Count>(items.size());
         }
     }
+    void Rest(const std::string& /*text*/) {}
 
 private:
     void Report() const;
@@ -99,9 +101,9 @@ private:
 
 // The common operations. A record derives from this with itself as the argument and gives `SITE`, `Dump` and
 // one template `Fields(self, visitor)` that names its fields in wire order: all that precede the lists in one
-// `Plain`, then each `List` (or `ImageList`) with its count. Reading, writing, measuring, clearing and
-// verifying all follow that one list. Reader says how a payload is read that ends before the record does. A
-// record belongs to one thread at a time.
+// `Plain`, then each `List` (or `ImageList`) with its count, or a text that takes the `Rest`. Reading,
+// writing, measuring, clearing and verifying all follow that one list. Reader says how a payload is read that
+// ends before the record does. A record belongs to one thread at a time.
 template <class Record, class Reader = CRecordReader>
 class CTvwRecord {
 public:

@@ -8,17 +8,20 @@
 
 namespace ORVA2_CLIENT_TVW {
 
-// Only ever an answer to the host, so it is written and not read.
-struct S_MTvw_Wall_Basic_Config {
+struct S_MTvw_Wall_Basic_Config : CTvwRecord<S_MTvw_Wall_Basic_Config> {
     GUID _guidwall{}; // stays null
     tuint32 _identidy = 0;
     tuint32 _runmode = 0;
-    std::string _devicename; // behind the rest, without a terminating zero
+    std::string _devicename; // all bytes after the rest, without a terminating zero
 
-    unsigned int GetLength() const;
-    // Encodes into pData, which holds at least GetLength() bytes. Returns the bytes written, 0 for null.
-    unsigned int GetData(char*& pData) const;
-    std::string Encode() const;
+    static constexpr RecordSite SITE{"MonitorTvwCommDeviceInfo", 10};
+    template <class Self, class Visitor>
+    static void Fields(Self& self, Visitor& visitor)
+    {
+        visitor.Plain(self._guidwall, self._identidy, self._runmode);
+        visitor.Rest(self._devicename);
+    }
+    void Dump() const;
 };
 
 } // namespace ORVA2_CLIENT_TVW
