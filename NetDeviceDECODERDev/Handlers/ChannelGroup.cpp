@@ -1,6 +1,9 @@
 // Channel groups: add, change, delete, ask, and cycle through them. The decoder keeps the groups. A record
 // that is short or malformed still sends what was read of it.
 
+#include <cstring>
+#include <string_view>
+
 #include "Encoding/FieldText.h"
 #include "Handlers/WindowListXml.h"
 #include "Link/CmdXmlFormat.h"
@@ -14,6 +17,27 @@
 using namespace DECODE_XML_CMD_HEADER;
 using namespace ORVA2_CLIENT_TVW;
 using namespace ORVA2_DECODER_TVW;
+
+namespace {
+
+// The host expects both texts with their zeros one after the other, the name first: what of it does not fit
+// into its field lies in the list's, as far as the list leaves it. The list's field ends the record, and
+// nothing goes past it.
+void SetTexts(S_MTvw_Wall_Channel_Group_Info& group, std::string_view name, std::string_view channels)
+{
+    constexpr size_t NAME_LEN = sizeof(group._name);
+    constexpr size_t LIST_LEN = sizeof(group._td_channellist);
+    char texts[NAME_LEN + LIST_LEN] = {};
+    name.copy(texts, sizeof(texts));
+    const size_t nList = channels.copy(texts + NAME_LEN, LIST_LEN);
+    if (nList < LIST_LEN) {
+        texts[NAME_LEN + nList] = '\0';
+    }
+    memcpy(group._name, texts, NAME_LEN);
+    memcpy(group._td_channellist, texts + NAME_LEN, LIST_LEN);
+}
+
+} // namespace
 
 // Both requests that carry a whole group.
 void CNetProtocolProcTWDECODERDevImp::SendChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len,
@@ -103,9 +127,8 @@ void CNetProtocolProcTWDECODERDevImp::GetChGroupInfoXml(S_MTvw_Wall_Get_ChGroup_
          item = xml.GetNextSiblingItem(item, "item")) {
         auto group = std::make_shared<S_MTvw_Wall_Channel_Group_Info>();
         group->_nid = xml.GetValue_i32(item, "id");
-        SetFieldText(group->_name, xml.GetText(item, "name"));
         group->_interval = xml.GetValueDWORD(item, "interval");
-        SetFieldText(group->_td_channellist, xml.GetText(item, "td_channellist"));
+        SetTexts(*group, xml.GetText(item, "name"), xml.GetText(item, "td_channellist"));
         AppendReplied(info.getChGroupList, std::move(group), nSpare);
     }
 }

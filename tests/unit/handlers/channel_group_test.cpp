@@ -47,17 +47,26 @@ TEST_F(ChannelGroupTest, AsksForAllGroupsWhereNoneIsNamed)
 TEST_F(ChannelGroupTest, TheAnswerHoldsTheDecodersGroups)
 {
     LogIn();
+    const auto texts = [](const std::string& name, const std::string& channels) {
+        return Item(Elem("name", name) + Elem("td_channellist", channels));
+    };
     const std::string items =
         Item(Elem("td_channellist", std::string(16, 'c')) + Elem("name", std::string(256, 'n')) +
              Elem("interval", 4294967295) + Elem("id", -3) + Elem("channelnum", 9)) +
-        Elem("other", "1") +
+        texts(std::string(256, 'n'), "1") + texts(std::string(259, 'n'), "") +
+        texts(std::string(300, 'n'), "1;2") + texts("", std::string(300, 'c')) + Elem("other", "1") +
         Item(Elem("name", "\xE5\x8C\x97 &lt;&#65;&gt;") + Elem("td_channellist", "1;2")) + Item("");
     const std::string zero(16, '\0');
+    const std::string name(256, 'n');
+    const std::string full(16, 'c');
     EXPECT_EQ(Ask("GetChannelGroup", WALL, Elem("channelgrouplist", items)),
               ResultOf(0x6000E, Bytes()
-                                    .U32(3)
-                                    .Text(Group(zero, -3UL, 0, 0xFFFFFFFF, std::string(255, 'n'),
-                                                std::string(15, 'c')))
+                                    .U32(7)
+                                    .Text(Group(zero, -3UL, 0, 0xFFFFFFFF, name, full))
+                                    .Text(Group(zero, 0, 0, 0, name, "1"))
+                                    .Text(Group(zero, 0, 0, 0, name, std::string("\0nn", 3)))
+                                    .Text(Group(zero, 0, 0, 0, name, "1;2" + ('\0' + std::string(12, 'n'))))
+                                    .Text(Group(zero, 0, 0, 0, "", full))
                                     .Text(Group(zero, 0, 0, 0, "\xE5\x8C\x97 <A>", "1;2"))
                                     .Text(Group(zero, 0, 0, 0, "", ""))))
         << "other order, long texts, UTF-8, entities, unknown names, missing values";
