@@ -50,7 +50,7 @@ TEST_F(NetPacket, EveryCutOfTheBytesGivesTheSameBytesBack)
             EXPECT_TRUE(queue.SaveBufferFront(text.data(), first));
             EXPECT_TRUE(queue.TruncateFront(drop));
             const std::string rest = text.substr(drop);
-            for (size_t n = 1; n <= rest.size(); ++n) {
+            for (size_t n = 0; n <= rest.size(); ++n) {
                 EXPECT_EQ(Front(queue, n), rest.substr(0, n));
             }
             EXPECT_TRUE(queue.HaveData(rest.size()));

@@ -109,7 +109,7 @@ char* CNetPacketNew::GetPacket(unsigned long nLen) const
         ReleasePack(hPacket);
         return nullptr;
     }
-    return hPacket;
+    return nLen == 0 ? MEM_POOL_New("", 0) : hPacket;
 }
 
 void CNetPacketNew::ReleasePack(const char* hPacket) const
