@@ -33,17 +33,17 @@ public:
     virtual void Quit() {}
     // Bytes may be received from now on. Both arguments are ignored; the result is 0.
     virtual int Start(char* /*text*/, int /*n*/) { return 0; }
-    // Ends the wait of the running command within about 100 ms (one that reads or enciphers goes on until it
-    // is done), answers queued ones on the calling thread and waits until
-    // no receive is running; so neither inside a callback nor on the receive thread. Never concurrently with
-    // Start or another Stop.
+    // Ends the wait of the running command within about 100 ms (one that reads a reply goes on until it is
+    // done, one that enciphers until the next text), answers queued ones on the calling thread and waits
+    // until no receive is running; so neither inside a callback nor on the receive thread. Never concurrently
+    // with Start or another Stop.
     virtual void Stop() {}
     // Runs one queued command on the calling thread, always the same one; false when the queue was empty.
     // Blocks until the command is answered, at most 30 s for each request that it takes (login and system
     // information take two), and as long as the socket is full.
     virtual bool ProcDevCmd() { return false; }
     virtual bool ProcOrvaCmd() { return false; }
-    // A new processor of the same kind; the caller owns it.
+    // A new processor of the same kind; the caller owns it. Null when there is no memory.
     virtual CNetProtocolProc* CreateSelf() { return nullptr; }
     // The heartbeat, owned by the plug-in and always valid; len receives its size in bytes. The host sends
     // it, at a pace of its own.

@@ -1,3 +1,5 @@
+#include <new>
+
 #include "HostFunctions.h"
 #include "NetProtocolProcTWDECODERDev.h"
 #include "PluginExports.h"
@@ -7,9 +9,14 @@ extern "C" {
 
 __attribute__((visibility("default"))) int NET_DEV_DECODERDEVSDK_Initial()
 {
-    // The host makes every working processor with CreateSelf during this call.
-    CNetProtocolProcTWDECODERDev prototype;
-    return NET_COMM_RegistDevProtocolProcObject(CTypeCheck::GetDECODERAbstractTypeValue(), &prototype);
+    constexpr int NO_MEMORY = -1;
+    try {
+        // The host makes every working processor with CreateSelf during this call.
+        CNetProtocolProcTWDECODERDev prototype;
+        return NET_COMM_RegistDevProtocolProcObject(CTypeCheck::GetDECODERAbstractTypeValue(), &prototype);
+    } catch (const std::bad_alloc&) {
+        return NO_MEMORY;
+    }
 }
 
 __attribute__((visibility("default"))) void NET_DEV_DECODERDEVSDK_Quit() {}

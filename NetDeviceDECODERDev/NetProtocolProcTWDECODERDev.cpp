@@ -1,5 +1,7 @@
 #include "NetProtocolProcTWDECODERDev.h"
 
+#include <new>
+
 #include "HostFunctions.h"
 #include "Session/NetProtocolProcTWDECODERDevImp.h"
 
@@ -42,7 +44,14 @@ void CNetProtocolProcTWDECODERDev::Stop()
     NET_SOCKET_Stop(m_hNetCommunication);
 }
 
-CNetProtocolProc* CNetProtocolProcTWDECODERDev::CreateSelf() { return new CNetProtocolProcTWDECODERDev; }
+CNetProtocolProc* CNetProtocolProcTWDECODERDev::CreateSelf()
+{
+    try {
+        return new CNetProtocolProcTWDECODERDev;
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
 
 const char* CNetProtocolProcTWDECODERDev::GetBeatData(unsigned long& len) { return m_pImp->GetBeatData(len); }
 

@@ -1,6 +1,7 @@
 #include "Host/Plugin.h"
 
 #include <filesystem>
+#include <new>
 
 #include <dlfcn.h>
 
@@ -44,7 +45,11 @@ Plugin::~Plugin()
 
 std::unique_ptr<CNetProtocolProc> Plugin::CreateProcessor() const
 {
-    return std::unique_ptr<CNetProtocolProc>(m_prototypes.at(kDecoderDeviceType)->CreateSelf());
+    std::unique_ptr<CNetProtocolProc> pProcessor(m_prototypes.at(kDecoderDeviceType)->CreateSelf());
+    if (pProcessor == nullptr) {
+        throw std::bad_alloc();
+    }
+    return pProcessor;
 }
 
 int Plugin::Register(unsigned int type, CNetProtocolProc* prototype)

@@ -18,6 +18,7 @@
 #include "FakeNode.h"
 #include "LinkTexts.h"
 #include "NetProtocolProcTWDECODERDev.h"
+#include "PluginExports.h"
 #include "SocketDataObserver.h"
 #include "TestClock.h"
 
@@ -240,6 +241,26 @@ TEST_P(TortureTest, EveryCommandSurvivesEveryAllocationThatFails)
             EXPECT_EQ(nDisconnects > 0, GetParam());
         }
     }
+}
+
+TEST(FacadeTortureTest, WithoutMemoryNothingIsRegisteredOrMade)
+{
+    fake_host::Reset();
+    fake_host::Get().registDevResult = 42;
+    bool bFaulted = true;
+    long nAllowed = 0;
+    for (; bFaulted; ++nAllowed) {
+        const long nLive = allocation_fault::LiveBytes();
+        fake_host::Get().pCreated = nullptr;
+        allocation_fault::Arm(nAllowed, true);
+        const int nResult = NET_DEV_DECODERDEVSDK_Initial();
+        bFaulted = allocation_fault::Disarm();
+        EXPECT_TRUE(nResult == 42 || (bFaulted && nResult == -1)) << nAllowed;
+        EXPECT_EQ(fake_host::Get().pCreated == nullptr, bFaulted) << nAllowed;
+        delete fake_host::Get().pCreated;
+        EXPECT_EQ(allocation_fault::LiveBytes(), nLive) << nAllowed;
+    }
+    EXPECT_GT(nAllowed, 10) << "the fault is not armed";
 }
 
 TEST(QueueTortureTest, APayloadIsFreedOnceItsReferenceIsGivenBack)
