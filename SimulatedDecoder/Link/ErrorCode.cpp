@@ -51,8 +51,6 @@ const char* Words(ErrorCode code)
         return "screen taken";
     case ErrorCode::ScreenNotBound:
         return "screen not bound";
-    case ErrorCode::ScreenLeftOut:
-        return "bound screen left out";
     case ErrorCode::UnknownOutput:
         return "unknown output";
     case ErrorCode::OutputTaken:

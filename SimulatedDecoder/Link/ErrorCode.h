@@ -31,7 +31,6 @@ enum class ErrorCode : std::uint32_t {
     UnknownScreen = 401,        // the position is not in the grid
     ScreenTaken = 402,          // another output feeds it
     ScreenNotBound = 403,
-    ScreenLeftOut = 404, // it is bound, and the new grid has no place for it
     UnknownOutput = 405,
     OutputTaken = 406, // it feeds another screen
     UnknownChannel = 501,

@@ -15,13 +15,9 @@ ErrorCode ScreenGrid::Resize(int rows, int columns)
     if (rows < 1 || rows > kMaxScreens || columns < 1 || columns > kMaxScreens) {
         return ErrorCode::BadValue;
     }
-    const ScreenGrid resized(rows, columns);
-    if (!std::all_of(m_bound.begin(), m_bound.end(),
-                     [&](const auto& bound) { return resized.Holds(bound.first); })) {
-        return ErrorCode::ScreenLeftOut;
-    }
     m_rows = rows;
     m_columns = columns;
+    std::erase_if(m_bound, [this](const auto& bound) { return !Holds(bound.first); });
     return ErrorCode::Success;
 }
 

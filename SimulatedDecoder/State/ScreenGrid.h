@@ -47,7 +47,7 @@ public:
     // The output at each position that is bound.
     const std::map<GridPosition, std::uint32_t>& Bound() const { return m_bound; }
 
-    // Refused when a bound screen would be left out.
+    // The binding of a screen that is left out goes with it.
     ErrorCode Resize(int rows, int columns);
     // An output feeds one screen and a screen shows one output; neither is taken from the other unasked.
     ErrorCode Bind(const std::vector<Binding>& bindings);

@@ -63,7 +63,7 @@ public:
     // Grows with every change.
     std::uint64_t Revision() const { return m_revision; }
 
-    // Refused when a window would be left out wholly, or a bound screen.
+    // Refused when a window would be left out wholly. The binding of a screen that is left out goes with it.
     ErrorCode Resize(int rows, int columns);
     ErrorCode Bind(const std::vector<Binding>& bindings);
     ErrorCode Unbind(const std::vector<GridPosition>& positions);
