@@ -1,5 +1,6 @@
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -122,7 +123,7 @@ private:
     void x_ParseEndTag(NodeStack& open, const TokenPos& token, const NodePos& node);
     void x_EndUnended(NodeStack& open, int nOffset);
     void x_AddError(std::string_view strError);
-    void x_AddNodeError(std::string_view strError);
+    void x_AddNodeError(std::initializer_list<std::string_view> parts);
     static void x_ParseNode(TokenPos& token, NodePos& node);
 
     bool x_AddText(std::string_view strName, std::string_view strData, int nFlags);

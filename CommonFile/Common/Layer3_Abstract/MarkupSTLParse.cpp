@@ -38,13 +38,14 @@ std::string Joined(std::initializer_list<std::string_view> parts)
 void SetUnterminated(NodePos& node, std::string_view strName)
 {
     node.nNodeType = CMarkupSTL::MNT_NODE_ERROR;
-    node.strMeta = Joined({strName, " at offset ", std::to_string(node.nStart), " unterminated"});
+    node.strMeta = strName;
+    node.bUnterminated = true;
 }
 
 void SetIncorrect(NodePos& node, std::string_view strName)
 {
     node.nNodeType = CMarkupSTL::MNT_NODE_ERROR;
-    node.strMeta = Joined({"Incorrect ", strName, " at offset ", std::to_string(node.nStart)});
+    node.strMeta = strName;
 }
 
 void ParseSection(TokenPos& token, NodePos& node, const Section& section)
@@ -204,7 +205,8 @@ bool CMarkupSTL::x_ParseDoc()
         } else if (node.nNodeType == MNT_LONE_END_TAG) {
             x_ParseEndTag(open, token, node);
         } else if (node.nNodeType == MNT_NODE_ERROR) {
-            x_AddNodeError(node.strMeta);
+            x_AddNodeError({node.bUnterminated ? "" : "Incorrect ", node.strMeta, " at offset ",
+                            std::to_string(node.nStart), node.bUnterminated ? " unterminated" : ""});
         }
     }
     while (!open.IsEmpty()) {
@@ -219,8 +221,8 @@ bool CMarkupSTL::x_ParseDoc()
     return IsWellFormed();
 }
 
-// Takes the node at the scan position and goes behind it. An error node carries its diagnosis in strMeta;
-// where something does not end, it runs to the end of the text, or to where an end tag ought to end.
+// Takes the node at the scan position and goes behind it. Where something does not end, it runs to the end of
+// the text, or to where an end tag ought to end.
 void CMarkupSTL::x_ParseNode(TokenPos& token, NodePos& node)
 {
     node.nStart = token.nNext;
@@ -263,14 +265,13 @@ void CMarkupSTL::x_ParseEndTag(NodeStack& open, const TokenPos& token, const Nod
     const std::string_view strName = token.GetToken();
     const bool bMatches = !open.IsEmpty() && open.Top().strName == strName;
     if (!bMatches && !open.Holds(strName)) {
-        x_AddNodeError(
-            Joined({"No start tag for end tag '", strName, "' at offset ", std::to_string(node.nStart)}));
+        x_AddNodeError({"No start tag for end tag '", strName, "' at offset ", std::to_string(node.nStart)});
         return;
     }
     if (!bMatches) {
-        x_AddNodeError(Joined({"End tag '", strName, "' at offset ", std::to_string(node.nStart),
-                               " does not match start tag '", open.Top().strName, "' at offset ",
-                               std::to_string(m_aPos[open.TopPos()].nStart)}));
+        x_AddNodeError({"End tag '", strName, "' at offset ", std::to_string(node.nStart),
+                        " does not match start tag '", open.Top().strName, "' at offset ",
+                        std::to_string(m_aPos[open.TopPos()].nStart)});
         m_aPos[open.TopPos()].nLength = node.nStart - m_aPos[open.TopPos()].nStart;
         open.Pop();
         while (open.Top().strName != strName) {
@@ -289,7 +290,7 @@ void CMarkupSTL::x_EndUnended(NodeStack& open, int nOffset)
     ElemPos& elem = m_aPos[open.TopPos()];
     elem.nLength = nOffset - elem.nStart;
     x_AddNodeError(
-        Joined({"Element '", open.Top().strName, "' at offset ", std::to_string(elem.nStart), " not ended"}));
+        {"Element '", open.Top().strName, "' at offset ", std::to_string(elem.nStart), " not ended"});
     open.Pop();
 }
 
@@ -301,10 +302,11 @@ void CMarkupSTL::x_AddError(std::string_view strError)
     m_strError += strError;
 }
 
-void CMarkupSTL::x_AddNodeError(std::string_view strError)
+// The text is composed where it is kept.
+void CMarkupSTL::x_AddNodeError(std::initializer_list<std::string_view> parts)
 {
     m_aPos[0].nFlags |= MNF_ILLFORMED;
     if (m_strError.size() < kMaxErrorText) {
-        x_AddError(strError);
+        x_AddError(Joined(parts));
     }
 }

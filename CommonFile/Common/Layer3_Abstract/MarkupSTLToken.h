@@ -1,7 +1,6 @@
 #pragma once
 // Scanning of XML text for CMarkupSTL. Nothing here reads beyond the view that it was given.
 
-#include <string>
 #include <string_view>
 
 // A node that was parsed or is being inserted.
@@ -10,7 +9,8 @@ struct NodePos {
     int nStart = 0;
     int nLength = 0;
     int nFlags = 0;
-    std::string strMeta; // the node's text where it differs from the document's: encoded data, a diagnosis
+    std::string_view strMeta; // of an error node: what is wrong, a constant text
+    bool bUnterminated = false; // how
 };
 
 // A cursor over a text of at most 2^31 - 1 bytes.
