@@ -54,13 +54,21 @@ void Receive(benchmark::State& state)
 
 void LargestReply(benchmark::State& state)
 {
+    const std::string far = "<devicename>" + Repeat("&#x", 64) + "g";
     const struct {
         const char* szItem;
         size_t nMost;
-    } texts[] = {{"<a>x</a>", 1020000}, {"<a/>x", 1050000}, {"<a b=''/>", 1150000}, {"<a/>", 1970000}};
+        std::string first = "";
+        std::string last = "";
+    } texts[] = {{"<a>x</a>", 1020000},
+                 {"<a/>x", 1050000},
+                 {"<a b=''/>", 1150000},
+                 {"<a/>", 1970000},
+                 {"0", 1048000, far, ";</devicename>" + Repeat("<a>x</a>", 990000)},
+                 {"0", 43000000, "<devicename>&#x", ";</devicename>"}};
     const auto& text = texts[state.range(0)];
-    state.SetLabel(text.szItem);
-    BenchSession session(Repeat(text.szItem, text.nMost));
+    state.SetLabel(text.first.substr(0, 24) + text.szItem);
+    BenchSession session(text.first + Repeat(text.szItem, text.nMost) + text.last);
     std::string payload = Option(0x50002, "");
     for ([[maybe_unused]] auto _ : state) {
         session.Run(0x50000, payload);
@@ -72,6 +80,6 @@ void LargestReply(benchmark::State& state)
 
 BENCHMARK(Scan)->DenseRange(0, 18)->Unit(benchmark::kMillisecond);
 BENCHMARK(Receive)->DenseRange(0, 18)->Unit(benchmark::kMillisecond);
-BENCHMARK(LargestReply)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
+BENCHMARK(LargestReply)->DenseRange(0, 5)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -142,7 +142,7 @@ using PemReader = RSA* (*)(BIO*, RSA**, pem_password_cb*, void*);
 
 RsaKey ReadKey(PemReader read, const std::string& pem)
 {
-    if (!IsUsableLength(pem.size())) {
+    if (pem.empty() || pem.size() > MAX_KEY_TEXT) {
         return nullptr;
     }
     const BioChain text(BIO_new_mem_buf(pem.data(), static_cast<int>(pem.size())));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -25,6 +26,10 @@ int Base64Decode(const char* in, int len, unsigned char** out, unsigned long* ou
 
 // --- RSA with PKCS#1 padding ---
 
+// Bytes of a key text that is read: many times those of a key of 16,384 bits. The library takes more than a
+// second for a text of 40 MB.
+inline constexpr size_t MAX_KEY_TEXT = size_t{64} << 10U;
+
 // Makes a key pair of 768 bits: keys[0] receives the public and keys[1] the private key, both in PKCS#1 form,
 // or both are emptied on failure.
 void GenerateRsaKey(std::string* keys) noexcept;
@@ -34,7 +39,7 @@ void RsaPubKeyPKCS1toPKCS8(const std::string& pkcs1Pem, std::string& out) noexce
 
 // Enciphers data, at most the key's size minus 11 bytes, under a PKCS#1 public key ("RSA PUBLIC KEY"; other
 // forms are refused, and so are keys under which the text could be read, such as one with the
-// exponent 1, and keys of more than 16,384 bits or 32 bits of exponent).
+// exponent 1, and keys of more than 16,384 bits or 32 bits of exponent, or in a longer text than above).
 // Returns the Base64 text of the ciphertext, or an empty string on failure.
 std::string RsaPubEncrypt(const std::string& data, const std::string& pubKeyPem) noexcept;
 

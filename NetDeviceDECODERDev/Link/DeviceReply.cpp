@@ -7,9 +7,8 @@ unsigned int CDeviceReply::ErrorCode() const
     return m_xml.IsParsed() ? m_xml.GetValueDWORD("td_command/td_header/errorcode") : UNREADABLE;
 }
 
-void CDeviceReply::ReadIfThere(const char* szPath, std::string& value) const
+const char* CDeviceReply::TextIfThere(const char* szPath) const
 {
-    if (const CVTXMLParse::Item item = m_xml.GetFirstItem(szPath)) {
-        value = m_xml.GetValueStr(item);
-    }
+    const CVTXMLParse::Item item = m_xml.GetFirstItem(szPath);
+    return item == nullptr ? nullptr : m_xml.GetText(item);
 }

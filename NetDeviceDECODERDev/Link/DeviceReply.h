@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <memory>
 #include <stdexcept>
-#include <string>
 #include <string_view>
 #include <utility>
 
@@ -20,8 +19,8 @@ public:
 
     // The decoder's error code: 0 is success, also when the reply names none.
     unsigned int ErrorCode() const;
-    // Replaces value by the element's text; where there is no such element it is left alone.
-    void ReadIfThere(const char* szPath, std::string& value) const;
+    // The element's text, zero-terminated, valid as long as this; null where there is no such element.
+    const char* TextIfThere(const char* szPath) const;
     // For everything else in it; an unreadable reply has nothing.
     const CVTXMLParse& Xml() const { return m_xml; }
 

@@ -61,8 +61,10 @@ void CNetProtocolProcTWDECODERDevImp::AddSessionlessXmlStr(CMarkupSTL& doc, cons
     doc.AddElem("identity", IDENTITY_PLUGIN);
 }
 
-void CNetProtocolProcTWDECODERDevImp::AddCommomXmlStr(CMarkupSTL& doc, const std::string& url,
-                                                      unsigned int seq) const
+// The url by value, as those who link this by name expect it.
+void CNetProtocolProcTWDECODERDevImp::AddCommomXmlStr(
+    CMarkupSTL& doc, std::string url, // NOLINT(performance-unnecessary-value-param)
+    unsigned int seq) const
 {
     AddSessionlessXmlStr(doc, url, seq);
     doc.AddElem("session", m_replyMessage.s_sessionId.c_str());
@@ -228,4 +230,8 @@ const CDeviceReply& CNetProtocolProcTWDECODERDevImp::Reply()
     return *pOpenReply;
 }
 
-void CNetProtocolProcTWDECODERDevImp::CloseReply() { Running().pOpenReply.reset(); }
+void CNetProtocolProcTWDECODERDevImp::CloseReply()
+{
+    Running().pOpenReply.reset();
+    Running().pReply.reset();
+}

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <stdexcept>
 
 #include "AtomicAccess.h"
 #include "Crypto/CredentialCipher.h"
@@ -23,6 +24,31 @@ using namespace ORVA_NET_PROTOCOL;
 namespace {
 
 constexpr int REQUEST_RSA_ENCRYPTION = 1;
+
+// Every request carries both, and decoders give some dozens of characters.
+constexpr size_t MAX_SESSION_TEXT = size_t{64} << 10U;
+
+// Replaces the session id or the token by the element's text, where there is such an element. Throws
+// std::length_error for a text that is too long.
+void TakeSessionText(std::string& value, const CDeviceReply& reply, const char* szPath)
+{
+    const char* szText = reply.TextIfThere(szPath);
+    if (szText == nullptr) {
+        return;
+    }
+    if (strnlen(szText, MAX_SESSION_TEXT + 1) > MAX_SESSION_TEXT) {
+        throw std::length_error("a session id or token that is too long");
+    }
+    value = szText;
+}
+
+// The same for a key. Of a text that is too long for one, no more is kept than shows that.
+void TakeKey(std::string& value, const CDeviceReply& reply, const char* szPath)
+{
+    if (const char* szText = reply.TextIfThere(szPath)) {
+        value.assign(szText, strnlen(szText, tdcrypto::MAX_KEY_TEXT + 1));
+    }
+}
 
 // The name from the login record, enciphered, and the password's digest.
 struct S_Account {
@@ -76,10 +102,12 @@ void CNetProtocolProcTWDECODERDevImp::ProcDoOptionCmd(CCmdProcObject* cmd, char*
         return;
     }
     const CDeviceReply& reply = Reply();
-    reply.ReadIfThere("td_command/td_body/pubkey1", m_replyMessage.s_pubkey1);
-    reply.ReadIfThere("td_command/td_body/pubkey2", m_replyMessage.s_pubkey2);
-    reply.ReadIfThere("td_command/td_header/session", m_replyMessage.s_sessionId);
-    if (reply.ErrorCode() != 0) {
+    TakeSessionText(m_replyMessage.s_sessionId, reply, "td_command/td_header/session");
+    TakeKey(m_replyMessage.s_pubkey1, reply, "td_command/td_body/pubkey1");
+    TakeKey(m_replyMessage.s_pubkey2, reply, "td_command/td_body/pubkey2");
+    const unsigned int nErrorCode = reply.ErrorCode();
+    CloseReply(); // the second request fits where it was
+    if (nErrorCode != 0) {
         DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
         return;
     }
@@ -100,7 +128,7 @@ void CNetProtocolProcTWDECODERDevImp::ProcLoginCmd(CCmdProcObject* cmd, char* da
         return;
     }
     const CDeviceReply& reply = Reply();
-    reply.ReadIfThere("td_command/td_header/token", m_replyMessage.s_token);
+    TakeSessionText(m_replyMessage.s_token, reply, "td_command/td_header/token");
     ReplyLogin(cmd, reply.ErrorCode());
 }
 

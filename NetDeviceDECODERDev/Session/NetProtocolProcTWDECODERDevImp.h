@@ -76,7 +76,7 @@ public:
     // Adds td_command with an empty td_header, which becomes the current element.
     static void AddRequestXmfHeader(CMarkupSTL& doc);
     // Fills the current td_header; it stays the parent of the current position.
-    void AddCommomXmlStr(CMarkupSTL& doc, const std::string& url, unsigned int seq) const;
+    void AddCommomXmlStr(CMarkupSTL& doc, std::string url, unsigned int seq) const;
     // The part of it that needs no login: all but session and token.
     static void AddSessionlessXmlStr(CMarkupSTL& doc, const std::string& url, unsigned int seq);
     // An empty document for a request: that of an earlier large request, or a new one. Worker only.
@@ -134,7 +134,7 @@ private:
     std::string_view ReplyText() const;
     // The same, opened for reading; one parse serves all who ask.
     const CDeviceReply& Reply();
-    // Frees what the opened reply takes, for those who have read all of it.
+    // Frees the reply, for those who have read all of it.
     void CloseReply();
 
     // Enciphers credentials of the running command under a PKCS#1 public key, until the session is stopped.

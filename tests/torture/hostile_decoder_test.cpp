@@ -35,12 +35,17 @@ protected:
 
 TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
 {
+    constexpr size_t FAR = size_t{1} << 20; // 64 references may look so far for their end
+    const std::string far = Repeat("&#x", 64) + "g" + std::string(FAR - 193, '0');
     const struct {
         const char* what;
         std::string body;
         std::string name; // in hexadecimal, or the failure
     } cases[] = {
-        {"nested deeply", Repeat("<a>", 100000) + Repeat("</a>", 100000), "failure 20000002"},
+        {"nested as deep as is followed",
+         Repeat("<a>", 96) + Repeat("</a>", 96) + "<devicename>n</devicename>", Hex("n")},
+        {"nested deeper", Repeat("<a>", 97) + Repeat("</a>", 97) + "<devicename>n</devicename>",
+         "failure 20000002"},
         {"never closed", Repeat("<a>", 100000), "failure 20000002"},
         {"entities that multiply",
          "<!DOCTYPE x [<!ENTITY a \"&b;&b;\"><!ENTITY b \"xx\">]><devicename>&a;</devicename>", Hex("&a;")},
@@ -48,6 +53,9 @@ TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
          "<!DOCTYPE x [<!ENTITY f SYSTEM \"file:///etc/passwd\">]><devicename>&f;</devicename>", Hex("&f;")},
         {"known entities once", "<devicename>&amp;lt;&lt;&#65;</devicename>", Hex("&lt;<A")},
         {"references without an end", "<devicename>" + Repeat("&#1", 1000000) + "</devicename>",
+         "failure 20000002"},
+        {"references far from their end", "<devicename>" + far + ";</devicename>", Hex(far + ";")},
+        {"references too far from it", "<devicename>" + far + std::string(193, '0') + ";</devicename>",
          "failure 20000002"},
         {"a zero byte by reference", "<devicename>a&#0;b</devicename>", Hex("a")},
         {"CDATA and comments",
@@ -112,6 +120,8 @@ TEST_F(HostileDecoderTest, KeysThatAreNoneCostNothing)
     } cases[] = {
         {"no key at all", std::string(1000000, 'A')},
         {"a head without a key", "-----BEGIN RSA PUBLIC KEY-----\n"},
+        {"a text too long for a key",
+         std::string(65537 - DecoderKeys().publicKey.size(), '\n') + DecoderKeys().publicKey},
         {"a modulus of nothing", PemKey(std::string(1, '\0'), "\3")},
         {"a modulus of one byte", PemKey("\7", "\3")},
         {"a modulus of 100,000 bytes", PemKey(std::string(100000, '\x7F'), "\3")},
@@ -136,7 +146,8 @@ TEST_F(HostileDecoderTest, KeysThatAreNoneCostNothing)
 TEST_F(HostileDecoderTest, KeysOfAnyUsableLengthAreUsed)
 {
     for (const size_t nLen : {32U, 512U, 2048U}) {
-        const std::string key = PemKey('\0' + std::string(nLen, '\xFF'), '\0' + std::string(4, '\xFF'));
+        std::string key = PemKey('\0' + std::string(nLen, '\xFF'), '\0' + std::string(4, '\xFF'));
+        key.insert(0, 65536 - key.size(), '\n'); // the longest text of one
         ReplyWith(ReplyText("dooption", "%SEQ%", "0", "", "<pubkey1>" + key + "</pubkey1>"));
         Run(0x101, LoginPayload("admin", "secret"));
         EXPECT_EQ(Element(LastRequest(), "account").size(), (nLen + 2) / 3 * 4);

@@ -50,9 +50,9 @@ protected:
     ReplyLimitsTest() { LogIn(); }
 
     // The answer's length, 0 for a failure.
-    size_t Ask(const Question& question, const std::string& body)
+    size_t Ask(const Question& question, const std::string& body, const std::string& behind = "")
     {
-        const std::string text = ReplyText("", "%SEQ%", "0", "", body);
+        const std::string text = ReplyText("", "%SEQ%", "0", "", body) + behind;
         const std::string tail = text.substr(text.find("%SEQ%") + 5);
         onPoll = [this, &text, &tail] {
             const std::string seq = Element(LastRequest(), "seq");
@@ -99,6 +99,27 @@ TEST_F(ReplyLimitsTest, TheLargestRepliesStayBelowTheirBound)
         EXPECT_EQ(Ask(c.question, InLists(Repeat(c.item, c.nMost / 20 * 21), c.lists)), 0U);
         EXPECT_LE(Taken(), MOST);
     }
+}
+
+TEST_F(ReplyLimitsTest, WhatFollowsAZeroByteIsReceivedButNotParsed)
+{
+    const std::string name = Elem("devicename", "n");
+    EXPECT_NE(Ask({GET, BASIC_CONFIG}, name, std::string(133000000, '\0')), 0U);
+    EXPECT_LE(Taken(), MOST);
+    EXPECT_EQ(Ask({GET, BASIC_CONFIG}, name, std::string(133200000, '\0')), 0U);
+}
+
+TEST_F(ReplyLimitsTest, ALoginHoldsNoReplyWhileItComposes)
+{
+    constexpr size_t LEN = 1000000;
+    onPoll = [this] {
+        Receive(Frame(ReplyText("", Element(LastRequest(), "seq"), "0", "", std::string(LEN, 'x'))));
+    };
+    const long nBefore = allocation_fault::LiveBytes();
+    long nHeld = 0; // by the last request, in the end
+    node.onSend = [&] { nHeld = allocation_fault::LiveBytes() - nBefore; };
+    Run(0x101, LoginPayload("admin", "secret"));
+    EXPECT_LT(nHeld, LEN * 3 / 2) << "more than the buffer of received messages";
 }
 
 TEST_F(ReplyLimitsTest, TheLargestWallsAreRead)

@@ -161,6 +161,25 @@ TEST_F(LoginTest, WithoutAUsableKeyNothingLeavesInTheClear)
     EXPECT_EQ(Element(LastRequest(), "authentication"), "");
 }
 
+TEST_F(LoginTest, ALongSessionIdOrTokenIsADeviceErrorAndNothingOfItsReplyIsKept)
+{
+    const std::string most(65536, 's');
+    ReplyWith(
+        ReplyText("dooption", "%SEQ%", "0", Elem("session", most), Elem("pubkey1", DecoderKeys().publicKey)));
+    ReplyWith(ReplyText("dologin", "%SEQ%", "0", Elem("token", most + "s")));
+    EXPECT_EQ(Login(), "failure 20000002");
+    EXPECT_EQ(Run(0x50006, ""), "failure 20000013");
+    ReplyWith(ReplyText("dooption", "%SEQ%", "0", Elem("session", most + "s"), Elem("pubkey1", "other")));
+    EXPECT_EQ(Login(), "failure 20000002");
+    ReplyWith(ReplyText("dooption", "%SEQ%"));
+    ReplyWith(ReplyText("dologin", "%SEQ%", "0", Elem("token", most)));
+    EXPECT_EQ(Login(), SuccessAnswer());
+    EXPECT_EQ(Deciphered("account"), "admin");
+    EXPECT_EQ(Element(LastRequest(), "session") + Element(LastRequest(), "token"), most);
+    Run(0x50000, Option(0x50002, ""));
+    EXPECT_EQ(Element(LastRequest(), "token"), most);
+}
+
 TEST_F(LoginTest, LogoutLeavesTheLoginAsItIs)
 {
     LogIn();

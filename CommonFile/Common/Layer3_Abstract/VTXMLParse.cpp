@@ -70,8 +70,9 @@ CVTXMLParse::~CVTXMLParse() = default;
 
 bool CVTXMLParse::Parse(const char* pText, size_t nLen)
 {
-    const std::string_view text(pText, pText == nullptr ? 0 : nLen);
-    const uint64_t nCost = xml_cost::Estimate(text.substr(0, text.find('\0')));
+    std::string_view text(pText, pText == nullptr ? 0 : nLen);
+    text = text.substr(0, text.find('\0')); // the library would copy what it does not read
+    const uint64_t nCost = xml_cost::Estimate(text, nLen);
     if (nCost > xml_cost::LIMIT) {
         m_pDocument->Clear();
         m_bParsed = false;

@@ -11,9 +11,10 @@ namespace {
 template <class Node>
 constexpr uint64_t NODE_COST = sizeof(Node) + 2;
 
-constexpr uint64_t TEXT_COPIES = 3;
-constexpr uint64_t ANSWER_COPIES = 3; // read, encoded, and behind the head of an answer
-constexpr size_t LONG_TEXT = 1024;    // longer than any field of a list's items
+constexpr uint64_t RECEIVED_COPIES = 2; // where it was received, and the worker's
+constexpr uint64_t PARSED_COPIES = 1;   // the XML library's
+constexpr uint64_t ANSWER_COPIES = 3;   // read, encoded, and behind the head of an answer
+constexpr size_t LONG_TEXT = 1024;      // longer than any field of a list's items
 constexpr size_t MAX_ATTRIBUTES = 32;
 
 uint64_t TextCost(size_t nLen)
@@ -125,23 +126,28 @@ private:
     std::string_view m_text;
 };
 
-bool HasTooManyEndlessReferences(std::string_view text)
+// For each "&#" in a text the library goes to the next ';' and back, to the end of the text where there is
+// none.
+bool HasTooFarReferences(std::string_view text)
 {
-    constexpr size_t MAX_ENDLESS = 64;       // a few may stand in texts that are no references
-    constexpr size_t MAX_REFERENCE_LEN = 16; // the longest is "&#x10FFFF;", some write zeros in front
-    size_t nEndless = 0;
-    for (size_t nAt = text.find("&#"); nAt != std::string_view::npos; nAt = text.find("&#", nAt + 2)) {
-        if (text.substr(nAt, MAX_REFERENCE_LEN).find(';') == std::string_view::npos) {
-            ++nEndless;
+    constexpr uint64_t MAX_LOOKS = uint64_t{64} << 20U;
+    uint64_t nLooks = 0;
+    auto itEnd = text.begin(); // of the last reference; those that follow may share it
+    for (size_t nAt = text.find("&#"); nAt < text.size() && nLooks <= MAX_LOOKS;
+         nAt = text.find("&#", nAt + 2)) {
+        const auto it = text.begin() + static_cast<std::ptrdiff_t>(nAt);
+        if (itEnd <= it) {
+            itEnd = std::find_if(it, text.end(), [](char c) { return c == ';' || c == '<'; });
         }
+        nLooks += static_cast<uint64_t>(itEnd - it);
     }
-    return nEndless > MAX_ENDLESS;
+    return nLooks > MAX_LOOKS;
 }
 
 // As if an element and a text began at each '<', and an attribute at each '='; quick to tell.
 uint64_t UpperBound(std::string_view text)
 {
-    return (TEXT_COPIES + ANSWER_COPIES) * text.size() +
+    return (PARSED_COPIES + ANSWER_COPIES) * text.size() +
            Count(text, '<') *
                (NODE_COST<tinyxml2::XMLElement> + NODE_COST<tinyxml2::XMLText>)+MAX_ATTRIBUTES *
                NODE_COST<tinyxml2::XMLAttribute>;
@@ -149,15 +155,16 @@ uint64_t UpperBound(std::string_view text)
 
 } // namespace
 
-uint64_t xml_cost::Estimate(std::string_view text)
+uint64_t xml_cost::Estimate(std::string_view text, size_t nReceived)
 {
-    if (TEXT_COPIES * text.size() > LIMIT || HasTooManyEndlessReferences(text)) {
+    const uint64_t nCopies = RECEIVED_COPIES * nReceived + PARSED_COPIES * text.size();
+    if (nCopies > LIMIT || HasTooFarReferences(text)) {
         return NEVER;
     }
-    const uint64_t nBound = UpperBound(text);
+    const uint64_t nBound = RECEIVED_COPIES * nReceived + UpperBound(text);
     if (nBound <= LIMIT / 8 && Count(text, '=') <= MAX_ATTRIBUTES) {
         return nBound;
     }
     const uint64_t nNodes = CNodes(text).Cost();
-    return nNodes == NEVER ? NEVER : nNodes + TEXT_COPIES * text.size();
+    return nNodes == NEVER ? NEVER : nNodes + nCopies;
 }
