@@ -15,11 +15,11 @@
 #include <openssl/pem.h>
 #include <spdlog/fmt/fmt.h>
 
+#include "Link/Message.h"
+#include "LogFormatter.h"
 #include "Picture/AtomicFile.h"
 #include "Picture/Captions.h"
 #include "Server/Device.h"
-#include "LogFormatter.h"
-#include "Link/Message.h"
 #include "Server/PcapFile.h"
 #include "Server/Server.h"
 
