@@ -141,13 +141,15 @@ private:
         }
     }
 
-    // Whitespace alone counts only where it is all the data.
+    // Whitespace alone counts only where it is all the data; a reference to whitespace is text.
     void AppendText(std::string& data, size_t nBegin, size_t nEnd, bool bAll) const
     {
         const size_t nBefore = data.size();
         size_t nReference = std::string::npos; // where one may have begun
+        bool bKeep = bAll;
         for (size_t n = nBegin; n < nEnd; ++n) {
             data += m_text.At(n);
+            bKeep = bKeep || !IsXmlSpace(data.back());
             if (data.back() == '&') {
                 nReference = data.size() - 1;
             } else if (data.back() == ';' && nReference != std::string::npos) {
@@ -155,7 +157,7 @@ private:
                 nReference = std::string::npos;
             }
         }
-        if (!bAll && data.find_first_not_of(" \t\n\r", nBefore) == std::string::npos) {
+        if (!bKeep) {
             data.resize(nBefore);
         }
     }

@@ -115,6 +115,7 @@ private:
             Advance();
         }
     }
+    // On failure the characters that were the same have been skipped.
     bool SkipText(std::string_view text)
     {
         for (const char c : text) {
@@ -168,16 +169,13 @@ private:
     E_MessageNode TakeMarked()
     {
         Advance();
-        if (m_c == '-' && SkipText("--")) {
-            return TakeSection('-', 2, E_MessageNode::Other);
+        if (m_c == '-') {
+            return SkipText("--") ? TakeSection('-', 2, E_MessageNode::Other) : ResumeAt(m_nStart + 2);
         }
-        if (m_c == '[' && SkipText("[CDATA[")) {
-            return TakeSection(']', 2, E_MessageNode::CData);
+        if (m_c == '[') {
+            return SkipText("[CDATA[") ? TakeSection(']', 2, E_MessageNode::CData) : ResumeAt(m_nStart + 2);
         }
-        if (m_c == 'D' && SkipText("DOCTYPE")) {
-            return TakeDoctype();
-        }
-        return ResumeAt(m_nStart + 2);
+        return SkipText("DOCTYPE") ? TakeDoctype() : ResumeAt(m_nStart + 2);
     }
 
     // Up to a '>' after nMarks marks or more.

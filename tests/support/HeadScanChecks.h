@@ -44,7 +44,7 @@ inline std::vector<std::string_view> MessagePieces()
         "<url a=\"|<|>|/|</|/>|</ seq>|</seq \r\n>|</seq x>|<!|<!-|<!--|-->|<!---->|<!-->|->|"
         "<![CDATA[|]]>|<![CDATA[x]|]|<!DOCTYPE|<!DOCTYPE a [|<?|?>|<?>|&|&lt;|&amp;|&#65;|&#x41;|"
         "&#0;|&#12345678;|&#x;|;|1|25| |\r\n|x|'|\"|=|td_command|td_header|<td_command |"
-        "<td_command/|<td_header/|<tail></a>|\0";
+        "<td_command/|<td_header/|<tail></a>|\0|<![|DOCTYPE|[CDATA[|CDDOCTYPE|&#32;|&#9;";
     std::vector<std::string_view> pieces;
     const std::string_view all(PIECES, sizeof(PIECES) - 1);
     for (size_t at = 0; at <= all.size(); at += pieces.back().size() + 1) {
