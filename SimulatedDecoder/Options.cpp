@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -105,107 +106,139 @@ std::string UnknownOptions(const std::vector<std::string>& remaining)
     return names.empty() ? "an argument that belongs to no option; see --help" : "unknown option" + names;
 }
 
-} // namespace
-
-std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
-{
+// The options, and the words of the command line that are still to be interpreted.
+struct CommandLine {
     Options options;
     std::string listen = "127.0.0.1:0";
-    std::string http;
+    std::optional<std::string> http;
     std::string passwordFile;
     std::string notifySeq;
     std::vector<std::string> faults;
+};
 
-    CLI::App app{"A simulated TV-wall decoder: accepts hosts over TCP and keeps a wall in memory.",
-                 "tvwall-decoder"};
-    app.set_version_flag("--version", "tvwall-decoder " TVWALL_DECODER_VERSION, "Print the version and exit");
-    app.add_option("--listen", listen, "Where to listen; port 0 picks a free one")
+CLI::Option* AddFile(CLI::App& app, const char* name, std::string& path, const std::string& help)
+{
+    return app.add_option(name, path, help)->type_name("FILE");
+}
+
+void AddConnectionOptions(CLI::App& app, CommandLine& line)
+{
+    app.add_option("--listen", line.listen, "Where to listen; port 0 picks a free one")
         ->type_name("HOST:PORT")
         ->capture_default_str();
-    app.add_option("--port-file", options.portFile,
-                   "Write the port number to this file once hosts can connect; of several\n"
-                   "decoders one a line")
-        ->type_name("FILE");
-    const auto* httpOption =
-        app.add_option("--http", http,
-                       "Show the wall as a page here, where faults can be switched, too; it asks for no "
-                       "password; port 0 picks a free one")
-            ->type_name("HOST:PORT");
-    app.add_option("--user", options.device.user, "The account that may log in")
+    AddFile(app, "--port-file", line.options.portFile,
+            "Write the port number to this file once hosts can connect; of several\n"
+            "decoders one a line");
+    app.add_option("--http", line.http,
+                   "Show the wall as a page here, where faults can be switched, too; it asks for no "
+                   "password; port 0 picks a free one")
+        ->type_name("HOST:PORT");
+    app.add_option("--user", line.options.device.user, "The account that may log in")
         ->type_name("NAME")
         ->capture_default_str();
-    app.add_option("--password-file", passwordFile,
-                   fmt::format("Its password is the first line of this file (else the variable {})",
-                               kPasswordVariable))
-        ->type_name("FILE");
-    app.add_option("--rows", options.device.rows, "Rows of screens")
+    AddFile(
+        app, "--password-file", line.passwordFile,
+        fmt::format("Its password is the first line of this file (else the variable {})", kPasswordVariable));
+}
+
+void AddWallOptions(CLI::App& app, DeviceSettings& device)
+{
+    app.add_option("--rows", device.rows, "Rows of screens")
         ->check(CLI::Range(1, kMaxScreens))
         ->capture_default_str();
-    app.add_option("--columns", options.device.columns, "Columns of screens")
+    app.add_option("--columns", device.columns, "Columns of screens")
         ->check(CLI::Range(1, kMaxScreens))
         ->capture_default_str();
-    app.add_option("--name", options.device.name, "The name of the device")
+    app.add_option("--name", device.name, "The name of the device")
         ->type_name("NAME")
         ->check([](const std::string& name) {
             return HasControls(name) ? std::string("a name has no control characters") : std::string();
         })
         ->capture_default_str();
+    AddFile(app, "--channels", device.channels,
+            "The input channels, a JSON list such as [{\"id\":1,\"name\":\"Gate\",\"online\":true}]; read "
+            "again on SIGHUP (else 64 made-up ones)");
+    AddFile(app, "--source-accounts", device.sourceAccounts,
+            "The accounts that open video sources, lines USER:PASSWORD (else any)");
+}
+
+void AddNotificationOptions(CLI::App& app, CommandLine& line)
+{
+    app.add_option("--notify-channels", line.options.device.notifyChannels,
+                   "Channels in each notification of notify-every (else by turns 1 to 256)")
+        ->check(CLI::Range(1, 256));
     app.add_option(
-           "--channels", options.device.channels,
-           "The input channels, a JSON list such as [{\"id\":1,\"name\":\"Gate\",\"online\":true}]; read "
-           "again on SIGHUP (else 64 made-up ones)")
-        ->type_name("FILE");
-    app.add_option("--source-accounts", options.device.sourceAccounts,
-                   "The accounts that open video sources, lines USER:PASSWORD (else any)")
-        ->type_name("FILE");
-    app.add_option("--decoders", options.decoders,
+           "--notify-seq", line.notifySeq,
+           "The sequence number of the first notification, each further one has the next; none: they\n"
+           "have no number")
+        ->type_name("NUMBER|none")
+        ->default_str(std::to_string(*line.options.device.notifySeq));
+}
+
+void AddRecordOptions(CLI::App& app, Options& options)
+{
+    AddFile(app, "--wall-svg", options.device.wallSvg, "Keep a picture of the wall in this file");
+    AddFile(app, "--wall-text", options.device.wallText, "Keep the wall as text in this file");
+    AddFile(app, "--json-log", options.device.jsonLog,
+            "Log every request to this file, one JSON object a line; starts it anew");
+    AddFile(app, "--pcap", options.pcap,
+            "Capture what is received and sent to this file, for Wireshark; starts it anew");
+}
+
+// The number of the first notification, or nothing. Throws CLI::Error.
+std::optional<std::uint32_t> ReadNotifySeq(const std::string& text)
+{
+    const auto seq = tools::ParseDecimal<std::uint32_t>(text);
+    if (!seq && text != "none") {
+        throw CLI::RuntimeError("--notify-seq: '" + text + "' is no number of 32 bits, nor none", kExitUsage);
+    }
+    return seq;
+}
+
+// Throws CLI::Error.
+void Interpret(CommandLine& line)
+{
+    Options& options = line.options;
+    ReadAddress("--listen", line.listen, options.host, options.port);
+    if (line.http) {
+        ReadAddress("--http", *line.http, options.pageHost, options.pagePort);
+    }
+    if (!line.notifySeq.empty()) {
+        options.device.notifySeq = ReadNotifySeq(line.notifySeq);
+    }
+    CheckFleet(options);
+    for (const std::string& spec : line.faults) {
+        if (const std::string problem = AddFault(options.device.faults, spec); !problem.empty()) {
+            throw CLI::RuntimeError("--fault: " + problem, kExitUsage);
+        }
+    }
+    options.device.password = ReadPassword(line.passwordFile);
+}
+
+} // namespace
+
+std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
+{
+    CommandLine line;
+    CLI::App app{"A simulated TV-wall decoder: accepts hosts over TCP and keeps a wall in memory.",
+                 "tvwall-decoder"};
+    app.set_version_flag("--version", "tvwall-decoder " TVWALL_DECODER_VERSION, "Print the version and exit");
+    AddConnectionOptions(app, line);
+    AddWallOptions(app, line.options.device);
+    app.add_option("--decoders", line.options.decoders,
                    "So many decoders in one process, each with a wall and a port of its own: from the one\n"
                    "named on, or free ones; account and keys are the same")
         ->check(CLI::Range(1U, kMaxDecoders))
         ->capture_default_str();
-    app.add_option("--notify-channels", options.device.notifyChannels,
-                   "Channels in each notification of notify-every (else by turns 1 to 256)")
-        ->check(CLI::Range(1, 256));
-    app.add_option(
-           "--notify-seq", notifySeq,
-           "The sequence number of the first notification, each further one has the next; none: they\n"
-           "have no number")
-        ->type_name("NUMBER|none")
-        ->default_str(std::to_string(*options.device.notifySeq));
-    app.add_option("--wall-svg", options.device.wallSvg, "Keep a picture of the wall in this file")
-        ->type_name("FILE");
-    app.add_option("--wall-text", options.device.wallText, "Keep the wall as text in this file")
-        ->type_name("FILE");
-    app.add_option("--json-log", options.device.jsonLog,
-                   "Log every request to this file, one JSON object a line; starts it anew")
-        ->type_name("FILE");
-    app.add_option("--pcap", options.pcap,
-                   "Capture what is received and sent to this file, for Wireshark; starts it anew")
-        ->type_name("FILE");
-    app.add_option("--fault", faults, "Misbehave on order; may be given several times")
+    AddNotificationOptions(app, line);
+    AddRecordOptions(app, line.options);
+    app.add_option("--fault", line.faults, "Misbehave on order; may be given several times")
         ->type_name("SPEC")
         ->allow_extra_args(false);
     app.footer(Footer());
     try {
         app.parse(argc, argv);
-        ReadAddress("--listen", listen, options.host, options.port);
-        if (httpOption->count() != 0) {
-            ReadAddress("--http", http, options.pageHost, options.pagePort);
-        }
-        if (!notifySeq.empty()) {
-            options.device.notifySeq = tools::ParseDecimal<std::uint32_t>(notifySeq);
-            if (!options.device.notifySeq && notifySeq != "none") {
-                throw CLI::RuntimeError("--notify-seq: '" + notifySeq + "' is no number of 32 bits, nor none",
-                                        kExitUsage);
-            }
-        }
-        CheckFleet(options);
-        for (const std::string& spec : faults) {
-            if (const std::string problem = AddFault(options.device.faults, spec); !problem.empty()) {
-                throw CLI::RuntimeError("--fault: " + problem, kExitUsage);
-            }
-        }
-        options.device.password = ReadPassword(passwordFile);
+        Interpret(line);
     } catch (const CLI::Success& success) {
         return app.exit(success);
     } catch (const CLI::ExtrasError&) {
@@ -215,7 +248,7 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
         std::cerr << "tvwall-decoder: " << tools::OneLine(error.what()) << '\n';
         return kExitUsage;
     }
-    return options;
+    return std::move(line.options);
 }
 
 } // namespace simulated_decoder

@@ -198,8 +198,9 @@ void Connection::SendUnasked(Unasked kind)
     }
     if (m_waiting.insert(kind).second) {
         std::string frames;
-        for (auto left = kind == Unasked::MadeUpNotice ? m_device.ActiveFaults().notifyBurst : 1; left > 0;
-             --left) {
+        for (auto left = kind == Unasked::MadeUpNotice ? std::max(m_device.ActiveFaults().notifyBurst, 1U)
+                                                       : 1;
+             left > 0; --left) {
             frames += EncodeFrame(UnaskedText(kind));
         }
         if (Reserve(frames.size())) {

@@ -138,7 +138,7 @@ Answer Device::Handle(int connection, HostSession& session, std::string_view tex
     RequestContext context{request, reply, session, m_state};
     ErrorCode code = ErrorCode::MalformedRequest;
     if (readable) {
-        code = faults.errorCode ? *faults.errorCode : CarryOutAndDraw(context);
+        code = faults.errorCode != ErrorCode::Success ? faults.errorCode : CarryOutAndDraw(context);
     }
     reply.SetErrorCode(code);
 

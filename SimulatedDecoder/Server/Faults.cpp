@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 
 #include <spdlog/fmt/fmt.h>
 
@@ -17,116 +18,74 @@ using std::chrono::milliseconds;
 constexpr std::uint32_t kMaxMilliseconds = 24U * 3600U * 1000U;
 constexpr std::uint32_t kMaxBurst = 1000;
 
-// The least and the greatest number a fault takes; a fault with maximum 0 takes none.
-struct Range {
-    std::uint32_t minimum;
-    std::uint32_t maximum;
+template <typename Value>
+std::uint32_t NumberOf(Value value)
+{
+    return static_cast<std::uint32_t>(value);
+}
+std::uint32_t NumberOf(milliseconds time) { return static_cast<std::uint32_t>(time.count()); }
+
+// Where the number of a fault stands: with its url or with the connection. 0 is off.
+template <auto kMember>
+struct Place;
+
+template <typename Value, Value UrlFaults::*kMember>
+struct Place<kMember> {
+    static constexpr bool kOfUrl = true;
+    static void Set(Faults& faults, std::string_view url, std::uint32_t number)
+    {
+        faults.urls[std::string(url)].*kMember = static_cast<Value>(number);
+    }
+    static std::uint32_t Get(const Faults& faults, std::string_view url)
+    {
+        return NumberOf(faults.For(url).*kMember);
+    }
 };
 
-// Where the number of a fault stands; 0 is off, and 1 is on where it takes none. Exactly one of both pairs is
-// there: the fault belongs to a url or to the connection.
-struct Kind {
-    std::string_view name;
-    const char* form;
-    Range range;
-    void (*setUrl)(UrlFaults& faults, std::uint32_t number);
-    std::uint32_t (*getUrl)(const UrlFaults& faults);
-    void (*setConnection)(Faults& faults, std::uint32_t number);
-    std::uint32_t (*getConnection)(const Faults& faults);
-    const char* help;
+template <typename Value, Value Faults::*kMember>
+struct Place<kMember> {
+    static constexpr bool kOfUrl = false;
+    static void Set(Faults& faults, std::string_view, std::uint32_t number)
+    {
+        faults.*kMember = static_cast<Value>(number);
+    }
+    static std::uint32_t Get(const Faults& faults, std::string_view) { return NumberOf(faults.*kMember); }
 };
 
-std::uint32_t Count(milliseconds time) { return static_cast<std::uint32_t>(time.count()); }
+struct Row {
+    FaultKind kind;
+    void (*set)(Faults& faults, std::string_view url, std::uint32_t number);
+    std::uint32_t (*get)(const Faults& faults, std::string_view url);
+};
 
-template <bool UrlFaults::*kMember>
-constexpr Kind UrlSwitch(std::string_view name, const char* form, const char* help)
+// A fault takes a number up to `maximum`, which is 0 when it takes none.
+template <auto kMember>
+constexpr Row Fault(std::string_view name, const char* form, std::uint32_t maximum, const char* help)
 {
-    return {name,
-            form,
-            {0, 0},
-            [](UrlFaults& faults, std::uint32_t on) { faults.*kMember = on != 0; },
-            [](const UrlFaults& faults) -> std::uint32_t { return faults.*kMember ? 1 : 0; },
-            nullptr,
-            nullptr,
-            help};
+    using Its = Place<kMember>;
+    return {{name, form, help, Its::kOfUrl, maximum != 0 ? 1U : 0U, maximum}, Its::Set, Its::Get};
 }
 
-template <milliseconds Faults::*kMember>
-constexpr Kind Period(std::string_view name, const char* form, const char* help)
-{
-    return {name,
-            form,
-            {1, kMaxMilliseconds},
-            nullptr,
-            nullptr,
-            [](Faults& faults, std::uint32_t ms) { faults.*kMember = milliseconds(ms); },
-            [](const Faults& faults) { return Count(faults.*kMember); },
-            help};
-}
-
-const Kind kKinds[] = {
-    {"error",
-     "error=CODE@URL",
-     {1, UINT32_MAX},
-     [](UrlFaults& faults, std::uint32_t code) {
-         faults.errorCode = code != 0 ? std::optional(static_cast<ErrorCode>(code)) : std::nullopt;
-     },
-     [](const UrlFaults& faults) {
-         return static_cast<std::uint32_t>(faults.errorCode.value_or(ErrorCode::Success));
-     },
-     nullptr,
-     nullptr,
-     "answer CODE and do nothing"},
-    {"delay",
-     "delay=MS@URL",
-     {1, kMaxMilliseconds},
-     [](UrlFaults& faults, std::uint32_t ms) { faults.delay = milliseconds(ms); },
-     [](const UrlFaults& faults) { return Count(faults.delay); },
-     nullptr,
-     nullptr,
-     "reply MS later; other requests go on"},
-    UrlSwitch<&UrlFaults::silent>("silent", "silent@URL", "carry out, but do not reply"),
-    UrlSwitch<&UrlFaults::wrongSeq>("wrong-seq", "wrong-seq@URL", "reply with another sequence number"),
-    UrlSwitch<&UrlFaults::garbage>("garbage", "garbage@URL", "reply with bytes that are no XML"),
-    {"chunk",
-     "chunk=BYTES",
-     {1, kMaxPayload},
-     nullptr,
-     nullptr,
-     [](Faults& faults, std::uint32_t bytes) { faults.chunk = bytes; },
-     [](const Faults& faults) { return static_cast<std::uint32_t>(faults.chunk); },
-     "send everything in pieces of BYTES"},
-    {"cut-after",
-     "cut-after=N",
-     {1, UINT32_MAX},
-     nullptr,
-     nullptr,
-     [](Faults& faults, std::uint32_t replies) { faults.cutAfter = replies; },
-     [](const Faults& faults) { return faults.cutAfter; },
-     "close a connection after half of its N-th reply"},
-    Period<&Faults::notifyEvery>(
-        "notify-every", "notify-every=MS",
+constexpr Row kRows[] = {
+    Fault<&UrlFaults::errorCode>("error", "error=CODE@URL", UINT32_MAX, "answer CODE and do nothing"),
+    Fault<&UrlFaults::delay>("delay", "delay=MS@URL", kMaxMilliseconds,
+                             "reply MS later; other requests go on"),
+    Fault<&UrlFaults::silent>("silent", "silent@URL", 0, "carry out, but do not reply"),
+    Fault<&UrlFaults::wrongSeq>("wrong-seq", "wrong-seq@URL", 0, "reply with another sequence number"),
+    Fault<&UrlFaults::garbage>("garbage", "garbage@URL", 0, "reply with bytes that are no XML"),
+    Fault<&Faults::chunk>("chunk", "chunk=BYTES", kMaxPayload, "send everything in pieces of BYTES"),
+    Fault<&Faults::cutAfter>("cut-after", "cut-after=N", UINT32_MAX,
+                             "close a connection after half of its N-th reply"),
+    Fault<&Faults::notifyEvery>(
+        "notify-every", "notify-every=MS", kMaxMilliseconds,
         "notify hosts that are logged in, by turns of channels and of channel states"),
-    {"notify-burst",
-     "notify-burst=N",
-     {1, kMaxBurst},
-     nullptr,
-     nullptr,
-     [](Faults& faults, std::uint32_t count) { faults.notifyBurst = std::max(count, 1U); },
-     [](const Faults& faults) { return faults.notifyBurst > 1 ? faults.notifyBurst : 0; },
-     "N notifications of notify-every at once"},
-    Period<&Faults::flapEvery>(
-        "flap-channels", "flap-channels=MS",
+    Fault<&Faults::notifyBurst>("notify-burst", "notify-burst=N", kMaxBurst,
+                                "N notifications of notify-every at once"),
+    Fault<&Faults::flapEvery>(
+        "flap-channels", "flap-channels=MS", kMaxMilliseconds,
         "let all input channels go off, MS later on again, and so forth; hosts are notified"),
-    {"device-head",
-     "device-head",
-     {0, 0},
-     nullptr,
-     nullptr,
-     [](Faults& faults, std::uint32_t on) { faults.deviceHead = on != 0; },
-     [](const Faults& faults) -> std::uint32_t { return faults.deviceHead ? 1 : 0; },
-     "64 bytes of device head before each reply"},
-    Period<&Faults::beatEvery>("beat-every", "beat-every=MS", "send heartbeats unasked"),
+    Fault<&Faults::deviceHead>("device-head", "device-head", 0, "64 bytes of device head before each reply"),
+    Fault<&Faults::beatEvery>("beat-every", "beat-every=MS", kMaxMilliseconds, "send heartbeats unasked"),
 };
 
 // A spec in its pieces; a piece that was not given is not there, one given empty is empty.
@@ -152,25 +111,16 @@ Pieces Cut(std::string_view spec)
 }
 
 // Null when there is no such fault.
-const Kind* FindKind(std::string_view name)
+const Row* FindRow(std::string_view name)
 {
-    const auto* kind = std::find_if(std::begin(kKinds), std::end(kKinds),
-                                    [name](const Kind& candidate) { return candidate.name == name; });
-    return kind != std::end(kKinds) ? kind : nullptr;
+    const auto* row = std::find_if(std::begin(kRows), std::end(kRows),
+                                   [name](const Row& candidate) { return candidate.kind.name == name; });
+    return row != std::end(kRows) ? row : nullptr;
 }
 
-bool HasRightUrl(const Kind& kind, const Pieces& pieces)
+bool HasRightUrl(const FaultKind& kind, const Pieces& pieces)
 {
-    return kind.setUrl != nullptr ? pieces.url && !pieces.url->empty() : !pieces.url;
-}
-
-void Set(Faults& faults, const Kind& kind, const Pieces& pieces, std::uint32_t number)
-{
-    if (kind.setUrl != nullptr) {
-        kind.setUrl(faults.urls[std::string(*pieces.url)], number);
-    } else {
-        kind.setConnection(faults, number);
-    }
+    return kind.ofUrl ? pieces.url && !pieces.url->empty() : !pieces.url;
 }
 
 } // namespace
@@ -185,56 +135,57 @@ const UrlFaults& Faults::For(std::string_view url) const
 std::string AddFault(Faults& faults, std::string_view spec)
 {
     const Pieces pieces = Cut(spec);
-    const Kind* kind = FindKind(pieces.name);
-    if (kind == nullptr) {
+    const Row* row = FindRow(pieces.name);
+    if (row == nullptr) {
         return fmt::format("unknown fault '{}'", spec);
     }
-    const bool takesNumber = kind->range.maximum != 0;
-    if (pieces.number.has_value() != takesNumber || !HasRightUrl(*kind, pieces)) {
-        return fmt::format("fault '{}' is not of the form {}", spec, kind->form);
+    const FaultKind& kind = row->kind;
+    const bool takesNumber = kind.maximum != 0;
+    if (pieces.number.has_value() != takesNumber || !HasRightUrl(kind, pieces)) {
+        return fmt::format("fault '{}' is not of the form {}", spec, kind.form);
     }
     std::uint32_t number = 1;
     if (takesNumber) {
         const auto parsed = tools::ParseDecimal<std::uint32_t>(*pieces.number);
-        if (!parsed || *parsed < kind->range.minimum || *parsed > kind->range.maximum) {
+        if (!parsed || *parsed < kind.minimum || *parsed > kind.maximum) {
             return fmt::format("fault '{}': '{}' is not a number from {} to {}", spec, *pieces.number,
-                               kind->range.minimum, kind->range.maximum);
+                               kind.minimum, kind.maximum);
         }
         number = *parsed;
     }
-    Set(faults, *kind, pieces, number);
+    row->set(faults, pieces.url.value_or(""), number);
     return {};
 }
 
 std::string RemoveFault(Faults& faults, std::string_view spec)
 {
     const Pieces pieces = Cut(spec);
-    const Kind* kind = FindKind(pieces.name);
-    if (kind == nullptr) {
+    const Row* row = FindRow(pieces.name);
+    if (row == nullptr) {
         return fmt::format("unknown fault '{}'", spec);
     }
-    if (!HasRightUrl(*kind, pieces)) {
-        return fmt::format("fault '{}' is not of the form {}", spec, kind->form);
+    if (!HasRightUrl(row->kind, pieces)) {
+        return fmt::format("fault '{}' is not of the form {}", spec, row->kind.form);
     }
-    Set(faults, *kind, pieces, 0);
+    row->set(faults, pieces.url.value_or(""), 0);
     return {};
 }
 
 std::vector<ActiveFault> ListFaults(const Faults& faults)
 {
     std::vector<ActiveFault> active;
-    const auto add = [&](const Kind& kind, const std::string& url, std::uint32_t number) {
-        if (number != 0) {
-            active.push_back({kind.name, url, number});
+    const auto add = [&](const Row& row, const std::string& url) {
+        if (const std::uint32_t number = row.get(faults, url); number != 0) {
+            active.push_back({row.kind.name, url, number});
         }
     };
-    for (const Kind& kind : kKinds) {
-        if (kind.getConnection != nullptr) {
-            add(kind, "", kind.getConnection(faults));
+    for (const Row& row : kRows) {
+        if (!row.kind.ofUrl) {
+            add(row, "");
             continue;
         }
         for (const auto& [url, ofUrl] : faults.urls) {
-            add(kind, url, kind.getUrl(ofUrl));
+            add(row, url);
         }
     }
     return active;
@@ -243,18 +194,16 @@ std::vector<ActiveFault> ListFaults(const Faults& faults)
 std::vector<FaultKind> FaultKinds()
 {
     std::vector<FaultKind> kinds;
-    for (const Kind& kind : kKinds) {
-        kinds.push_back({kind.name, kind.form, kind.help, kind.setUrl != nullptr, kind.range.minimum,
-                         kind.range.maximum});
-    }
+    std::transform(std::begin(kRows), std::end(kRows), std::back_inserter(kinds),
+                   [](const Row& row) { return row.kind; });
     return kinds;
 }
 
 std::string DescribeFaults()
 {
     std::string text;
-    for (const Kind& kind : kKinds) {
-        text += fmt::format("  {:<17} {}\n", kind.form, kind.help);
+    for (const Row& row : kRows) {
+        text += fmt::format("  {:<17} {}\n", row.kind.form, row.kind.help);
     }
     return text;
 }

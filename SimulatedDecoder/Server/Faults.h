@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <functional>
 #include <map>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,7 +16,7 @@ namespace simulated_decoder {
 
 // What goes wrong with the requests of one url.
 struct UrlFaults {
-    std::optional<ErrorCode> errorCode; // answered instead of carrying the request out
+    ErrorCode errorCode = ErrorCode::Success; // any other is answered instead of carrying the request out
     std::chrono::milliseconds delay{0};
     bool silent = false; // no reply at all; comes before what would be wrong with it
     bool wrongSeq = false;
@@ -30,7 +29,7 @@ struct Faults {
     std::uint32_t cutAfter = 0;               // cut in the middle of the n-th reply of a connection; 0: never
     std::chrono::milliseconds flapEvery{0};   // 0: never
     std::chrono::milliseconds notifyEvery{0}; // 0: never
-    std::uint32_t notifyBurst = 1;            // notifications of notifyEvery at once
+    std::uint32_t notifyBurst = 0;            // notifications of notifyEvery at once; 0: one
     std::chrono::milliseconds beatEvery{0};   // 0: never
     bool deviceHead = false;                  // in front of every reply
 
