@@ -156,7 +156,11 @@ void PageRoutes::AddState()
         const auto id = tools::ParseDecimal<std::uint32_t>(request.matches[1].str());
         const auto window = std::make_shared<std::optional<std::string>>();
         if (id) {
-            m_feed.Run([this, id, window] { *window = WindowJson(m_device.State(), *id); });
+            m_feed.Run([this, id, window] {
+                if (const auto view = SeeWindow(m_device.State(), *id)) {
+                    *window = WindowJson(*view);
+                }
+            });
         }
         if (*window) {
             response.set_content(**window + "\n", kJsonType);
@@ -232,7 +236,7 @@ PageRoutes::Snapshot PageRoutes::Take()
     }
     const std::uint64_t wallRevision = m_device.State().PictureRevision();
     if (!m_last.wall || wallRevision != m_wallRevision) {
-        m_last.wall = std::make_shared<const std::string>(WallJson(m_device.State()));
+        m_last.wall = std::make_shared<const std::string>(WallJson(See(m_device.State())));
         m_wallRevision = wallRevision;
     }
     m_last.activity = std::make_shared<const std::string>(ActivityJson(m_device, m_hosts.Hosts()));

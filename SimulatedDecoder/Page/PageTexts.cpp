@@ -1,14 +1,12 @@
 #include "Page/PageTexts.h"
 
-#include <algorithm>
 #include <chrono>
-#include <set>
+#include <optional>
 
 #include <nlohmann/json.hpp>
+#include <spdlog/fmt/fmt.h>
 
-#include "Picture/Captions.h"
 #include "Requests/RequestHandlers.h"
-#include "State/SubWindowGrid.h"
 
 namespace simulated_decoder {
 
@@ -31,51 +29,43 @@ void AddIfThere(Json& json, const char* name, const std::optional<Value>& value)
     }
 }
 
-Json CellJson(const SubWindow& subWindow, const ChannelGroups& groups)
+Json CellJson(const CellView& view)
 {
-    Json cell{{"index", subWindow.index}, {"osd", subWindow.osdId}};
-    if (!subWindow.IsIdle()) {
-        const Caption caption = CaptionOf(subWindow, groups);
-        cell["title"] = caption.title;
-        cell["detail"] = caption.detail;
-        cell["polling"] = subWindow.polledGroup.has_value();
+    Json cell{{"index", view.index}, {"osd", view.osdId}};
+    if (view.kind != CellView::Kind::Idle) {
+        cell["title"] = view.title;
+        cell["detail"] = view.detail;
+        cell["polling"] = view.kind == CellView::Kind::Polls;
     }
-    AddIfThere(cell, "sound", subWindow.sound);
-    if (subWindow.border) {
+    AddIfThere(cell, "sound", view.sound);
+    if (view.border) {
         cell["border"] = true;
     }
     return cell;
 }
 
-Json BareWindowJson(const Window& window, std::size_t layer)
+Json ToJson(const WindowView& view)
 {
-    Json json{{"id", window.id},
-              {"layer", layer},
-              {"x", window.rect.x},
-              {"y", window.rect.y},
-              {"width", window.rect.width},
-              {"height", window.rect.height},
-              {"mode", window.split.mode}};
-    AddIfThere(json, "zoomed", window.zoomed);
-    json["playing"] = std::count_if(window.split.subWindows.begin(), window.split.subWindows.end(),
-                                    [](const SubWindow& subWindow) { return !subWindow.IsIdle(); });
+    Json json{{"id", view.id},    {"layer", view.layer},      {"x", view.rect.x},
+              {"y", view.rect.y}, {"width", view.rect.width}, {"height", view.rect.height},
+              {"mode", view.mode}};
+    AddIfThere(json, "zoomed", view.zoomed);
+    json["playing"] = view.showing;
+    for (const CellView& cell : view.cells) {
+        json["cells"].push_back(CellJson(cell));
+    }
     return json;
 }
 
-void AddCells(Json& json, const Window& window, const ChannelGroups& groups)
-{
-    json["columns"] = SubWindowGrid(window.split.subWindows.size()).columns;
-    Json& cells = json["cells"] = Json::array();
-    for (const SubWindow& subWindow : window.split.subWindows) {
-        cells.push_back(CellJson(subWindow, groups));
-    }
-}
-
-Json ScreensJson(const ScreenGrid& screens)
+Json ToJson(const std::vector<ScreenView>& screens)
 {
     Json list = Json::array();
-    for (const auto& [position, output] : screens.Bound()) {
-        list.push_back({{"column", position.column}, {"row", position.row}, {"output", output}});
+    for (const ScreenView& screen : screens) {
+        if (screen.output) {
+            list.push_back({{"column", screen.position.column},
+                            {"row", screen.position.row},
+                            {"output", *screen.output}});
+        }
     }
     return list;
 }
@@ -99,47 +89,24 @@ std::string AboutJson(const Device& device)
                  {"urls", ServedUrls()}});
 }
 
-std::string WallJson(const DeviceState& state)
+std::string WallJson(const WallView& view)
 {
-    const Wall& wall = state.wall;
-    std::set<std::size_t> withCells; // their layers
-    for (const VisibleWindow& visible : VisibleWindows(wall)) {
-        if (visible.withCells) {
-            withCells.insert(visible.layer);
-        }
-    }
     Json windows = Json::array();
-    for (std::size_t layer = 1; layer <= wall.Windows().size(); ++layer) {
-        const Window& window = wall.Windows()[layer - 1];
-        Json json = BareWindowJson(window, layer);
-        if (withCells.count(layer) != 0) {
-            AddCells(json, window, state.groups);
-        }
-        windows.push_back(std::move(json));
+    for (const WindowView& window : view.windows) {
+        windows.push_back(ToJson(window));
     }
-    return Text({{"rows", wall.Rows()},
-                 {"columns", wall.Columns()},
-                 {"width", wall.Width()},
-                 {"height", wall.Height()},
-                 {"borders", wall.Switches().borders},
-                 {"windowIds", wall.Switches().windowIds},
-                 {"summary", TallyText(wall, ", ")},
-                 {"screens", ScreensJson(wall.Screens())},
+    return Text({{"rows", view.rows},
+                 {"columns", view.columns},
+                 {"width", view.rect.width},
+                 {"height", view.rect.height},
+                 {"borders", view.switches.borders},
+                 {"windowIds", view.switches.windowIds},
+                 {"summary", fmt::format("{}", fmt::join(view.tally, ", "))},
+                 {"screens", ToJson(view.screens)},
                  {"windows", windows}});
 }
 
-std::optional<std::string> WindowJson(const DeviceState& state, std::uint32_t id)
-{
-    const std::vector<Window>& windows = state.wall.Windows();
-    const auto found =
-        std::find_if(windows.begin(), windows.end(), [id](const Window& window) { return window.id == id; });
-    if (found == windows.end()) {
-        return std::nullopt;
-    }
-    Json json = BareWindowJson(*found, static_cast<std::size_t>(found - windows.begin()) + 1);
-    AddCells(json, *found, state.groups);
-    return Text(json);
-}
+std::string WindowJson(const WindowView& view) { return Text(ToJson(view)); }
 
 std::string ActivityJson(const Device& device, const std::vector<HostStatus>& hosts)
 {

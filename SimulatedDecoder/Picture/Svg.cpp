@@ -59,7 +59,7 @@ Svg::Svg(double width, double height)
     Add("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"{0:.0f}\" height=\"{1:.0f}\" viewBox=\"0 0 "
         "{0:.0f} "
         "{1:.0f}\" font-family=\"Helvetica, Arial, 'DejaVu Sans', sans-serif\">\n"
-        "<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n",
+        "<rect class=\"ground\" width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n",
         width, height);
 }
 
@@ -70,6 +70,12 @@ void Svg::Rect(const Area& area, std::string_view look)
 }
 
 void Svg::Path(std::string_view d, std::string_view look) { Add("<path d=\"{}\" {}/>\n", d, look); }
+
+void Svg::Open(std::string_view tag) { Add("{}\n", tag); }
+
+void Svg::Close() { Add("</g>\n"); }
+
+void Svg::Title(std::string_view text) { Add("<title>{}</title>\n", Escape(text)); }
 
 void Svg::Text(double x, double y, std::string_view text, const TextLook& look)
 {

@@ -53,6 +53,11 @@ public:
     // `look` is the rest of the element's attributes.
     void Rect(const Area& area, std::string_view look);
     void Path(std::string_view d, std::string_view look);
+    // A group from its start tag to its end.
+    void Open(std::string_view tag);
+    void Close();
+    // Of the group; browsers show it where the pointer is. Markup in it is escaped.
+    void Title(std::string_view text);
     // A text whose middle line is at `y`; markup in it is escaped.
     void Text(double x, double y, std::string_view text, const TextLook& look);
 

@@ -13,12 +13,16 @@ WallPictures::WallPictures(std::string svgPath, std::string textPath)
 
 std::string WallPictures::Write(const DeviceState& state) const
 {
+    if (m_svgPath.empty() && m_textPath.empty()) {
+        return {};
+    }
+    const WallView view = See(state);
     std::string problem;
     if (!m_svgPath.empty()) {
-        problem = WriteFileAtomically(m_svgPath, DrawSvg(state));
+        problem = WriteFileAtomically(m_svgPath, DrawSvg(view));
     }
     if (!m_textPath.empty() && problem.empty()) {
-        problem = WriteFileAtomically(m_textPath, DrawText(state));
+        problem = WriteFileAtomically(m_textPath, DrawText(view));
     }
     return problem;
 }

@@ -2,15 +2,19 @@
 
 #include <string>
 
-#include "State/DeviceState.h"
+#include "Picture/WallView.h"
 
 namespace simulated_decoder {
 
 // A picture of the wall: screens and what is bound to them, windows from the lowest layer to the highest with
-// what their sub-windows show, and a list of the windows.
-std::string DrawSvg(const DeviceState& state);
-// The same with box-drawing characters (UTF-8), at most 100 columns wide.
-std::string DrawText(const DeviceState& state);
+// what their sub-windows show, and a list of the windows. Each window is a group with the id "window-ID", its
+// outline has the id "outline-ID".
+std::string DrawSvg(const WallView& view);
+// The wall alone, for a page that has title and list of its own. Windows that are covered are there with
+// nothing but their outlines, which are not visible.
+std::string DrawBareSvg(const WallView& view);
+// The picture with box-drawing characters (UTF-8), at most 100 columns wide.
+std::string DrawText(const WallView& view);
 
 // The files in which the pictures are kept. An empty path means that this picture is not wanted.
 class WallPictures {

@@ -1,12 +1,13 @@
 #include "Picture/WallPictures.h"
 
 #include <algorithm>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <spdlog/fmt/fmt.h>
 
-#include "Picture/Captions.h"
 #include "State/SubWindowGrid.h"
 
 namespace simulated_decoder {
@@ -19,31 +20,15 @@ constexpr std::size_t kMaxTableLines = 100;
 
 // The edges and corners of a box, and what one is made of that is too thin for them.
 struct Pen {
-    char32_t horizontal, vertical, upperLeft, upperRight, lowerLeft, lowerRight, bar;
+    const char *horizontal, *vertical, *upperLeft, *upperRight, *lowerLeft, *lowerRight, *bar;
 };
-constexpr Pen kScreenPen{U'─', U'│', U'┌', U'┐', U'└', U'┘', U'·'};
-constexpr Pen kWindowPen{U'═', U'║', U'╔', U'╗', U'╚', U'╝', U'■'};
+constexpr Pen kScreenPen{"─", "│", "┌", "┐", "└", "┘", "·"};
+constexpr Pen kWindowPen{"═", "║", "╔", "╗", "╚", "╝", "■"};
 
 // Inclusive corners in characters.
 struct Box {
     std::int64_t left, top, right, bottom;
 };
-
-// Of the characters below U+10000, which are all that is drawn.
-void AppendUtf8(std::string& text, char32_t character)
-{
-    const auto append = [&text](char32_t byte) { text += static_cast<char>(byte); };
-    if (character < 0x80) {
-        append(character);
-    } else if (character < 0x800) {
-        append(0xC0 | character >> 6);
-        append(0x80 | (character & 0x3F));
-    } else {
-        append(0xE0 | character >> 12);
-        append(0x80 | (character >> 6 & 0x3F));
-        append(0x80 | (character & 0x3F));
-    }
-}
 
 // A sheet of characters; what lies beyond its open part, at first all of it, is not drawn.
 class Sheet {
@@ -51,7 +36,7 @@ public:
     Sheet(std::int64_t columns, std::int64_t lines)
         : m_columns(columns),
           m_open{0, 0, columns - 1, lines - 1},
-          m_cells(static_cast<std::size_t>(columns * lines), U' ')
+          m_cells(static_cast<std::size_t>(columns * lines), " ")
     {
     }
 
@@ -65,7 +50,7 @@ public:
                 std::min(box.right, m_open.right), std::min(box.bottom, m_open.bottom)};
     }
 
-    void Put(std::int64_t column, std::int64_t line, char32_t character)
+    void Put(std::int64_t column, std::int64_t line, std::string_view character)
     {
         if (column >= m_open.left && column <= m_open.right && line >= m_open.top && line <= m_open.bottom) {
             m_cells[static_cast<std::size_t>(line * m_columns + column)] = character;
@@ -90,25 +75,22 @@ public:
         if (column + static_cast<std::int64_t>(text.size()) > end) {
             return;
         }
-        for (const char character : text) {
-            Put(column++, line, static_cast<unsigned char>(character));
+        for (const char& character : text) {
+            Put(column++, line, {&character, 1});
         }
     }
 
     std::string Text() const
     {
         std::string text;
-        for (std::size_t i = 0; i < m_cells.size(); ++i) {
-            AppendUtf8(text, m_cells[i]);
-            if ((i + 1) % static_cast<std::size_t>(m_columns) == 0) {
-                text += '\n';
-            }
+        for (std::size_t i = 0; i < m_cells.size(); i += static_cast<std::size_t>(m_columns)) {
+            text += fmt::format("{}\n", fmt::join(&m_cells[i], &m_cells[i] + m_columns, ""));
         }
         return text;
     }
 
 private:
-    static char32_t Stroke(const Box& box, std::int64_t column, std::int64_t line, const Pen& pen)
+    static const char* Stroke(const Box& box, std::int64_t column, std::int64_t line, const Pen& pen)
     {
         if (line == box.top) {
             return column == box.left ? pen.upperLeft : column == box.right ? pen.upperRight : pen.horizontal;
@@ -116,34 +98,31 @@ private:
         if (line == box.bottom) {
             return column == box.left ? pen.lowerLeft : column == box.right ? pen.lowerRight : pen.horizontal;
         }
-        return column == box.left || column == box.right ? pen.vertical : U' ';
+        return column == box.left || column == box.right ? pen.vertical : " ";
     }
 
     std::int64_t m_columns;
     Box m_open;
-    std::u32string m_cells;
+    std::vector<std::string> m_cells; // a character of UTF-8 each
 };
 
 class Drawing {
 public:
-    explicit Drawing(const DeviceState& state)
-        : m_state(state),
-          m_wall(state.wall),
-          m_screenColumns(ScreenColumns(m_wall)),
-          m_sheet(Columns(), Lines())
+    explicit Drawing(const WallView& view)
+        : m_view(view), m_screenColumns(ScreenColumns(view)), m_sheet(Columns(), Lines())
     {
     }
 
     std::string Text()
     {
-        for (int row = 0; row < m_wall.Rows(); ++row) {
-            for (int column = 0; column < m_wall.Columns(); ++column) {
-                DrawScreen(row, column);
-            }
+        for (const ScreenView& screen : m_view.screens) {
+            DrawScreen(screen);
         }
         m_sheet.CloseEdges(); // the frame of the wall stays visible around windows that reach over it
-        for (const VisibleWindow& visible : VisibleWindows(m_wall)) {
-            DrawWindow(visible);
+        for (const WindowView& window : m_view.windows) {
+            if (!window.covered) {
+                DrawWindow(window);
+            }
         }
         return m_sheet.Text();
     }
@@ -154,42 +133,39 @@ private:
     {
         return std::max<std::int64_t>(2, (screenColumns * kScreenHeight + kScreenWidth) / (2 * kScreenWidth));
     }
-    static std::int64_t ScreenColumns(const Wall& wall)
+    static std::int64_t ScreenColumns(const WallView& view)
     {
-        std::int64_t columns = std::max<std::int64_t>(3, kMaxColumns / wall.Columns());
-        while (columns > 4 && LinesFor(columns) * wall.Rows() > kMaxLines) {
+        std::int64_t columns = std::max<std::int64_t>(3, kMaxColumns / view.columns);
+        while (columns > 4 && LinesFor(columns) * view.rows > kMaxLines) {
             --columns;
         }
         return columns;
     }
 
-    std::int64_t Columns() const { return m_screenColumns * m_wall.Columns() + 1; }
-    std::int64_t Lines() const { return LinesFor(m_screenColumns) * m_wall.Rows() + 1; }
-    std::int64_t Column(std::int64_t x) const { return Scale(x, Columns() - 1, m_wall.Width()); }
-    std::int64_t Line(std::int64_t y) const { return Scale(y, Lines() - 1, m_wall.Height()); }
+    std::int64_t Columns() const { return m_screenColumns * m_view.columns + 1; }
+    std::int64_t Lines() const { return LinesFor(m_screenColumns) * m_view.rows + 1; }
+    std::int64_t Column(std::int64_t x) const { return Scale(x, Columns() - 1, m_view.rect.width); }
+    std::int64_t Line(std::int64_t y) const { return Scale(y, Lines() - 1, m_view.rect.height); }
     static std::int64_t Scale(std::int64_t value, std::int64_t to, std::int64_t from)
     {
         return (2 * value * to + from) / (2 * from);
     }
 
-    void DrawScreen(int row, int column)
+    void DrawScreen(const ScreenView& screen)
     {
-        const std::int64_t screenLines = LinesFor(m_screenColumns);
-        const Box box{column * m_screenColumns, row * screenLines, (column + 1) * m_screenColumns,
-                      (row + 1) * screenLines};
+        const Rect& rect = screen.rect;
+        const Box box{Column(rect.x), Line(rect.y), Column(rect.x + rect.width), Line(rect.y + rect.height)};
         m_sheet.Draw(box, kScreenPen);
-        const auto bound = m_wall.Screens().Bound().find(
-            {static_cast<std::uint32_t>(column), static_cast<std::uint32_t>(row)});
-        if (bound != m_wall.Screens().Bound().end()) {
-            WriteCentred(box, (box.top + box.bottom) / 2, {fmt::format("output {}", bound->second)});
+        if (screen.output) {
+            WriteCentred(box, (box.top + box.bottom) / 2, {fmt::format("output {}", *screen.output)});
         }
         // Where screens meet, their corners do.
         const auto joint = [&](std::int64_t x, std::int64_t y) {
             const bool left = x > 0, right = x<Columns() - 1, up = y> 0, down = y < Lines() - 1;
             if (left && right) {
-                m_sheet.Put(x, y, up && down ? U'┼' : down ? U'┬' : U'┴');
+                m_sheet.Put(x, y, up && down ? "┼" : down ? "┬" : "┴");
             } else if (up && down) {
-                m_sheet.Put(x, y, right ? U'├' : U'┤');
+                m_sheet.Put(x, y, right ? "├" : "┤");
             }
         };
         joint(box.left, box.top);
@@ -200,27 +176,26 @@ private:
 
     // Windows are drawn inside the lines of the screens, so that those stay visible between them. However
     // little of one lies on the wall, a character of it is seen.
-    void DrawWindow(const VisibleWindow& visible)
+    void DrawWindow(const WindowView& window)
     {
-        const Window& window = *visible.window;
         const Rect& rect = window.rect;
         const std::int64_t left = std::min(Column(rect.x) + 1, Columns() - 2);
         const std::int64_t top = std::min(Line(rect.y) + 1, Lines() - 2);
         const Box box{left, top, std::max({left, Column(rect.x + rect.width) - 1, m_sheet.Open().left}),
                       std::max({top, Line(rect.y + rect.height) - 1, m_sheet.Open().top})};
         m_sheet.Draw(box, kWindowPen);
-        if (visible.withCells) {
-            DrawSubWindows(box, VisibleSubWindows(window));
+        if (!window.cells.empty()) {
+            DrawCells(box, window.SeenCells());
         }
-        if (m_wall.Switches().windowIds) {
+        if (m_view.switches.windowIds) {
             const Box seen = m_sheet.Clip(box);
             m_sheet.Write(seen.left + 2, seen.top, seen.right, fmt::format(" {} ", window.id));
         }
     }
 
-    void DrawSubWindows(const Box& box, const std::vector<const SubWindow*>& subWindows)
+    void DrawCells(const Box& box, std::span<const CellView> cells)
     {
-        const SubWindowGrid grid(subWindows.size());
+        const SubWindowGrid grid(cells.size());
         const auto columns = static_cast<std::int64_t>(grid.columns);
         const auto rows = static_cast<std::int64_t>(grid.rows);
         if ((box.right - box.left) / columns < 2 || (box.bottom - box.top) / rows < 2) {
@@ -233,52 +208,48 @@ private:
         const Box inside = m_sheet.Clip({box.left + 1, box.top + 1, box.right - 1, box.bottom - 1});
         for (std::int64_t line = inside.top; line <= inside.bottom; ++line) {
             for (std::int64_t i = 1; i < columns; ++i) {
-                m_sheet.Put(columnLine(i), line, U'│');
+                m_sheet.Put(columnLine(i), line, "│");
             }
         }
         for (std::int64_t i = 1; i < rows; ++i) {
             for (std::int64_t column = inside.left; column <= inside.right; ++column) {
-                m_sheet.Put(column, rowLine(i), U'─');
+                m_sheet.Put(column, rowLine(i), "─");
             }
             for (std::int64_t j = 1; j < columns; ++j) {
-                m_sheet.Put(columnLine(j), rowLine(i), U'┼');
+                m_sheet.Put(columnLine(j), rowLine(i), "┼");
             }
         }
-        std::int64_t cell = 0;
-        for (const SubWindow* subWindow : subWindows) {
-            const std::int64_t column = cell % columns;
-            const std::int64_t row = cell / columns;
-            ++cell;
-            DrawSubWindow({columnLine(column), rowLine(row), columnLine(column + 1), rowLine(row + 1)},
-                          *subWindow);
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            const auto column = static_cast<std::int64_t>(i % grid.columns);
+            const auto row = static_cast<std::int64_t>(i / grid.columns);
+            DrawCell({columnLine(column), rowLine(row), columnLine(column + 1), rowLine(row + 1)}, cells[i]);
         }
     }
 
     // What it is, and below, as far as there is room, what it shows.
-    void DrawSubWindow(const Box& cell, const SubWindow& subWindow)
+    void DrawCell(const Box& box, const CellView& cell)
     {
-        const Caption caption = CaptionOf(subWindow, m_state.groups);
-        const std::int64_t lines = cell.bottom - cell.top - 1;
-        const std::int64_t used = caption.title.empty() ? 1 : std::min<std::int64_t>(lines, 3);
-        std::int64_t line = cell.top + 1 + (lines - used) / 2;
-        const std::string index = std::to_string(subWindow.index) + Marks(subWindow);
-        WriteCentred(cell, line, {fmt::format("{} osd {}", index, subWindow.osdId), index});
+        const std::int64_t lines = box.bottom - box.top - 1;
+        const std::int64_t used = cell.title.empty() ? 1 : std::min<std::int64_t>(lines, 3);
+        std::int64_t line = box.top + 1 + (lines - used) / 2;
+        const std::string index = std::to_string(cell.index) + Marks(cell);
+        WriteCentred(box, line, {fmt::format("{} osd {}", index, cell.osdId), index});
         if (used > 1) {
-            WriteCentred(cell, ++line, {caption.title});
+            WriteCentred(box, ++line, {cell.title});
         }
         if (used > 2) {
-            WriteCentred(cell, ++line, {caption.detail});
+            WriteCentred(box, ++line, {cell.detail});
         }
     }
 
     // Of what can be seen in a small cell, too.
-    std::string Marks(const SubWindow& subWindow) const
+    static std::string Marks(const CellView& cell)
     {
         std::string marks;
-        marks += subWindow.media.empty() ? "" : "p";
-        marks += subWindow.polledGroup ? "g" : "";
-        marks += subWindow.sound ? "s" : "";
-        marks += subWindow.border && m_wall.Switches().borders ? "b" : "";
+        marks += cell.kind == CellView::Kind::Plays ? "p" : "";
+        marks += cell.kind == CellView::Kind::Polls ? "g" : "";
+        marks += cell.sound ? "s" : "";
+        marks += cell.framed ? "b" : "";
         return marks.empty() ? "" : " " + marks;
     }
 
@@ -295,71 +266,59 @@ private:
         }
     }
 
-    const DeviceState& m_state;
-    const Wall& m_wall;
+    const WallView& m_view;
     std::int64_t m_screenColumns;
     Sheet m_sheet;
 };
 
-std::string DrawWindowTable(const Wall& wall)
+std::string MoreBelow(std::size_t all, std::size_t shown)
 {
-    const std::vector<Window>& windows = wall.Windows();
+    return shown < all ? fmt::format("and {} more below\n", all - shown) : "";
+}
+
+std::string DrawWindowTable(const std::vector<WindowView>& windows)
+{
     if (windows.empty()) {
         return "no windows\n";
     }
     constexpr const char* kLine = "{:>10} {:>7} {:>7} {:>7} {:>7} {:>5} {:>6}  {}\n";
     std::string text = fmt::format(kLine, "window", "x", "y", "width", "height", "mode", "layer", "zoomed");
     const std::size_t shown = std::min(windows.size(), kMaxTableLines);
-    for (std::size_t i = 0; i < shown; ++i) {
-        const std::size_t layer = windows.size() - i;
-        const Window& window = windows[layer - 1];
-        text += fmt::format(fmt::runtime(kLine), window.id, window.rect.x, window.rect.y, window.rect.width,
-                            window.rect.height, window.split.mode, layer,
-                            window.zoomed ? std::to_string(*window.zoomed) : "-");
-    }
-    if (shown < windows.size()) {
-        text += fmt::format("and {} more below\n", windows.size() - shown);
-    }
-    return text;
+    std::for_each(windows.rbegin(), windows.rbegin() + static_cast<std::ptrdiff_t>(shown),
+                  [&](const WindowView& window) {
+                      text += fmt::format(kLine, window.id, window.rect.x, window.rect.y, window.rect.width,
+                                          window.rect.height, window.mode, window.layer,
+                                          window.zoomed ? std::to_string(*window.zoomed) : "-");
+                  });
+    return text + MoreBelow(windows.size(), shown);
 }
 
-// The sub-windows that show something, sound or have a border.
-std::string DrawShowTable(const DeviceState& state)
+std::string DrawBusyTable(const WallView& view)
 {
+    if (view.busy.empty()) {
+        return {};
+    }
     constexpr const char* kLine = "{:>10} {:>4} {:>10} {:>6} {:>6}  {}\n";
-    std::string text;
-    std::size_t lines = 0;
-    const std::vector<Window>& windows = state.wall.Windows();
-    for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
-        for (const SubWindow& subWindow : window->split.subWindows) {
-            if ((subWindow.IsIdle() && !subWindow.sound && !subWindow.border) || ++lines > kMaxTableLines) {
-                continue;
-            }
-            const Caption caption = CaptionOf(subWindow, state.groups);
-            text += fmt::format(kLine, window->id, subWindow.index, subWindow.osdId,
-                                subWindow.sound ? std::to_string(*subWindow.sound) : "-",
-                                subWindow.border ? "yes" : "-",
-                                subWindow.IsIdle() ? "-" : caption.title + ", " + caption.detail);
-        }
+    std::string text = fmt::format(kLine, "window", "sub", "osd", "sound", "border", "shows");
+    for (const auto& [windowId, cell] : view.busy) {
+        text += fmt::format(kLine, windowId, cell.index, cell.osdId,
+                            cell.sound ? std::to_string(*cell.sound) : "-", cell.border ? "yes" : "-",
+                            cell.Shows("-"));
     }
-    if (lines > kMaxTableLines) {
-        text += fmt::format("and {} more below\n", lines - kMaxTableLines);
-    }
-    return text.empty() ? text
-                        : fmt::format(kLine, "window", "sub", "osd", "sound", "border", "shows") + text;
+    return text + MoreBelow(view.busyCount, view.busy.size());
 }
 
 } // namespace
 
-std::string DrawText(const DeviceState& state)
+std::string DrawText(const WallView& view)
 {
-    const Wall& wall = state.wall;
-    const auto off = [](bool on, const char* what) { return on ? "" : fmt::format(", {} off", what); };
-    return fmt::format("TV wall, {} x {} screens, {} bound, {} x {} pixels{}{}\n{}\n", wall.Rows(),
-                       wall.Columns(), wall.Screens().Bound().size(), wall.Width(), wall.Height(),
-                       off(wall.Switches().borders, "borders"), off(wall.Switches().windowIds, "window ids"),
-                       TallyText(wall, ", ")) +
-           Drawing(state).Text() + DrawWindowTable(wall) + DrawShowTable(state);
+    std::string text = fmt::format("TV wall, {} x {} screens, {} bound, {} x {} pixels", view.rows,
+                                   view.columns, view.bound, view.rect.width, view.rect.height);
+    for (const std::string& off : view.switchedOff) {
+        text += ", " + off;
+    }
+    return fmt::format("{}\n{}\n{}{}{}", text, fmt::join(view.tally, ", "), Drawing(view).Text(),
+                       DrawWindowTable(view.windows), DrawBusyTable(view));
 }
 
 } // namespace simulated_decoder

@@ -18,7 +18,7 @@
 #include "Link/Message.h"
 #include "LogFormatter.h"
 #include "Picture/AtomicFile.h"
-#include "Picture/Captions.h"
+#include "Picture/WallPictures.h"
 #include "Server/Device.h"
 #include "Server/PcapFile.h"
 #include "Server/Server.h"
@@ -175,7 +175,7 @@ TEST_F(DecoderRequests, PicturesCutOffWhatLiesBeyondTheWall)
     ASSERT_EQ(state.wall.Create({{7, huge, {4, {{0, 1}, {1, 1}, {2, 1}, {3, 1}}}},
                                  {8, {-99, -99, 100, 100}, {1, {{0, 1}}}}}),
               ErrorCode::Success);
-    std::istringstream picture(DrawText(state));
+    std::istringstream picture(DrawText(See(state)));
     std::string line;
     std::getline(picture, line);
     std::getline(picture, line);
@@ -187,10 +187,10 @@ TEST_F(DecoderRequests, PicturesCutOffWhatLiesBeyondTheWall)
         drawn += line;
     }
     EXPECT_NE(drawn.find("╝  7 "), std::string::npos) << drawn; // next to the only corner that is seen of 8
-    const std::string svg = DrawSvg(state);
+    const std::string svg = DrawSvg(See(state));
     EXPECT_EQ(tinyxml2::XMLDocument().Parse(svg.c_str()), tinyxml2::XML_SUCCESS);
     EXPECT_NE(svg.find("<clipPath id=\"wall\">"), std::string::npos);
-    EXPECT_LT(svg.find("<g clip-path=\"url(#wall)\">"), svg.find("<g>")); // which begins the first window
+    EXPECT_NE(svg.find("clip-path=\"url(#wall)\">\n<g id=\"window-7\">"), std::string::npos); // around all
 }
 
 TEST_F(DecoderRequests, WhatTheParserCannotReadInLinearTimeIsRefused)

@@ -1,0 +1,79 @@
+#pragma once
+// What is seen of the wall: computed once from its state, then drawn as SVG and as text and told to the page.
+// Rectangles are in wall coordinates.
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "State/DeviceState.h"
+
+namespace simulated_decoder {
+
+struct CellView {
+    enum class Kind { Idle, Plays, Polls };
+
+    std::uint32_t index = 0;
+    std::uint32_t osdId = 0;
+    Kind kind = Kind::Idle;
+    std::string title;  // the source, or the group that it cycles through; ASCII, empty when idle
+    std::string detail; // channel, stream and so on, likewise
+    std::optional<std::int32_t> sound; // the channel whose sound is on
+    bool border = false;               // it has one
+    bool framed = false;               // and that is seen
+
+    // Title and detail, or this when it is idle.
+    std::string Shows(const char* idle) const;
+};
+
+struct WindowView {
+    std::uint32_t id = 0;
+    std::size_t layer = 0; // 1 is the lowest
+    Rect rect;             // may reach over the edges of the wall
+    Rect seen;             // what of it lies on the wall
+    std::uint32_t mode = 0;
+    std::optional<std::uint32_t> zoomed; // the sub-window that fills it
+    std::size_t showing = 0;             // sub-windows that play or poll
+    bool covered = false;                // one higher window hides all of it
+    // All of them, row by row. So that a wall with many windows is drawn in a moment, only so many of the
+    // highest ones have them; the others have none here.
+    std::vector<CellView> cells;
+
+    // The cells that are seen: all, or the one that fills the window.
+    std::span<const CellView> SeenCells() const;
+};
+
+struct ScreenView {
+    GridPosition position;
+    Rect rect;
+    std::optional<std::uint32_t> output; // that is bound to it
+};
+
+// A sub-window that shows something, sounds or has a border.
+struct BusyCell {
+    std::uint32_t windowId = 0;
+    CellView cell;
+};
+
+struct WallView {
+    int rows = 0;
+    int columns = 0;
+    Rect rect;
+    std::size_t bound = 0; // screens
+    DisplaySwitches switches;
+    std::vector<std::string> tally;       // such as "2 windows", "5 sub-windows", "3 playing"
+    std::vector<std::string> switchedOff; // such as "borders off"
+    std::vector<ScreenView> screens;      // row by row
+    std::vector<WindowView> windows;      // from the lowest layer to the highest
+    std::vector<BusyCell> busy;           // from the highest layer down, the first so many
+    std::size_t busyCount = 0;            // all of them
+};
+
+WallView See(const DeviceState& state);
+// One window with its cells; nothing when there is none with this id.
+std::optional<WindowView> SeeWindow(const DeviceState& state, std::uint32_t id);
+
+} // namespace simulated_decoder
