@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "Ratio.h"
-#include "Session/DeviceRequest.h"
+#include "Session/Envelope.h"
 #include "Session/NetProtocolProcTWDECODERDevImp.h"
 
 namespace {

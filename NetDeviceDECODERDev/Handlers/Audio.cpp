@@ -5,7 +5,7 @@
 #include "Link/CmdXmlFormat.h"
 #include "Link/DeviceReply.h"
 #include "MonitorTvwCommAudio.h"
-#include "Session/DeviceRequest.h"
+#include "Session/Envelope.h"
 #include "Session/NetProtocolProcTWDECODERDevImp.h"
 #include "TvwallProtocol.h"
 

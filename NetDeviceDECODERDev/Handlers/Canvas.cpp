@@ -4,7 +4,7 @@
 #include "Handlers/WindowListXml.h"
 #include "Link/CmdXmlFormat.h"
 #include "MonitorTvwCommCanvas.h"
-#include "Session/DeviceRequest.h"
+#include "Session/Envelope.h"
 #include "Session/NetProtocolProcTWDECODERDevImp.h"
 
 using namespace DECODE_XML_CMD_HEADER;

@@ -9,7 +9,7 @@
 #include "Link/CmdXmlFormat.h"
 #include "Link/DeviceReply.h"
 #include "MonitorTvwCommChannelGroup.h"
-#include "Session/DeviceRequest.h"
+#include "Session/Envelope.h"
 #include "Session/NetProtocolProcTWDECODERDevImp.h"
 #include "TvwallProtocol.h"
 #include "VTXMLParse.h"

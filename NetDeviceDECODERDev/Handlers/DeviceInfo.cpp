@@ -5,7 +5,7 @@
 #include "Link/CmdXmlFormat.h"
 #include "Link/DeviceReply.h"
 #include "MonitorTvwCommDeviceInfo.h"
-#include "Session/DeviceRequest.h"
+#include "Session/Envelope.h"
 #include "Session/NetProtocolProcTWDECODERDevImp.h"
 
 using namespace DECODE_XML_CMD_HEADER;

@@ -8,7 +8,7 @@
 #include "Link/DeviceReply.h"
 #include "MonitorTvwCommDisplay.h"
 #include "NetNode.h"
-#include "Session/DeviceRequest.h"
+#include "Session/Envelope.h"
 #include "Session/NetProtocolProcTWDECODERDevImp.h"
 #include "SysHelper.h"
 

@@ -7,7 +7,7 @@
 #include "Link/CmdXmlFormat.h"
 #include "Link/DeviceReply.h"
 #include "MonitorTvwCommLayout.h"
-#include "Session/DeviceRequest.h"
+#include "Session/Envelope.h"
 #include "Session/NetProtocolProcTWDECODERDevImp.h"
 #include "Session/SessionLog.h"
 

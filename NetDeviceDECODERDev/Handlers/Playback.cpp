@@ -3,7 +3,7 @@
 #include "DecodeCommPlayback.h"
 #include "Handlers/WindowListXml.h"
 #include "Link/CmdXmlFormat.h"
-#include "Session/DeviceRequest.h"
+#include "Session/Envelope.h"
 #include "Session/NetProtocolProcTWDECODERDevImp.h"
 #include "TvwallProtocol.h"
 

@@ -4,7 +4,7 @@
 #include "Handlers/WindowListXml.h"
 #include "Link/CmdXmlFormat.h"
 #include "MonitorTvwCommWallInfo.h"
-#include "Session/DeviceRequest.h"
+#include "Session/Envelope.h"
 #include "Session/NetProtocolProcTWDECODERDevImp.h"
 #include "TvwallProtocol.h"
 

@@ -1,9 +1,6 @@
-// One request and its reply: envelope, frame, sending, waiting. Runs on the worker thread.
+// One request and its reply: frame, sending, waiting, the reply opened. Runs on the worker thread.
 
-#include <algorithm>
-#include <atomic>
 #include <cstring>
-#include <new>
 
 #include "AtomicAccess.h"
 #include "Crypto/CredentialCipher.h"
@@ -11,7 +8,7 @@
 #include "Link/DeviceReply.h"
 #include "NetNode.h"
 #include "PFHelper.h"
-#include "Session/DeviceRequest.h"
+#include "Session/Envelope.h"
 #include "Session/NetProtocolProcTWDECODERDevImp.h"
 #include "Session/RunningCommand.h"
 #include "Session/SessionLog.h"
@@ -22,87 +19,7 @@ constexpr unsigned int REPLY_TIMEOUT_MS = 30000;
 constexpr unsigned int POLL_INTERVAL_MS = 100;
 constexpr unsigned int SEND_RETRY_INTERVAL_MS = 1;
 
-constexpr unsigned int FIRST_CMD_ID = 256;
-constexpr unsigned int LAST_CMD_ID = 0xFFFFFFFD;
-
-std::atomic<unsigned int> g_nCmdID{FIRST_CMD_ID}; // shared by all sessions of the process
-
 } // namespace
-
-unsigned int CNetProtocolProcTWDECODERDevImp::GetCmdID()
-{
-    unsigned int nLast = g_nCmdID.load(std::memory_order_relaxed);
-    while (!g_nCmdID.compare_exchange_weak(nLast, CmdIDAfter(nLast), std::memory_order_relaxed)) {
-    }
-    return CmdIDAfter(nLast);
-}
-
-unsigned int CNetProtocolProcTWDECODERDevImp::CmdIDAfter(unsigned int nCmdID)
-{
-    return nCmdID < LAST_CMD_ID ? nCmdID + 1 : FIRST_CMD_ID;
-}
-
-void CNetProtocolProcTWDECODERDevImp::AddRequestXmfHeader(CMarkupSTL& doc)
-{
-    doc.AddElem("td_command");
-    doc.IntoElem();
-    doc.AddElem("td_header");
-}
-
-void CNetProtocolProcTWDECODERDevImp::AddSessionlessXmlStr(CMarkupSTL& doc, const std::string& url,
-                                                           unsigned int seq)
-{
-    constexpr int IDENTITY_PLUGIN = 3; // what the decoder takes the sender for
-    doc.IntoElem();
-    doc.AddElem("version", "2.2");
-    doc.AddElem("type", "request");
-    doc.AddElem("url", url.c_str());
-    doc.AddElem("seq", seq);
-    doc.AddElem("identity", IDENTITY_PLUGIN);
-}
-
-// The url by value, as those who link this by name expect it.
-void CNetProtocolProcTWDECODERDevImp::AddCommomXmlStr(
-    CMarkupSTL& doc, std::string url, // NOLINT(performance-unnecessary-value-param)
-    unsigned int seq) const
-{
-    AddSessionlessXmlStr(doc, url, seq);
-    doc.AddElem("session", m_replyMessage.s_sessionId.c_str());
-    doc.AddElem("token", m_replyMessage.s_token.c_str());
-}
-
-std::unique_ptr<CMarkupSTL> CNetProtocolProcTWDECODERDevImp::TakeDocument()
-{
-    if (!m_pSpareDocument) {
-        return std::make_unique<CMarkupSTL>();
-    }
-    auto pDoc = std::move(m_pSpareDocument);
-    pDoc->Clear();
-    return pDoc;
-}
-
-void CNetProtocolProcTWDECODERDevImp::KeepDocument(std::unique_ptr<CMarkupSTL> pDoc)
-{
-    constexpr size_t KEPT_FROM = size_t{128} << 10; // where the allocator begins to map blocks one by one
-    constexpr size_t KEPT_UP_TO = size_t{2} << 20;
-    const size_t nMemory = pDoc->GetMemory();
-    if (nMemory >= KEPT_FROM && nMemory <= KEPT_UP_TO) {
-        m_pSpareDocument = std::move(pDoc);
-    }
-}
-
-void CNetProtocolProcTWDECODERDevImp::ResizeBuffer(char*& buf, unsigned long& capacity, unsigned long need)
-{
-    if (need <= capacity) {
-        return;
-    }
-    delete[] buf;
-    buf = new (std::nothrow) char[need]();
-    AtomicStoreRelaxed(capacity, buf != nullptr ? need : 0);
-    if (buf == nullptr) {
-        throw std::bad_alloc();
-    }
-}
 
 unsigned int CNetProtocolProcTWDECODERDevImp::GetDevHeaderLength() { return sizeof(_tagNET_DATAHEAD); }
 
@@ -208,11 +125,6 @@ bool CNetProtocolProcTWDECODERDevImp::Exchange(CCmdProcObject* cmd, const CDevic
         return false;
     }
     return false;
-}
-
-CCredentialCipher CNetProtocolProcTWDECODERDevImp::Cipher(const std::string& pubKeyPem) const
-{
-    return {pubKeyPem, m_RunFlag, Running().bGivenUp};
 }
 
 std::string_view CNetProtocolProcTWDECODERDevImp::ReplyText() const

@@ -12,7 +12,7 @@
 #include "Link/CmdXmlFormat.h"
 #include "Link/DeviceReply.h"
 #include "NetNode.h"
-#include "Session/DeviceRequest.h"
+#include "Session/Envelope.h"
 #include "Session/NetProtocolProcTWDECODERDevImp.h"
 #include "Session/SessionLog.h"
 #include "TypeCheck.h"

@@ -111,12 +111,13 @@ private:
     bool GetXmlUrlFromDevData(const char* data, unsigned long len, std::string& url);
     static bool IsSupportFunc(const std::string& url);
     void StoreReply(const char* data, unsigned long len);
+    // Makes room for need bytes of zeros, unless there is; what was in it goes. Throws std::bad_alloc.
+    static void ResizeBuffer(char*& buf, unsigned long& capacity, unsigned long need);
     // Also called by the worker.
     void NotifyHost(unsigned int nOptType, const char* data, unsigned long nDataLen, unsigned long nLen);
 
     // --- exchanges ---
 
-    static void ResizeBuffer(char*& buf, unsigned long& capacity, unsigned long need);
     static unsigned int GetDevHeaderLength();
     static void FillKESTHeader(char* head, unsigned long len);
     // Frames the document's text into buf; bufLen is the capacity on entry and the frame's length afterwards.

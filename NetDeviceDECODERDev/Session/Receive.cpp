@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <utility>
 
 #include "AtomicAccess.h"
@@ -142,6 +143,19 @@ bool CNetProtocolProcTWDECODERDevImp::GetXmlUrlFromDevData(const char* data, uns
 bool CNetProtocolProcTWDECODERDevImp::IsSupportFunc(const std::string& url)
 {
     return DECODE_XML_CMD_HEADER::IsKnownUrl(url);
+}
+
+void CNetProtocolProcTWDECODERDevImp::ResizeBuffer(char*& buf, unsigned long& capacity, unsigned long need)
+{
+    if (need <= capacity) {
+        return;
+    }
+    delete[] buf;
+    buf = new (std::nothrow) char[need]();
+    AtomicStoreRelaxed(capacity, buf != nullptr ? need : 0);
+    if (buf == nullptr) {
+        throw std::bad_alloc();
+    }
 }
 
 void CNetProtocolProcTWDECODERDevImp::StoreReply(const char* data, unsigned long len)

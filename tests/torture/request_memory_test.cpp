@@ -1,7 +1,7 @@
 // What composing a request allocates, and what the session keeps of it.
 
 #include "AllocationFault.h"
-#include "Session/DeviceRequest.h"
+#include "Session/Envelope.h"
 #include "SessionFixture.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include "CommandSamples.h"
 #include "HostFunctions.h"
-#include "Session/DeviceRequest.h"
+#include "Session/Envelope.h"
 #include "SessionAccess.h"
 
 using namespace ORVA_NET_PROTOCOL;
