@@ -5,39 +5,47 @@
 
 namespace simulated_decoder {
 
-// The numbers of the login (51 to 106) are the link's own: the host tells them apart. The others only say to
-// whoever reads the reply why the decoder refused.
+// Every code with its number and its words, in one list: ERROR(name, number, words). The numbers of the login
+// (51 to 106) are the link's own: the host tells them apart. The others only say to whoever reads the reply
+// why the decoder refused.
+// clang-format off
+#define SIMULATED_DECODER_ERRORS(ERROR) \
+    ERROR(Success, 0, "success") \
+    ERROR(MalformedRequest, 1, "malformed request") /* not XML, or without the header elements that every request has */ \
+    ERROR(UnknownUrl, 2, "unknown url") \
+    ERROR(BadValue, 3, "missing or bad value") /* an element of the body is missing, is no number or is out of its range */ \
+    ERROR(WrongSession, 51, "wrong session") \
+    ERROR(WrongToken, 52, "wrong token") /* not logged in (any more) */ \
+    ERROR(WrongAccount, 103, "wrong account") \
+    ERROR(TooManyHosts, 105, "too many hosts") /* logged in at the same time */ \
+    ERROR(WrongPassword, 106, "wrong password") \
+    ERROR(UnknownWindow, 201, "unknown window") \
+    ERROR(WindowExists, 202, "window exists") \
+    ERROR(OffTheWall, 203, "rectangle off the wall") \
+    ERROR(EmptyRectangle, 204, "empty rectangle") \
+    ERROR(WrongMode, 205, "wrong split mode") /* not from 1 to 64, not the number of sub-windows given, or an index given twice */ \
+    ERROR(TooManyWindows, 206, "too many windows") \
+    ERROR(UnknownSubWindow, 207, "unknown sub-window") \
+    ERROR(NothingPlaying, 208, "nothing is playing") /* in the sub-window whose playback is to be controlled */ \
+    ERROR(TooManyMedia, 209, "too many media") /* for one sub-window */ \
+    ERROR(UnreadableCredential, 301, "unreadable credential") /* empty, or not enciphered under the second key */ \
+    ERROR(RefusedCredential, 302, "refused credential") /* the source has no such account */ \
+    ERROR(UnknownScreen, 401, "unknown screen") /* the position is not in the grid */ \
+    ERROR(ScreenTaken, 402, "screen taken") /* another output feeds it */ \
+    ERROR(ScreenNotBound, 403, "screen not bound") \
+    ERROR(UnknownOutput, 405, "unknown output") \
+    ERROR(OutputTaken, 406, "output taken") /* it feeds another screen */ \
+    ERROR(UnknownChannel, 501, "unknown channel") \
+    ERROR(UnknownGroup, 502, "unknown channel group") \
+    ERROR(GroupExists, 503, "channel group exists") \
+    ERROR(GroupInUse, 504, "channel group in use") /* some sub-window cycles through it */ \
+    ERROR(TooManyGroups, 505, "too many channel groups")
+// clang-format on
+
 enum class ErrorCode : std::uint32_t {
-    Success = 0,
-    MalformedRequest = 1, // not XML, or without the header elements that every request has
-    UnknownUrl = 2,
-    BadValue = 3, // an element of the body is missing, is no number or is out of its range
-    WrongSession = 51,
-    WrongToken = 52, // not logged in (any more)
-    WrongAccount = 103,
-    TooManyHosts = 105, // logged in at the same time
-    WrongPassword = 106,
-    UnknownWindow = 201,
-    WindowExists = 202,
-    OffTheWall = 203,
-    EmptyRectangle = 204,
-    WrongMode = 205, // not from 1 to 64, not the number of sub-windows given, or an index given twice
-    TooManyWindows = 206,
-    UnknownSubWindow = 207,
-    NothingPlaying = 208,       // in the sub-window whose playback is to be controlled
-    TooManyMedia = 209,         // for one sub-window
-    UnreadableCredential = 301, // empty, or not enciphered under the second key
-    RefusedCredential = 302,    // the source has no such account
-    UnknownScreen = 401,        // the position is not in the grid
-    ScreenTaken = 402,          // another output feeds it
-    ScreenNotBound = 403,
-    UnknownOutput = 405,
-    OutputTaken = 406, // it feeds another screen
-    UnknownChannel = 501,
-    UnknownGroup = 502,
-    GroupExists = 503,
-    GroupInUse = 504, // some sub-window cycles through it
-    TooManyGroups = 505,
+#define ERROR_NUMBER(name, number, words) name = number,
+    SIMULATED_DECODER_ERRORS(ERROR_NUMBER)
+#undef ERROR_NUMBER
 };
 
 // The code in words; never null. A number that a fault made up has words too.

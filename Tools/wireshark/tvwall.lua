@@ -26,6 +26,21 @@ local ERROR_WORDS = {
     [204] = "empty rectangle",
     [205] = "wrong split mode",
     [206] = "too many windows",
+    [207] = "unknown sub-window",
+    [208] = "nothing is playing",
+    [209] = "too many media",
+    [301] = "unreadable credential",
+    [302] = "refused credential",
+    [401] = "unknown screen",
+    [402] = "screen taken",
+    [403] = "screen not bound",
+    [405] = "unknown output",
+    [406] = "output taken",
+    [501] = "unknown channel",
+    [502] = "unknown channel group",
+    [503] = "channel group exists",
+    [504] = "channel group in use",
+    [505] = "too many channel groups",
 }
 
 local tvwall = Proto("tvwall", "TV-Wall Decoder Link")
