@@ -21,8 +21,6 @@ namespace simulated_decoder {
 namespace {
 
 constexpr const char* kPasswordVariable = "TVWALL_DECODER_PASSWORD";
-constexpr std::uint32_t kMaxDecoders = 4096;
-constexpr std::uint32_t kMaxPort = 65535;
 
 std::string Footer()
 {
@@ -58,23 +56,6 @@ void ReadAddress(const char* option, const std::string& text, std::string& host,
     }
     host = std::move(address->host);
     port = address->port;
-}
-
-// One file holds one wall, one log the requests to one decoder.
-void CheckFleet(const Options& options)
-{
-    if (options.decoders == 1) {
-        return;
-    }
-    if (!options.device.wallSvg.empty() || !options.device.wallText.empty() ||
-        !options.device.jsonLog.empty() || !options.pageHost.empty()) {
-        throw CLI::RuntimeError(
-            "--wall-svg, --wall-text, --json-log and --http take one decoder, not several", kExitUsage);
-    }
-    if (options.port != 0 && options.port + options.decoders - 1 > kMaxPort) {
-        throw CLI::RuntimeError(
-            fmt::format("there are no {} ports from {} on", options.decoders, options.port), kExitUsage);
-    }
 }
 
 std::string ReadPassword(const std::string& path)
@@ -127,8 +108,7 @@ void AddConnectionOptions(CLI::App& app, CommandLine& line)
         ->type_name("HOST:PORT")
         ->capture_default_str();
     AddFile(app, "--port-file", line.options.portFile,
-            "Write the port number to this file once hosts can connect; of several\n"
-            "decoders one a line");
+            "Write the port number to this file once hosts can connect");
     app.add_option("--http", line.http,
                    "Show the wall as a page here, where faults can be switched, too; it asks for no "
                    "password; port 0 picks a free one")
@@ -206,7 +186,6 @@ void Interpret(CommandLine& line)
     if (!line.notifySeq.empty()) {
         options.device.notifySeq = ReadNotifySeq(line.notifySeq);
     }
-    CheckFleet(options);
     for (const std::string& spec : line.faults) {
         if (const std::string problem = AddFault(options.device.faults, spec); !problem.empty()) {
             throw CLI::RuntimeError("--fault: " + problem, kExitUsage);
@@ -225,11 +204,6 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
     app.set_version_flag("--version", "tvwall-decoder " TVWALL_DECODER_VERSION, "Print the version and exit");
     AddConnectionOptions(app, line);
     AddWallOptions(app, line.options.device);
-    app.add_option("--decoders", line.options.decoders,
-                   "So many decoders in one process, each with a wall and a port of its own: from the one\n"
-                   "named on, or free ones; account and keys are the same")
-        ->check(CLI::Range(1U, kMaxDecoders))
-        ->capture_default_str();
     AddNotificationOptions(app, line);
     AddRecordOptions(app, line.options);
     app.add_option("--fault", line.faults, "Misbehave on order; may be given several times")

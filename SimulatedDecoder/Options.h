@@ -15,7 +15,6 @@ struct Options {
     std::string portFile;
     std::string pageHost; // empty: no page
     std::uint16_t pagePort = 0;
-    std::uint32_t decoders = 1; // each with a wall of its own, on successive ports from `port` on
     std::string pcap;
     DeviceSettings device;
 };

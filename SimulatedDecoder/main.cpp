@@ -3,6 +3,7 @@
 #include <iostream>
 #include <optional>
 #include <stdexcept>
+#include <string>
 #include <variant>
 
 #include <asio/io_context.hpp>
@@ -11,12 +12,13 @@
 #include <spdlog/sinks/stdout_color_sinks.h>
 #include <spdlog/spdlog.h>
 
-#include "Fleet.h"
 #include "LogFormatter.h"
 #include "Options.h"
 #include "Page/PageServer.h"
 #include "Picture/AtomicFile.h"
+#include "Server/Device.h"
 #include "Server/DeviceFeed.h"
+#include "Server/PcapFile.h"
 #include "Server/Server.h"
 #include "StopSignals.h"
 #include "Tools/Common/StandardStreams.h"
@@ -43,12 +45,12 @@ int Complain(const char* what, int status)
 }
 
 // As long as the program runs, a hang-up has the channels read again.
-void ReloadOnHangUp(asio::signal_set& hangUps, Fleet& fleet)
+void ReloadOnHangUp(asio::signal_set& hangUps, Device& device, Server& server)
 {
     hangUps.async_wait([&](const std::error_code& cancelled, int) {
         if (!cancelled) {
-            fleet.ReloadChannels();
-            ReloadOnHangUp(hangUps, fleet);
+            server.Notify(device.ReloadChannels());
+            ReloadOnHangUp(hangUps, device, server);
         }
     });
 }
@@ -61,21 +63,23 @@ int Run(const Options& options)
     asio::signal_set hangUps(context, SIGHUP);
 
     DeviceFeed feed(context);
-    Fleet fleet(context, options);
-    std::optional<PageServer> page; // of one decoder, see the options
+    PcapFile capture(options.pcap);
+    Device device(options.device);
+    Server server(context, device, capture, options.host, options.port);
+    std::optional<PageServer> page;
     if (!options.pageHost.empty()) {
-        fleet.First().device.Watch([&feed] { feed.Changed(); });
-        page.emplace(context, feed, fleet.First().device, fleet.First().server, options.pageHost,
-                     options.pagePort);
+        device.Watch([&feed] { feed.Changed(); });
+        page.emplace(context, feed, device, server, options.pageHost, options.pagePort);
     }
-    ReloadOnHangUp(hangUps, fleet);
+    ReloadOnHangUp(hangUps, device, server);
     if (!options.portFile.empty()) {
-        const std::string problem = WriteFileAtomically(options.portFile, fleet.Ports());
+        const std::string problem =
+            WriteFileAtomically(options.portFile, std::to_string(server.Port()) + '\n');
         if (!problem.empty()) {
             throw std::runtime_error(problem);
         }
     }
-    std::cout << fleet.Announcement() << std::flush;
+    std::cout << "listening on " << server.Where() << std::endl;
     if (page) {
         std::cout << "page at http://" << page->Where() << "/" << std::endl;
     }

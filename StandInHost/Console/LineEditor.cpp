@@ -17,7 +17,7 @@ namespace standin_host {
 
 namespace {
 
-constexpr char szComplete[] = "tvwall-complete";
+constexpr char kComplete[] = "tvwall-complete";
 
 LineEditor& Self(EditLine* editor)
 {
@@ -68,11 +68,11 @@ LineEditor::LineEditor(HostEvents& events, EditorHooks hooks)
             return self.Guarded(-1, [&] { return self.ReadCharacter(character); });
         });
     el_set(
-        editor, EL_ADDFN, szComplete, "completes the word at the cursor", +[](EditLine* asking, int) {
+        editor, EL_ADDFN, kComplete, "completes the word at the cursor", +[](EditLine* asking, int) {
             LineEditor& self = Self(asking);
             return self.Guarded(static_cast<unsigned char>(CC_ERROR), [&self] { return self.Complete(); });
         });
-    el_set(editor, EL_BIND, "^I", szComplete, nullptr);
+    el_set(editor, EL_BIND, "^I", kComplete, nullptr);
     el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
     el_set(editor, EL_BIND, "^W", "ed-delete-prev-word", nullptr);
     el_source(editor, nullptr); // what the user has set for all programs with this editor

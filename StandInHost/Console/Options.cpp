@@ -16,10 +16,10 @@ namespace standin_host {
 
 namespace {
 
-constexpr char szDescription[] =
+constexpr char kDescription[] =
     "Loads the decoder plug-in, connects to a decoder and runs commands on its wall.";
 
-constexpr char szExamples[] = R"(Examples:
+constexpr char kExamples[] = R"(Examples:
   tvwall-host --decoder 192.0.2.7:9000 --user admin login
   tvwall-host --decoder 192.0.2.7:9000 --user admin shell
   tvwall-host --decoder 192.0.2.7:9000 --user admin window create 1 0 0 960 540 --mode 4
@@ -42,7 +42,7 @@ Files:
 Failure codes:
 )";
 
-constexpr char szExitStatus[] = R"(
+constexpr char kExitStatus[] = R"(
 Exit status:
   0        all answered; a shell on a terminal has ended
   1        a command was answered with a failure
@@ -166,12 +166,12 @@ Options ParseOptions(int argc, const char* const* argv)
 {
     Options options;
     RawOptions raw;
-    CLI::App app(szDescription, "tvwall-host");
+    CLI::App app(kDescription, "tvwall-host");
     app.set_version_flag("--version", "tvwall-host " TVWALL_VERSION);
     app.set_help_all_flag("--help-all", "print this help and that of every command below");
     AddOptions(app, options, raw);
     AddConsoleCommands(app, options.command, kPlaceCommandLine);
-    app.footer(szExamples + FailureTable() + szExitStatus); // after the commands, which would take it over
+    app.footer(kExamples + FailureTable() + kExitStatus); // after the commands, which would take it over
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForVersion& version) {

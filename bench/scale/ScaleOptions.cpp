@@ -16,10 +16,10 @@ using standin_host::UsageError;
 
 namespace {
 
-constexpr char szDescription[] =
+constexpr char kDescription[] =
     "Runs many decoders in one host process and reports what the plug-in costs for each of them.";
 
-constexpr char szFooter[] =
+constexpr char kFooter[] =
     R"(The decoders are simulated, in one process of their own; each has its port and its wall.
 
 Examples:
@@ -34,8 +34,8 @@ std::string DefaultDecoderProgram()
 {
     namespace fs = std::filesystem;
     std::error_code ignored;
-    const fs::path folder = fs::read_symlink("/proc/self/exe", ignored).parent_path().parent_path();
-    return folder / "SimulatedDecoder" / "tvwall-decoder";
+    const fs::path folder = fs::read_symlink("/proc/self/exe", ignored).parent_path();
+    return folder / "tvwall-scale-decoders";
 }
 
 struct Times {
@@ -88,7 +88,7 @@ void AddFiles(CLI::App& app, ScaleOptions& options)
     app.add_option("--plugin", options.pluginFile, "the plug-in library (default: of this build)")
         ->type_name("FILE");
     app.add_option("--decoder-program", options.decoderProgram,
-                   "the simulated decoder (default: of this build)")
+                   "tvwall-scale-decoders (default: of this build)")
         ->type_name("FILE");
 }
 
@@ -117,12 +117,12 @@ ScaleOptions ParseScaleOptions(int argc, const char* const* argv)
 {
     ScaleOptions options;
     Times times{options.loadTime.count(), 0, options.sampleEvery.count()};
-    CLI::App app(szDescription, "tvwall-scale");
+    CLI::App app(kDescription, "tvwall-scale");
     AddLoad(app, options);
     AddTimes(app, times);
     AddFiles(app, options);
     app.set_version_flag("--version", "tvwall-scale " TVWALL_VERSION);
-    app.footer(szFooter);
+    app.footer(kFooter);
     Parse(app, argc, argv);
     for (const double number :
          {options.rate, options.notify, times.seconds, times.soakMinutes, times.sampleEvery}) {

@@ -22,7 +22,7 @@ namespace {
 using namespace scale;
 using namespace standin_host;
 
-constexpr char szUser[] = "operator";
+constexpr char kUser[] = "operator";
 // A decoder has a listening and a connected socket; the rest is for files, pipes and libraries.
 constexpr std::size_t kDescriptorsPerDecoder = 2;
 constexpr std::size_t kOtherDescriptors = 64;
@@ -39,9 +39,9 @@ std::string RandomPassword()
 
 std::vector<std::string> DecoderArguments(const ScaleOptions& options)
 {
-    std::vector<std::string> arguments = {"--user", szUser, "--listen", "127.0.0.1:0"};
-    arguments.insert(arguments.end(), {"--decoders", std::to_string(options.decoders), "--notify-channels",
-                                       std::to_string(options.channelCount)});
+    std::vector<std::string> arguments = {
+        std::to_string(options.decoders),    "--user", kUser, "--listen", "127.0.0.1:0", "--notify-channels",
+        std::to_string(options.channelCount)};
     if (const uint32_t period = options.NotifyPeriod(); period != 0) {
         arguments.insert(arguments.end(), {"--fault", "notify-every=" + std::to_string(period), "--fault",
                                            "notify-burst=" + std::to_string(options.burst)});
@@ -97,7 +97,7 @@ int Run(const ScaleOptions& options)
     DecoderProcess decoders(options.decoderProgram, DecoderArguments(options));
     const auto ports = decoders.AwaitPorts(options.decoders, events);
     ScaleRun run(options, plugin, ioThread, events);
-    run.Run(szUser, passwordText, ports);
+    run.Run(kUser, passwordText, ports);
     return Report(options, run.Result(), jsonFile);
 }
 

@@ -247,13 +247,6 @@ class Programs(unittest.TestCase):
             os.close(unread)
             os.close(full)
 
-    def test_each_decoder_of_a_process_has_its_own_wall(self):
-        decoders = self.start(DECODER, "--decoders", "2")
-        for _ in range(2):
-            self.address = decoders.stdout.readline().removeprefix("listening on ").strip()
-            self.run_host(0, "window", "create", "1", "0", "0", "960", "540")
-        self.run_host(1, "window", "create", "1", "0", "0", "960", "540")  # the last one has it now
-
     def test_raw_commands_go_in_as_they_are(self):
         self.start_decoder()
         lines = self.run_host(4, "--json", "script", "-", script="raw 0x50001 --option 0x60011 --hex 0102\n"
