@@ -1,10 +1,12 @@
 #pragma once
 
 #include <atomic>
-#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "Lock.h"
 
 // The text of one numbered message, private to whoever holds it.
 struct S_DeviceReply {
@@ -12,26 +14,28 @@ struct S_DeviceReply {
     std::string strText;
 };
 
-// Hands the reply that the worker waits for over from the receive thread, without a lock.
+// Hands the reply that the worker waits for over from the receive thread. The lock is held while pointers
+// change hands, never while a text is copied.
 //
-// The first message with the awaited number that is no notification is the reply, and nothing that follows it
-// takes its place. The receive thread publishes a private copy once the message is stored; from then on
-// HasReply is true.
+// The first message with the awaited number that is no notification and comes after Expect is the reply:
+// HasReply is true from then on, and nothing that follows takes its place.
 //
-// A worker that has seen the awaited number as the last one received takes the message for the answer,
+// A worker that has seen the awaited number as the last one received takes that message for the answer,
 // whatever it is: a decoder may guess the number and answer before the question, or give it to a
-// notification. For that case the last other numbered message is kept as well, while a command runs and no
-// longer. Such a number becomes visible before its message is stored; Take lets that receive finish.
+// notification. So two texts are kept while a command runs, and none between commands: until the reply comes,
+// the last message with the awaited number, whatever has followed it since the worker looked; and the last
+// one with another number, which may be awaited next. A number becomes visible before its message is stored;
+// Take lets that receive finish.
 class CReplyHandOver {
 public:
     CReplyHandOver() = default;
-    ~CReplyHandOver();
     CReplyHandOver(const CReplyHandOver&) = delete;
     CReplyHandOver& operator=(const CReplyHandOver&) = delete;
 
     // --- worker ---
 
-    // A command begins: numbered messages are kept.
+    // A command begins: numbered messages are kept, from the one on whose receive is under way. Numbers that
+    // were visible before may have no message.
     void Open();
     // It has ended: none is kept any more.
     void Close();
@@ -39,7 +43,7 @@ public:
     void Expect(int nSeq);
     // True once the reply with this number has come, if it came after Expect.
     bool HasReply(int nSeq) const;
-    // The reply; without one the other message with the awaited number; null when there is neither.
+    // The reply; without one the last message with the awaited number; null when there is neither.
     std::unique_ptr<S_DeviceReply> Take();
     // No number is awaited any more.
     void ExpectNone();
@@ -59,28 +63,30 @@ public:
         CReplyHandOver& m_handOver;
     };
     // Copies the message while a command runs; call it inside the scope, before the number becomes visible.
-    // Throws std::bad_alloc.
+    // The text stays valid until the scope ends: it is copied there if a command has begun since, and is
+    // lost where there is no memory then. Throws std::bad_alloc.
     void Prepare(int nSeq, E_Kind kind, std::string_view text);
 
 private:
-    // States besides an awaited number, outside the range of all numbers.
-    static constexpr int64_t NONE_AWAITED = int64_t{1} << 32; // a command runs
-    static constexpr int64_t CLOSED = int64_t{2} << 32;       // none does
+    struct SReceived {
+        int nSeq;
+        E_Kind kind;
+        std::string_view text;
 
-    using Slot = std::atomic<S_DeviceReply*>; // owns what it points to
-    static std::unique_ptr<S_DeviceReply> TakeFrom(Slot& slot);
-    bool IsClosed() const { return m_nAwaited.load(std::memory_order_acquire) == CLOSED; }
-    bool IsAwaited(int nSeq) const { return m_nAwaited.load(std::memory_order_acquire) == nSeq; }
+        std::unique_ptr<S_DeviceReply> Copy() const;
+    };
+
+    bool IsOpen() const;
     void Publish();
-    void PublishReply(std::unique_ptr<S_DeviceReply> pReply);
-    void PublishOther(std::unique_ptr<S_DeviceReply> pOther);
+    void Keep(const SReceived& received);
 
-    std::atomic<int64_t> m_nAwaited{CLOSED};
-    std::atomic<int64_t> m_nArrived{NONE_AWAITED}; // the awaited number, once m_pReply holds its reply
-    std::atomic<unsigned int> m_nReceives{0};      // odd while a receive scope is open
-    Slot m_pReply{nullptr};                        // the awaited reply
-    Slot m_pOther{nullptr};                        // the last other numbered message
-    std::unique_ptr<S_DeviceReply> m_pPrepared;    // receive thread only
-    E_Kind m_preparedKind = E_Kind::Reply;         // likewise
-    std::unique_ptr<S_DeviceReply> m_pEarly; // worker only: the last one that came before it was awaited
+    mutable CLock m_lock;
+    bool m_bOpen TVWALL_GUARDED_BY(m_lock) = false;                      // a command runs
+    std::optional<int> m_awaited TVWALL_GUARDED_BY(m_lock);              // its number
+    bool m_bArrived TVWALL_GUARDED_BY(m_lock) = false;                   // the reply has come
+    std::unique_ptr<S_DeviceReply> m_pAwaited TVWALL_GUARDED_BY(m_lock); // it, or what has its number
+    std::unique_ptr<S_DeviceReply> m_pOther TVWALL_GUARDED_BY(m_lock);   // the last one with another number
+    std::atomic<unsigned int> m_nReceives{0};                            // odd while a receive scope is open
+    std::optional<SReceived> m_received;        // receive thread only: the message of the scope
+    std::unique_ptr<S_DeviceReply> m_pPrepared; // likewise: its copy
 };

@@ -69,7 +69,6 @@ void CNetProtocolProcTWDECODERDevImp::ProcOneCommand(CCmdProcObject* cmd, unsign
     if (pOuter == nullptr) {
         running.emplace(m_ExportEvent);
     }
-    AtomicStore(m_recvCmdID, -1);
     if (m_ExportFlag == 0) {
         // Stop drains the queue on its own thread while the worker may still take a command: nothing of the
         // session is touched here.
@@ -77,6 +76,7 @@ void CNetProtocolProcTWDECODERDevImp::ProcOneCommand(CCmdProcObject* cmd, unsign
         return;
     }
     const CRunningScope scope(*this, cmd, pOuter);
+    AtomicStore(m_recvCmdID, -1); // after the hand-over is open: a number seen from here on has its message
     try {
         RunCommand(cmd, reinterpret_cast<char*>(buf), len);
     } catch (const std::exception&) { // no memory, or a reply without measure; the answer needs none

@@ -150,6 +150,8 @@ std::string Notification(size_t nLen)
 
 // Runs when a wait for an event begins that is not signalled.
 std::function<void()> g_onLastingWait;
+// Runs before the messages of a command begin to be kept.
+std::function<void()> g_onOpen;
 
 } // namespace
 
@@ -163,6 +165,17 @@ unsigned int WrappedWait(const CMyEvent* pEvent, unsigned int ms)
         g_onLastingWait();
     }
     return RealWait(pEvent, ms);
+}
+
+void RealOpen(CReplyHandOver* pHandOver) __asm__("__real__ZN14CReplyHandOver4OpenEv");
+void WrappedOpen(CReplyHandOver* pHandOver) __asm__("__wrap__ZN14CReplyHandOver4OpenEv");
+
+void WrappedOpen(CReplyHandOver* pHandOver)
+{
+    if (g_onOpen) {
+        g_onOpen();
+    }
+    RealOpen(pHandOver);
 }
 
 namespace {
@@ -192,6 +205,7 @@ protected:
     ~StopTest() override
     {
         g_onLastingWait = {};
+        g_onOpen = {};
         g_onEncipher = {};
     }
 
@@ -286,6 +300,16 @@ TEST_F(StopTest, WaitsForTheOuterOfTwoCommands)
         return std::string();
     };
     StopInside(innerHasEnded, run, [&] { EXPECT_EQ(Element(LastRequest(), "url"), "getchannelinfo"); });
+}
+
+// What comes just before a command is no answer to it, though the number is guessed.
+TEST_F(StopTest, ANumberThatCameWithoutAMessageToKeepIsNotTheLastOne)
+{
+    const std::string next = std::to_string(CNetProtocolProcTWDECODERDevImp::GetCmdID() + 1);
+    g_onOpen = [&] { Receive(Frame(ReplyText("dowallclear", next))); };
+    ReplyWith(ReplyText("dowallclear", "%SEQ%", "5"), 2);
+    clearWall();
+    EXPECT_EQ(nPolls, 2);
 }
 
 TEST(CmdIDTest, EachThreadsNumbersGoUpAndNoneComesTwice)
