@@ -7,11 +7,12 @@
 #include <cstdint>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "Link/MessageNodes.h"
 
 // The elements that are open while a message is scanned, outermost first, found by name in constant time. A
-// few take no memory; from then on there is one allocation for as many as the message can hold.
+// few take no memory; from then on blocks of levels are added as the nesting really gets deeper, and kept.
 template <class Text>
 class COpenElements {
 public:
@@ -27,11 +28,15 @@ public:
     // False when there are as many as are followed. Throws std::bad_alloc.
     bool Push(const SMessageName& name)
     {
-        if (m_nSize == m_nCapacity && !Grow(name.nStart)) {
+        if (m_nSize == MAX_LEVELS) {
             return false;
         }
-        m_pLevels[m_nSize++] = {static_cast<uint32_t>(name.nStart), static_cast<uint32_t>(name.nHash),
-                                static_cast<uint16_t>(name.nHash >> 32U), 0};
+        if (m_nSize == m_nCapacity) {
+            Grow((m_text.Size() - name.nStart) / SHORTEST_TAG + 1);
+        }
+        ++m_nSize;
+        Level(m_nSize) = {static_cast<uint32_t>(name.nStart), static_cast<uint32_t>(name.nHash),
+                          static_cast<uint16_t>(name.nHash >> 32U), 0};
         Link(m_nSize);
         return true;
     }
@@ -41,11 +46,11 @@ public:
     size_t Pop(const SMessageName& name)
     {
         size_t nLevel = Bucket(static_cast<uint32_t>(name.nHash));
-        while (nLevel != 0 && !HasName(m_pLevels[nLevel - 1], name)) {
-            nLevel = m_pLevels[nLevel - 1].nBelow;
+        while (nLevel != 0 && !HasName(Level(nLevel), name)) {
+            nLevel = Level(nLevel).nBelow;
         }
         while (nLevel != 0 && m_nSize >= nLevel) {
-            const SLevel& top = m_pLevels[--m_nSize];
+            const SLevel& top = Level(m_nSize--);
             Bucket(top.nHash) = top.nBelow;
         }
         return nLevel;
@@ -53,6 +58,8 @@ public:
 
 private:
     static constexpr size_t FEW = 64;
+    static constexpr size_t BLOCK = 256;
+    static constexpr size_t LEVELS_PER_BUCKET = 4;
     static constexpr size_t SHORTEST_TAG = 3;
 
     struct SLevel {
@@ -63,11 +70,16 @@ private:
     };
     static_assert(sizeof(SLevel) == 12);
 
+    SLevel& Level(size_t nLevel)
+    {
+        const size_t n = nLevel - 1;
+        return n < FEW ? m_few[n] : m_blocks[(n - FEW) / BLOCK][(n - FEW) % BLOCK];
+    }
     uint16_t& Bucket(uint32_t nHash) { return m_pBuckets[nHash & (m_nBuckets - 1)]; }
 
     void Link(size_t nLevel)
     {
-        SLevel& level = m_pLevels[nLevel - 1];
+        SLevel& level = Level(nLevel);
         level.nBelow = std::exchange(Bucket(level.nHash), static_cast<uint16_t>(nLevel));
     }
 
@@ -85,32 +97,34 @@ private:
         return n == name.nLen && EndsXmlName(m_text.At(level.nName + n));
     }
 
-    bool Grow(size_t nAt)
+    // Adds a block; no more than nMost levels follow.
+    void Grow(size_t nMost)
     {
-        if (m_nSize == MAX_LEVELS) {
-            return false;
+        if (m_blocks.empty()) {
+            MakeBuckets(std::min(FEW + nMost, MAX_LEVELS));
         }
-        const size_t nMore = (m_text.Size() - nAt) / SHORTEST_TAG + 1;
-        m_nCapacity = std::min(m_nSize + nMore, MAX_LEVELS);
-        auto pLevels = std::make_unique_for_overwrite<SLevel[]>(m_nCapacity);
-        m_nBuckets = std::bit_floor(m_nCapacity);
-        m_pBucketsOwned = std::make_unique<uint16_t[]>(m_nBuckets);
+        const size_t nBlock = std::min(nMost, BLOCK);
+        m_blocks.push_back(std::make_unique_for_overwrite<SLevel[]>(nBlock));
+        m_nCapacity += nBlock;
+    }
+
+    void MakeBuckets(size_t nLevels)
+    {
+        const size_t nBuckets = std::max(FEW, std::bit_floor(nLevels / LEVELS_PER_BUCKET));
+        m_pBucketsOwned = std::make_unique<uint16_t[]>(nBuckets);
+        m_blocks.reserve(nLevels / BLOCK + 1);
         m_pBuckets = m_pBucketsOwned.get();
-        std::copy_n(m_pLevels, m_nSize, pLevels.get());
-        m_pLevelsOwned = std::move(pLevels);
-        m_pLevels = m_pLevelsOwned.get();
+        m_nBuckets = nBuckets;
         for (size_t nLevel = 1; nLevel <= m_nSize; ++nLevel) {
             Link(nLevel);
         }
-        return true;
     }
 
     Text& m_text;
     std::array<SLevel, FEW> m_few;
     std::array<uint16_t, FEW> m_fewBuckets{};
-    std::unique_ptr<SLevel[]> m_pLevelsOwned;
+    std::vector<std::unique_ptr<SLevel[]>> m_blocks; // of BLOCK levels; the last may hold all that can follow
     std::unique_ptr<uint16_t[]> m_pBucketsOwned;
-    SLevel* m_pLevels = m_few.data();
     uint16_t* m_pBuckets = m_fewBuckets.data(); // the innermost level of each
     size_t m_nBuckets = FEW;                    // a power of two
     size_t m_nCapacity = FEW;

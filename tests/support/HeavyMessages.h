@@ -40,7 +40,8 @@ inline std::vector<HeavyMessage> HeavyMessages(size_t n)
         {"one tag", "<a" + Numbered(" b", "='<'", n) + "/>" + head + found},
         {"references in url", head + "<url>" + Repeat("&#0;", n / 4) + "</url><seq>7</seq>"},
         {"endless references in seq", head + "<url/><seq>" + Repeat("&#1", n / 3) + "</seq>"},
-        {"text in url", head + "<url>" + std::string(n, 'u') + "</url><seq>7</seq>"},
+        {"text in url after a nest", Repeat("<a>", 70) + Repeat("</a>", 70) + head + "<url>" +
+                                         std::string(n, 'u') + "</url><seq>7</seq>"},
         {"pieces of text in url", head + "<url>" + Repeat("a<!-->--> ", n / 10) + "</url><seq>7</seq>"},
         {"seq again and again", head + Repeat("<seq>7</seq>", n / 12) + found},
         {"errors", Repeat("<!<![CDATA<!-<//></ ></b b< <a//>", n / 33) + head + found},

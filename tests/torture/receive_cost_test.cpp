@@ -1,34 +1,83 @@
 // What a message may cost on the receive thread, in bytes allocated and kept.
 
-#include <gtest/gtest.h>
-
 #include "AllocationFault.h"
 #include "FakeHost.h"
-#include "FakeNode.h"
 #include "HeavyMessages.h"
-#include "Session/NetProtocolProcTWDECODERDevImp.h"
+#include "SessionFixture.h"
+#include "TestClock.h"
 
-TEST(ReceiveCostTest, AMessageTakesFourTimesItsSizeAndKeepsItTwice)
+namespace {
+
+// Runs the work when the session has no command, or at the first poll of one.
+void RunIn(CNetProtocolProcTWDECODERDevImp& session, bool bCommand, const std::function<void()>& work)
 {
-    constexpr size_t LEN = size_t{1} << 20;
-    for (const HeavyMessage& message : HeavyMessages(LEN)) {
-        for (const bool bBuffered : {false, true}) {
-            SCOPED_TRACE(std::string(message.szWhat) + (bBuffered ? ", held by the plug-in" : ""));
-            const std::string frame = Frame(message.text);
-            const auto nFrame = static_cast<unsigned int>(frame.size());
-            FakeNode node;
-            CNetProtocolProcTWDECODERDevImp session;
-            session.Start(&node, nullptr, 0);
-            unsigned int nNeed = 0;
-            const long nLive = allocation_fault::LiveBytes();
-            const long nTaken = allocation_fault::TakenBytes();
-            const long nPool = fake_host::PoolBytes(); // the host's memory
-            EXPECT_EQ(
-                session.OnSocketRecvData(0, frame.data(), nFrame, bBuffered ? nullptr : &nNeed, nullptr),
-                nFrame);
-            EXPECT_LE(allocation_fault::TakenBytes() - nTaken - (fake_host::PoolBytes() - nPool),
-                      4L * nFrame);
-            EXPECT_LE(allocation_fault::LiveBytes() - nLive, 2L * nFrame + 1024);
+    if (!bCommand) {
+        return work();
+    }
+    std::string payload = LoginPayload("admin", "secret");
+    FakeCommand login(ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN);
+    std::function<void()> onPoll = work;
+    test_clock::SetSleepHook([&](unsigned int) { std::exchange(onPoll, [] {})(); });
+    session.ProcOneCommand(&login, reinterpret_cast<unsigned char*>(payload.data()), 744);
+    test_clock::SetSleepHook({});
+}
+
+void Receive(CNetProtocolProcTWDECODERDevImp& session, const std::string& frame, bool bBuffered)
+{
+    unsigned int nNeed = 0;
+    const auto nLen = static_cast<unsigned int>(frame.size());
+    EXPECT_EQ(session.OnSocketRecvData(0, frame.data(), nLen, bBuffered ? nullptr : &nNeed, nullptr), nLen);
+}
+
+// For a message of n bytes: its copies, two while a command runs; url and seq; the elements that may be open.
+long MostTaken(long n, long nCopies)
+{
+    constexpr long MOST_OPEN = 65535;
+    return nCopies * n + n * 5 / 4 + 9 * std::min(n / 3, MOST_OPEN) + 512;
+}
+
+} // namespace
+
+TEST(ReceiveCostTest, AMessageTakesAndKeepsAFewTimesItsSize)
+{
+    for (const size_t nLen : {600U, 4096U, 50'000U, 196'605U, 262'144U, 1U << 20U, 8U << 20U}) {
+        for (const HeavyMessage& message : HeavyMessages(nLen)) {
+            for (const int nMode : {0, 1, 2, 3}) {
+                const long nCopies = 1 + nMode % 2;
+                const bool bBuffered = nMode / 2 == 1;
+                SCOPED_TRACE(message.szWhat + (", mode " + std::to_string(nMode)));
+                const std::string frame = Frame(message.text);
+                const long nFrame = static_cast<long>(frame.size());
+                FakeNode node;
+                CNetProtocolProcTWDECODERDevImp session;
+                session.Start(&node, nullptr, 0);
+                RunIn(session, nCopies == 2, [&] {
+                    const long nLive = allocation_fault::LiveBytes();
+                    const long nTaken = allocation_fault::TakenBytes() - fake_host::PoolBytes(); // the host's
+                    Receive(session, frame, bBuffered);
+                    EXPECT_LE(allocation_fault::TakenBytes() - fake_host::PoolBytes() - nTaken,
+                              MostTaken(nFrame, nCopies));
+                    EXPECT_LE(allocation_fault::LiveBytes() - nLive, nCopies * nFrame + 1024);
+                });
+            }
         }
     }
+}
+
+TEST(ReceiveCostTest, ACommandKeepsTheAwaitedReplyAndOneOtherAndOnlyWhileItRuns)
+{
+    constexpr long LEN = 100'000;
+    FakeNode node;
+    CNetProtocolProcTWDECODERDevImp session;
+    session.Start(&node, nullptr, 0);
+    const long nBefore = allocation_fault::LiveBytes();
+    RunIn(session, true, [&] {
+        const unsigned int nAwaited = CNetProtocolProcTWDECODERDevImp::GetCmdID() - 1;
+        const long nLive = allocation_fault::LiveBytes();
+        for (const unsigned int nSeq : {nAwaited, nAwaited, 1U, 2U, nAwaited + 2}) {
+            Receive(session, Frame(ReplyText("", std::to_string(nSeq), "5", std::string(LEN, 'x'))), false);
+        }
+        EXPECT_LE(allocation_fault::LiveBytes() - nLive, 3 * LEN + 4096);
+    });
+    EXPECT_LE(allocation_fault::LiveBytes() - nBefore, LEN + 4096);
 }
