@@ -56,10 +56,9 @@ protected:
         const std::string tail = text.substr(text.find("%SEQ%") + 5);
         onPoll = [this, &text, &tail] {
             const std::string seq = Element(LastRequest(), "seq");
-            const std::string frame = Frame(text.substr(0, text.size() - tail.size() - 5) + seq + tail);
+            Receive(Frame(text.substr(0, text.size() - tail.size() - 5) + seq + tail));
             allocation_fault::ResetPeak();
-            m_nBefore = allocation_fault::LiveBytes() - static_cast<long>(text.size());
-            Receive(frame);
+            m_nBefore = allocation_fault::LiveBytes() - 2 * static_cast<long>(text.size());
         };
         MeasuredCommand command(question.nCmdID);
         std::string payload = question.nOptType == 0 ? "" : Option(question.nOptType, "");
@@ -67,8 +66,8 @@ protected:
                                static_cast<unsigned int>(payload.size()));
         return command.nAnswerLen;
     }
-    // The most that the plug-in took for the last reply. The buffer of received messages may have its size
-    // from one before: the text counts once for it in any case.
+    // The most that the plug-in took for the last reply: the buffer of received messages, the copy, and what
+    // reading takes. The first two are there before, and count by the text's length.
     long Taken() const { return allocation_fault::PeakBytes() - m_nBefore; }
 
 private:

@@ -153,14 +153,6 @@ TEST_F(LoginTest, FieldsWithoutATerminatorEndWithTheirSize)
     EXPECT_EQ(fake_host::CountAsserts(SOURCE, 549), 0);
 }
 
-TEST_F(LoginTest, WithoutAUsableKeyNothingLeavesInTheClear)
-{
-    ReplyWith(ReplyText("dooption", "%SEQ%", "0", "", "<pubkey1>no key</pubkey1>"));
-    Login();
-    EXPECT_EQ(Element(LastRequest(), "account"), "");
-    EXPECT_EQ(Element(LastRequest(), "authentication"), "");
-}
-
 TEST_F(LoginTest, ALongSessionIdOrTokenIsADeviceErrorAndNothingOfItsReplyIsKept)
 {
     const std::string most(65536, 's');

@@ -9,7 +9,7 @@ struct NodePos {
     int nStart = 0;
     int nLength = 0;
     int nFlags = 0;
-    std::string_view strMeta; // of an error node: what is wrong, a constant text
+    std::string_view strMeta;   // of an error node: what is wrong, a constant text
     bool bUnterminated = false; // how
 };
 
