@@ -71,6 +71,7 @@ std::string Element(const std::string& text, const std::string& name)
     return text.substr(at, text.find("</" + name, at) - at);
 }
 
+// Files, and a host on the line.
 class DecoderRequests : public testing::Test {
 protected:
     DecoderRequests()
@@ -78,8 +79,13 @@ protected:
         char path[] = "/tmp/tvwall-decoder-XXXXXX";
         folder = std::string(mkdtemp(path)) + "/";
         settings.password = "secret";
+        settings.notifySeq = UINT32_MAX;
     }
-    ~DecoderRequests() override { std::filesystem::remove_all(folder); }
+    ~DecoderRequests() override
+    {
+        Disconnect();
+        std::filesystem::remove_all(folder);
+    }
 
     void WriteFile(const std::string& name, const std::string& text) const
     {
@@ -91,31 +97,72 @@ protected:
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
-    // Sends a request and returns its reply.
-    virtual std::string Exchange(const std::string& text)
+    void Disconnect()
     {
-        return device->Handle(1, *session, text).payload;
+        context.stop();
+        if (thread.joinable()) {
+            thread.join();
+        }
+        server.reset();
+        host.close();
     }
-    void LogIn()
+    // To a new decoder.
+    void Connect(const std::vector<const char*>& faults)
     {
-        const std::string option = Exchange(RequestText("dooption", "", "<encryption>1</encryption>"));
+        Disconnect();
+        frames = {};
+        answered = 0;
+        settings.faults = {};
+        for (const char* fault : faults) {
+            ASSERT_EQ(AddFault(settings.faults, fault), "");
+        }
+        device = std::make_unique<Device>(settings);
+        server = std::make_unique<Server>(context, *device, capture, "127.0.0.1", 0);
+        context.restart();
+        host.open(asio::ip::tcp::v4());
+        host.set_option(asio::socket_base::receive_buffer_size(65536));
+        host.connect({asio::ip::address_v4::loopback(), server->Port()});
+        thread = std::thread([this] { context.run(); });
+    }
+    void Send(const std::string& text) { asio::write(host, asio::buffer(EncodeFrame(text))); }
+    // The next payload; empty when the line is cut.
+    std::string Receive()
+    {
+        std::string payload;
+        std::array<char, 4096> bytes{};
+        std::error_code error;
+        for (auto next = frames.Next(payload); !error && next != FrameReader::Result::Payload;
+             next = frames.Next(payload)) {
+            if (next == FrameReader::Result::Heartbeat) {
+                ++answered;
+            } else {
+                frames.Feed({bytes.data(), host.read_some(asio::buffer(bytes), error)});
+            }
+        }
+        return payload;
+    }
+    std::string Exchange(const std::string& url, const std::string& body, const std::string& account = "")
+    {
+        Send(RequestText(url, header + account, body));
+        return Receive();
+    }
+    void LogIn(const std::vector<const char*>& faults)
+    {
+        Connect(faults);
+        header = "";
+        const std::string option = Exchange("dooption", "<encryption>1</encryption>");
         const std::string key = Element(option, "pubkey1");
         header = "<session>" + Element(option, "session") + "</session>";
-        const std::string account = "<account>" + Encipher(key, "admin") + "</account><authentication>" +
-                                    Encipher(key, Sha256Hex("secret")) + "</authentication>";
-        const std::string login = Exchange(RequestText("dologin", header + account, ""));
+        const std::string login =
+            Exchange("dologin", "",
+                     "<account>" + Encipher(key, "admin") + "</account><authentication>" +
+                         Encipher(key, Sha256Hex("secret")) + "</authentication>");
         header += "<token>" + Element(login, "token") + "</token>";
-    }
-    void MakeDevice()
-    {
-        device = std::make_unique<Device>(settings);
-        session = std::make_unique<HostSession>(device->Desk());
-        LogIn();
     }
     // Code and body of the answer.
     std::string Run(const std::string& url, const std::string& body)
     {
-        const std::string reply = Exchange(RequestText(url, header, body));
+        const std::string reply = Exchange(url, body);
         const auto at = reply.find("<td_body");
         return Element(reply, "errorcode") + reply.substr(at, reply.rfind("</td_command>") - at);
     }
@@ -123,8 +170,14 @@ protected:
     std::string folder;
     DeviceSettings settings;
     std::unique_ptr<Device> device;
-    std::unique_ptr<HostSession> session;
-    std::string header;
+    asio::io_context context{1};
+    asio::ip::tcp::socket host{context};
+    FrameReader frames;
+    int answered = 0;     // heartbeats received
+    PcapFile capture{""}; // none
+    std::unique_ptr<Server> server;
+    std::thread thread;
+    std::string header; // session and token
 };
 
 TEST_F(DecoderRequests, ChannelsComeFromTheFileWhenItIsGood)
@@ -133,7 +186,7 @@ TEST_F(DecoderRequests, ChannelsComeFromTheFileWhenItIsGood)
         R"([{"id":3,"name":"Gate <","online":true},{"id":9,"name":"Yard","online":false}])";
     WriteFile("channels", good);
     settings.channels = folder + "channels";
-    MakeDevice();
+    LogIn({});
     const auto list = [](const std::string& name) {
         return "0<td_body><td_channellist><item><id>3</id><name>" + name +
                " &lt;</name><state>online</state></item><item><id>9</id><name>Yard</name><state>offline"
@@ -161,7 +214,8 @@ TEST_F(DecoderRequests, ChannelsComeFromTheFileWhenItIsGood)
     };
     for (const auto& [text, listed, states] : files) {
         WriteFile("channels", text);
-        const ChannelChange change = device->ReloadChannels();
+        const ChannelChange change =
+            asio::post(context, asio::use_future([this] { return device->ReloadChannels(); })).get();
         EXPECT_EQ(change.list, listed) << text;
         EXPECT_EQ(change.states, states) << text;
     }
@@ -213,7 +267,7 @@ TEST_F(DecoderRequests, WhatTheParserCannotReadInLinearTimeIsRefused)
     EXPECT_FALSE(parses("<a>&#x000001F600;</a>"));
     EXPECT_FALSE(parses("<a>&#x</a>"));
     EXPECT_FALSE(parses("<a"));
-    MakeDevice();
+    LogIn({});
     EXPECT_EQ(Run("dologin", "<a " + repeat("b{}='' ", 60000) + "/>"), "1<td_body/>");
 }
 
@@ -225,7 +279,7 @@ TEST_F(DecoderRequests, WhatReachesATerminalIsPrintable)
     LogFormatter()->format({"", spdlog::level::info, bad + " ä €"}, line);
     const std::string text(line.data(), line.size());
     EXPECT_NE(text.find(seen + "\n"), std::string::npos) << text;
-    MakeDevice();
+    LogIn({});
     EXPECT_EQ(
         Run("doaddchannelgroup",
             "<channelgroup><id>5</id><name>\xc2\x9b</name><channelnum>1</channelnum><interval>10</interval>"
@@ -255,73 +309,9 @@ TEST_F(DecoderRequests, AFileIsNotWrittenThroughALinkThatSomebodyPutBesideIt)
     EXPECT_EQ(std::distance(begin(left), end(left)), 4); // victim, wall, and both links
 }
 
-// A host on the line.
-class DecoderLink : public DecoderRequests {
-protected:
-    ~DecoderLink() override { Disconnect(); }
-    void Disconnect()
-    {
-        context.stop();
-        if (thread.joinable()) {
-            thread.join();
-        }
-        server.reset();
-        host.close();
-    }
-    void Connect(const std::vector<const char*>& faults)
-    {
-        Disconnect();
-        frames = {};
-        answered = 0;
-        settings.faults = {};
-        for (const char* fault : faults) {
-            ASSERT_EQ(AddFault(settings.faults, fault), "");
-        }
-        settings.notifySeq = UINT32_MAX;
-        device = std::make_unique<Device>(settings);
-        server = std::make_unique<Server>(context, *device, capture, "127.0.0.1", 0);
-        context.restart();
-        host.open(asio::ip::tcp::v4());
-        host.set_option(asio::socket_base::receive_buffer_size(65536));
-        host.connect({asio::ip::address_v4::loopback(), server->Port()});
-        thread = std::thread([this] { context.run(); });
-    }
-    void Send(const std::string& text) { asio::write(host, asio::buffer(EncodeFrame(text))); }
-    // The next payload; empty when the line is cut.
-    std::string Receive()
-    {
-        std::string payload;
-        std::array<char, 4096> bytes{};
-        std::error_code error;
-        for (auto next = frames.Next(payload); !error && next != FrameReader::Result::Payload;
-             next = frames.Next(payload)) {
-            if (next == FrameReader::Result::Heartbeat) {
-                ++answered;
-            } else {
-                frames.Feed({bytes.data(), host.read_some(asio::buffer(bytes), error)});
-            }
-        }
-        return payload;
-    }
-    std::string Exchange(const std::string& text) override
-    {
-        Send(text);
-        return Receive();
-    }
-
-    asio::io_context context{1};
-    asio::ip::tcp::socket host{context};
-    FrameReader frames;
-    int answered = 0;     // heartbeats received
-    PcapFile capture{""}; // none
-    std::unique_ptr<Server> server;
-    std::thread thread;
-};
-
-TEST_F(DecoderLink, FlappingChannelsGoOffAndOnAgain)
+TEST_F(DecoderRequests, FlappingChannelsGoOffAndOnAgain)
 {
-    Connect({"flap-channels=1"});
-    LogIn();
+    LogIn({"flap-channels=1"});
     std::uint32_t seq = UINT32_MAX;
     std::string states; // of one channel
     for (int i = 0; i < 100 && states.find("offline online ") == std::string::npos; ++i) {
@@ -334,14 +324,14 @@ TEST_F(DecoderLink, FlappingChannelsGoOffAndOnAgain)
     EXPECT_NE(states.find("offline online "), std::string::npos) << states;
 }
 
-TEST_F(DecoderLink, TheLineIsCutInTheNthReplyWhateverIsLeftUnanswered)
+TEST_F(DecoderRequests, TheLineIsCutInTheNthReplyWhateverIsLeftUnanswered)
 {
     Connect({"cut-after=1", "silent@dowallclear"});
     Send(RequestText("dowallclear", "", ""));
-    EXPECT_EQ(Exchange(RequestText("dooption", "", "")), "");
+    EXPECT_EQ(Exchange("dooption", ""), "");
 }
 
-TEST_F(DecoderLink, OneOfEachKindAtMostWaitsInFrontOfAReply)
+TEST_F(DecoderRequests, OneOfEachKindAtMostWaitsInFrontOfAReply)
 {
     std::string beats;
     for (int i = 0; i < 5000; ++i) {
@@ -349,8 +339,7 @@ TEST_F(DecoderLink, OneOfEachKindAtMostWaitsInFrontOfAReply)
     }
     for (const char* fault : {"beat-every=1000", "flap-channels=1", "notify-every=1"}) {
         SCOPED_TRACE(fault);
-        Connect({"chunk=16", fault});
-        LogIn();
+        LogIn({"chunk=16", fault});
         if (fault[0] != 'b') {
             EXPECT_NE(Receive(), ""); // takes longer than many periods
         }
@@ -366,7 +355,7 @@ TEST_F(DecoderLink, OneOfEachKindAtMostWaitsInFrontOfAReply)
     }
 }
 
-TEST_F(DecoderLink, AHostThatDoesNotReadIsCutOffAt16MiB)
+TEST_F(DecoderRequests, AHostThatDoesNotReadIsCutOffAt16MiB)
 {
     const std::string url(1024 * 1024, 'u'); // comes back in the reply
     for (const std::string& fault : {std::string("beat-every=1000"), "delay=86400000@" + url}) {
