@@ -17,7 +17,6 @@
 #include "Page/PageServer.h"
 #include "Picture/AtomicFile.h"
 #include "Server/Device.h"
-#include "Server/DeviceFeed.h"
 #include "Server/PcapFile.h"
 #include "Server/Server.h"
 #include "StopSignals.h"
@@ -62,14 +61,12 @@ int Run(const Options& options)
     const StopSignals signals(context);
     asio::signal_set hangUps(context, SIGHUP);
 
-    DeviceFeed feed(context);
     PcapFile capture(options.pcap);
     Device device(options.device);
     Server server(context, device, capture, options.host, options.port);
     std::optional<PageServer> page;
     if (!options.pageHost.empty()) {
-        device.Watch([&feed] { feed.Changed(); });
-        page.emplace(context, feed, device, server, options.pageHost, options.pagePort);
+        page.emplace(context, device, server, options.pageHost, options.pagePort);
     }
     ReloadOnHangUp(hangUps, device, server);
     if (!options.portFile.empty()) {

@@ -1,37 +1,29 @@
 #include "Page/PageRoutes.h"
 
-#include <optional>
+#include <cstdint>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include <asio/ip/address.hpp>
 #include <nlohmann/json.hpp>
+#include <spdlog/fmt/fmt.h>
 
-#include "Link/Message.h"
 #include "Page/PageTexts.h"
 #include "Page/WebFiles.h"
+#include "Tools/Common/Numbers.h"
 
 namespace simulated_decoder {
 
 namespace {
 
-using HttpRequest = httplib::Request;
-using HttpResponse = httplib::Response;
-using Json = nlohmann::json;
-
 constexpr const char* kJsonType = "application/json";
-constexpr const char* kTextType = "text/plain; charset=utf-8";
 constexpr std::size_t kMaxBody = 1024;
+constexpr std::string_view kWindows = "/windows/";
 
-// More often than this a page is not told about changes.
-constexpr std::chrono::milliseconds kPace{100};
-// After that long without news it is told that there are none: so it is found out when a browser has gone.
-constexpr std::chrono::milliseconds kSilence{10000};
-
-void Say(HttpResponse& response, int status, const std::string& text)
+PageAnswer Say(unsigned status, const std::string& text)
 {
-    response.status = status;
-    response.set_content(text + "\n", kTextType);
+    return {status, "text/plain; charset=utf-8", text + "\n"};
 }
 
 // The host of "HOST" or "HOST:PORT", where HOST is a name or an address, an IPv6 one in brackets.
@@ -43,7 +35,7 @@ std::string_view HostName(std::string_view host)
     return host.substr(0, host.find(':'));
 }
 
-// Behind any other name there may be somebody else's page, which has that name lead here.
+// Under any other name somebody else's page may be meant, which has that name lead here.
 bool IsOwnName(std::string_view name, std::string_view ownHost)
 {
     std::error_code error;
@@ -51,197 +43,95 @@ bool IsOwnName(std::string_view name, std::string_view ownHost)
     return !error || name == "localhost" || name == ownHost;
 }
 
-// Appends one server-sent event; `data` is a single line.
-void AddEvent(std::string& text, const char* name, std::string_view data)
-{
-    text.append("event: ").append(name).append("\ndata: ").append(data).append("\n\n");
-}
-
 } // namespace
 
-PageRoutes::PageRoutes(DeviceFeed& feed, Device& device, simulated_decoder::Server& hosts, std::string host)
-    : m_feed(feed), m_device(device), m_hosts(hosts), m_host(std::move(host))
+PageRoutes::PageRoutes(PageNews& news, Device& device, Server& hosts, std::string ownHost)
+    : m_news(news), m_device(device), m_hosts(hosts), m_ownHost(std::move(ownHost))
 {
-    // The library takes a server without a socket for one that is shutting down. The sockets are not its own
-    // here, so any number will do.
-    svr_sock_ = 0;
-    set_payload_max_length(kMaxBody);
-    set_default_headers({{"Cache-Control", "no-store"},
-                         {"Content-Security-Policy",
-                          "default-src 'none'; script-src 'self'; style-src 'self'; connect-src 'self'; "
-                          "img-src data:; base-uri 'none'; form-action 'none'; frame-ancestors 'none'"},
-                         {"Cross-Origin-Resource-Policy", "same-origin"},
-                         {"Referrer-Policy", "no-referrer"},
-                         {"X-Content-Type-Options", "nosniff"}});
-    set_pre_routing_handler(
-        [this](const HttpRequest& request, HttpResponse& response) { return Refuse(request, response); });
-    set_exception_handler([](const HttpRequest&, HttpResponse& response, const std::exception_ptr&) {
-        Say(response, 500, "internal failure");
-    });
-    AddFiles();
-    AddState();
-    AddFaults();
 }
 
-void PageRoutes::Serve(httplib::Stream& stream)
+PageAnswer PageRoutes::Answer(const PageRequest& request)
 {
-    bool closed = false;
-    process_request(stream, true, closed, nullptr);
-}
-
-// Before anything of the body is read.
-auto PageRoutes::Refuse(const HttpRequest& request, HttpResponse& response) const -> HandlerResponse
-{
-    const std::string host = request.get_header_value("Host");
-    if (!IsOwnName(HostName(host), m_host)) {
-        Say(response, 403, "this page is not known by that name");
-        return HandlerResponse::Handled;
-    }
-    if (request.ranges.size() > 1) {
-        response.status = 416; // without a text, which would be cut into these ranges
-        return HandlerResponse::Handled;
-    }
-    if (request.method == "GET" || request.method == "HEAD") {
-        return HandlerResponse::Unhandled;
+    if (auto refusal = Refuse(request)) {
+        return *std::move(refusal);
     }
     if (request.method != "POST") {
-        Say(response, 405, "only GET, HEAD and POST");
-    } else if (request.has_header("Origin") && request.get_header_value("Origin") != "http://" + host) {
-        Say(response, 403, "not from other sites");
-    } else if (!request.has_header("Content-Length") || request.has_header("Transfer-Encoding")) {
-        Say(response, 411, "the length of the content is missing");
-    } else if (request.get_header_value("Content-Type") != kJsonType ||
-               request.has_header("Content-Encoding")) {
-        Say(response, 415, "only plain JSON");
-    } else {
-        return HandlerResponse::Unhandled;
+        return Get(request.path);
     }
-    return HandlerResponse::Handled;
+    return request.path == "/faults" ? SwitchFault(request.body) : Say(404, "no such page");
 }
 
-void PageRoutes::AddFiles()
+std::optional<PageAnswer> PageRoutes::Refuse(const PageRequest& request) const
 {
-    const struct {
-        const char* path;
-        std::string_view content;
-        const char* type;
-    } files[] = {{"/", kPageHtml, "text/html; charset=utf-8"},
-                 {"/page.css", kPageCss, "text/css; charset=utf-8"},
-                 {"/page.js", kPageJs, "text/javascript; charset=utf-8"}};
-    for (const auto& file : files) {
-        Get(file.path, [file](const HttpRequest&, HttpResponse& response) {
-            response.set_content(file.content.data(), file.content.size(), file.type);
-        });
+    if (!request.host || !IsOwnName(HostName(*request.host), m_ownHost)) {
+        return Say(403, "this page is not known by that name");
     }
+    if (request.method == "GET" || request.method == "HEAD") {
+        return std::nullopt;
+    }
+    if (request.method != "POST") {
+        return Say(405, "only GET, HEAD and POST");
+    }
+    if (request.origin && *request.origin != "http://" + *request.host) {
+        return Say(403, "not from other sites");
+    }
+    if (!request.hasLength || request.isChunked) {
+        return Say(411, "the length of the content is missing");
+    }
+    if (request.contentType != kJsonType || request.isCompressed) {
+        return Say(415, "only plain JSON");
+    }
+    if (request.body.size() > kMaxBody) {
+        return Say(413, fmt::format("at most {} bytes", kMaxBody));
+    }
+    return std::nullopt;
 }
 
-void PageRoutes::AddState()
+PageAnswer PageRoutes::Get(const std::string& path)
 {
-    Get("/state", [this](const HttpRequest&, HttpResponse& response) {
-        if (const auto snapshot = Look()) {
-            response.set_content("{\"about\":" + *snapshot->about + ",\"wall\":" + *snapshot->wall +
-                                     ",\"activity\":" + *snapshot->activity + "}\n",
-                                 kJsonType);
-        } else {
-            Say(response, 503, "the decoder stops");
-        }
-    });
-    Get("/events", [this](const HttpRequest&, HttpResponse& response) {
-        const auto told = std::make_shared<Snapshot>();
-        response.set_content_provider(
-            "text/event-stream",
-            [this, told](std::size_t, httplib::DataSink& sink) { return SendNews(*told, sink); });
-    });
-    Get(R"(/windows/(\d{1,10}))", [this](const HttpRequest& request, HttpResponse& response) {
-        const auto id = tools::ParseDecimal<std::uint32_t>(request.matches[1].str());
-        const auto window = std::make_shared<std::optional<std::string>>();
-        if (id) {
-            m_feed.Run([this, id, window] {
-                if (const auto view = SeeWindow(m_device.State(), *id)) {
-                    *window = WindowJson(*view);
-                }
-            });
-        }
-        if (*window) {
-            response.set_content(**window + "\n", kJsonType);
-        } else {
-            Say(response, 404, "no such window");
-        }
-    });
+    if (path == "/") {
+        return {200, "text/html; charset=utf-8", std::string(kPageHtml)};
+    }
+    if (path == "/page.css") {
+        return {200, "text/css; charset=utf-8", std::string(kPageCss)};
+    }
+    if (path == "/page.js") {
+        return {200, "text/javascript; charset=utf-8", std::string(kPageJs)};
+    }
+    if (path == "/wall.svg") {
+        return {200, "image/svg+xml", m_news.Picture()};
+    }
+    if (path == "/events") {
+        return {200, "text/event-stream", "", true};
+    }
+    if (path == "/state") {
+        const PageNews::Parts& now = m_news.Now();
+        return {200, kJsonType,
+                fmt::format("{{\"about\":{},\"wall\":{},\"activity\":{}}}\n", *now.about, *now.wall,
+                            *now.activity)};
+    }
+    if (path.starts_with(kWindows)) {
+        return GetWindow(path.substr(kWindows.size()));
+    }
+    return Say(404, "no such page");
 }
 
-void PageRoutes::AddFaults()
+PageAnswer PageRoutes::GetWindow(const std::string& id) const
 {
-    Post("/faults", [this](const HttpRequest& request, HttpResponse& response) {
-        const Json order = Json::parse(request.body, nullptr, false);
-        if (!order.is_object() || !order.contains("fault") || !order["fault"].is_string() ||
-            !order.contains("on") || !order["on"].is_boolean()) {
-            Say(response, 400, R"(not of the form {"fault":"NAME=NUMBER@URL","on":true})");
-            return;
-        }
-        const auto problem = std::make_shared<std::string>("the decoder stops");
-        m_feed.Run([this, problem, spec = order["fault"].get<std::string>(), on = order["on"].get<bool>()] {
-            *problem = m_hosts.SwitchFault(spec, on);
-        });
-        if (problem->empty()) {
-            response.status = 204;
-        } else {
-            Say(response, 400, *problem);
-        }
-    });
+    const auto number = tools::ParseDecimal<std::uint32_t>(id);
+    const auto window = number ? SeeWindow(m_device.State(), *number) : std::nullopt;
+    return window ? PageAnswer{200, kJsonType, WindowJson(*window) + "\n"} : Say(404, "no such window");
 }
 
-bool PageRoutes::SendNews(Snapshot& told, httplib::DataSink& sink)
+PageAnswer PageRoutes::SwitchFault(const std::string& order)
 {
-    const bool news = m_feed.WaitForChange(told.revision, kSilence);
-    const auto next = news ? Look() : nullptr;
-    if (m_feed.IsStopped()) {
-        sink.done();
-        return true;
+    const auto json = nlohmann::json::parse(order, nullptr, false);
+    if (!json.is_object() || !json.contains("fault") || !json["fault"].is_string() || !json.contains("on") ||
+        !json["on"].is_boolean()) {
+        return Say(400, R"(not of the form {"fault":"NAME=NUMBER@URL","on":true})");
     }
-    std::string text = next ? "" : ": no news\n\n";
-    if (next) {
-        text = told.about ? "" : "retry: 1000\n\n";
-        const auto add = [&](const char* name, const Text& before, const Text& now) {
-            if (before != now) {
-                AddEvent(text, name, *now);
-            }
-        };
-        add("about", told.about, next->about);
-        add("wall", told.wall, next->wall);
-        add("activity", told.activity, next->activity);
-        told = *next;
-    }
-    if (!sink.write(text.data(), text.size())) {
-        return false;
-    }
-    m_feed.Pause(kPace);
-    return true;
-}
-
-std::shared_ptr<const PageRoutes::Snapshot> PageRoutes::Look()
-{
-    const auto snapshot = std::make_shared<Snapshot>();
-    return m_feed.Run([this, snapshot] { *snapshot = Take(); }) ? snapshot : nullptr;
-}
-
-PageRoutes::Snapshot PageRoutes::Take()
-{
-    const std::uint64_t revision = m_feed.Revision();
-    if (revision == m_last.revision) {
-        return m_last;
-    }
-    if (!m_last.about) {
-        m_last.about = std::make_shared<const std::string>(AboutJson(m_device));
-    }
-    const std::uint64_t wallRevision = m_device.State().PictureRevision();
-    if (!m_last.wall || wallRevision != m_wallRevision) {
-        m_last.wall = std::make_shared<const std::string>(WallJson(See(m_device.State())));
-        m_wallRevision = wallRevision;
-    }
-    m_last.activity = std::make_shared<const std::string>(ActivityJson(m_device, m_hosts.Hosts()));
-    m_last.revision = revision;
-    return m_last;
+    const std::string problem = m_hosts.SwitchFault(json["fault"].get<std::string>(), json["on"].get<bool>());
+    return problem.empty() ? PageAnswer{204, nullptr, ""} : Say(400, problem);
 }
 
 } // namespace simulated_decoder

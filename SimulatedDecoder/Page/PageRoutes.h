@@ -1,61 +1,57 @@
 #pragma once
 
-#include <cstdint>
-#include <memory>
+#include <optional>
 #include <string>
 
-#include <httplib.h>
-
-#include "Server/Device.h"
-#include "Server/DeviceFeed.h"
-#include "Server/Server.h"
+#include "Page/PageNews.h"
 
 namespace simulated_decoder {
 
-// What a browser may ask for:
-//   GET /, /page.css, /page.js    the page
-//   GET /events                   server-sent events `about`, `wall` and `activity`, each when it has changed
-//   GET /state                    the same as one JSON object, once
-//   GET /windows/ID               one window with all of its sub-windows
-//   POST /faults                  {"fault":"delay=500@dowallclear","on":true}: switches a fault as the
-//   command
-//                                 line gives it; to be switched off it needs no number
-// Pages of other sites are kept away: they may not switch faults, nor get here by a name of their own.
-// Any number of threads may serve at the same time; device and hosts are looked at on the thread of the feed.
-class PageRoutes : private httplib::Server {
-public:
-    // All four outlive it, and `host` is the one at which it listens.
-    PageRoutes(DeviceFeed& feed, Device& device, simulated_decoder::Server& hosts, std::string host);
+// What a browser asks, as far as it matters here.
+struct PageRequest {
+    std::string method;
+    std::string path; // without a query
+    std::string body;
+    std::optional<std::string> host, origin, contentType; // headers
+    bool hasLength = false;                               // the length of the body is told beforehand
+    bool isChunked = false;
+    bool isCompressed = false;
+};
 
-    // Reads one request and answers it. With /events, until the browser goes or the feed stops.
-    void Serve(httplib::Stream& stream);
+struct PageAnswer {
+    unsigned status = 200;
+    const char* type = nullptr; // of the content; null when there is none
+    std::string content;
+    bool goesOn = false; // with server-sent events
+};
+
+// What a browser may ask for:
+//   GET /, /page.css, /page.js  the page
+//   GET /wall.svg               the picture of the wall
+//   GET /events                 server-sent events `about`, `wall` and `activity`, each when it has changed
+//   GET /state                  the same as one JSON object, once
+//   GET /windows/ID             one window with all of its sub-windows
+//   POST /faults                {"fault":"delay=500@dowallclear","on":true}: switches a fault as the command
+//                               line gives it; to be switched off it needs no number
+// Pages of other sites are kept away: they may not switch faults, nor get here by a name of their own.
+class PageRoutes {
+public:
+    // All three outlive it, and `ownHost` is the one at which the decoder listens.
+    PageRoutes(PageNews& news, Device& device, Server& hosts, std::string ownHost);
+
+    // On the thread of the device.
+    PageAnswer Answer(const PageRequest& request);
 
 private:
-    using Text = std::shared_ptr<const std::string>; // null: not told yet
-    struct Snapshot {
-        std::uint64_t revision = 0;
-        Text about;
-        Text wall;
-        Text activity;
-    };
+    std::optional<PageAnswer> Refuse(const PageRequest& request) const;
+    PageAnswer Get(const std::string& path);
+    PageAnswer GetWindow(const std::string& id) const;
+    PageAnswer SwitchFault(const std::string& order);
 
-    void AddFiles();
-    void AddState();
-    void AddFaults();
-    HandlerResponse Refuse(const httplib::Request& request, httplib::Response& response) const;
-    bool SendNews(Snapshot& told, httplib::DataSink& sink);
-    // Nothing when all is coming to an end.
-    std::shared_ptr<const Snapshot> Look();
-    // On the thread of the feed.
-    Snapshot Take();
-
-    DeviceFeed& m_feed;
+    PageNews& m_news;
     Device& m_device;
-    simulated_decoder::Server& m_hosts;
-    std::string m_host;
-    // The last one taken, on the thread of the feed.
-    Snapshot m_last;
-    std::uint64_t m_wallRevision = 0;
+    Server& m_hosts;
+    std::string m_ownHost;
 };
 
 } // namespace simulated_decoder

@@ -1,81 +1,304 @@
 #include "Page/PageServer.h"
 
-#include <exception>
+#include <map>
+#include <optional>
 #include <system_error>
 #include <utility>
 
 #include <asio/post.hpp>
+#include <asio/steady_timer.hpp>
+#include <http_parser.h>
+#include <restinio/http_server.hpp>
+#include <restinio/message_builders.hpp>
+#include <restinio/settings.hpp>
+#include <restinio/traits.hpp>
 #include <spdlog/spdlog.h>
 
-#include "Page/HttpStream.h"
+#include "Page/PageNews.h"
+#include "Page/PageRoutes.h"
+#include "Server/Acceptor.h"
 
 namespace simulated_decoder {
 
 namespace {
 
-using asio::ip::tcp;
+using std::chrono::milliseconds;
+using Clock = std::chrono::steady_clock;
+using ConnectionId = restinio::connection_id_t;
+using Events = restinio::response_builder_t<restinio::chunked_output_t>;
 
 constexpr std::size_t kMaxVisitors = 32;
+constexpr std::uint32_t kMaxHeaders = 65536; // bytes of them all
+constexpr std::size_t kMaxFields = 128;
+constexpr std::size_t kMaxBody = 4096; // longer ones are not even refused
+constexpr milliseconds kWriteTime{30000};
+constexpr milliseconds kTimeCheck{250}; // how often times are looked at
+
+// More often than this a page is not told about changes.
+constexpr milliseconds kPace{100};
+// After that long without news it is told that there are none: so it is found out when a browser has gone.
+constexpr milliseconds kSilence{10000};
+
+constexpr std::pair<const char*, const char*> kHeaders[] = {
+    {"Cache-Control", "no-store"},
+    {"Content-Security-Policy",
+     "default-src 'none'; script-src 'self'; style-src 'self'; connect-src 'self'; img-src data:; "
+     "base-uri 'none'; form-action 'none'; frame-ancestors 'none'"},
+    {"Cross-Origin-Resource-Policy", "same-origin"},
+    {"Referrer-Policy", "no-referrer"},
+    {"X-Content-Type-Options", "nosniff"},
+};
+
+// Counts the connections and turns away those that are too many.
+class Visitors {
+public:
+    // NOLINTBEGIN(readability-identifier-naming): the names are the library's
+    restinio::ip_blocker::inspection_result_t inspect(const restinio::ip_blocker::incoming_info_t&) noexcept
+    {
+        if (m_count < kMaxVisitors) {
+            return restinio::ip_blocker::allow();
+        }
+        spdlog::warn("a browser turned away: {} connections of browsers are open", kMaxVisitors);
+        return restinio::ip_blocker::deny();
+    }
+
+    void state_changed(const restinio::connection_state::notice_t& notice) noexcept
+    {
+        if (restinio::holds_alternative<restinio::connection_state::accepted_t>(notice.cause())) {
+            ++m_count;
+        } else if (restinio::holds_alternative<restinio::connection_state::closed_t>(notice.cause())) {
+            --m_count;
+        }
+    }
+
+    // NOLINTEND(readability-identifier-naming)
+
+private:
+    std::size_t m_count = 0;
+};
+
+struct Traits : restinio::default_single_thread_traits_t {
+    using ip_blocker_t = Visitors;
+    using connection_state_listener_t = Visitors;
+};
+
+PageRequest Read(const restinio::request_t& request)
+{
+    const restinio::http_request_header_t& header = request.header();
+    const auto field = [&header](restinio::http_field_t name) {
+        return header.has_field(name) ? std::optional(header.get_field(name)) : std::nullopt;
+    };
+    PageRequest read;
+    read.method = header.method().c_str();
+    read.path = std::string(header.path());
+    read.body = request.body();
+    read.host = field(restinio::http_field::host);
+    read.origin = field(restinio::http_field::origin);
+    read.contentType = field(restinio::http_field::content_type);
+    read.hasLength = header.has_field("Content-Length");
+    read.isChunked = header.has_field(restinio::http_field::transfer_encoding);
+    read.isCompressed = header.has_field(restinio::http_field::content_encoding);
+    return read;
+}
 
 } // namespace
 
-PageServer::PageServer(asio::io_context& context, DeviceFeed& feed, Device& device, Server& hosts,
-                       const std::string& host, std::uint16_t port, std::chrono::milliseconds requestTime)
-    : m_context(context),
-      m_feed(feed),
-      m_requestTime(requestTime),
-      m_routes(feed, device, hosts, host),
-      m_acceptor(context, host, port, [this](tcp::socket socket) { Welcome(std::move(socket)); })
-{
-}
+class PageServer::Impl : public std::enable_shared_from_this<Impl> {
+public:
+    Impl(asio::io_context& context, Device& device, Server& hosts, const std::string& host,
+         std::uint16_t port, milliseconds requestTime)
+        : m_context(context),
+          m_device(device),
+          m_news(device, hosts),
+          m_routes(m_news, device, hosts, host),
+          m_timer(context),
+          m_server(restinio::external_io_context(context), MakeSettings(host, port, requestTime))
+    {
+        http_parser_set_max_header_size(kMaxHeaders);
+    }
+    ~Impl() { m_device.Watch(nullptr); }
+    Impl(const Impl&) = delete;
+    Impl& operator=(const Impl&) = delete;
 
-PageServer::~PageServer()
-{
-    m_feed.Stop();
-    for (auto& [number, visitor] : m_visitors) {
-        std::error_code ignored;
-        visitor.socket.shutdown(tcp::socket::shutdown_both, ignored);
+    // Throws std::system_error.
+    void Start()
+    {
+        m_server.open_sync();
+        m_device.Watch([this] {
+            m_news.Changed();
+            TellSoon();
+        });
+        TellAt(Clock::now() + kSilence);
     }
-    for (auto& [number, visitor] : m_visitors) {
-        visitor.thread.join();
-    }
-}
+    const std::string& Where() const { return m_where; }
 
-void PageServer::Welcome(tcp::socket socket)
-{
-    if (m_visitors.size() >= kMaxVisitors) {
-        spdlog::warn("a browser turned away: {} connections of browsers are open", kMaxVisitors);
-        return;
+private:
+    // A page that is told what is new.
+    struct Follower {
+        Events events;
+        PageNews::Parts told;
+        bool isTaking = false; // what it was sent last
+    };
+
+    restinio::server_settings_t<Traits> MakeSettings(const std::string& host, std::uint16_t port,
+                                                     milliseconds requestTime)
+    {
+        const auto endpoint = Resolve(m_context, host, port);
+        const auto visitors = std::make_shared<Visitors>();
+        restinio::server_settings_t<Traits> settings;
+        settings.address(endpoint.address())
+            .protocol(endpoint.protocol())
+            .port(port)
+            .acceptor_post_bind_hook(
+                [this](asio::ip::tcp::acceptor& acceptor) { m_where = Text(acceptor.local_endpoint()); })
+            .socket_options_setter([](auto& options) { options.set_option(asio::ip::tcp::no_delay(true)); })
+            .ip_blocker(visitors)
+            .connection_state_listener(visitors)
+            .timer_manager(kTimeCheck)
+            .read_next_http_message_timelimit(requestTime)
+            .handle_request_timeout(3 * kSilence)
+            .write_http_response_timelimit(kWriteTime)
+            .incoming_http_msg_limits(
+                restinio::incoming_http_msg_limits_t{}.max_field_count(kMaxFields).max_body_size(kMaxBody))
+            .request_handler([this](const restinio::request_handle_t& request) { return Serve(*request); });
+        return settings;
     }
-    std::error_code ignored;
-    socket.set_option(tcp::no_delay(true), ignored);
-    const int number = ++m_lastNumber;
-    Visitor& visitor = m_visitors.emplace(number, Visitor{std::move(socket), {}}).first->second;
+
+    restinio::request_handling_status_t Serve(restinio::request_t& request)
+    {
+        // Times are not looked at in a connection that is to be upgraded, so not much may be sent there.
+        PageAnswer answer = request.header().has_field(restinio::http_field::upgrade)
+                                ? PageAnswer{501, nullptr, ""}
+                                : m_routes.Answer(Read(request));
+        const restinio::http_status_line_t status{
+            restinio::http_status_code_t(static_cast<std::uint16_t>(answer.status)),
+            http_status_str(static_cast<http_status>(answer.status))};
+        if (answer.goesOn && request.header().method() == restinio::http_method_get()) {
+            Follow(request, status, answer.type);
+            return restinio::request_accepted();
+        }
+        auto response = request.create_response<restinio::user_controlled_output_t>(status);
+        AddHeaders(response, answer.type);
+        response.set_content_length(answer.content.size());
+        if (request.header().method() != restinio::http_method_head()) {
+            response.set_body(std::move(answer.content));
+        }
+        return response.done();
+    }
+
+    template <typename Response>
+    static void AddHeaders(Response& response, const char* type)
+    {
+        for (const auto& [name, value] : kHeaders) {
+            response.append_header(name, value);
+        }
+        if (type != nullptr) {
+            response.append_header(restinio::http_field::content_type, type);
+        }
+        response.connection_close();
+    }
+
+    void Follow(restinio::request_t& request, const restinio::http_status_line_t& status, const char* type)
+    {
+        const ConnectionId id = request.connection_id();
+        Follower& follower =
+            m_followers.emplace(id, Follower{request.create_response<restinio::chunked_output_t>(status), {}})
+                .first->second;
+        AddHeaders(follower.events, type);
+        follower.events.append_chunk(std::string("retry: 1000\n\n"));
+        Tell(id, follower);
+    }
+
+    // Whoever is slow gets the newest state when there is room, not a queue of old ones.
+    void Tell(ConnectionId id, Follower& follower)
+    {
+        if (follower.isTaking) {
+            return;
+        }
+        std::string news = m_news.Tell(follower.told);
+        follower.isTaking = true;
+        follower.events.append_chunk(news.empty() ? std::string(": no news\n\n") : std::move(news));
+        follower.events.flush([weak = weak_from_this(), id](const std::error_code& error) {
+            if (const auto self = weak.lock()) {
+                asio::post(self->m_context, [weak, id, error] {
+                    if (const auto still = weak.lock()) {
+                        still->Taken(id, error);
+                    }
+                });
+            }
+        });
+    }
+
+    void Taken(ConnectionId id, const std::error_code& error)
+    {
+        const auto found = m_followers.find(id);
+        if (found == m_followers.end()) {
+            return;
+        }
+        if (error) {
+            m_followers.erase(found);
+            return;
+        }
+        found->second.isTaking = false;
+        if (m_news.KnowsMoreThan(found->second.told)) {
+            TellSoon();
+        }
+    }
+
+    void TellSoon()
+    {
+        if (!m_toldSoon) {
+            m_toldSoon = true;
+            TellAt(m_lastTold + kPace);
+        }
+    }
+
+    void TellAt(Clock::time_point time)
+    {
+        m_timer.expires_at(time);
+        m_timer.async_wait([weak = weak_from_this()](const std::error_code& cancelled) {
+            const auto self = weak.lock();
+            if (!cancelled && self) {
+                self->TellAll();
+            }
+        });
+    }
+
+    void TellAll()
+    {
+        m_toldSoon = false;
+        m_lastTold = Clock::now();
+        for (auto& [id, follower] : m_followers) {
+            Tell(id, follower);
+        }
+        TellAt(m_lastTold + kSilence);
+    }
+
+    asio::io_context& m_context;
+    Device& m_device;
+    PageNews m_news;
+    PageRoutes m_routes;
+    std::string m_where;
+    asio::steady_timer m_timer; // for the next time that all are told
+    bool m_toldSoon = false;
+    Clock::time_point m_lastTold;
+    restinio::http_server_t<Traits> m_server;
+    std::map<ConnectionId, Follower> m_followers;
+};
+
+PageServer::PageServer(asio::io_context& context, Device& device, Server& hosts, const std::string& host,
+                       std::uint16_t port, milliseconds requestTime)
+{
     try {
-        visitor.thread = std::thread([this, number, &visitor] { Serve(number, visitor.socket); });
+        m_impl = std::make_shared<Impl>(context, device, hosts, host, port, requestTime);
+        m_impl->Start();
     } catch (const std::system_error& error) {
-        spdlog::error("a browser turned away: {}", error.what());
-        m_visitors.erase(number);
+        throw ListenError(host, port, error);
     }
 }
 
-// On the visitor's thread, which uses the socket's number only.
-void PageServer::Serve(int number, tcp::socket& socket)
-{
-    try {
-        HttpStream stream(socket, m_requestTime);
-        m_routes.Serve(stream);
-    } catch (const std::exception& error) {
-        spdlog::error("a browser's request failed: {}", error.what());
-    }
-    asio::post(m_context, [this, number] { Dismiss(number); });
-}
+PageServer::~PageServer() = default;
 
-void PageServer::Dismiss(int number)
-{
-    const auto visitor = m_visitors.find(number);
-    visitor->second.thread.join();
-    m_visitors.erase(visitor);
-}
+const std::string& PageServer::Where() const { return m_impl->Where(); }
 
 } // namespace simulated_decoder

@@ -2,54 +2,37 @@
 
 #include <chrono>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
-#include <thread>
 
 #include <asio/io_context.hpp>
-#include <asio/ip/tcp.hpp>
 
-#include "Page/PageRoutes.h"
-#include "Server/Acceptor.h"
-#include "Server/DeviceFeed.h"
+#include "Server/Device.h"
+#include "Server/Server.h"
 
 namespace simulated_decoder {
 
-// Serves the page to up to 32 browsers' connections at the same time, each on a thread of its own, so that
-// none has to wait for another. Runs on the context's thread; context, feed, device and hosts outlive it. The
-// destructor hangs up on all of them.
+// Serves the page to up to 32 connections of browsers at the same time. Runs on the context's thread, and
+// waits for no browser there: one that takes too long to ask, or to take what it asked for, or that asks with
+// more than 64 KiB, is hung up on.
 class PageServer {
 public:
-    // Listens when it returns. ListenError, with a text for the user, when that cannot be done.
-    // `requestTime` is what a browser has to send a request.
-    PageServer(asio::io_context& context, DeviceFeed& feed, Device& device, Server& hosts,
-               const std::string& host, std::uint16_t port,
-               std::chrono::milliseconds requestTime = std::chrono::seconds(5));
+    // Listens when it returns, and watches the device. ListenError, with a text for the user, when that
+    // cannot be done. `requestTime` is what a browser has to send a request. Context, device and hosts
+    // outlive it.
+    PageServer(asio::io_context& context, Device& device, Server& hosts, const std::string& host,
+               std::uint16_t port, std::chrono::milliseconds requestTime = std::chrono::seconds(5));
+    // On the context's thread, or when that has ended.
     ~PageServer();
     PageServer(const PageServer&) = delete;
     PageServer& operator=(const PageServer&) = delete;
 
     // Address and port as numbers.
-    std::string Where() const { return m_acceptor.Where(); }
+    const std::string& Where() const;
 
 private:
-    struct Visitor {
-        asio::ip::tcp::socket socket;
-        std::thread thread;
-    };
-
-    void Welcome(asio::ip::tcp::socket socket);
-    void Serve(int number, asio::ip::tcp::socket& socket);
-    void Dismiss(int number);
-
-    asio::io_context& m_context;
-    DeviceFeed& m_feed;
-    std::chrono::milliseconds m_requestTime;
-    PageRoutes m_routes;
-    std::map<int, Visitor> m_visitors;
-    int m_lastNumber = 0;
-    Acceptor m_acceptor;
+    class Impl;
+    std::shared_ptr<Impl> m_impl;
 };
 
 } // namespace simulated_decoder

@@ -13,26 +13,17 @@ std::string Escape(std::string_view text)
 {
     std::string escaped;
     for (const char character : text) {
-        switch (character) {
-        case '&':
-            escaped += "&amp;";
-            break;
-        case '<':
-            escaped += "&lt;";
-            break;
-        case '>':
-            escaped += "&gt;";
-            break;
-        default:
+        const char* entity = character == '&'   ? "&amp;"
+                             : character == '<' ? "&lt;"
+                             : character == '>' ? "&gt;"
+                                                : nullptr;
+        if (entity != nullptr) {
+            escaped += entity;
+        } else {
             escaped += character;
         }
     }
     return escaped;
-}
-
-const char* Name(Anchor anchor)
-{
-    return anchor == Anchor::Start ? "start" : anchor == Anchor::Middle ? "middle" : "end";
 }
 
 } // namespace
@@ -79,11 +70,8 @@ void Svg::Title(std::string_view text) { Add("<title>{}</title>\n", Escape(text)
 
 void Svg::Text(double x, double y, std::string_view text, const TextLook& look)
 {
-    Add("<text x=\"{:.1f}\" y=\"{:.1f}\" font-size=\"{:.1f}\" fill=\"{}\"", x, y + look.size * 0.35,
-        look.size, look.fill);
-    if (look.anchor != Anchor::Start) {
-        Add(" text-anchor=\"{}\"", Name(look.anchor));
-    }
+    Add("<text x=\"{:.1f}\" y=\"{:.1f}\" font-size=\"{:.1f}\" fill=\"{}\" text-anchor=\"{}\"", x,
+        y + look.size * 0.35, look.size, look.fill, look.anchor);
     if (look.bold) {
         Add(" font-weight=\"bold\"");
     }

@@ -29,15 +29,13 @@ struct Area {
     Area Shrunk(double by) const { return {x + by, y + by, width - 2 * by, height - 2 * by}; }
 };
 
-enum class Anchor { Start, Middle, End };
-
 // How a text looks. `rim` is a colour that keeps it apart from lines behind it; none when null.
 struct TextLook {
     double size;
     const char* fill;
     const char* rim = nullptr;
     bool bold = false;
-    Anchor anchor = Anchor::Start;
+    const char* anchor = "start"; // what of it is at the given place: "start", "middle" or "end"
 };
 
 // What a UTF-8 text takes in a common sans-serif font.

@@ -17,6 +17,7 @@ namespace {
 constexpr double kMargin = 32;
 constexpr double kTitleHeight = 92;
 constexpr double kBareMargin = 8;
+constexpr double kBareShare = 0.625; // of the size, so that texts are large
 constexpr double kMaxWallWidth = 1216;
 constexpr double kMaxWallHeight = 720;
 constexpr double kMinWidth = 704;
@@ -73,109 +74,88 @@ void DrawSpeaker(Svg& svg, double x, double y, double size)
         fmt::format("fill=\"none\" stroke=\"{}\" stroke-width=\"{:.1f}\"", kSound, 1.2 * u));
 }
 
-// One sub-window in its area: what it is on top, what it shows in the middle.
-class CellDrawing {
-public:
-    CellDrawing(Svg& svg, const WindowView& window, const CellView& cell, const Area& area)
-        : m_svg(svg),
-          m_window(window),
-          m_colour(ColourOf(window)),
-          m_cell(cell),
-          m_idle(cell.kind == CellView::Kind::Idle),
-          m_area(area),
-          m_size(std::min({16.0, area.height * 0.17, area.width * 0.11}))
-    {
-    }
+// A sub-window in its area: what it is on top, what it shows in the middle.
+struct CellDrawing {
+    Svg& svg;
+    const WindowView& window;
+    const CellView& cell;
+    Area area;
+    double size; // of the title
+    const Colour& colour = ColourOf(window);
 
-    void Draw()
+    void Draw() const
     {
-        m_svg.Open("<g>");
-        m_svg.Title(fmt::format("Sub-window {} of window {}, OSD {}: {}{}", m_cell.index, m_window.id,
-                                m_cell.osdId, m_cell.Shows("idle"),
-                                m_cell.sound ? fmt::format(", sound {}", *m_cell.sound) : ""));
-        const char* ground = m_idle                                 ? "fill=\"none\""
-                             : m_cell.kind == CellView::Kind::Polls ? kPollsLook
-                                                                    : kPlaysLook;
-        m_svg.Rect(m_area, fmt::format("{} stroke=\"{}\" stroke-width=\"0.8\"", ground, m_colour.line));
-        if (m_cell.framed) {
-            const double width = std::min(4.0, m_area.width / 10);
-            m_svg.Rect(
-                m_area.Shrunk(width / 2),
-                fmt::format("fill=\"none\" stroke=\"{}\" stroke-width=\"{:.1f}\"", kFrameColour, width));
+        const bool idle = cell.kind == CellView::Kind::Idle;
+        svg.Open("<g>");
+        svg.Title(fmt::format("Sub-window {} of window {}, OSD {}: {}{}", cell.index, window.id, cell.osdId,
+                              cell.Shows("idle"), cell.sound ? fmt::format(", sound {}", *cell.sound) : ""));
+        const char* ground = idle                                 ? "fill=\"none\""
+                             : cell.kind == CellView::Kind::Polls ? kPollsLook
+                                                                  : kPlaysLook;
+        svg.Rect(area, fmt::format("{} stroke=\"{}\" stroke-width=\"0.8\"", ground, colour.line));
+        if (cell.framed) {
+            const double width = std::min(4.0, area.width / 10);
+            svg.Rect(area.Shrunk(width / 2),
+                     fmt::format("fill=\"none\" stroke=\"{}\" stroke-width=\"{:.1f}\"", kFrameColour, width));
         }
-        if (m_idle) {
+        if (idle) {
             DrawIdle();
+        } else if (size >= kLeastText) {
+            DrawShow();
         }
-        if (m_size >= kLeastText) {
-            if (!m_idle) {
-                DrawShow();
-            }
-            DrawMarks();
+        if (size >= kLeastText) {
+            DrawMarks(idle);
         }
-        m_svg.Close();
+        svg.Close();
     }
 
-private:
-    double Room() const { return m_area.width - 1.4 * m_size; }
-
-    void DrawIdle()
+    void DrawIdle() const
     {
-        const double size = std::min(22.0, m_area.height * 0.36);
-        const std::string index = std::to_string(m_cell.index);
-        const std::string osd = fmt::format("OSD {}", m_cell.osdId);
-        const bool both = size >= 7 && TextWidth(osd, size * 0.6) <= m_area.width * 0.92;
-        if (size >= kLeastText && TextWidth(index, size) <= m_area.width * 0.92) {
-            m_svg.Text(m_area.CentreX(), m_area.y + m_area.height * (both ? 0.42 : 0.5), index,
-                       {size, m_colour.line, m_colour.fill, false, Anchor::Middle});
+        const double large = std::min(22.0, area.height * 0.36);
+        const std::string index = std::to_string(cell.index);
+        const std::string osd = fmt::format("OSD {}", cell.osdId);
+        const bool both = large >= 7 && TextWidth(osd, large * 0.6) <= area.width * 0.92;
+        if (large >= kLeastText && TextWidth(index, large) <= area.width * 0.92) {
+            svg.Text(area.CentreX(), area.y + area.height * (both ? 0.42 : 0.5), index,
+                     {large, colour.line, colour.fill, false, "middle"});
         }
         if (both) {
-            m_svg.Text(m_area.CentreX(), m_area.y + m_area.height * 0.42 + size * 0.95, osd,
-                       {size * 0.6, kSoftInk, m_colour.fill, false, Anchor::Middle});
+            svg.Text(area.CentreX(), area.y + area.height * 0.42 + large * 0.95, osd,
+                     {large * 0.6, kSoftInk, colour.fill, false, "middle"});
         }
     }
 
-    void DrawShow()
+    void DrawShow() const
     {
-        Centred(m_area.CentreY() - m_size * 0.1, m_cell.title, {m_size, kVideoText, nullptr, true});
-        Centred(m_area.CentreY() + m_size, m_cell.detail, {m_size * 0.75, kSoftVideoText});
-        const std::string name = fmt::format("{} · OSD {}", m_cell.index, m_cell.osdId);
-        const double size = m_size * 0.75;
-        const bool both = TextWidth(name, size) <= Room() - 4 * m_size;
-        m_svg.Text(m_area.x + 0.7 * m_size, m_area.y + m_size, both ? name : std::to_string(m_cell.index),
-                   {size, kSoftVideoText});
-    }
-
-    void Centred(double y, const std::string& text, TextLook look)
-    {
-        look.anchor = Anchor::Middle;
-        m_svg.Text(m_area.CentreX(), y, Fit(text, look.size, Room()), look);
+        const double small = size * 0.75;
+        const double room = area.width - 1.4 * size;
+        svg.Text(area.CentreX(), area.CentreY() - size * 0.1, Fit(cell.title, size, room),
+                 {size, kVideoText, nullptr, true, "middle"});
+        svg.Text(area.CentreX(), area.CentreY() + size, Fit(cell.detail, small, room),
+                 {small, kSoftVideoText, nullptr, false, "middle"});
+        const std::string name = fmt::format("{} · OSD {}", cell.index, cell.osdId);
+        const bool both = TextWidth(name, small) <= room - 4 * size;
+        svg.Text(area.x + 0.7 * size, area.y + size, both ? name : std::to_string(cell.index),
+                 {small, kSoftVideoText});
     }
 
     // In the upper right corner.
-    void DrawMarks()
+    void DrawMarks(bool idle) const
     {
-        double right = m_area.Right() - 0.7 * m_size;
-        if (m_cell.sound) {
-            DrawSpeaker(m_svg, right - m_size, m_area.y + m_size * 0.5, m_size);
-            right -= m_size * 1.3;
-            const std::string channel = std::to_string(*m_cell.sound);
-            m_svg.Text(right, m_area.y + m_size, channel,
-                       {m_size * 0.75, kSound, nullptr, true, Anchor::End});
-            right -= TextWidth(channel, m_size * 0.75) + m_size * 0.5;
+        const double small = size * 0.75;
+        double right = area.Right() - 0.7 * size;
+        if (cell.sound) {
+            DrawSpeaker(svg, right - size, area.y + size * 0.5, size);
+            right -= size * 1.3;
+            const std::string channel = std::to_string(*cell.sound);
+            svg.Text(right, area.y + size, channel, {small, kSound, nullptr, true, "end"});
+            right -= TextWidth(channel, small) + size * 0.5;
         }
-        if (m_window.zoomed) {
-            const char* ink = m_idle ? m_colour.line : kFrameColour;
-            m_svg.Text(right, m_area.y + m_size, "zoomed", {m_size * 0.75, ink, nullptr, true, Anchor::End});
+        if (window.zoomed) {
+            svg.Text(right, area.y + size, "zoomed",
+                     {small, idle ? colour.line : kFrameColour, nullptr, true, "end"});
         }
     }
-
-    Svg& m_svg;
-    const WindowView& m_window;
-    const Colour& m_colour;
-    const CellView& m_cell;
-    bool m_idle;
-    Area m_area;
-    double m_size; // of the title
 };
 
 class Picture {
@@ -183,8 +163,8 @@ public:
     Picture(const WallView& view, bool bare)
         : m_view(view),
           m_bare(bare),
-          m_scale(std::min(kMaxWallWidth / static_cast<double>(view.rect.width),
-                           kMaxWallHeight / static_cast<double>(view.rect.height))),
+          m_scale((bare ? kBareShare : 1) * std::min(kMaxWallWidth / static_cast<double>(view.rect.width),
+                                                     kMaxWallHeight / static_cast<double>(view.rect.height))),
           m_left(bare ? kBareMargin : kMargin),
           m_wall(OnPicture(view.rect)),
           m_width(std::max(bare ? 0 : kMinWidth, m_wall.width + 2 * m_left)),
@@ -255,7 +235,7 @@ private:
     {
         double x = m_width - kMargin;
         const auto word = [&](const char* text) {
-            m_svg.Text(x, 36, text, {13, kSoftInk, nullptr, false, Anchor::End});
+            m_svg.Text(x, 36, text, {13, kSoftInk, nullptr, false, "end"});
             x -= TextWidth(text, 13) + 18;
         };
         const auto swatch = [&](const char* text, const std::string& look) {
@@ -281,7 +261,7 @@ private:
             m_svg.Rect(area, "fill=\"#f1f5f9\" stroke=\"#94a3b8\"");
             m_svg.Text(area.CentreX(), area.CentreY(),
                        fmt::format("screen {}.{}", screen.position.row + 1, screen.position.column + 1),
-                       {std::min(14.0, area.height / 4), "#94a3b8", "#f1f5f9", false, Anchor::Middle});
+                       {std::min(14.0, area.height / 4), "#94a3b8", "#f1f5f9", false, "middle"});
         }
         m_svg.Close();
     }
@@ -300,7 +280,7 @@ private:
             const Area badge{area.Right() - width - size * 0.6, area.Bottom() - size * 2.1, width,
                              size * 1.5};
             m_svg.Rect(badge, fmt::format("rx=\"{:.1f}\" fill=\"#ffffff\" stroke=\"#64748b\"", size * 0.75));
-            m_svg.Text(badge.CentreX(), badge.CentreY(), text, {size, kInk, nullptr, false, Anchor::Middle});
+            m_svg.Text(badge.CentreX(), badge.CentreY(), text, {size, kInk, nullptr, false, "middle"});
         }
     }
 
@@ -367,10 +347,11 @@ private:
         if (width < kLeastCell || height < kLeastCell) {
             return;
         }
+        const double size = std::min({16.0, height * 0.17, width * 0.11});
         for (std::size_t i = 0; i < cells.size(); ++i) {
             const double x = area.x + width * static_cast<double>(i % grid.columns);
             const double y = area.y + height * static_cast<double>(i / grid.columns);
-            CellDrawing(m_svg, window, cells[i], {x, y, width, height}).Draw();
+            CellDrawing{m_svg, window, cells[i], {x, y, width, height}, size}.Draw();
         }
     }
 
@@ -378,22 +359,20 @@ private:
     void DrawSeams(const Rect& rect)
     {
         const Area area = OnPicture(rect);
+        const auto draw = [this](double x, double y, double width, double height) {
+            m_svg.Path(fmt::format("M{:.1f} {:.1f}l{:.1f} {:.1f}", x, y, width, height),
+                       "stroke=\"#64748b\" stroke-width=\"1.5\" stroke-dasharray=\"5 4\"");
+        };
         for (std::int64_t x = kScreenWidth; x < m_view.rect.width; x += kScreenWidth) {
             if (x > rect.x && x < rect.x + rect.width) {
-                DrawSeam({m_left + Scaled(x), area.y, 0, area.height});
+                draw(m_wall.x + Scaled(x), area.y, 0, area.height);
             }
         }
         for (std::int64_t y = kScreenHeight; y < m_view.rect.height; y += kScreenHeight) {
             if (y > rect.y && y < rect.y + rect.height) {
-                DrawSeam({area.x, m_wall.y + Scaled(y), area.width, 0});
+                draw(area.x, m_wall.y + Scaled(y), area.width, 0);
             }
         }
-    }
-
-    void DrawSeam(const Area& line)
-    {
-        m_svg.Path(fmt::format("M{:.1f} {:.1f}l{:.1f} {:.1f}", line.x, line.y, line.width, line.height),
-                   "stroke=\"#64748b\" stroke-width=\"1.5\" stroke-dasharray=\"5 4\"");
     }
 
     // The windows from the highest layer down, column by column.

@@ -18,12 +18,21 @@ constexpr std::int64_t kMaxColumns = 96; // characters across the wall, without 
 constexpr std::int64_t kMaxLines = 32;
 constexpr std::size_t kMaxTableLines = 100;
 
-// The edges and corners of a box, and what one is made of that is too thin for them.
+// Corners, edges and middle of a box, row by row, and what one is made of that is too thin for them.
 struct Pen {
-    const char *horizontal, *vertical, *upperLeft, *upperRight, *lowerLeft, *lowerRight, *bar;
+    const char* strokes[3][3];
+    const char* bar;
 };
-constexpr Pen kScreenPen{"─", "│", "┌", "┐", "└", "┘", "·"};
-constexpr Pen kWindowPen{"═", "║", "╔", "╗", "╚", "╝", "■"};
+constexpr Pen kScreenPen{{{"┌", "─", "┐"}, {"│", " ", "│"}, {"└", "─", "┘"}}, "·"};
+constexpr Pen kWindowPen{{{"╔", "═", "╗"}, {"║", " ", "║"}, {"╚", "═", "╝"}}, "■"};
+// Where screens meet, their corners do.
+constexpr const char* kJoints[3][3] = {{"┌", "┬", "┐"}, {"├", "┼", "┤"}, {"└", "┴", "┘"}};
+
+// 0 at the first, 2 at the last, 1 between.
+std::size_t Third(std::int64_t value, std::int64_t first, std::int64_t last)
+{
+    return value == first ? 0 : value == last ? 2 : 1;
+}
 
 // Inclusive corners in characters.
 struct Box {
@@ -64,7 +73,9 @@ public:
         const Box seen = Clip(box);
         for (std::int64_t line = seen.top; line <= seen.bottom; ++line) {
             for (std::int64_t column = seen.left; column <= seen.right; ++column) {
-                Put(column, line, thin ? pen.bar : Stroke(box, column, line, pen));
+                const char* stroke =
+                    pen.strokes[Third(line, box.top, box.bottom)][Third(column, box.left, box.right)];
+                Put(column, line, thin ? pen.bar : stroke);
             }
         }
     }
@@ -90,17 +101,6 @@ public:
     }
 
 private:
-    static const char* Stroke(const Box& box, std::int64_t column, std::int64_t line, const Pen& pen)
-    {
-        if (line == box.top) {
-            return column == box.left ? pen.upperLeft : column == box.right ? pen.upperRight : pen.horizontal;
-        }
-        if (line == box.bottom) {
-            return column == box.left ? pen.lowerLeft : column == box.right ? pen.lowerRight : pen.horizontal;
-        }
-        return column == box.left || column == box.right ? pen.vertical : " ";
-    }
-
     std::int64_t m_columns;
     Box m_open;
     std::vector<std::string> m_cells; // a character of UTF-8 each
@@ -159,19 +159,12 @@ private:
         if (screen.output) {
             WriteCentred(box, (box.top + box.bottom) / 2, {fmt::format("output {}", *screen.output)});
         }
-        // Where screens meet, their corners do.
-        const auto joint = [&](std::int64_t x, std::int64_t y) {
-            const bool left = x > 0, right = x<Columns() - 1, up = y> 0, down = y < Lines() - 1;
-            if (left && right) {
-                m_sheet.Put(x, y, up && down ? "┼" : down ? "┬" : "┴");
-            } else if (up && down) {
-                m_sheet.Put(x, y, right ? "├" : "┤");
+        for (const std::int64_t line : {box.top, box.bottom}) {
+            for (const std::int64_t column : {box.left, box.right}) {
+                m_sheet.Put(column, line,
+                            kJoints[Third(line, 0, Lines() - 1)][Third(column, 0, Columns() - 1)]);
             }
-        };
-        joint(box.left, box.top);
-        joint(box.right, box.top);
-        joint(box.left, box.bottom);
-        joint(box.right, box.bottom);
+        }
     }
 
     // Windows are drawn inside the lines of the screens, so that those stay visible between them. However

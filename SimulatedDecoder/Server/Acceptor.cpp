@@ -25,27 +25,30 @@ std::string Text(const tcp::endpoint& endpoint)
     return text.str();
 }
 
+tcp::endpoint Resolve(asio::io_context& context, const std::string& host, std::uint16_t port)
+{
+    tcp::resolver resolver(context);
+    const auto found =
+        resolver.resolve(host, std::to_string(port), tcp::resolver::passive | tcp::resolver::numeric_service);
+    return found.begin()->endpoint();
+}
+
 Acceptor::Acceptor(asio::io_context& context, const std::string& host, std::uint16_t port,
                    WelcomeFunction welcome)
-    : m_context(context), m_acceptor(context), m_retryTimer(context), m_welcome(std::move(welcome))
+    : m_acceptor(context), m_retryTimer(context), m_welcome(std::move(welcome))
 {
     try {
-        Listen(host, port);
+        Listen(Resolve(context, host, port));
     } catch (const std::system_error& error) {
-        throw ListenError("cannot listen on " + host + ":" + std::to_string(port) + ": " +
-                          error.code().message());
+        throw ListenError(host, port, error);
     }
     Accept();
 }
 
 std::string Acceptor::Where() const { return Text(m_acceptor.local_endpoint()); }
 
-void Acceptor::Listen(const std::string& host, std::uint16_t port)
+void Acceptor::Listen(const tcp::endpoint& endpoint)
 {
-    tcp::resolver resolver(m_context);
-    const auto found =
-        resolver.resolve(host, std::to_string(port), tcp::resolver::passive | tcp::resolver::numeric_service);
-    const tcp::endpoint endpoint = found.begin()->endpoint();
     m_acceptor.open(endpoint.protocol());
     m_acceptor.set_option(tcp::acceptor::reuse_address(true));
     m_acceptor.bind(endpoint);

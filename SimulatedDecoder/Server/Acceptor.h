@@ -4,6 +4,7 @@
 #include <functional>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
@@ -13,8 +14,15 @@ namespace simulated_decoder {
 
 class ListenError : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    ListenError(const std::string& host, std::uint16_t port, const std::system_error& cause)
+        : std::runtime_error("cannot listen on " + host + ":" + std::to_string(port) + ": " +
+                             cause.code().message())
+    {
+    }
 };
+
+// Where to listen at. std::system_error when there is no such address.
+asio::ip::tcp::endpoint Resolve(asio::io_context& context, const std::string& host, std::uint16_t port);
 
 // Listens at one address and hands over whoever connects, on the context's thread, until it is destroyed.
 class Acceptor {
@@ -32,10 +40,9 @@ public:
     std::string Where() const;
 
 private:
-    void Listen(const std::string& host, std::uint16_t port);
+    void Listen(const asio::ip::tcp::endpoint& endpoint);
     void Accept();
 
-    asio::io_context& m_context;
     asio::ip::tcp::acceptor m_acceptor;
     asio::steady_timer m_retryTimer;
     WelcomeFunction m_welcome;
