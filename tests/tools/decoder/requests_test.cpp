@@ -260,7 +260,7 @@ TEST_F(DecoderRequests, WhatTheParserCannotReadInLinearTimeIsRefused)
         return Request().Parse(RequestText("dowallclear", "", body));
     };
     EXPECT_TRUE(parses("<a " + repeat("b{}=\"'>\" ", 64) + "/>"));
-    EXPECT_FALSE(parses("<a " + repeat("b{}=\"'>\" ", 65) + "/>"));
+    ASSERT_FALSE(parses("<a " + repeat("b{}=\"'>\" ", 65) + "/>"));
     EXPECT_TRUE(parses(repeat("<a><b/>", 62) + repeat("</a>", 62)));
     EXPECT_FALSE(parses(repeat("<a><b/>", 63) + repeat("</a>", 63)));
     EXPECT_TRUE(parses("<a>&#x1F600;&#128512;</a><!-- <a \" --><![CDATA[<a ']]><!a \">"));
@@ -364,6 +364,8 @@ TEST_F(DecoderRequests, AHostThatDoesNotReadIsCutOffAt16MiB)
         for (int i = 0; i < 64 && !error; ++i) {
             asio::write(host, asio::buffer(EncodeFrame(RequestText(url, "", ""))), error);
         }
+        std::error_code gone;
+        host.shutdown(asio::socket_base::shutdown_send, gone);
         std::array<char, 65536> bytes{};
         while (!error) {
             host.read_some(asio::buffer(bytes), error);
