@@ -30,6 +30,7 @@ std::string Encode(const Record& record)
     std::string bytes(record.GetLength(), '\xEE');
     char* pData = bytes.data();
     EXPECT_EQ(record.GetData(pData), bytes.size());
+    EXPECT_EQ(pData, bytes.data());
     return bytes;
 }
 

@@ -59,7 +59,7 @@ TEST_F(FramesTest, BothModesDeliverWholeFramesAndDirectModeTellsWhatTheNextOneNe
         unsigned int consumed;
         unsigned int needLen;
     } const cases[] = {
-        {BEAT, {"beat"}, 8, 0},
+        {BEAT + BEAT + Frame("<a/>"), {"beat", "beat", "data:<a/>"}, 28, 0},
         {Frame("<a/>") + Frame("<b/>"), {"data:<a/>", "data:<b/>"}, 24, 0},
         {"11111", {}, 0, 3},
         {Frame("<abc/>").substr(0, 8), {}, 0, 6},
@@ -80,13 +80,19 @@ TEST_F(FramesTest, BothModesDeliverWholeFramesAndDirectModeTellsWhatTheNextOneNe
         EXPECT_EQ(consumed, c.consumed);
         EXPECT_EQ(needLen, c.needLen);
 
-        delivered.clear();
-        CNetPacketProcTWDECODERDev keeping;
-        keeping.Initial(&FramesTest::Deliver, this);
-        EXPECT_TRUE(keeping.RecvProc(c.bytes.data(), c.bytes.size(), consumed, nullptr));
-        EXPECT_EQ(delivered, c.frames);
-        EXPECT_EQ(consumed, c.bytes.size());
+        for (size_t nCut = 1; nCut <= c.bytes.size(); ++nCut) {
+            delivered.clear();
+            CNetPacketProcTWDECODERDev keeping;
+            keeping.Initial(&FramesTest::Deliver, this);
+            EXPECT_TRUE(keeping.RecvProc(c.bytes.data(), nCut, consumed, nullptr));
+            EXPECT_EQ(consumed, nCut);
+            for (const char byte : c.bytes.substr(nCut)) { // then one by one
+                EXPECT_TRUE(keeping.RecvProc(&byte, 1, consumed, nullptr));
+            }
+            EXPECT_EQ(delivered, c.frames) << nCut;
+        }
     }
+    EXPECT_EQ(fake_host::LiveBuffers(), 0);
     EXPECT_TRUE(fake_host::Logs().empty());
 }
 

@@ -3,6 +3,7 @@
 #include "MarkupSTL.h"
 
 #include <gtest/gtest.h>
+#include <random>
 
 namespace {
 
@@ -123,19 +124,28 @@ TEST(Markup, AddsWhereTheCursorStands)
     }
 }
 
-TEST(Markup, KnowsEveryElementAfterAddingInTheMiddle)
+// Wherever an element is added, the index and the text stay in step.
+TEST(Markup, KnowsEveryElementAfterAddingAnywhere)
 {
-    CMarkupSTL doc = At("<a><b><c>1</c><d>2</d></b><e><f>3</f></e></a>", {"a", "b", "c"});
-    doc.AddElem("x", "4");
-    doc.OutOfElem();
-    EXPECT_TRUE(doc.FindElem("e"));
-    EXPECT_TRUE(doc.AddElem("y"));
-    EXPECT_TRUE(doc.IntoElem() && doc.AddElem("z", 5) && doc.AddElem("z", 6));
-    doc.ResetPos();
-    EXPECT_TRUE(doc.AddElem("second"));
-    doc.ResetPos();
-    EXPECT_EQ(Outline(doc), "a[b[c=1 x=4 d=2] e[f=3] y[z=5 z=6]] second");
-    EXPECT_EQ(OutlineOf(doc.GetDoc()), "a[b[c=1 x=4 d=2] e[f=3] y[z=5 z=6]] second");
+    std::mt19937 random(1);
+    for (int nDocument = 0; nDocument < 20; ++nDocument) {
+        CMarkupSTL doc;
+        for (int nElements = 0; nElements < 50; ++nElements) {
+            doc.ResetPos();
+            for (auto nDown = random() % 8; nDown != 0 && doc.FindElem(); --nDown) {
+                while (random() % 2 == 0 && doc.FindElem()) {
+                }
+                doc.IntoElem();
+            }
+            while (random() % 2 == 0 && doc.FindElem()) {
+            }
+            const std::string name(1 + random() % 3, 'n');
+            EXPECT_TRUE(doc.AddElem(name.c_str(), random() % 2 == 0 ? "" : "data"));
+            EXPECT_EQ(doc.GetTagName(), name);
+            doc.ResetPos();
+            ASSERT_EQ(Outline(doc), OutlineOf(doc.GetDoc()));
+        }
+    }
 }
 
 TEST(Markup, RefusedOperationsLeaveDocumentAndCursor)

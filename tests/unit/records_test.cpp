@@ -238,6 +238,7 @@ TEST_F(Records, ABadItemEndsTheListAndTheItemsBeforeItStay)
     const std::string one = Window(1, 1);
     S_MTvw_Create_CavansWindow create;
     EXPECT_FALSE(Decode(create, Guids().U32(2).Text(one + one.substr(0, one.size() - 1))));
+    EXPECT_FALSE(create.SetData(nullptr, 9)); // changes nothing
     EXPECT_EQ(Encode(create), std::string(Guids().U32(2).Text(one)));
     S_MTvw_Canvas_Item_V2 canvas;
     EXPECT_FALSE(Decode(canvas, CanvasHead(1, 2) + LogicScreen(3)));
