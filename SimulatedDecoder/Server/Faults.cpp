@@ -127,9 +127,9 @@ bool HasRightUrl(const FaultKind& kind, const Pieces& pieces)
 
 const UrlFaults& Faults::For(std::string_view url) const
 {
-    static const UrlFaults none;
+    static const UrlFaults kNone;
     const auto found = urls.find(url);
-    return found != urls.end() ? found->second : none;
+    return found != urls.end() ? found->second : kNone;
 }
 
 std::string AddFault(Faults& faults, std::string_view spec)

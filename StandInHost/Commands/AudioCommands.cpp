@@ -9,7 +9,7 @@ namespace {
 using namespace ORVA_NET_PROTOCOL;
 using namespace ORVA2_DECODER_TVW;
 
-constexpr SField fields[] = {FieldOf<int32_t>("the window id"), FieldOf<int32_t>("the sub-window index"),
+constexpr Field kFields[] = {FieldOf<int32_t>("the window id"), FieldOf<int32_t>("the sub-window index"),
                              FieldOf<int32_t>("the channel")};
 
 } // namespace
@@ -17,14 +17,14 @@ constexpr SField fields[] = {FieldOf<int32_t>("the window id"), FieldOf<int32_t>
 void SetUpAudioPlay(CLI::App& app, ConsoleCommand& command)
 {
     SetUpSubWindows(app, command,
-                    {fields, "WINDOW INDEX CHANNEL", KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_PLAY_AUDIO,
+                    {kFields, "WINDOW INDEX CHANNEL", KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_PLAY_AUDIO,
                      AudioRecord});
 }
 
 void SetUpAudioStop(CLI::App& app, ConsoleCommand& command)
 {
     SetUpSubWindows(app, command,
-                    {std::span(fields).first(2), "WINDOW INDEX", KEST_CMD_TVWALL_DECODE_OPTION,
+                    {std::span(kFields).first(2), "WINDOW INDEX", KEST_CMD_TVWALL_DECODE_OPTION,
                      TVWALL_DECODE_STOP_AUDIO, AudioRecord});
 }
 

@@ -40,8 +40,8 @@ void RequestOption(ConsoleCommand& command, unsigned int cmdID, uint32_t optType
 
 // A command whose words name sub-windows, one group of words for each.
 struct SubWindowCommand {
-    std::span<const SField> fields; // window, index and at most two more
-    const char* group;              // their names: "WINDOW INDEX CHANNEL"
+    std::span<const Field> fields; // window, index and at most two more
+    const char* group;             // their names: "WINDOW INDEX CHANNEL"
     unsigned int cmdID;
     uint32_t optType;
     Record (*makeRecord)(const std::vector<SubWindows>& windows);

@@ -9,10 +9,10 @@ using namespace ORVA2_DECODER_TVW;
 
 void SetUpBorder(CLI::App& app, ConsoleCommand& command)
 {
-    static constexpr SField fields[] = {FieldOf<int16_t>("the window id"),
+    static constexpr Field kFields[] = {FieldOf<int16_t>("the window id"),
                                         FieldOf<int16_t>("the sub-window index"), SwitchOf("the border")};
     SetUpSubWindows(app, command,
-                    {fields, "WINDOW INDEX on|off", KEST_CMD_TVWALL_DECODE_SAVE_CONFIG,
+                    {kFields, "WINDOW INDEX on|off", KEST_CMD_TVWALL_DECODE_SAVE_CONFIG,
                      TVWALL_DECODE_DRAWBODER, BorderRecord});
 }
 

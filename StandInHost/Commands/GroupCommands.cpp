@@ -94,21 +94,21 @@ void SetUpGroupGet(CLI::App& app, ConsoleCommand& command)
 
 void SetUpPollingStart(CLI::App& app, ConsoleCommand& command)
 {
-    static constexpr SField fields[] = {FieldOf<int32_t>("the window id"),
+    static constexpr Field kFields[] = {FieldOf<int32_t>("the window id"),
                                         FieldOf<uint32_t>("the sub-window index"),
                                         FieldOf<uint32_t>("the group id")};
     SetUpSubWindows(app, command,
-                    {fields, "WINDOW INDEX GROUP", KEST_CMD_TVWALL_DECODE_OPTION,
+                    {kFields, "WINDOW INDEX GROUP", KEST_CMD_TVWALL_DECODE_OPTION,
                      TVWALL_DECODE_START_CHLGROUP_POLLING, PollingRecord});
 }
 
 void SetUpPollingStop(CLI::App& app, ConsoleCommand& command)
 {
-    static constexpr SField fields[] = {FieldOf<int32_t>("the window id"),
+    static constexpr Field kFields[] = {FieldOf<int32_t>("the window id"),
                                         FieldOf<int32_t>("the sub-window index")};
     // The decoder ends polling as it ends any other media, so the record is the one that stops media.
     SetUpSubWindows(app, command,
-                    {fields, "WINDOW INDEX", KEST_CMD_TVWALL_DECODE_OPTION,
+                    {kFields, "WINDOW INDEX", KEST_CMD_TVWALL_DECODE_OPTION,
                      TVWALL_DECODE_STOP_CHLGROUP_POLLING, StopMediaRecord});
 }
 

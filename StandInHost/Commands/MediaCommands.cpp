@@ -47,7 +47,7 @@ struct MediaArguments {
     }
 
 private:
-    static SField Time(const char* name) { return {name, 0, std::numeric_limits<int64_t>::max()}; }
+    static Field Time(const char* name) { return {name, 0, std::numeric_limits<int64_t>::max()}; }
 };
 
 } // namespace
@@ -86,20 +86,20 @@ void SetUpMediaPlay(CLI::App& app, ConsoleCommand& command)
 
 void SetUpMediaStop(CLI::App& app, ConsoleCommand& command)
 {
-    static constexpr SField fields[] = {FieldOf<int32_t>("the window id"),
+    static constexpr Field kFields[] = {FieldOf<int32_t>("the window id"),
                                         FieldOf<int32_t>("the sub-window index")};
     SetUpSubWindows(app, command,
-                    {fields, "WINDOW INDEX", KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DO_STOP_PLAY_MEDIA,
+                    {kFields, "WINDOW INDEX", KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DO_STOP_PLAY_MEDIA,
                      StopMediaRecord});
 }
 
 void SetUpPlayback(CLI::App& app, ConsoleCommand& command)
 {
-    static constexpr SField fields[] = {
+    static constexpr Field kFields[] = {
         FieldOf<uint16_t>("the window id"), FieldOf<uint16_t>("the sub-window index"),
         FieldOf<uint16_t>("the control type"), FieldOf<uint16_t>("the control value")};
     SetUpSubWindows(app, command,
-                    {fields, "WINDOW INDEX TYPE VALUE", KEST_CMD_TVWALL_DECODE_OPTION,
+                    {kFields, "WINDOW INDEX TYPE VALUE", KEST_CMD_TVWALL_DECODE_OPTION,
                      TVWALL_DECODE_PLAYBACK_CTRL, PlaybackRecord});
 }
 

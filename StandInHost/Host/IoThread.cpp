@@ -60,8 +60,8 @@ void IoThread::AwaitSignal(std::function<void(int)> handler)
 }
 
 // Shared with the pending handler, so that a cancelled timer's last handler still finds its lock.
-struct PeriodicTimer::SState : std::enable_shared_from_this<SState> {
-    SState(asio::io_context& context, std::chrono::milliseconds pace, std::function<void()> task)
+struct PeriodicTimer::State : std::enable_shared_from_this<State> {
+    State(asio::io_context& context, std::chrono::milliseconds pace, std::function<void()> task)
         : timer(context), period(pace), function(std::move(task))
     {
     }
@@ -87,7 +87,7 @@ struct PeriodicTimer::SState : std::enable_shared_from_this<SState> {
 
 PeriodicTimer::PeriodicTimer(IoThread& thread, std::chrono::milliseconds period,
                              std::function<void()> function)
-    : m_state(std::make_shared<SState>(thread.Context(), period, std::move(function)))
+    : m_state(std::make_shared<State>(thread.Context(), period, std::move(function)))
 {
     asio::post(thread.Context(), [state = m_state] { state->Arm(); });
 }

@@ -48,8 +48,8 @@ public:
     PeriodicTimer& operator=(const PeriodicTimer&) = delete;
 
 private:
-    struct SState;
-    std::shared_ptr<SState> m_state;
+    struct State;
+    std::shared_ptr<State> m_state;
 };
 
 } // namespace standin_host

@@ -26,8 +26,8 @@ public:
 private:
     static locale_t Utf8()
     {
-        static const locale_t locale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-        return locale;
+        static const locale_t kLocale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+        return kLocale;
     }
 
     const locale_t m_before;

@@ -42,7 +42,7 @@ public:
     }
 
 private:
-    struct SLevel {
+    struct Level {
         bool array;
         std::size_t index;
         std::string keyText;
@@ -51,7 +51,7 @@ private:
 
     void OnKey(const std::string& keyText)
     {
-        SLevel& level = m_levels.back();
+        Level& level = m_levels.back();
         level.keyText = keyText;
         if (!level.keys.insert(keyText).second) {
             throw UsageError(m_file + ": " + Place() + " is given twice");
@@ -68,7 +68,7 @@ private:
     std::string Place() const
     {
         std::string place;
-        for (const SLevel& level : m_levels) {
+        for (const Level& level : m_levels) {
             if (level.array) {
                 place += '[' + std::to_string(level.index) + ']';
             } else {
@@ -79,7 +79,7 @@ private:
     }
 
     const std::string& m_file;
-    std::vector<SLevel> m_levels; // objects and arrays that are open
+    std::vector<Level> m_levels; // objects and arrays that are open
 };
 
 std::string LineAndColumn(const std::string& text, std::size_t byte)

@@ -8,7 +8,7 @@
 
 namespace standin_host {
 
-int64_t Number(const std::string& text, const SField& field)
+int64_t Number(const std::string& text, const Field& field)
 {
     if (field.switchValue) {
         return OnOrOff(text, field.name) ? 1 : 0;
@@ -60,7 +60,7 @@ std::vector<WordGroup> Groups(const Words& words, std::size_t size, const char* 
     return groups;
 }
 
-std::vector<SubWindows> ReadSubWindows(const Words& words, std::span<const SField> fields, const char* shape)
+std::vector<SubWindows> ReadSubWindows(const Words& words, std::span<const Field> fields, const char* shape)
 {
     const auto groups = Groups(words, fields.size(), shape);
     if (groups.size() > kMaxSubWindows) {

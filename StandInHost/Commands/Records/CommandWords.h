@@ -13,7 +13,7 @@
 namespace standin_host {
 
 // What a word stands for and the numbers that it may be.
-struct SField {
+struct Field {
     const char* name; // as in "the window id"
     int64_t min;
     int64_t highest;
@@ -21,13 +21,13 @@ struct SField {
 };
 
 template <class T>
-constexpr SField FieldOf(const char* name)
+constexpr Field FieldOf(const char* name)
 {
     return {name, std::numeric_limits<T>::min(), std::numeric_limits<T>::max()};
 }
-constexpr SField SwitchOf(const char* name) { return {name, 0, 1, true}; }
+constexpr Field SwitchOf(const char* name) { return {name, 0, 1, true}; }
 
-int64_t Number(const std::string& text, const SField& field);
+int64_t Number(const std::string& text, const Field& field);
 uint32_t Unsigned(const std::string& text, const char* name);
 int32_t Signed(const std::string& text, const char* name);
 bool OnOrOff(const std::string& text, const char* name);
@@ -42,7 +42,7 @@ std::vector<WordGroup> Groups(const Words& words, std::size_t size, const char* 
 
 // Groups of window, sub-window index and what else the fields say (at most four), gathered under their
 // windows in the order in which these come first.
-std::vector<SubWindows> ReadSubWindows(const Words& words, std::span<const SField> fields, const char* shape);
+std::vector<SubWindows> ReadSubWindows(const Words& words, std::span<const Field> fields, const char* shape);
 
 // " 1 0 0 960 540", for titles.
 std::string Join(const Words& words);
