@@ -6,6 +6,7 @@
 
 #include "Page/PageTexts.h"
 #include "Picture/WallPictures.h"
+#include "Picture/WallView.h"
 
 namespace simulated_decoder {
 

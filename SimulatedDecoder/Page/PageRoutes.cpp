@@ -11,6 +11,7 @@
 
 #include "Page/PageTexts.h"
 #include "Page/WebFiles.h"
+#include "Picture/WallView.h"
 #include "Tools/Common/Numbers.h"
 
 namespace simulated_decoder {

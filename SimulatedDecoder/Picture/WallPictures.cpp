@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Picture/AtomicFile.h"
+#include "Picture/WallView.h"
 
 namespace simulated_decoder {
 

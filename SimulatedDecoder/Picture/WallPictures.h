@@ -2,9 +2,11 @@
 
 #include <string>
 
-#include "Picture/WallView.h"
+#include "State/DeviceState.h"
 
 namespace simulated_decoder {
+
+struct WallView;
 
 // A picture of the wall: screens and what is bound to them, windows from the lowest layer to the highest with
 // what their sub-windows show, and a list of the windows. Each window is a group with the id "window-ID", its

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "Picture/Svg.h"
-#include "State/SubWindowGrid.h"
+#include "Picture/WallView.h"
 
 namespace simulated_decoder {
 
@@ -338,19 +338,15 @@ private:
     void DrawCells(const WindowView& window, const Area& area)
     {
         const auto cells = window.SeenCells();
-        if (cells.empty()) {
-            return;
-        }
-        const SubWindowGrid grid(cells.size());
-        const double width = area.width / static_cast<double>(grid.columns);
-        const double height = area.height / static_cast<double>(grid.rows);
+        const double width = area.width / static_cast<double>(window.columns);
+        const double height = area.height / static_cast<double>(window.rows);
         if (width < kLeastCell || height < kLeastCell) {
             return;
         }
         const double size = std::min({16.0, height * 0.17, width * 0.11});
         for (std::size_t i = 0; i < cells.size(); ++i) {
-            const double x = area.x + width * static_cast<double>(i % grid.columns);
-            const double y = area.y + height * static_cast<double>(i / grid.columns);
+            const double x = area.x + width * static_cast<double>(i % window.columns);
+            const double y = area.y + height * static_cast<double>(i / window.columns);
             CellDrawing{m_svg, window, cells[i], {x, y, width, height}, size}.Draw();
         }
     }

@@ -1,14 +1,13 @@
 #include "Picture/WallPictures.h"
 
 #include <algorithm>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include <spdlog/fmt/fmt.h>
 
-#include "State/SubWindowGrid.h"
+#include "Picture/WallView.h"
 
 namespace simulated_decoder {
 
@@ -178,7 +177,7 @@ private:
                       std::max({top, Line(rect.y + rect.height) - 1, m_sheet.Open().top})};
         m_sheet.Draw(box, kWindowPen);
         if (!window.cells.empty()) {
-            DrawCells(box, window.SeenCells());
+            DrawCells(box, window);
         }
         if (m_view.switches.windowIds) {
             const Box seen = m_sheet.Clip(box);
@@ -186,11 +185,10 @@ private:
         }
     }
 
-    void DrawCells(const Box& box, std::span<const CellView> cells)
+    void DrawCells(const Box& box, const WindowView& window)
     {
-        const SubWindowGrid grid(cells.size());
-        const auto columns = static_cast<std::int64_t>(grid.columns);
-        const auto rows = static_cast<std::int64_t>(grid.rows);
+        const auto columns = static_cast<std::int64_t>(window.columns);
+        const auto rows = static_cast<std::int64_t>(window.rows);
         if ((box.right - box.left) / columns < 2 || (box.bottom - box.top) / rows < 2) {
             return;
         }
@@ -212,10 +210,11 @@ private:
                 m_sheet.Put(columnLine(j), rowLine(i), "┼");
             }
         }
-        for (std::size_t i = 0; i < cells.size(); ++i) {
-            const auto column = static_cast<std::int64_t>(i % grid.columns);
-            const auto row = static_cast<std::int64_t>(i / grid.columns);
-            DrawCell({columnLine(column), rowLine(row), columnLine(column + 1), rowLine(row + 1)}, cells[i]);
+        std::int64_t i = 0;
+        for (const CellView& cell : window.SeenCells()) {
+            const std::int64_t column = i % columns;
+            const std::int64_t row = i++ / columns;
+            DrawCell({columnLine(column), rowLine(row), columnLine(column + 1), rowLine(row + 1)}, cell);
         }
     }
 

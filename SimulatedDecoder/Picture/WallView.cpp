@@ -64,6 +64,11 @@ void SeeCells(const DeviceState& state, const Window& window, WindowView& view)
     for (const SubWindow& subWindow : window.split.subWindows) {
         view.cells.push_back(SeeCell(state, subWindow));
     }
+    const std::size_t seen = view.SeenCells().size();
+    while (view.columns * view.columns < seen) {
+        ++view.columns;
+    }
+    view.rows = (seen + view.columns - 1) / view.columns;
 }
 
 Rect Common(const Rect& a, const Rect& b)

@@ -38,9 +38,13 @@ struct WindowView {
     std::optional<std::uint32_t> zoomed; // the sub-window that fills it
     std::size_t showing = 0;             // sub-windows that play or poll
     bool covered = false;                // one higher window hides all of it
-    // All of them, row by row. So that a wall with many windows is drawn in a moment, only so many of the
-    // highest ones have them; the others have none here.
+    // All of them. So that a wall with many windows is drawn in a moment, only so many of the highest ones
+    // have them; the others have none here.
     std::vector<CellView> cells;
+    // The near-square grid in which those that are seen lie, row by row: 2x2 for 4, 3 columns and 2 rows
+    // for 5.
+    std::size_t columns = 1;
+    std::size_t rows = 1;
 
     // The cells that are seen: all, or the one that fills the window.
     std::span<const CellView> SeenCells() const;

@@ -19,6 +19,7 @@
 #include "LogFormatter.h"
 #include "Picture/AtomicFile.h"
 #include "Picture/WallPictures.h"
+#include "Picture/WallView.h"
 #include "Server/Device.h"
 #include "Server/PcapFile.h"
 #include "Server/Server.h"
