@@ -108,19 +108,6 @@ TEST_F(ReplyLimitsTest, WhatFollowsAZeroByteIsReceivedButNotParsed)
     EXPECT_EQ(Ask({GET, BASIC_CONFIG}, name, std::string(133200000, '\0')), 0U);
 }
 
-TEST_F(ReplyLimitsTest, ALoginHoldsNoReplyWhileItComposes)
-{
-    constexpr size_t LEN = 1000000;
-    onPoll = [this] {
-        Receive(Frame(ReplyText("", Element(LastRequest(), "seq"), "0", "", std::string(LEN, 'x'))));
-    };
-    const long nBefore = allocation_fault::LiveBytes();
-    long nHeld = 0; // by the last request, in the end
-    node.onSend = [&] { nHeld = allocation_fault::LiveBytes() - nBefore; };
-    Run(0x101, LoginPayload("admin", "secret"));
-    EXPECT_LT(nHeld, LEN * 3 / 2) << "more than the buffer of received messages";
-}
-
 TEST_F(ReplyLimitsTest, TheLargestWallsAreRead)
 {
     constexpr size_t WINDOWS = 4096;
