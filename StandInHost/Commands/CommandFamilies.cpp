@@ -30,6 +30,7 @@ void RequestOption(ConsoleCommand& command, unsigned int cmdID, uint32_t optType
                    const AnswerForm& form)
 {
     Request(command, cmdID, OptionPayload(optType, record), form);
+    command.optType = optType;
 }
 
 void SetUpSubWindows(CLI::App& app, ConsoleCommand& command, const SubWindowCommand& subWindows)

@@ -32,6 +32,7 @@ struct ConsoleCommand {
 
     unsigned int cmdID = 0;
     bool hasReply = true;
+    uint32_t optType = 0; // that the payload begins with, where it has an option head
     Record payload;
     const AnswerForm* form = nullptr; // how a good answer reads; null: as it is
 

@@ -179,11 +179,10 @@ void Session::Judge(const ConsoleCommand& command, const HostCommand& host, bool
 void Session::NoteLogin(const ConsoleCommand& command, bool good)
 {
     using namespace ORVA_NET_PROTOCOL;
-    ByteReader payload(command.payload.bytes);
     if (command.cmdID == KEST_CMD_REQUEST_LOGIN) {
         m_loggedIn = good; // a refused login ends the one before
     } else if (good && command.cmdID == KEST_CMD_TVWALL_DECODE_OPTION &&
-               payload.U32() == ORVA2_DECODER_TVW::TVWALL_DECODE_LOGOUT) {
+               command.optType == ORVA2_DECODER_TVW::TVWALL_DECODE_LOGOUT) {
         m_loggedIn = false;
     }
 }

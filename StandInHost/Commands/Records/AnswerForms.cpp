@@ -116,6 +116,11 @@ void ReadLayout(ByteReader& reader, Fields& fields)
 // A grid of this size is drawn whole; what a decoder says beyond is listed.
 constexpr uint32_t kMaxDrawn = 64;
 
+std::string Counted(uint32_t count, const char* what)
+{
+    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
+}
+
 std::string ShowLayout(const Fields& fields)
 {
     const auto rows = fields["rows"].get<uint32_t>();
@@ -138,8 +143,7 @@ std::string ShowLayout(const Fields& fields)
         std::replace(grid[y].begin(), grid[y].end(), std::string(), std::string("-"));
         grid[y].insert(grid[y].begin(), "row " + std::to_string(y) + ':');
     }
-    return std::to_string(rows) + " rows, " + std::to_string(columns) + " columns" + TextTable(grid) +
-           TextTable(outside);
+    return Counted(rows, "row") + ", " + Counted(columns, "column") + TextTable(grid) + TextTable(outside);
 }
 
 // --- display switches ---
