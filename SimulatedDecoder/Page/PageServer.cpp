@@ -49,10 +49,11 @@ constexpr std::pair<const char*, const char*> kHeaders[] = {
     {"X-Content-Type-Options", "nosniff"},
 };
 
+// NOLINTBEGIN(readability-identifier-naming): the library's names
+
 // Counts the connections and turns away those that are too many.
 class Visitors {
 public:
-    // NOLINTBEGIN(readability-identifier-naming): the names are the library's
     restinio::ip_blocker::inspection_result_t inspect(const restinio::ip_blocker::incoming_info_t&) noexcept
     {
         if (m_count < kMaxVisitors) {
@@ -71,8 +72,6 @@ public:
         }
     }
 
-    // NOLINTEND(readability-identifier-naming)
-
 private:
     std::size_t m_count = 0;
 };
@@ -81,6 +80,8 @@ struct Traits : restinio::default_single_thread_traits_t {
     using ip_blocker_t = Visitors;
     using connection_state_listener_t = Visitors;
 };
+
+// NOLINTEND(readability-identifier-naming)
 
 PageRequest Read(const restinio::request_t& request)
 {

@@ -345,8 +345,9 @@ private:
         }
         const double size = std::min({16.0, height * 0.17, width * 0.11});
         for (std::size_t i = 0; i < cells.size(); ++i) {
+            const std::size_t row = i / window.columns;
             const double x = area.x + width * static_cast<double>(i % window.columns);
-            const double y = area.y + height * static_cast<double>(i / window.columns);
+            const double y = area.y + height * static_cast<double>(row);
             CellDrawing{m_svg, window, cells[i], {x, y, width, height}, size}.Draw();
         }
     }
@@ -380,7 +381,8 @@ private:
         const double top = m_wall.Bottom() + kListLine * 1.4;
         for (std::size_t i = 0; i < shown; ++i) {
             const WindowView& window = m_view.windows[count - 1 - i];
-            const double x = kMargin + static_cast<double>(i / lines) * kListColumn;
+            const std::size_t column = i / lines;
+            const double x = kMargin + static_cast<double>(column) * kListColumn;
             const double y = top + static_cast<double>(i % lines) * kListLine;
             const Colour& colour = ColourOf(window);
             m_svg.Rect({x, y - 6, 12, 12},
