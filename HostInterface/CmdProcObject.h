@@ -3,9 +3,9 @@
 
 #include "TvwallProtocol.h"
 
-// Reference-counted by the host. Whoever keeps the pointer beyond a call holds one reference; every
+// Reference-counted by the host. A holder that keeps the pointer beyond a call has one reference; every
 // AddReference is paired with a DecReference that carries the same holder tag. The plug-in's queue uses the
-// tag 11: AddReference in AddOneCmd, DecReference once the command has run, on whatever thread that was.
+// tag 11: AddReference in AddOneCmd, DecReference once the command has run, on any thread.
 class CCmdProcObject {
 public:
     // Host command id, a value of ORVA_NET_PROTOCOL::_net_protocol_cmd_def_.

@@ -26,9 +26,9 @@ private:
     unsigned long m_nDataLen;
 };
 
-// A notification of the decoder, which comes unasked: there is nothing to subscribe to.
-// Its data are the decoder's XML text, not zero-terminated; the host takes their length from GetDataLen,
-// since m_DataTvwallInfo.nLen of an unsolicited message is another number. It has no parent.
+// A notification of the decoder, which comes unasked: there is nothing to subscribe to. Its data is the
+// decoder's XML text, not zero-terminated; the host takes their length from GetDataLen, since
+// m_DataTvwallInfo.nLen of an unsolicited message is another number. It has no parent.
 class CCmdProcParamMTvwall : public CCmdProcParam {
 public:
     CCmdProcParamMTvwall(CCmdProcParam* pParent, const char* pData, unsigned long nLen)

@@ -11,12 +11,12 @@ class CSocketDataObserver;
 // Length value that marks a data pointer as a memory-pool handle.
 inline constexpr unsigned int MEM_POOL_HANDLE_LEN = 0xFFFFFFFF;
 
-// Values of GetLastError after CNetNode::SendData has failed. Whatever else it returns is final.
+// Values of GetLastError after CNetNode::SendData has failed. Any other value is final.
 enum NET_SOCKET_ERROR : unsigned int {
     NET_SOCKET_ERROR_NOBUFS = 0x20000009, // the send buffer is full and nothing was taken: try again
 };
 
-// The host exports them, whatever visibility it compiles with.
+// The host exports them whatever its default visibility.
 #pragma GCC visibility push(default)
 
 extern "C" {
@@ -31,19 +31,17 @@ GUID NET_COMM_GetCurrentAppNodeID();
 
 // --- sockets; hNetCommunication is the host's own name for a connection, as it was given to Initial ---
 
-// Of the results the plug-in looks at that of NET_SOCKET_RegisterNode only, which Initial returns; 0 is
-// success.
+// The plug-in checks only the result of NET_SOCKET_RegisterNode, which Initial returns; 0 is success.
 
-// Makes the observer receive the bytes of the connection, each time with pContext; a and b are those of
-// Initial.
+// Passes the bytes of the connection to the observer, each time with pContext; a and b are those of Initial.
 int NET_SOCKET_RegisterNode(int hNetCommunication, CSocketDataObserver* pObserver, void* pContext, int a,
                             int b);
-// After it has returned, the observer is not called any more. Called by Quit, behind NET_SOCKET_Stop.
+// After it has returned, the observer is not called any more. Called by Quit, after NET_SOCKET_Stop.
 int NET_SOCKET_UnRegisterNode(int hNetCommunication);
-// Begins to receive.
+// Starts receiving.
 int NET_SOCKET_Start(int hNetCommunication);
-// After it has returned, no receive is running: it waits for one that is. Called by Stop, also on a
-// connection that is lost already.
+// After it has returned, no receive is running: it waits for one that is. Called by Stop, even on a
+// connection that is already lost.
 int NET_SOCKET_Stop(int hNetCommunication);
 // Closes the connection, if it is still open, and frees its handle. Called by Quit.
 int NET_SOCKET_DestroyHNetCommunication(int hNetCommunication);
@@ -55,17 +53,17 @@ unsigned int GetLastError();
 // A new buffer with a copy of nLen bytes and one reference; null when there is no memory.
 char* MEM_POOL_New(const char* pData, unsigned long nLen);
 void MEM_POOL_AddRef(const char* hBuffer);
-// Gives back one reference; the last one frees the buffer.
+// Releases one reference; the last one frees the buffer.
 void MEM_POOL_Delete(const char* hBuffer);
 const char* MEM_POOL_GetData(const char* hBuffer);
 unsigned long MEM_POOL_GetLen(const char* hBuffer);
-// Appends bytes at the end; false when there is no memory, the buffer is unchanged then.
+// Appends bytes at the end; false, with the buffer unchanged, when there is no memory.
 bool MEM_POOL_Append(const char* hBuffer, const char* pData, unsigned long nLen);
-// Drop nLen bytes from one end of the buffer; all of them, where nLen is more.
+// Drop nLen bytes from one end of the buffer; all of them if nLen exceeds its length.
 void MEM_POOL_TruncateFront(const char* hBuffer, unsigned long nLen);
 void MEM_POOL_TruncateBack(const char* hBuffer, unsigned long nLen);
 
-// --- log; texts are zero-terminated UTF-8, copied during the call; nLine marks the place in the source ---
+// --- log; texts are zero-terminated UTF-8, copied during the call; nLine names the place in the source ---
 
 void SHARESDK_NormalOutput(const char* szText, const char* szSource, int nLine);
 void SHARESDK_AbnormalOutput(const char* szText, const char* szSource, int nLine);

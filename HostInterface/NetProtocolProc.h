@@ -10,14 +10,14 @@
 class CCmdProcObject;
 class CNetNode;
 
-// The host calls the operations through this class, so their order is binary contract: thirteen entries, the
-// destructor eleventh. Expected calling order: CreateSelf, Initial, Start, then any number of AddOneCmd,
+// The host calls the operations through this class, so their order is part of the ABI: thirteen entries, the
+// destructor eleventh. Expected call order: CreateSelf, Initial, Start, then any number of AddOneCmd,
 // ProcDevCmd, GetBeatData and IsOnline, then Stop, Quit and the destructor.
 class CNetProtocolProc {
 public:
     // One queued command.
     struct CMD_PROC_INFO {
-        CCmdProcObject* pCmdProcObject; // the queue holds one reference on it
+        CCmdProcObject* pCmdProcObject; // the queue holds one reference to it
         BYTE* pBuf;                     // private copy of the payload, new[]; null when there is none
         uint32_t dwLen;                 // bytes in pBuf
     };
@@ -33,35 +33,35 @@ public:
     virtual void Quit() {}
     // Bytes may be received from now on. Both arguments are ignored; the result is 0.
     virtual int Start(char* /*text*/, int /*n*/) { return 0; }
-    // Ends the wait of the running command within about 100 ms (one that reads a reply goes on until it is
-    // done, one that enciphers until the next text), answers queued ones on the calling thread and waits
-    // until no receive is running; so neither inside a callback nor on the receive thread. Never concurrently
-    // with Start or another Stop.
+    // Ends the wait of the running command within about 100 ms (one that is reading a reply finishes first;
+    // one that is enciphering stops before the next text), answers queued ones on the calling thread and
+    // waits until no receive is running; so never call it inside a callback or on the receive thread. Never
+    // concurrently with Start or another Stop.
     virtual void Stop() {}
     // Runs one queued command on the calling thread, always the same one; false when the queue was empty.
     // Blocks until the command is answered, at most 30 s for each request that it takes (login and system
-    // information take two), and as long as the socket is full.
+    // information take two), plus as long as the socket is full.
     virtual bool ProcDevCmd() { return false; }
     virtual bool ProcOrvaCmd() { return false; }
     // A new processor of the same kind; the caller owns it. Null when there is no memory.
     virtual CNetProtocolProc* CreateSelf() { return nullptr; }
-    // The heartbeat, owned by the plug-in and always valid; len receives its size in bytes. The host sends
-    // it, at a pace of its own.
+    // The heartbeat, owned by the plug-in and always valid; len receives its size in bytes. The host sends it
+    // at its own pace.
     virtual const char* GetBeatData(unsigned long& len)
     {
         len = 0;
         return nullptr;
     }
-    // To be asked at a steady pace: each question counts against the device until a heartbeat or a message
-    // comes from it, and from the 17th on it says false. True from the start, also before a login.
+    // Call at a steady pace: each call counts against the device until a heartbeat or a message arrives from
+    // it; false from the 17th on. True from the start, even before login.
     virtual bool IsOnline() { return false; }
     virtual bool IsWorking() { return false; }
     virtual ~CNetProtocolProc() = default;
     // Executes one command; buf is valid during the call only.
     virtual void ProcOneCommand(CCmdProcObject* cmd, unsigned char* buf, unsigned int len) = 0;
     // Queues a command from any thread; the len bytes at buf are copied. Without a payload buf may be null
-    // and len is 0. Throws std::bad_alloc when the copy cannot be made; nothing is queued then. It wakes
-    // nobody.
+    // and len is 0. Throws std::bad_alloc when the copy cannot be made; nothing is queued then. Wakes no
+    // thread.
     virtual void AddOneCmd(CCmdProcObject* cmd, unsigned char* buf, unsigned int len) = 0;
 
 protected:

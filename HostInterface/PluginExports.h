@@ -6,7 +6,7 @@ extern "C" {
 // Registers the plug-in's processor with the host under the decoder type code; returns the host's result, or
 // -1 without registering anything when there is no memory.
 int NET_DEV_DECODERDEVSDK_Initial();
-// Nothing to do; present because the host calls it before it unloads the library.
+// Does nothing; the host calls it before unloading the library.
 void NET_DEV_DECODERDEVSDK_Quit();
 
 } // extern "C"

@@ -35,7 +35,7 @@ enum _kest_net_result_ : uint32_t {
 // Head of the payload of the three option commands; the option record follows at byte 8.
 struct _kest_tvwall_opt_info {
     uint32_t nOptType = 0; // a value of ORVA2_DECODER_TVW::E_DECODE_OPT_TYPE
-    uint32_t nLen = 0;     // bytes of the option record, as the sender states it
+    uint32_t nLen = 0;     // bytes of the option record, as stated by the sender
 };
 using TVWALL_OPT_INFO = _kest_tvwall_opt_info;
 static_assert(sizeof(_kest_tvwall_opt_info) == 8);
@@ -61,7 +61,7 @@ struct _kest_net_login_info {
     GUID nodeID{};
     GUID destNodeID{};
     char username[64] = {}; // zero-terminated unless all 64 bytes are used
-    char password[64] = {}; // likewise
+    char password[64] = {}; // as for username
     char IP[24] = {};
     char szMAC[306] = {};
     uint8_t typeBySpecialVersionControl = 0;
@@ -189,9 +189,9 @@ static_assert(offsetof(S_Decoder_Opt_Result, _nErrorCode) == 4);
 
 // The first 16 bytes of a successful option answer; extra data follows.
 struct S_Decoder_Default_Result {
-    uint32_t nOptType = 0;   // the option type that the answer belongs to
+    uint32_t nOptType = 0;   // the option type being answered
     uint16_t wResultLen = 0; // bytes of the result record
-    uint16_t wExtraLen = 0;  // bytes of extra data; the low 16 bits where there are more
+    uint16_t wExtraLen = 0;  // bytes of extra data, modulo 2^16
     S_Decoder_Opt_Result result{};
 };
 static_assert(sizeof(S_Decoder_Default_Result) == 16);

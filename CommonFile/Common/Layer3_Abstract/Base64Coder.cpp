@@ -14,7 +14,7 @@ const unsigned char* Bytes(const std::string& text)
     return reinterpret_cast<const unsigned char*>(text.data());
 }
 
-// How many of the last two characters are padding.
+// Number of padding characters at the end, 0 to 2.
 size_t CountPadding(const std::string& strText)
 {
     const size_t nEnd = strText.find_last_not_of('=');
@@ -28,7 +28,7 @@ std::string CBase64Coder::Encode(const void* pData, size_t nLen)
     if (nLen == 0 || nLen > MAX_LEN) {
         return {};
     }
-    // The library also writes a terminating zero, which lands on the string's own.
+    // The library also writes a terminating zero, over the string's own.
     std::string strText((nLen + 2) / 3 * 4, '\0');
     EVP_EncodeBlock(Bytes(strText), static_cast<const unsigned char*>(pData), static_cast<int>(nLen));
     return strText;

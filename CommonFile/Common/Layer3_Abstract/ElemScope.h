@@ -2,8 +2,8 @@
 
 #include "MarkupSTL.h"
 
-// An element for the time of a C++ block: added and entered at its start, left at its end. What is added
-// meanwhile stands inside it, so the nesting of the blocks is the nesting of the XML.
+// An element scoped to a C++ block: added and entered at its start, left at its end. So the nesting of blocks
+// is the nesting of the XML.
 class CElemScope {
 public:
     CElemScope(CMarkupSTL& doc, const char* szName)

@@ -18,7 +18,7 @@ CMarkupSTL::CMarkupSTL(const char* szDoc, unsigned int nLen)
     SetDoc(szDoc, nLen);
 }
 
-// All copies are made first: text, index and cursor have to stay those of one document.
+// Copies everything first: text, index and cursor must always belong to the same document.
 CMarkupSTL& CMarkupSTL::operator=(const CMarkupSTL& other)
 {
     CMarkupSTL copy(other);

@@ -12,13 +12,13 @@ struct NodePos;
 struct NodeStack;
 struct TokenPos;
 
-// An XML document in memory: its text, an index of its elements, and a cursor at which elements are added.
+// An XML document in memory: its text, an index of its elements, and the cursor at which elements are added.
 // The text is edited in place and goes onto the wire as it stands.
 //
 // The cursor has a parent and, among the children of that parent, a main position or none. Operations that
-// answer false leave document and cursor unchanged. A text has at most 2^31 - 1 bytes; what would be longer
-// is refused. Bad input never throws; std::bad_alloc may leave any operation that allocates, with a document
-// that can still be used. A document is a value, used by one thread at a time.
+// return false leave document and cursor unchanged. A text has at most 2^31 - 1 bytes; anything longer is
+// refused. Bad input never throws; an operation that allocates may throw std::bad_alloc and leaves the
+// document usable. A document is a value, used by one thread at a time.
 class CMarkupSTL {
 public:
     enum MarkupNodeType {
@@ -35,11 +35,11 @@ public:
     };
 
     enum MarkupNodeFlags {
-        MNF_WITHCDATA = 1,      // data as CDATA sections instead of escaped
+        MNF_WITHCDATA = 1,      // data in CDATA sections instead of escaped
         MNF_WITHNOLINES = 2,    // no line ends around the element
         MNF_WITHXHTMLSPACE = 4, // "<name />"
         MNF_WITHREFS = 8,       // an "&" that starts a reference is kept
-        MNF_WITHNOEND = 16,     // "<name>" without end tag; such an element has no data
+        MNF_WITHNOEND = 16,     // "<name>" without an end tag; the element has no data
         MNF_ESCAPEQUOTES = 256,
         MNF_NONENDED = 1048576,
         MNF_ILLDATA = 2097152
@@ -67,14 +67,14 @@ public:
     CMarkupSTL& operator=(const CMarkupSTL& other);
     ~CMarkupSTL() = default;
 
-    // Replaces the text and parses it; a null pointer gives an empty text. Whether the new document is well
-    // formed; an ill-formed one holds what could be recognised. False, with the old document, when the text
-    // is too long.
+    // Replaces the text and parses it; a null pointer gives an empty text. True when the new document is
+    // well-formed; an ill-formed one holds what could be recognised. False, with the old document kept, when
+    // the text is too long.
     bool SetDoc(const char* szDoc);
     bool SetDoc(const char* szDoc, unsigned int nLen);
-    // Makes the document an empty one, as if it were new, but keeps its memory for the next text.
+    // Empties the document, as if it were new, but keeps its memory for the next text.
     void Clear();
-    // Bytes of memory that the document holds for its text and index.
+    // Bytes of memory held for text and index.
     size_t GetMemory() const { return m_strDoc.capacity() + m_aPos.Memory(); }
     // The document text; valid until the next change.
     const std::string& GetDoc() const { return m_strDoc; }
@@ -83,11 +83,11 @@ public:
     const std::string& GetError() const { return m_strError; }
     bool IsWellFormed() const;
 
-    // Adds an element behind the main position, without one as last child of the parent, and makes it the
-    // main position. Without data, or with empty data, it is written as an empty element. szName is written
-    // as it is; szName and szData must not point into this document. False for an empty name, for data with
-    // MNF_WITHNOEND, and when a tag is longer than the index can hold (an end tag of 1023, a start tag of
-    // about a million bytes).
+    // Adds an element after the main position, or as the parent's last child if there is none, and makes it
+    // the main position. Without data, or with empty data, it is written as an empty element. szName is
+    // written as is; szName and szData must not point into this document. False for an empty name, for data
+    // with MNF_WITHNOEND, and when a tag is longer than the index can hold (an end tag of 1023, a start tag
+    // of about a million bytes).
     bool AddElem(const char* szName, const char* szData = nullptr, int nFlags = 0);
     bool AddElem(const char* szName, int nData, int nFlags = 0);
     bool AddElem(const char* szName, unsigned int nData, int nFlags = 0);
@@ -98,18 +98,18 @@ public:
     bool IntoElem();
     // Makes the parent the main position. False at the document level.
     bool OutOfElem();
-    // Goes on, from the main position or the start, to the next child of the parent with this name; null or
-    // empty takes any. A searched name may go on with one of " =/[]".
+    // Advances from the main position, or the start, to the parent's next child of this name; null or empty
+    // takes any. A searched name may continue after one of " =/[]".
     bool FindElem(const char* szName = nullptr);
     void ResetPos();
 
-    // Of the main position; empty without one. The data of an element with child elements is empty.
+    // At the main position; empty without one. The data of an element with child elements is empty.
     std::string GetTagName() const;
     std::string GetData() const;
 
     // nFlags: MNF_ESCAPEQUOTES, MNF_WITHREFS.
     static std::string EscapeText(const char* szText, int nFlags = 0);
-    // Bytes of text; -1 goes up to the terminating zero byte.
+    // nLen bytes of text; -1 means up to the terminating zero byte.
     static std::string UnescapeText(const char* szText, int nTextLength = -1);
 
 private:
@@ -149,13 +149,13 @@ private:
     int m_iPosParent = 0;
     int m_iPos = 0;
     int m_iPosChild = 0;
-    int m_iPosFree = 0;    // next never-used index
+    int m_iPosFree = 0;    // the next index never used
     int m_iPosDeleted = 0; // head of the released indexes
-    int m_nNodeType = 0;   // of a node that is not an element
+    int m_nNodeType = 0;   // for a node that is not an element
     int m_nNodeOffset = 0;
     int m_nNodeLength = 0; // 0 on an element
     int m_nFlags = 0;
     SavedPosMap m_mapSavedPos;
     PosArray m_aPos;
-    std::vector<int> m_aGrown; // for each element that the cursor is in, how much it has grown since
+    std::vector<int> m_aGrown; // growth of each element that the cursor is inside, since it was entered
 };

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr size_t kGrowth = 4;       // large steps, as memory that was not touched yet costs nothing
+constexpr size_t kGrowth = 4;       // large steps: untouched memory costs nothing
 constexpr size_t kFirstText = 1024; // holds the usual request
 
 std::string_view View(const char* szText) { return szText == nullptr ? std::string_view() : szText; }
@@ -31,7 +31,7 @@ size_t EndTagLen(size_t nName) { return nName + 3; }
 
 } // namespace
 
-// An element that is about to be added, its data already encoded.
+// An element about to be added, its data already encoded.
 struct CMarkupSTL::NewElem {
     NewElem(std::string_view name, std::string_view data, int nNodeFlags)
         : strName(name), strData(data), nFlags(nNodeFlags), bLines((nNodeFlags & MNF_WITHNOLINES) == 0)
@@ -126,7 +126,7 @@ bool CMarkupSTL::x_AddElem(const NewElem& elem)
                                                       : x_InsertNew(elem, parent);
 }
 
-// Behind the main position, else at the end of the parent's content.
+// After the main position, or at the end of the parent's content if there is none.
 bool CMarkupSTL::x_InsertNew(const NewElem& elem, ElemPos& parent)
 {
     const bool bFirstContent = m_iPosParent != 0 && parent.ContentLen() == 0;
@@ -168,7 +168,8 @@ bool CMarkupSTL::x_InsertIntoEmpty(const NewElem& elem, ElemPos& parent)
     return true;
 }
 
-// The new element goes on the line after the previous one: over whitespace, where a tag or the end follows.
+// The new element goes on the line after the previous one, replacing whitespace that precedes a tag or the
+// end.
 size_t CMarkupSTL::x_FindInsertOffset(const ElemPos& parent) const
 {
     const auto nEnd = static_cast<size_t>(parent.EndContent());
@@ -183,7 +184,7 @@ size_t CMarkupSTL::x_FindInsertOffset(const ElemPos& parent) const
     return nNext == nEnd || m_strDoc[nNext] == '<' ? nNext : nAfter;
 }
 
-// Puts nGap bytes in the place of nReplace bytes; answers where, or null when the text would be too long.
+// Replaces nReplace bytes by a gap of nGap bytes; returns its place, or null when the text would be too long.
 char* CMarkupSTL::x_MakeGap(size_t nOffset, size_t nReplace, size_t nGap)
 {
     if (nGap > INT_MAX - m_strDoc.size()) {
@@ -196,7 +197,7 @@ char* CMarkupSTL::x_MakeGap(size_t nOffset, size_t nReplace, size_t nGap)
     return &m_strDoc[nOffset];
 }
 
-// Makes the element at nStart known and current. The text has grown by nShift.
+// Indexes the element at nStart and makes it current. The text has grown by nShift.
 void CMarkupSTL::x_IndexNew(const NewElem& elem, ElemPos& parent, size_t nStart, size_t nShift)
 {
     const int iPos = m_iPosFree++;
@@ -217,9 +218,9 @@ bool CMarkupSTL::x_IsEmptyElem(const ElemPos& elem)
     return elem.EndTagLen() == 0 && (elem.nFlags & MNF_NONENDED) == 0;
 }
 
-// After the text has grown by nShift in front of iPosNext, a child of the cursor's parent or none: the parent
-// is longer, what follows in it stands later. What is above learns of it when the cursor leaves the parent,
-// so that adding costs the same at any depth.
+// After the text has grown by nShift before iPosNext, a child of the cursor's parent or none: lengthens the
+// parent and shifts its later children. Outer elements are updated when the cursor leaves the parent, so that
+// adding costs the same at any depth.
 void CMarkupSTL::x_GrowParent(int iPosNext, ElemPos& parent, int nShift)
 {
     for (int iNext = iPosNext; iNext != 0; iNext = m_aPos[iNext].iElemNext) {

@@ -1,5 +1,5 @@
 #pragma once
-// The element index of CMarkupSTL: where each element stands in the text and how elements are related.
+// The element index of CMarkupSTL: the place of each element in the text, and the links between elements.
 
 #include <algorithm>
 #include <cstddef>
@@ -7,8 +7,9 @@
 #include <string>
 #include <vector>
 
-// One element. Offsets and lengths are bytes of the document text; the i fields are places in the index, 0
-// for none. Index 0 is the document itself: its first child is the root element, its length that of the text.
+// One element. Offsets and lengths are bytes of the document text; the i fields are indexes of other
+// elements, 0 for none. Index 0 is the document itself: its first child is the root element, its length the
+// text's.
 struct ElemPos {
     enum {
         EP_STBITS = 22,
@@ -26,7 +27,7 @@ struct ElemPos {
     int iElemParent;
     int iElemChild; // first child
     int iElemNext;
-    int iElemPrev; // previous sibling; that of the first child is the last child
+    int iElemPrev; // previous sibling; for the first child, the last one
 
     static bool FitsTags(size_t nStartTag, size_t nEndTag)
     {
@@ -55,8 +56,8 @@ public:
     PosArray& operator=(const PosArray&) = delete;
     void Swap(PosArray& other) noexcept;
 
-    // Makes room for nEntries, at most one segment for a start, unless there is as much; what the entries
-    // held is lost.
+    // Makes room for nEntries, at most one segment at first, unless there is enough already; the entries'
+    // contents are lost.
     void Reset(size_t nEntries);
     void Clear();
     void Grow();
@@ -67,15 +68,15 @@ public:
     const ElemPos& operator[](int i) const { return pSegs[Segment(i)][Slot(i)]; }
 
     int LastChild(int iParent) const;
-    // Links a new element behind its sibling iPrev; with 0 it is the only child. Sets its level, beside the
-    // flags that it has, and all its links.
+    // Links a new element after its sibling iPrev; if 0, it is the only child. Sets its level, keeping its
+    // flags, and all its links.
     void Link(int iPos, int iParent, int iPrev);
 
 private:
     enum { PA_SEGBITS = 16, PA_SEGMASK = 65535, PA_SEGSIZE = PA_SEGMASK + 1 };
     static size_t Segment(int i) { return static_cast<size_t>(i) >> PA_SEGBITS; }
     static size_t Slot(int i) { return static_cast<size_t>(i) & PA_SEGMASK; }
-    // All segments but the first are whole.
+    // All segments but the first are full-sized.
     size_t SegmentSize(size_t nSeg) const;
 
     std::vector<std::unique_ptr<ElemPos[]>> pSegs;
@@ -88,7 +89,7 @@ inline int PosArray::LastChild(int iParent) const
     return iFirst == 0 ? 0 : (*this)[iFirst].iElemPrev;
 }
 
-// In the header, as it runs once for each element.
+// Inline, as it runs once for each element.
 inline void PosArray::Link(int iPos, int iParent, int iPrev)
 {
     ElemPos& elem = (*this)[iPos];

@@ -12,7 +12,7 @@ namespace {
 constexpr size_t kMaxErrorText = 1 << 20;
 constexpr size_t kBytesPerElem = 64; // a first guess at how densely elements stand
 
-// Nodes that run from one fixed text to another.
+// Nodes delimited by two fixed texts.
 struct Section {
     std::string_view strOpen;
     std::string_view strClose;
@@ -128,7 +128,7 @@ void ParseStartTag(TokenPos& token, NodePos& node)
     if (strTag.ends_with("/>")) {
         node.nFlags |= CMarkupSTL::MNF_EMPTY;
     }
-    // With "//>" the tag would still be an empty one after it has got a child.
+    // With "//>" the tag would still be an empty one after gaining a child.
     if (strTag.ends_with("//>") || !ElemPos::FitsTags(strTag.size(), 0)) {
         SetIncorrect(node, "Element tag");
     }
@@ -168,7 +168,7 @@ struct NodeStack {
         pN.pop_back();
     }
 
-    // Counts names only when a text is ill-formed, each once, so that stray end tags do not search the stack.
+    // Counts names only when a text is ill-formed, once each, so that stray end tags do not search the stack.
     bool Holds(std::string_view strName)
     {
         for (; nCounted < pN.size(); ++nCounted) {
@@ -179,7 +179,7 @@ struct NodeStack {
 
 private:
     std::vector<Open> pN;
-    std::map<std::string_view, int> mapCounts; // of the first nCounted elements
+    std::map<std::string_view, int> mapCounts; // counts for the first nCounted elements
     size_t nCounted = 0;
 };
 
@@ -221,8 +221,8 @@ bool CMarkupSTL::x_ParseDoc()
     return IsWellFormed();
 }
 
-// Takes the node at the scan position and goes behind it. Where something does not end, it runs to the end of
-// the text, or to where an end tag ought to end.
+// Takes the node at the scan position and moves past it. A node that does not end runs to the end of the
+// text, or to where an end tag ought to end.
 void CMarkupSTL::x_ParseNode(TokenPos& token, NodePos& node)
 {
     node.nStart = token.nNext;
@@ -254,7 +254,7 @@ void CMarkupSTL::x_ParseElem(NodeStack& open, const TokenPos& token, const NodeP
         elem.nLength = node.nLength;
         return;
     }
-    // Not ended, until its end tag is found.
+    // Unterminated until its end tag is found.
     elem.nFlags |= MNF_NONENDED;
     elem.nLength = token.Length() - node.nStart;
     open.Push(iPos, token.GetToken());
@@ -302,7 +302,7 @@ void CMarkupSTL::x_AddError(std::string_view strError)
     m_strError += strError;
 }
 
-// The text is composed where it is kept.
+// Composed in place.
 void CMarkupSTL::x_AddNodeError(std::initializer_list<std::string_view> parts)
 {
     m_aPos[0].nFlags |= MNF_ILLFORMED;

@@ -35,7 +35,7 @@ bool StartsReference(std::string_view strText)
     return it != strText.end() && *it == ';';
 }
 
-// The reference that a character is written as; null when it is written as it is.
+// The reference for a character; null when the character is written as is.
 const Reference* FindEscape(char c, int nFlags)
 {
     const bool bQuotes = (nFlags & CMarkupSTL::MNF_ESCAPEQUOTES) != 0;
@@ -55,8 +55,8 @@ const Reference* FindEscape(char c, int nFlags)
     }
 }
 
-// Whether nothing of the text is written as a reference. One search per character runs through long texts
-// much faster than one look at each of their bytes.
+// True when nothing in the text needs a reference. One search for each character is much faster on long texts
+// than a loop over their bytes.
 bool IsPlain(std::string_view strText, int nFlags)
 {
     const auto has = [strText](char c) { return strText.find(c) != std::string_view::npos; };
@@ -88,7 +88,7 @@ void AppendCData(std::string& strOut, std::string_view strData)
     strOut.append(strData).append("]]>");
 }
 
-// Always at most three bytes: code points from 0x10000 upward lose their high bits, as the decoder expects.
+// Always at most three bytes: code points from 0x10000 up lose their high bits, as the decoder expects.
 void AppendUtf8(std::string& strOut, unsigned int nCode)
 {
     const auto byte = [](unsigned int n) { return static_cast<char>(n); };
@@ -124,7 +124,7 @@ std::optional<NumericReference> ReadNumericReference(std::string_view strText)
     return ref;
 }
 
-// Appends what the "&" at the start of strText stands for; answers how much of the text that was.
+// Appends what the "&" at the start of strText stands for; returns the length consumed.
 size_t AppendReference(std::string& strOut, std::string_view strText)
 {
     if (strText.starts_with("&#")) {
@@ -135,7 +135,7 @@ size_t AppendReference(std::string& strOut, std::string_view strText)
         if (ref && ref->nCode != 0) {
             return ref->nLength;
         }
-        // A zero character is followed by its own reference; kept for the peer.
+        // A zero character is followed by its own reference, as peers expect.
     } else {
         for (const Reference& ref : kReferences) {
             if (strText.starts_with(ref.strText)) {
@@ -192,7 +192,7 @@ std::string CMarkupSTL::UnescapeText(const char* szText, int nTextLength)
                                      : std::string_view(szText, static_cast<size_t>(nTextLength)));
 }
 
-// The text that carries strData: itself when nothing has to be changed, else strBuffer.
+// The encoded form of strData: strData itself when nothing changes, else strBuffer.
 std::string_view CMarkupSTL::x_EncodeData(std::string_view strData, int nFlags, std::string& strBuffer)
 {
     if ((nFlags & MNF_WITHCDATA) != 0) {

@@ -56,7 +56,7 @@ bool TokenPos::FindPast(std::string_view strText)
 
 bool TokenPos::FindTagEnd()
 {
-    bool bValue = false; // only behind "=" does a quotation mark hide a ">"
+    bool bValue = false; // a quotation mark hides a ">" only after "="
     while (!AtEnd() && Peek() != '>') {
         const char c = Peek();
         ++nNext;

@@ -1,5 +1,5 @@
 #pragma once
-// Scanning of XML text for CMarkupSTL. Nothing here reads beyond the view that it was given.
+// Scanning of XML text for CMarkupSTL. Nothing here reads beyond its view.
 
 #include <string_view>
 
@@ -9,8 +9,8 @@ struct NodePos {
     int nStart = 0;
     int nLength = 0;
     int nFlags = 0;
-    std::string_view strMeta;   // of an error node: what is wrong, a constant text
-    bool bUnterminated = false; // how
+    std::string_view strMeta;   // error nodes only: what is wrong, a constant text
+    bool bUnterminated = false; // error nodes only: unterminated, else incorrect
 };
 
 // A cursor over a text of at most 2^31 - 1 bytes.
@@ -24,7 +24,7 @@ struct TokenPos {
 
     int nL = 0;  // first character of the token
     int nR = -1; // last character of the token; nL - 1 when it is empty
-    int nNext;   // where scanning goes on
+    int nNext;   // where scanning continues
     std::string_view szDoc;
     int nTokenFlags; // document flags
     int nPreSpaceStart = 0;
@@ -33,7 +33,7 @@ struct TokenPos {
     static bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
     bool AtEnd() const { return nNext >= Length(); }
     int Length() const { return static_cast<int>(szDoc.size()); }
-    // The character n places on, a zero byte beyond the end.
+    // The character n places ahead; a zero byte beyond the end.
     char Peek(int n = 0) const
     {
         return n < Length() - nNext ? szDoc[static_cast<size_t>(nNext) + static_cast<size_t>(n)] : '\0';
@@ -44,13 +44,13 @@ struct TokenPos {
         return szDoc.substr(static_cast<size_t>(nL), static_cast<size_t>(nR) + 1 - static_cast<size_t>(nL));
     }
 
-    // Goes over whitespace to the next character, if there is one, and notes what it went over.
+    // Skips whitespace to the next character, if there is one, and notes what it skipped.
     bool FindAny();
-    // Takes the tag name at the scan position as token; false when there is none.
+    // Takes the tag name at the scan position as the token; false when there is none.
     bool FindName();
-    // Goes behind the next occurrence of strText; false, at the end, when there is none.
+    // Moves past the next occurrence of strText; false, at the end, when there is none.
     bool FindPast(std::string_view strText);
-    // Goes over the attributes to the ">" that ends a tag; false, at the end, when there is none.
+    // Skips the attributes to the ">" that ends a tag; false, at the end, when there is none.
     bool FindTagEnd();
     // Whether the token is the whole searched name or is followed in it by one of " =/[]".
     bool Match(std::string_view strName) const;

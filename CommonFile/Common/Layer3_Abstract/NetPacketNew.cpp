@@ -10,7 +10,7 @@ std::atomic<uint32_t> CNetPacketNew::m_dwPageSize{0};
 
 namespace {
 
-// A reference on a pool buffer for the data, null when there is no memory; nLen becomes its true length.
+// A reference to a pool buffer with the data, null when there is no memory; nLen becomes its true length.
 const char* HoldBuffer(const char* pData, unsigned long& nLen)
 {
     if (nLen != MEM_POOL_HANDLE_LEN) {
@@ -67,8 +67,7 @@ bool CNetPacketNew::Insert(MemList::const_iterator position, const char* pData, 
     return true;
 }
 
-// The buffers are asked for their lengths every time: a handle that the host has kept may have been cut
-// there.
+// Asks the buffers for their lengths every time: the host may have cut one whose handle it kept.
 template <class Take>
 bool CNetPacketNew::TakeFront(unsigned long nLen, Take take) const
 {

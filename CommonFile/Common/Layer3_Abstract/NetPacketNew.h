@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <list>
 
-// A queue of received bytes, made of buffers of the host's memory pool. Used by one thread at a time.
+// A queue of received bytes, built from the host's memory-pool buffers. Used by one thread at a time.
 //
-// Where data comes with a length, the length 0xFFFFFFFF says that the pointer is a pool handle instead, which
-// knows its own length; the queue then holds a reference of its own on it. Null data counts as no bytes.
+// Wherever data comes with a length, the length 0xFFFFFFFF marks the pointer as a pool handle, which knows
+// its own length; the queue then holds its own reference to it. Null data counts as no bytes.
 class CNetPacketNew {
 public:
     CNetPacketNew();
@@ -17,7 +17,7 @@ public:
 
     // Adds bytes at the end. False, with nothing added, when there is no memory.
     bool SaveBuffer(const char* pData, unsigned long nLen);
-    // Adds bytes in front of those held.
+    // Adds bytes at the front.
     bool SaveBufferFront(const char* pData, unsigned long nLen);
 
     bool HaveData(unsigned long nLen) const { return nLen <= m_NetPacketBufferSize; }
@@ -25,7 +25,7 @@ public:
     // Copies the first nLen bytes without consuming them; false when fewer are held.
     bool GetPacketHead(char* pDst, unsigned long nLen) const;
     // A new pool buffer with the first nLen bytes (at least 1), which are not consumed. Null when fewer are
-    // held or there is no memory. The caller gives it back with ReleasePack.
+    // held or there is no memory. The caller releases it with ReleasePack.
     char* GetPacket(unsigned long nLen) const;
     void ReleasePack(const char* hPacket) const;
 
@@ -36,8 +36,8 @@ private:
     using MemList = std::list<const char*>;
 
     bool Insert(MemList::const_iterator position, const char* pData, unsigned long nLen);
-    // Hands the first nLen bytes to take(pData, nLen), buffer by buffer, until it answers false; true when
-    // all of them were taken.
+    // Hands the first nLen bytes to take(pData, nLen), buffer by buffer, until it returns false; true when
+    // all were taken.
     template <class Take>
     bool TakeFront(unsigned long nLen, Take take) const;
 

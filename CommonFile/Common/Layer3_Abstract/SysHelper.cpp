@@ -2,7 +2,7 @@
 
 namespace {
 
-// All digits of a number, leading zeros included; answers where they end.
+// All digits of a number, leading zeros included; returns their end.
 template <class Number>
 char* PutHex(char* p, Number n)
 {

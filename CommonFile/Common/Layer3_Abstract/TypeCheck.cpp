@@ -7,7 +7,7 @@ bool CTypeCheck::IsDecoder(CDecoderTypeCheck* pOut) const
     if (pOut != nullptr) {
         pOut->m_dwTypeValue = m_dwTypeValue;
     }
-    // Both range markers lie outside, as everywhere in the host.
+    // Both range markers are exclusive, as everywhere in the host.
     return m_dwTypeValue > NODE_TYPE_PERIPHERAL_DECODER_BEGIN &&
            m_dwTypeValue < NODE_TYPE_PERIPHERAL_DECODER_END;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-// Wraps one node type value of the host and says which family it belongs to.
+// Wraps one of the host's node types and tells its family.
 class CTypeCheck {
 public:
     // Values of the host's node types: clients from 1, servers from 32, common resources from 128, peripheral
@@ -28,11 +28,11 @@ public:
     // The value under which the plug-in's prototype is registered with the host.
     static unsigned int GetDECODERAbstractTypeValue();
 
-    // True for video decoders. *pOut, if given, receives the value whatever the outcome.
+    // True for video decoders. *pOut, if given, receives the value in either case.
     bool IsDecoder(CDecoderTypeCheck* pOut) const;
     static bool IsDecoder_s(unsigned int dwTypeValue, CDecoderTypeCheck* pOut);
 
-    // Tests for single kinds of nodes.
+    // Tests for single node types.
     bool IsClient() const { return IsClient_s(m_dwTypeValue); }
     bool IsWall() const { return IsWall_s(m_dwTypeValue); }
     bool IsChannelGroup() const { return IsChannelGroup_s(m_dwTypeValue); }

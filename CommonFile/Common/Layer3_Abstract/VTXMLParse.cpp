@@ -38,8 +38,7 @@ CVTXMLParse::Item Descend(const tinyxml2::XMLNode* pNode, std::string_view path)
     return pNode == nullptr ? nullptr : pNode->ToElement();
 }
 
-// The number that begins with the usual few digits; all else is left to the library's functions, which take
-// much longer.
+// A number of the usual few digits; anything else is left to the library's functions, which take much longer.
 std::optional<uint32_t> ReadDigits(const char* szText)
 {
     constexpr std::ptrdiff_t MAX_DIGITS = 9; // more might not fit

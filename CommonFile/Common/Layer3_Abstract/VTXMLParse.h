@@ -10,10 +10,9 @@ class XMLDocument;
 class XMLElement;
 } // namespace tinyxml2
 
-// Reads values out of a decoder's message by path. A path is element names separated by '/', each standing
-// for the first child of that name: absolute, it starts with the root element ("td_command/td_body/row");
-// relative, below an item. An element that is not there reads as 0 or as an empty text. Used by one thread at
-// a time.
+// Reads values out of a decoder's message by path. A path is element names separated by '/', each meaning the
+// first child of that name: an absolute path starts with the root element ("td_command/td_body/row"), a
+// relative one below an item. A missing element reads as 0 or as an empty text. Used by one thread at a time.
 class CVTXMLParse {
 public:
     // An element of the parsed text; null when there is none. Valid until the next Parse.
@@ -25,21 +24,21 @@ public:
     CVTXMLParse(const CVTXMLParse&) = delete;
     CVTXMLParse& operator=(const CVTXMLParse&) = delete;
 
-    // Takes a text of nLen bytes, which need not be zero-terminated; a zero byte ends it. False, with nothing
-    // to read, for a text that is not well-formed, has no element, or nests deeper than the parser follows;
-    // and for one that would take too much memory or time (XmlCost.h). Throws nothing but std::bad_alloc.
+    // Parses a text of nLen bytes, which need not be zero-terminated; a zero byte ends it. False, with
+    // nothing to read, for a text that is not well-formed, has no element, nests deeper than the parser
+    // follows, or would take too much memory or time (XmlCost.h). Throws nothing but std::bad_alloc.
     bool Parse(const char* pText, size_t nLen);
-    // The result of the last Parse: tells a message without some element from a text that is no XML at all.
+    // The result of the last Parse: tells a message that lacks an element from a text that is not XML at all.
     bool IsParsed() const { return m_bParsed; }
 
-    // Bytes that may still be taken for what is made of the text.
+    // Bytes still allowed for what is made of the text.
     uint64_t Spare() const { return m_nSpare; }
 
     Item GetFirstItem(const char* szPath) const;
     Item GetFirstItem(Item item, const char* szPath) const;
     // The first child element, whatever its name.
     Item GetFirstChild(Item item) const;
-    // The next element under the same parent, whatever its name unless one is given.
+    // The next element under the same parent, of the given name or of any.
     Item GetNextSiblingItem(Item item, const char* szName = nullptr) const;
 
     // Numbers are read as strtol and strtoul read them in base 10, then cut to their low 32 bits.
@@ -49,7 +48,7 @@ public:
     uint32_t GetValueDWORD(Item item, const char* szPath = "") const;
     std::string GetValueStr(const char* szPath) const { return GetValueStr(GetFirstItem(szPath)); }
     std::string GetValueStr(Item item, const char* szPath = "") const { return GetText(item, szPath); }
-    // Zero-terminated, never null; valid as long as the item.
+    // Zero-terminated, never null; valid as long as the item is.
     const char* GetText(Item item, const char* szPath = "") const;
 
 private:

@@ -6,14 +6,14 @@
 
 namespace {
 
-// The library takes its nodes out of blocks of about 4 KiB; what each block takes besides is less than two
-// bytes a node.
+// The library takes its nodes from blocks of about 4 KiB; a block's overhead is less than two bytes for each
+// node.
 template <class Node>
 constexpr uint64_t NODE_COST = sizeof(Node) + 2;
 
-constexpr uint64_t RECEIVED_COPIES = 2; // where it was received, and the worker's
+constexpr uint64_t RECEIVED_COPIES = 2; // the received text and the worker's
 constexpr uint64_t PARSED_COPIES = 1;   // the XML library's
-constexpr uint64_t ANSWER_COPIES = 3;   // read, encoded, and behind the head of an answer
+constexpr uint64_t ANSWER_COPIES = 3;   // as read, as encoded, and in the answer
 constexpr size_t LONG_TEXT = 1024;      // longer than any field of a list's items
 constexpr size_t MAX_ATTRIBUTES = 32;
 
@@ -24,7 +24,7 @@ uint64_t TextCost(size_t nLen)
 
 size_t Count(std::string_view text, char c)
 {
-    constexpr size_t BLOCK = 255; // a byte counts so many, and the compiler compares a row of bytes at once
+    constexpr size_t BLOCK = 255; // a byte counts up to this, so that the compiler can vectorise
     size_t nCount = 0;
     for (; !text.empty(); text.remove_prefix(std::min(BLOCK, text.size()))) {
         uint8_t nInBlock = 0;
@@ -90,7 +90,7 @@ private:
         return SkipTag();
     }
 
-    // Goes past the next such end, or to the end of the text; answers how far that was.
+    // Moves past the next such end, or to the end of the text; returns the distance.
     size_t SkipPast(size_t nFrom, std::string_view end)
     {
         const size_t nBefore = m_text.size();
@@ -99,7 +99,7 @@ private:
         return nBefore - m_text.size();
     }
 
-    // A value ends at its own quotation mark, whatever stands in it.
+    // A value ends at its own quotation mark, whatever it contains.
     uint64_t SkipTag()
     {
         uint64_t nCost = m_text.starts_with("</") ? 0 : NODE_COST<tinyxml2::XMLElement>;
@@ -126,13 +126,12 @@ private:
     std::string_view m_text;
 };
 
-// For each "&#" in a text the library goes to the next ';' and back, to the end of the text where there is
-// none.
+// For each "&#" in a text the library scans to the next ';', or to the end if there is none, and back.
 bool HasTooFarReferences(std::string_view text)
 {
     constexpr uint64_t MAX_LOOKS = uint64_t{64} << 20U;
     uint64_t nLooks = 0;
-    auto itEnd = text.begin(); // of the last reference; those that follow may share it
+    auto itEnd = text.begin(); // end of the last reference; later ones may share it
     for (size_t nAt = text.find("&#"); nAt < text.size() && nLooks <= MAX_LOOKS;
          nAt = text.find("&#", nAt + 2)) {
         const auto it = text.begin() + static_cast<std::ptrdiff_t>(nAt);
@@ -144,7 +143,7 @@ bool HasTooFarReferences(std::string_view text)
     return nLooks > MAX_LOOKS;
 }
 
-// As if an element and a text began at each '<', and an attribute at each '='; quick to tell.
+// Quick upper bound: as if an element and a text began at each '<', and an attribute at each '='.
 uint64_t UpperBound(std::string_view text)
 {
     return (PARSED_COPIES + ANSWER_COPIES) * text.size() +

@@ -4,7 +4,7 @@
 
 #include "ThreadSafety.h"
 
-// A mutex of the standard library with which the compiler checks who holds it; see ThreadSafety.h.
+// A standard mutex for which the compiler checks who holds it; see ThreadSafety.h.
 template <class Mutex>
 class TVWALL_LOCK TCheckedMutex {
 public:

@@ -1,6 +1,6 @@
 #pragma once
 
-// Which lock guards what, for clang's -Wthread-safety; other compilers see nothing.
+// Annotations for clang's -Wthread-safety; empty for other compilers.
 #if defined(__clang__)
 #define TVWALL_THREAD_ATTRIBUTE(x) __attribute__((x))
 #else

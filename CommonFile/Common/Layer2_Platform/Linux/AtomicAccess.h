@@ -2,10 +2,10 @@
 
 #include <type_traits>
 
-// Atomic access to scalar fields that are declared as plain or volatile ones. Every access to such a field
-// from the moment that a second thread may see it goes through these.
+// Atomic access to scalar fields that are declared plain or volatile. Once a second thread may see such a
+// field, every access goes through these.
 
-// What was written before the store that this load sees is visible after it.
+// Acquire: whatever preceded the store that this load sees is visible afterwards.
 template <class T>
 T AtomicLoad(const volatile T& field)
 {
@@ -22,7 +22,7 @@ void AtomicStore(volatile T& field, std::type_identity_t<T> value)
     __atomic_store(&field, &value, __ATOMIC_RELEASE);
 }
 
-// For fields whose value stands alone: no order with other memory.
+// Relaxed: for fields whose value stands alone; no ordering with other memory.
 template <class T>
 T AtomicLoadRelaxed(const volatile T& field)
 {

@@ -4,8 +4,8 @@
 
 #include "ThreadLock.h"
 
-// Condition variable on CLOCK_MONOTONIC, so that a change of the wall-clock time neither shortens nor
-// lengthens a wait. A waiter holds the lock exactly once and checks its condition again after every return.
+// Condition variable on CLOCK_MONOTONIC, so that setting the system clock neither shortens nor lengthens a
+// wait. A waiter holds the lock exactly once and rechecks its condition after every return.
 class CPFCondition {
 public:
     CPFCondition();

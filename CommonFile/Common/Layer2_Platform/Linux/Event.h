@@ -17,8 +17,8 @@ public:
 
     bool SetEvent();   // always true
     bool ResetEvent(); // always true
-    // Waits for at most ms milliseconds: WAIT_SIGNALLED or WAIT_TIMED_OUT. 0 only asks; 4294967295 is a wait
-    // of about 49.7 days, not an endless one.
+    // Waits for at most ms milliseconds: WAIT_SIGNALLED or WAIT_TIMED_OUT. 0 only polls; 4294967295 waits
+    // about 49.7 days, not forever.
     unsigned int WaitEvent(unsigned int ms) const;
 
 private:
@@ -28,7 +28,7 @@ private:
     mutable volatile unsigned int m_semCount TVWALL_GUARDED_BY(m_FEventCS); // 1 while signalled, else 0
 };
 
-// Keeps an event unsignalled while the scope is open, so that others can wait until the work in it is done.
+// Keeps an event unsignalled for the length of a scope, so that others can wait for the work in it.
 class CMySingleEvent {
 public:
     explicit CMySingleEvent(CMyEvent& event) : m_event(event) { m_event.ResetEvent(); }

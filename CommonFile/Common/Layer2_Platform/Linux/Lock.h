@@ -1,5 +1,5 @@
 #pragma once
-// What threads wait for each other with: locks, events and semaphores.
+// Thread synchronisation: locks, events and semaphores.
 
 #include "Event.h"
 #include "Semaphore.h"

@@ -12,8 +12,8 @@ public:
     CPFFile(const CPFFile&) = delete;
     CPFFile& operator=(const CPFFile&) = delete;
 
-    // nMode takes the flags of open(2); a file created by O_CREAT may be read and written by all that the
-    // process's umask allows. A file that is still open is closed first. False when it will not open.
+    // nMode takes the flags of open(2); a file created by O_CREAT may be read and written by everyone the
+    // umask allows. A file that is still open is closed first. False when the file cannot be opened.
     bool Open(const std::string& strPath, uint32_t nMode);
     void Close();
 

@@ -8,7 +8,7 @@
 // Counting semaphore between the threads of one process.
 class CMySemaphore {
 public:
-    // An initial count above the maximum is cut to it.
+    // An initial count above the maximum is reduced to it.
     CMySemaphore(unsigned int nInitCount, unsigned int nMaxCount);
     CMySemaphore(const CMySemaphore&) = delete;
     CMySemaphore& operator=(const CMySemaphore&) = delete;
@@ -31,7 +31,7 @@ private:
     volatile unsigned int m_semCount TVWALL_GUARDED_BY(m_FEventCS);
 };
 
-// Mutual exclusion between the processes of one machine, by a named semaphore that outlives them all.
+// Mutual exclusion between processes on one machine, through a named semaphore that outlives them.
 class CNameLock {
 public:
     // Opens the semaphore of this name ("/name") or creates it.
@@ -45,5 +45,5 @@ public:
     bool Unlock();
 
 private:
-    sem_t* m_pSemLock; // null when it could not be had
+    sem_t* m_pSemLock; // null when it could not be opened
 };

@@ -4,8 +4,8 @@
 
 #include "ThreadSafety.h"
 
-// Mutual exclusion between the threads of one process. A host meets it as a part of CNetProtocolProc; its
-// functions are in the plug-in and not exported.
+// Mutual exclusion between the threads of one process. To a host it is only a part of CNetProtocolProc; its
+// functions are inside the plug-in and not exported.
 class TVWALL_LOCK CLock {
 public:
     CLock(); // recursive

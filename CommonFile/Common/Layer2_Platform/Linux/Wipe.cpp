@@ -1,6 +1,6 @@
 #include "Wipe.h"
 
-#include <string.h> // explicit_bzero is no function of <cstring>
+#include <string.h> // explicit_bzero is not in <cstring>
 
 void WipeBytes(void* pData, size_t nLen)
 {

@@ -1,11 +1,11 @@
 #pragma once
-// Memory that holds a secret, such as a password or its digest, is overwritten before it is given back.
+// Overwrites memory that held a secret, such as a password or its digest, before it is released.
 
 #include <cstddef>
 #include <memory>
 #include <type_traits>
 
-// Overwrites nLen bytes with zeros, also where nobody reads them any more. Null is allowed for no bytes.
+// Zeroes nLen bytes in a way the optimiser cannot remove. Null is allowed when nLen is 0.
 void WipeBytes(void* pData, size_t nLen);
 
 // std::allocator, but each block is wiped before it is freed.
@@ -49,7 +49,7 @@ TWipedBytes<Byte> MakeWipedBytes(size_t nLen)
     return TWipedBytes<Byte>(new Byte[nLen], S_WipingDelete{nLen});
 }
 
-// A plain value that begins with zeros and is wiped at the end of its scope.
+// A plain value, zero at first and wiped at the end of its scope.
 template <class T>
 struct TWiped {
     static_assert(std::is_trivially_copyable_v<T>);
