@@ -1,5 +1,5 @@
 #pragma once
-// All records of the decoder-side model, and here those of no family.
+// All records of the decoder-side model, and the one that belongs to no family.
 
 #include <cstddef>
 

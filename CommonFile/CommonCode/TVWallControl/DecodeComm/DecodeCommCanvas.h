@@ -62,8 +62,8 @@ struct S_Delete_Canvas_Window_Item : CTvwRecord<S_Delete_Canvas_Window_Item> {
 };
 using DELETECANVASLIST = std::list<std::shared_ptr<S_Delete_Canvas_Window_Item>>;
 
-// A canvas window to move or resize, in wall coordinates; a window may reach over the wall's left and upper
-// edge.
+// A canvas window to move or resize, in wall coordinates; a window may extend beyond the wall's left and
+// upper edges.
 struct S_Roar_CanvasWindow_Item : CTvwRecord<S_Roar_CanvasWindow_Item> {
     tint32 _nID = 0;
     tint32 _nPositionX = 0;

@@ -1,5 +1,5 @@
 #pragma once
-// What a decoder says of itself.
+// What a decoder reports about itself.
 
 #include <cstddef>
 

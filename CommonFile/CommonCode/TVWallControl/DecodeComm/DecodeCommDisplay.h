@@ -28,7 +28,7 @@ struct S_Decoder_Draw_Border_Wind : CTvwRecord<S_Decoder_Draw_Border_Wind, CCutL
     template <class Self, class Visitor>
     static void Fields(Self& self, Visitor& visitor)
     {
-        // Not in one: the id stands when the count is cut.
+        // Read separately: the id is kept when the count is cut.
         visitor.Plain(self._id);
         visitor.Plain(self._subwindCount);
         visitor.ImageList(self._subwindCount, self._subwindlist);
@@ -49,7 +49,7 @@ struct S_Decoder_Draw_Border : CTvwRecord<S_Decoder_Draw_Border, CCutListReader>
         visitor.Plain(self._windCount);
         visitor.List(self._windCount, self._windlist);
     }
-    // Says nothing of what is missing, as the host's own record does.
+    // Missing data is no error, as in the host's own record.
     void SetData(const char* pData, unsigned int nLen) { CTvwRecord::SetData(pData, nLen); }
     void Dump() const;
 };

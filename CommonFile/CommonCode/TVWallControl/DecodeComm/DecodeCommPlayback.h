@@ -5,7 +5,7 @@
 
 namespace ORVA2_DECODER_TVW {
 
-// One sub-window; type and value are between host and decoder.
+// One sub-window; what type and value mean is between host and decoder.
 struct S_Playback_Ctrl_Subwnd : CTvwRecord<S_Playback_Ctrl_Subwnd> {
     tuint16 _nIndex = 0;
     tuint16 _nPbCtrlType = 0;
@@ -38,8 +38,8 @@ struct S_Playback_Ctrl_Cavs : CTvwRecord<S_Playback_Ctrl_Cavs> {
 };
 using PLAYBACKCTRLCAVSLIST = std::list<std::shared_ptr<S_Playback_Ctrl_Cavs>>;
 
-// The whole command. The host may announce more windows than it sends; a window that is cut is an error all
-// the same.
+// The whole command. The host may announce more windows than it sends; a window that is cut is still an
+// error.
 struct S_Playback_Ctrl_Items_V2 : CTvwRecord<S_Playback_Ctrl_Items_V2, COpenListReader> {
     tuint16 _cavNum = 0;
     PLAYBACKCTRLCAVSLIST _nCavs;

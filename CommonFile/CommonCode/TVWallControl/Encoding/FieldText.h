@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-// The text up to its zero, or the whole field where there is none; it lies in the field.
+// The text up to its zero byte, or the whole field if there is none; a view of the field.
 template <size_t nSize>
 std::string_view FieldView(const char (&field)[nSize])
 {
@@ -21,7 +21,7 @@ std::string FieldText(const char (&field)[nSize])
     return std::string(FieldView(field));
 }
 
-// Cuts the text to what leaves room for a terminating zero; the rest of the field becomes zero.
+// Cuts the text to leave room for a terminating zero; the rest of the field is zeroed.
 template <size_t nSize>
 void SetFieldText(char (&field)[nSize], std::string_view text)
 {

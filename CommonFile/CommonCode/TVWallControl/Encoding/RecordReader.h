@@ -10,9 +10,9 @@
 
 #include "Wipe.h"
 
-// Decodes the host's bytes into a record, step by step, and never reads behind their end. The first thing
-// that does not fit makes the reader fail; from then on it reads nothing, so it is asked once, at the end.
-// The bytes are borrowed.
+// Decodes the host's bytes into a record, step by step, and never reads past their end. The first thing that
+// does not fit makes the reader fail; it then reads nothing more, so one check at the end is enough. The
+// bytes are borrowed.
 class CRecordReader {
 public:
     CRecordReader(const char* pData, unsigned int nLen) : m_pData(pData), m_nLeft(pData == nullptr ? 0 : nLen)
@@ -23,11 +23,11 @@ public:
     static constexpr bool ClearsWithoutData() { return false; }
 
     bool IsGood() const { return m_bGood; }
-    // False when the plain fields are to be dropped again.
+    // False when the plain fields are to be dropped.
     bool KeepsHead() const { return true; }
 
     // Plain fields that follow each other without gaps, each with its own width: all of them, or none when
-    // fewer bytes are left than they take together.
+    // too few bytes are left for all.
     template <class... Field>
     void Plain(Field&... field)
     {
@@ -38,8 +38,8 @@ public:
     }
 
     // A list of records. Nothing is created when the bytes left cannot hold nCount empty items; a bad item
-    // ends the list, the items before it stay. A negative count is an empty list: the host counts some lists
-    // in signed bytes.
+    // ends the list; the items before it are kept. A negative count is an empty list: the host counts some
+    // lists in signed bytes.
     template <class Count, class Item>
     void List(Count nCount, std::list<std::shared_ptr<Item>>& items)
     {
@@ -63,7 +63,7 @@ public:
         }
     }
 
-    // A text that takes all bytes left.
+    // A text that takes all remaining bytes.
     void Rest(std::string& text)
     {
         if (m_bGood) {
@@ -90,7 +90,7 @@ protected:
         return m_bGood;
     }
 
-    // The same, but a bad item is kept with what was read of it.
+    // The same, but keeps a bad item with what was read of it.
     template <class Item>
     bool ReadCutItem(std::list<std::shared_ptr<Item>>& items)
     {
@@ -141,7 +141,7 @@ private:
     bool m_bGood = true;
 };
 
-// For records that are emptied even when there are no bytes at all.
+// For records that are cleared even when there are no bytes at all.
 class CClearingReader : public CRecordReader {
 public:
     static constexpr bool ClearsWithoutData() { return true; }
@@ -162,8 +162,8 @@ public:
     }
 };
 
-// For records that may be cut anywhere: all that is there is read. An item is kept with those of its fields
-// that are whole, an image only when it is whole itself; what is missing still makes the reader fail.
+// For records that may be cut anywhere: everything present is read. An item keeps its complete fields; an
+// image is kept only when complete. Missing bytes still make the reader fail.
 class CCutListReader : public CRecordReader {
 public:
     static constexpr bool ClearsWithoutData() { return true; }
@@ -193,8 +193,8 @@ public:
     }
 };
 
-// For records whose plain fields stand or fall with the count among them: they are dropped when the bytes
-// cannot hold the announced list, but kept when one of its items is bad.
+// For records whose plain fields depend on the count among them: they are dropped when the bytes cannot hold
+// the announced list, but kept when one of its items is bad.
 class CCheckedHeadReader : public CRecordReader {
 public:
     using CRecordReader::CRecordReader;
@@ -212,8 +212,7 @@ private:
     bool m_bHoldsList = true;
 };
 
-// A record without lists that is read where it lies in a payload; false, with the image untouched, when the
-// payload is shorter.
+// Reads a record without lists from a payload; false, with the image untouched, when the payload is shorter.
 template <class Image>
 bool ReadImage(const char* pData, unsigned int nLen, Image& image)
 {

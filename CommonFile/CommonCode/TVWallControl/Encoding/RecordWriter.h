@@ -38,9 +38,8 @@ private:
     uint64_t m_nLen = 0;
 };
 
-// Encodes a record into a buffer of known size and never writes behind its end: what does not fit is left
-// out, with everything after it. Counts travel as they stand in their fields, lists with the items that they
-// hold.
+// Encodes a record into a buffer of known size and never writes past its end: what does not fit is left out,
+// with everything after it. Counts are written as the fields hold them, lists with the items that they hold.
 class CRecordWriter {
 public:
     CRecordWriter(char* pData, unsigned int nSize) : m_pData(pData), m_nSize(pData == nullptr ? 0 : nSize) {}

@@ -10,7 +10,7 @@ void DumpText(const RecordSite& site, const char* szFormat, ...)
     char szText[4096] = {};
     va_list args;
     va_start(args, szFormat);
-    (void)std::vsnprintf(szText, sizeof(szText), szFormat, args); // what is longer is cut
+    (void)std::vsnprintf(szText, sizeof(szText), szFormat, args); // longer texts are cut
     va_end(args);
     SHARESDK_NormalOutput(szText, site.szSource, site.nLine);
 }

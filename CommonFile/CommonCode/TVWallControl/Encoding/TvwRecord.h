@@ -2,8 +2,7 @@
 // What all records of the host's TV-wall model share.
 //
 // On the wire a record is its fields in order, little-endian, each with its own width and without alignment
-// gaps. Every list is announced by a count among the fields; the items follow behind all of them, list by
-// list.
+// gaps. Every list is announced by a count among the fields; the items follow after all fields, list by list.
 
 #include <cstdint>
 #include <cstring>
@@ -26,7 +25,7 @@ using tint32 = int32_t;
 using tuint32 = uint32_t;
 using tuint64 = unsigned long long; // not uint64_t: a request's text takes this type
 
-// Where a record's texts in the host's log say that they come from.
+// The origin that a record's texts name in the host's log.
 struct RecordSite {
     const char* szSource;
     int nLine;
@@ -35,7 +34,7 @@ struct RecordSite {
 // Writes one text of at most 4095 characters to the host's normal log.
 [[gnu::format(printf, 2, 3)]] void DumpText(const RecordSite& site, const char* szFormat, ...);
 
-// Writes a title line and then item by item.
+// Writes a title line, then each item.
 template <class Item>
 void DumpList(const RecordSite& site, const char* szTitle, const std::list<std::shared_ptr<Item>>& items)
 {
@@ -100,16 +99,16 @@ private:
 };
 
 // The common operations. A record derives from this with itself as the argument and gives `SITE`, `Dump` and
-// one template `Fields(self, visitor)` that names its fields in wire order: all that precede the lists in one
-// `Plain`, then each `List` (or `ImageList`) with its count, or a text that takes the `Rest`. Reading,
-// writing, measuring, clearing and verifying all follow that one list. Reader says how a payload is read that
-// ends before the record does. A record belongs to one thread at a time.
+// one template `Fields(self, visitor)` that names its fields in wire order: everything before the lists in
+// one `Plain`, then each `List` (or `ImageList`) with its count, or a text that takes the `Rest`. Reading,
+// writing, measuring, clearing and verifying all follow that one list. Reader defines how a payload that ends
+// before the record does is read. A record belongs to one thread at a time.
 template <class Record, class Reader = CRecordReader>
 class CTvwRecord {
 public:
     // Decodes from nLen bytes. False, with nothing changed unless the reader says so, for null or no bytes;
-    // false for bytes that end before the record does, with the parts that were complete kept. Bytes behind
-    // the record are ignored.
+    // false for bytes that end before the record does, with the complete parts kept. Bytes after the record
+    // are ignored.
     bool SetData(const char* pData, unsigned int nLen)
     {
         if (pData == nullptr || nLen == 0) {
@@ -131,8 +130,8 @@ public:
         return reader.IsGood();
     }
 
-    // Encodes into pData, which holds at least GetLength() bytes and is left where it points. Returns the
-    // bytes written, 0 for null.
+    // Encodes into pData, which has room for at least GetLength() bytes. Returns the bytes written, 0 for
+    // null.
     unsigned int GetData(char*& pData) const
     {
         CRecordWriter writer(pData, Self().GetLength());
@@ -140,7 +139,7 @@ public:
         return writer.GetLength();
     }
 
-    // The same as bytes of their own. Throws std::length_error for a record whose length no field can hold.
+    // Encodes into a new vector. Throws std::length_error for a record whose length no field can hold.
     std::string Encode() const
     {
         if (Measure() > std::numeric_limits<unsigned int>::max()) {
@@ -152,10 +151,10 @@ public:
         return bytes;
     }
 
-    // Bytes that the record takes on the wire, with the items that its lists hold now.
+    // Bytes that the record takes on the wire with its lists' current items.
     unsigned int GetLength() const { return static_cast<unsigned int>(Measure()); }
 
-    // Sets every count to the size of its list; one "ASSERT" in the host's log for each that was another.
+    // Sets every count to the size of its list; logs one "ASSERT" for each that differed.
     void VerifyData()
     {
         CRecordVerifier verifier(Record::SITE);

@@ -8,7 +8,7 @@
 namespace ORVA2_CLIENT_TVW {
 namespace {
 
-// The size that a file states is not believed: it may be a directory's, or change before the read.
+// Does not trust the stated size: it may be a directory's, or change before the read.
 bool ReadOpenFile(CPFFile& file, std::vector<BYTE>& vecData)
 {
     const int64_t nSize = file.GetSize();

@@ -1,5 +1,5 @@
 #pragma once
-// All records of the wall model as the client side sees it, and here what belongs to no family of them.
+// All records of the wall model as the client side sees it, and what belongs to no family.
 
 #include <cstddef>
 #include <string>
@@ -17,7 +17,7 @@
 
 namespace ORVA2_CLIENT_TVW {
 
-// Host data types of wall commands; the host knows more of them than have a name here.
+// Host data types of wall commands; the host has others without a name here.
 enum E_MTVW_TYPE : uint32_t {
     TVWALL_DATATYPE_MODIFY_BINDINFO = 1,
     TVWALL_DATATYPE_SAVE_WALLCONFIG = 4,
@@ -40,17 +40,17 @@ enum E_MTVW_TYPE : uint32_t {
 };
 
 // False when records of this type have variable parts and go through SetData; true when they are copied as
-// they lie.
+// they are.
 bool IsPodType(E_MTVW_TYPE type);
 // True when a refresh notification follows a command of this data type.
 bool IsNeedNotifyFresh(const unsigned int& nType);
 
 // Reads a whole file; nMode takes the flags of open(2). False, with nothing in the vector, for an empty path,
-// a file that will not open, cannot be read (a directory) or does not fit. Of a file that is shorter than it
-// says, what was read; nReadLen is the size of the vector.
+// a file that cannot be opened or read (a directory) or does not fit. A file shorter than its stated size
+// yields what was read; nReadLen is the size of the vector.
 bool ReadFile(const std::string& strPath, std::vector<BYTE>& vecData, uint32_t& nReadLen, uint32_t nMode);
-// Writes nLen bytes; nMode takes the flags of open(2). False for an empty path, a null buffer, a file that
-// will not open or one that does not take all bytes.
+// Writes nLen bytes; nMode takes the flags of open(2). False for an empty path, a null buffer, or a file that
+// cannot be opened or does not take all bytes.
 bool WriteFile(const std::string& strPath, const BYTE* pData, uint32_t nLen, uint32_t nMode);
 
 // A node of the host by identifier, name and address: an image that travels whole. No command to this decoder

@@ -1,5 +1,5 @@
 #pragma once
-// Sound of sub-windows: what to switch on or off, and what is on.
+// Sound of sub-windows: which to switch on or off, and which are on.
 
 #include "Encoding/TvwRecord.h"
 #include "HostTypes.h"
@@ -9,7 +9,7 @@ namespace ORVA2_CLIENT_TVW {
 // One sub-window.
 struct S_MTvw_Get_AuCfg_Subwnd : CTvwRecord<S_MTvw_Get_AuCfg_Subwnd> {
     tint32 _index = 0;
-    tint32 _channelId = 0; // the channel whose sound it plays, as the decoder numbers them
+    tint32 _channelId = 0; // the channel whose sound it plays, in the decoder's numbering
 
     static constexpr RecordSite SITE{"MonitorTvwCommAudio", 10};
     template <class Self, class Visitor>
@@ -38,8 +38,7 @@ struct S_MTvw_Get_AuCfg_Cav : CTvwRecord<S_MTvw_Get_AuCfg_Cav> {
 };
 using AUCFGCAVLIST = std::list<std::shared_ptr<S_MTvw_Get_AuCfg_Cav>>;
 
-// The whole command, and the answer to the question what is on. The GUIDs are the host's; the decoder does
-// not see them.
+// The whole command, and the answer to the query. The GUIDs are the host's; the decoder does not see them.
 struct S_MTvw_Get_Audio_Config : CTvwRecord<S_MTvw_Get_Audio_Config, CCheckedHeadReader> {
     GUID _nwallGuid{};
     GUID _DecGuid{};

@@ -7,7 +7,7 @@ namespace {
 
 constexpr RecordSite WND_ITEM_SITE{"MonitorTvwComm", 190};
 
-// The three canvas-window commands differ in their items only.
+// The three canvas-window commands differ only in their items.
 template <class Record>
 void DumpCommand(const Record& record, const char* szName)
 {

@@ -1,5 +1,6 @@
 #pragma once
-// Canvas windows, and screens with theirs. Spellings such as Cavans, Modyfy, Modfy and Offet are the host's.
+// Canvas windows, and screens with their windows. Spellings such as Cavans, Modyfy, Modfy and Offet are the
+// host's.
 
 #include <cstddef>
 
@@ -99,7 +100,7 @@ struct S_MTvw_Canvas_Item_V2 : CTvwRecord<S_MTvw_Canvas_Item_V2> {
     void Dump() const;
 };
 
-// A window of a screen: an image that travels whole. Only what the log shows of it has names here.
+// A window of a screen: an image that travels whole. Only the fields that the log shows have names here.
 struct S_MTvw_Wnd_Item {
     tint32 _nID = 0;
     float _fStartX = 0.0F; // upper left and lower right corner

@@ -57,7 +57,7 @@ struct S_MTvw_Wall_Delete_Channel_Group : CTvwRecord<S_MTvw_Wall_Delete_Channel_
     void Dump() const;
 };
 
-// A sub-window and the group that it is to cycle through.
+// A sub-window and the group to cycle through.
 struct S_MTvw_Wall_Chl_GrPolling_Subitem : CTvwRecord<S_MTvw_Wall_Chl_GrPolling_Subitem> {
     tuint32 _index = 0;
     tuint32 _channelgroup = 0; // group id
@@ -105,7 +105,7 @@ struct S_MTvw_Wall_Start_Chl_GrPolling : CTvwRecord<S_MTvw_Wall_Start_Chl_GrPoll
     void Dump() const;
 };
 
-// A question for one group, or for all of them.
+// A query for one group, or for all of them.
 struct S_MTvw_Wall_Get_ChGroup : CTvwRecord<S_MTvw_Wall_Get_ChGroup, CClearingReader> {
     GUID _guidwall{};
     tint32 _id = 0; // 0 = all
@@ -114,14 +114,14 @@ struct S_MTvw_Wall_Get_ChGroup : CTvwRecord<S_MTvw_Wall_Get_ChGroup, CClearingRe
     template <class Self, class Visitor>
     static void Fields(Self& self, Visitor& visitor)
     {
-        // Not in one: the host may leave the id away.
+        // Read separately: the host may omit the id.
         visitor.Plain(self._guidwall);
         visitor.Plain(self._id);
     }
     void Dump() const;
 };
 
-// The answer: the groups that the decoder keeps. Set _numchgroup before encoding.
+// The answer: the decoder's groups. Set _numchgroup before encoding.
 struct S_MTvw_Wall_Get_ChGroup_info : CTvwRecord<S_MTvw_Wall_Get_ChGroup_info> {
     tuint32 _numchgroup = 0;
     CHANNELGROUPLIST getChGroupList;

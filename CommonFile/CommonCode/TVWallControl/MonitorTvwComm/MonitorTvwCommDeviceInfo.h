@@ -12,7 +12,7 @@ struct S_MTvw_Wall_Basic_Config : CTvwRecord<S_MTvw_Wall_Basic_Config> {
     GUID _guidwall{}; // stays null
     tuint32 _identidy = 0;
     tuint32 _runmode = 0;
-    std::string _devicename; // all bytes after the rest, without a terminating zero
+    std::string _devicename; // all remaining bytes, without a terminating zero
 
     static constexpr RecordSite SITE{"MonitorTvwCommDeviceInfo", 10};
     template <class Self, class Visitor>

@@ -22,7 +22,7 @@ static_assert(sizeof(S_MTvw_Wall_WallLayout_Coor) == 8);
 
 // One screen: 268 bytes. The name is zero-terminated unless it fills its field.
 struct S_MTvw_Wall_WallLayout_Item : CTvwRecord<S_MTvw_Wall_WallLayout_Item> {
-    tuint32 _id = 0; // of the channel that drives it
+    tuint32 _id = 0; // of the output channel that feeds it
     char _name[256] = {};
     S_MTvw_Wall_WallLayout_Coor _coordinate{};
 
@@ -33,7 +33,7 @@ struct S_MTvw_Wall_WallLayout_Item : CTvwRecord<S_MTvw_Wall_WallLayout_Item> {
         visitor.Plain(self._id, self._name, self._coordinate);
     }
     void Dump() const;
-    // Leaves the id as it is; the host's own record does so, too.
+    // Leaves the id unchanged, as the host's own record does.
     void ClearData();
 };
 using WALLLAYOUTLIST = std::list<std::shared_ptr<S_MTvw_Wall_WallLayout_Item>>;
@@ -52,7 +52,7 @@ struct S_MTvw_Wall_Layout : CTvwRecord<S_MTvw_Wall_Layout, CCheckedHeadReader> {
         visitor.List(self._numchannel, self._channelList);
     }
     void Dump() const;
-    // Leaves _numchannel as it is; the host's own record does so, too.
+    // Leaves _numchannel unchanged, as the host's own record does.
     void ClearData();
 };
 

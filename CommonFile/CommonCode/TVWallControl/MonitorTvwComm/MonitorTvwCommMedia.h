@@ -1,6 +1,6 @@
 #pragma once
 // Live and recorded video for the sub-windows of canvas windows. The decoder pulls it from its source with
-// the credentials that stand here in clear, so no log shows them.
+// the credentials held here in the clear, so no log shows them.
 
 #include <cstddef>
 
@@ -9,10 +9,10 @@
 
 namespace ORVA2_CLIENT_TVW {
 
-// One stream. It has two wire forms: inside a sub-window it is an image of 608 bytes that travels whole, with
-// its gap; alone it is packed, like every other record, to 604 bytes. What type, reqmode, streamtype,
-// recordmask and source mean, and the unit of the times, is between host and decoder. The texts are
-// zero-terminated unless they fill their field.
+// One stream. It has two wire forms: inside a sub-window it is an image of 608 bytes, its gap included; alone
+// it is packed, like every other record, to 604 bytes. The meaning of type, reqmode, streamtype, recordmask
+// and source, and the unit of the times, are between host and decoder. The texts are zero-terminated unless
+// they fill their field.
 struct S_MTvw_Wall_Media_info : CTvwRecord<S_MTvw_Wall_Media_info> {
     tint32 _channelIdInt = 0; // used when _channelid is all zero; negative = no channel
     GUID _channelid{};
@@ -22,7 +22,7 @@ struct S_MTvw_Wall_Media_info : CTvwRecord<S_MTvw_Wall_Media_info> {
     tint32 _streamtype = 0;
     tuint32 _recordmask = 0;
     tint32 _source = 0;
-    tuint32 _gap = 0; // of the image only; kept, not read
+    tuint32 _gap = 0; // in the image only; kept, not read
     tuint64 _begintime = 0;
     tuint64 _endtime = 0;
     char _addr[32] = {};
@@ -69,7 +69,7 @@ using MEDIASUBWINDLIST = std::list<std::shared_ptr<S_MTvw_Wall_Media_Sub_Wind>>;
 // One window.
 struct S_MTvw_Wall_Media_Wind : CTvwRecord<S_MTvw_Wall_Media_Wind> {
     tint32 _id = 0;
-    tuint32 _numwind = 0; // sub-windows; the host has one name for both counts
+    tuint32 _numwind = 0; // sub-windows; the host uses one name for both counts
     MEDIASUBWINDLIST _subWind;
 
     static constexpr RecordSite SITE{"MonitorTvwCommMedia", 50};
@@ -83,7 +83,7 @@ struct S_MTvw_Wall_Media_Wind : CTvwRecord<S_MTvw_Wall_Media_Wind> {
 };
 using MEDIAWINDLIST = std::list<std::shared_ptr<S_MTvw_Wall_Media_Wind>>;
 
-// Media to start, or the windows in which to stop them.
+// Media to start, or windows in which to stop them.
 struct S_MTvw_Wall_Media : CTvwRecord<S_MTvw_Wall_Media> {
     tuint32 _numwind = 0;
     MEDIAWINDLIST _mediaWind;

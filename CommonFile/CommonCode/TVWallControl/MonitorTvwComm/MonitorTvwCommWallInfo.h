@@ -1,5 +1,5 @@
 #pragma once
-// A complete picture of a wall. Its media hold credentials in clear, so no log shows them.
+// A complete picture of a wall. Its media hold credentials in the clear, so no log shows them.
 
 #include <cstddef>
 
@@ -16,8 +16,8 @@ struct S_MTvw_Wall_Set_wall_Rect {
 };
 static_assert(sizeof(S_MTvw_Wall_Set_wall_Rect) == 8);
 
-// The stream of a sub-window. Not the media entry of MonitorTvwCommMedia.h: narrower numbers, other fields
-// and another order. The texts are zero-terminated unless they fill their field.
+// The stream of a sub-window. Not the media entry of MonitorTvwCommMedia.h: narrower numbers, different
+// fields in a different order. The texts are zero-terminated unless they fill their field.
 struct S_MTvw_Wall_Set_wall_Subwin_Medinfo {
     tuint16 _type = 0;
     tuint16 _reqmode = 0; // 6: the channel is _channelIdInt
