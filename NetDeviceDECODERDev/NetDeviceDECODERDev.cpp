@@ -11,7 +11,7 @@ __attribute__((visibility("default"))) int NET_DEV_DECODERDEVSDK_Initial()
 {
     constexpr int NO_MEMORY = -1;
     try {
-        // The host makes every working processor with CreateSelf during this call.
+        // The host creates every working processor with CreateSelf during this call.
         CNetProtocolProcTWDECODERDev prototype;
         return NET_COMM_RegistDevProtocolProcObject(CTypeCheck::GetDECODERAbstractTypeValue(), &prototype);
     } catch (const std::bad_alloc&) {

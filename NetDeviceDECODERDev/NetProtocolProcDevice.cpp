@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr int QUEUE_HOLDER_TAG = 11; // the host's name for the reference that the queue holds
+constexpr int QUEUE_HOLDER_TAG = 11; // the host's tag for the queue's reference
 
-// The queue's reference on a command: taken here, given back unless a queue entry took it over.
+// The queue's reference to a command: taken here, released unless a queue entry takes it over.
 class CQueueReference {
 public:
     explicit CQueueReference(CCmdProcObject* cmd) : m_cmd(cmd) { m_cmd->AddReference(QUEUE_HOLDER_TAG); }

@@ -7,8 +7,7 @@
 class CNetProtocolProcDevice : public CNetProtocolProc {
 public:
     CNetProtocolProcDevice();
-    // A queue that still holds commands is reported, not repaired: they keep their reference and their
-    // buffer.
+    // A queue that still holds commands is reported, not drained: they keep their references and buffers.
     ~CNetProtocolProcDevice() override;
 
     bool ProcDevCmd() override;

@@ -1,5 +1,5 @@
-// The version as a text inside the library, for `strings` and `readelf -p .tvwall_version`. A section and no
-// export: the host expects two exported functions and nothing else.
+// The version as text inside the library, for `strings` and `readelf -p .tvwall_version`. A section, not an
+// export: the host expects exactly two exported functions.
 
 namespace {
 

@@ -6,13 +6,14 @@
 #include "Crypto/tdcrypto.h"
 
 // Enciphers the credentials of one command under one key. Under a long key a whole wall takes minutes, so a
-// session that is stopped meanwhile gives up: from then on nothing is enciphered. Worker thread only.
+// session that is stopped meanwhile gives up and enciphers nothing more. Worker thread only.
 class CCredentialCipher {
 public:
-    // runFlag is 0 once the session is stopped; bGivenUp is set when that was seen. Both outlive the cipher.
+    // runFlag is 0 once the session is stopped; bGivenUp is set once that has been seen. Both outlive the
+    // cipher.
     CCredentialCipher(const std::string& pubKeyPem, const volatile int& runFlag, bool& bGivenUp);
 
-    // Base64 text of the ciphertext; empty without a usable key, for an empty text, and once given up.
+    // Base64 text of the ciphertext; empty without a usable key, for an empty text, and after giving up.
     std::string Encrypt(std::string_view text) const;
 
 private:

@@ -32,7 +32,7 @@ namespace {
 constexpr int RSA_KEY_BITS = 768;
 constexpr int AES_KEY_BITS = 128;
 constexpr size_t AES_KEY_LEN = AES_KEY_BITS / 8;
-constexpr size_t SALT_LEN = 3; // read in front of an enciphered text
+constexpr size_t SALT_LEN = 3; // expected in front of an enciphered text
 
 template <auto Release>
 struct Releaser {
@@ -59,7 +59,7 @@ private:
 };
 
 // Runs an operation that may run out of memory or fail inside the library. Nothing is thrown past it, and the
-// thread's error queue is afterwards as it was before.
+// thread's error queue is left as it was.
 template <class Result, class Operation>
 Result Contained(Result onFailure, Operation operation) noexcept
 {
@@ -67,7 +67,7 @@ Result Contained(Result onFailure, Operation operation) noexcept
     try {
         onFailure = operation();
     } catch (const std::exception&) {
-        // No memory: the failure result stands.
+        // Out of memory: the failure result stands.
     }
     ERR_pop_to_mark();
     return onFailure;
@@ -106,7 +106,7 @@ std::string ToBase64(const unsigned char* data, size_t len)
     if (data == nullptr || !IsUsableLength(len) || !IsUsableLength(nTextLen)) {
         return {};
     }
-    std::string text(nTextLen + 1, '\0'); // with the zero that the library puts behind it
+    std::string text(nTextLen + 1, '\0'); // with the zero that the library appends
     EVP_EncodeBlock(Bytes(text), data, static_cast<int>(len));
     text.pop_back();
     return text;
@@ -135,7 +135,7 @@ Decoded FromBase64(const char* in, int len)
 
 // --- RSA ---
 
-// The library's own callback would ask on the terminal when a key turns out to be enciphered.
+// The library's own callback would prompt on the terminal for an enciphered key.
 int RefusePassphrase(char* /*buffer*/, int /*size*/, int /*forWriting*/, void* /*context*/) { return -1; }
 
 using PemReader = RSA* (*)(BIO*, RSA**, pem_password_cb*, void*);
@@ -171,7 +171,7 @@ std::string PrivatePem(RSA* pKey)
 
 // --- AES ---
 
-// The first 16 bytes of a key text, filled up with zeros.
+// The first 16 bytes of a key text, padded with zeros.
 SecretBytes MakeAesKey(const std::string& salt, const char* key)
 {
     SecretBytes block(AES_KEY_LEN);
@@ -198,9 +198,9 @@ bool RunAesCbc(AesKeySetter setKey, int nDirection, const char* key, const unsig
 
 bool HasKeyText(const char* key) { return key != nullptr && *key != '\0'; }
 
-// False for a key under which a text is not hidden or not recoverable, such as one with the exponent 1 (a
-// text that would leave in the clear does not leave), and for one made to keep the processor busy. How long a
-// key is beyond that the decoder decides.
+// False for a key that does not hide a text or makes it unrecoverable, such as one with the exponent 1 (a
+// text that would go out in the clear does not go out), and for one made to keep the processor busy.
+// Otherwise the key length is up to the decoder.
 bool IsUsableKey(const RSA& key)
 {
     const BIGNUM* pModulus = nullptr;

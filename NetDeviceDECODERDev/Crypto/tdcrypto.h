@@ -12,8 +12,8 @@ struct rsa_st;
 // function may be called from any thread. Null pointers and negative lengths are failures.
 namespace tdcrypto {
 
-// SHA-256, in spite of the name: 64 upper-case hexadecimal characters and a terminating zero, 65 bytes at
-// out. An empty text on failure.
+// SHA-256, despite the name: 64 upper-case hexadecimal characters and a terminating zero, 65 bytes at out.
+// Empty text on failure.
 void Sha265_String(const void* data, unsigned int len, char* out) noexcept;
 
 // Always 0. out receives the text without line breaks, or is emptied on failure.
@@ -26,11 +26,11 @@ int Base64Decode(const char* in, int len, unsigned char** out, unsigned long* ou
 
 // --- RSA with PKCS#1 padding ---
 
-// Bytes of a key text that is read: many times those of a key of 16,384 bits. The library takes more than a
+// Longest key text that is read, in bytes: many times that of a 16,384-bit key. The library takes more than a
 // second for a text of 40 MB.
 inline constexpr size_t MAX_KEY_TEXT = size_t{64} << 10U;
 
-// Makes a key pair of 768 bits: keys[0] receives the public and keys[1] the private key, both in PKCS#1 form,
+// Generates a 768-bit key pair: keys[0] receives the public and keys[1] the private key, both in PKCS#1 form,
 // or both are emptied on failure.
 void GenerateRsaKey(std::string* keys) noexcept;
 
@@ -43,7 +43,7 @@ void RsaPubKeyPKCS1toPKCS8(const std::string& pkcs1Pem, std::string& out) noexce
 // Returns the Base64 text of the ciphertext, or an empty string on failure.
 std::string RsaPubEncrypt(const std::string& data, const std::string& pubKeyPem) noexcept;
 
-// The same key, read once for many texts.
+// A public key, read once for many texts.
 class CRsaPubKey {
 public:
     // A key that cannot be read enciphers nothing.
@@ -64,8 +64,8 @@ std::string RsaPriDecrypt(const std::string& cipherBase64, const std::string& pr
 
 // --- AES-128 in CBC mode with a zero initialisation vector; key points to 16 bytes ---
 
-// Data that do not fill the last block are padded with zeros; full blocks get no padding. Returns the length
-// of the ciphertext in out; 0 on failure, with out unchanged, and for no data, with out emptied.
+// A last block that is not full is padded with zeros; full blocks get no padding. Returns the length of the
+// ciphertext in out; 0 on failure, with out unchanged, and for no data, with out emptied.
 int AesCbcEncrypt(const char* data, int len, const char* key, std::string& out) noexcept;
 
 // len is a multiple of 16. out receives the plaintext up to its first zero byte. Returns len; 0
@@ -77,11 +77,11 @@ int AesCbcDecrypt(const char* data, int len, const char* key, std::string& out) 
 // Always empty: the two functions below are built on it as it is.
 std::string RandomSalt() noexcept;
 
-// Puts the salt, which has no characters, in front of the Base64 text.
+// Puts the (empty) salt in front of the Base64 text.
 bool AesDataEncrypt(const std::string& plain, const char* key, std::string& out) noexcept;
 
-// Reads a salt of three characters in front of the Base64 text. What AesDataEncrypt wrote does not come back:
-// both forms are required as they are by those who exchange such texts.
+// Expects a salt of three characters in front of the Base64 text. So it does not recover what AesDataEncrypt
+// wrote; both forms are required as they are by the peers that exchange such texts.
 bool AesDataDecrypt(const std::string& cipherText, const char* key, std::string& out) noexcept;
 
 } // namespace tdcrypto

@@ -1,5 +1,5 @@
-// Sound of sub-windows: switch on, switch off, ask. A record that is short or malformed still sends what was
-// read of it.
+// Sound of sub-windows: switch on, switch off, query. A record that is short or malformed still sends what
+// was read of it.
 
 #include "Handlers/WindowListXml.h"
 #include "Link/CmdXmlFormat.h"
@@ -24,7 +24,7 @@ std::shared_ptr<S_MTvw_Get_AuCfg_Cav> ReadWindow(const CVTXMLParse& xml, CVTXMLP
          subItem = xml.GetNextSiblingItem(subItem, "item")) {
         auto subWindow = std::make_shared<S_MTvw_Get_AuCfg_Subwnd>();
         subWindow->_index = xml.GetValue_i32(subItem, "index");
-        // The decoder's name for what it takes as td_channel.
+        // The decoder's name for what it accepts as td_channel.
         subWindow->_channelId = xml.GetValue_i32(subItem, "channelid");
         AppendReplied(window->_subList, std::move(subWindow), nSpare);
         ++window->_subCnt;

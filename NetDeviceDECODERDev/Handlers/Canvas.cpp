@@ -11,8 +11,8 @@ using namespace DECODE_XML_CMD_HEADER;
 using namespace ORVA2_CLIENT_TVW;
 using namespace ORVA2_DECODER_TVW;
 
-// Both requests that carry whole windows. The split is answered under the option type of the creation, too:
-// the host expects it so.
+// Both requests that carry whole windows. The split is also answered under the creation's option type, as the
+// host expects.
 void CNetProtocolProcTWDECODERDevImp::SendCanvasWindows(CCmdProcObject* cmd, char* data, unsigned int len,
                                                         const std::string& url)
 {

@@ -1,4 +1,4 @@
-// Channel groups: add, change, delete, ask, and cycle through them. The decoder keeps the groups. A record
+// Channel groups: add, change, delete, query, and cycle through them. The decoder keeps the groups. A record
 // that is short or malformed still sends what was read of it.
 
 #include <cstring>
@@ -20,8 +20,8 @@ using namespace ORVA2_DECODER_TVW;
 
 namespace {
 
-// The host expects both texts with their zeros one after the other, the name first: what of it does not fit
-// into its field lies in the list's, as far as the list leaves it. The list's field ends the record, and
+// The host expects both texts with their zeros, written name first: the part of the name that overflows its
+// field lands in the list's, except where the list overwrites it. The list's field ends the record, and
 // nothing goes past it.
 void SetTexts(S_MTvw_Wall_Channel_Group_Info& group, std::string_view name, std::string_view channels)
 {
@@ -65,7 +65,7 @@ void CNetProtocolProcTWDECODERDevImp::AddChannelGroup(CCmdProcObject* cmd, char*
     SendChannelGroup(cmd, data, len, HTTP_CMDX_ADD_CHANNEL_GROUP, TVWALL_DECODE_ADD_CHANNEL_GROUP);
 }
 
-// Answered under the option type that starts polling: the host expects it so.
+// Answered under the option type that starts polling, as the host expects.
 void CNetProtocolProcTWDECODERDevImp::SetChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len)
 {
     SendChannelGroup(cmd, data, len, HTTP_CMDX_SET_CHANNEL_GROUP, TVWALL_DECODE_START_CHLGROUP_POLLING);
@@ -89,8 +89,8 @@ void CNetProtocolProcTWDECODERDevImp::DeleteChannelGroup(CCmdProcObject* cmd, ch
     }
 }
 
-// Two oddities that the peers require: the decoder answers this question under the URL that changes a group,
-// and the host expects the answer under the option type that starts polling.
+// Two oddities required by the peers: the decoder serves this query under the URL that changes a group, and
+// the host expects the answer under the option type that starts polling.
 void CNetProtocolProcTWDECODERDevImp::GetChannelGroup(CCmdProcObject* cmd, char* data, unsigned int len)
 {
     S_MTvw_Wall_Get_ChGroup record;
@@ -150,8 +150,8 @@ void CNetProtocolProcTWDECODERDevImp::StartChlGroupPolling(CCmdProcObject* cmd, 
     }
 }
 
-// To the decoder the end of polling is the end of the media in those sub-windows; the host sends the record
-// of that command.
+// To the decoder, stopping polling is stopping the media in those sub-windows; the host sends that command's
+// record.
 void CNetProtocolProcTWDECODERDevImp::StopChlGroupPolling(CCmdProcObject* cmd, char* data, unsigned int len)
 {
     StopPlayMedia(cmd, data, len);

@@ -1,4 +1,4 @@
-// What the decoder says of itself: its part on the wall, its system, its input channels.
+// What the decoder reports about itself: its part on the wall, its system, its input channels.
 
 #include "DecodeCommDeviceInfo.h"
 #include "Encoding/FieldText.h"
@@ -60,7 +60,7 @@ void CNetProtocolProcTWDECODERDevImp::GetDecSystemInfo(CCmdProcObject* cmd, char
     }
 }
 
-// Whatever goes wrong is told to nobody: the command that has led here is answered already.
+// Failures are not reported: the command that led here is already answered.
 void CNetProtocolProcTWDECODERDevImp::GetAndNotifyChannelInfo()
 {
     CDeviceRequest request(*this, HTTP_CMDX_GET_IORES);

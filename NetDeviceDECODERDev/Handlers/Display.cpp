@@ -1,5 +1,5 @@
-// How windows are shown: borders, zoom, and the switches for the whole wall, which the host gets as an XML
-// text of its own.
+// How windows are shown: borders, zoom, and the switches for the whole wall, which the host gets as a
+// separate XML text.
 
 #include "AtomicAccess.h"
 #include "DecodeCommDisplay.h"
@@ -54,7 +54,7 @@ void CNetProtocolProcTWDECODERDevImp::PlanWndZoom(CCmdProcObject* cmd, char* dat
     }
 }
 
-// The host gets the switches that it has asked for, not what has become of them.
+// The host gets the switches as it requested them, not as they now are.
 void CNetProtocolProcTWDECODERDevImp::SetWindowConfig(CCmdProcObject* cmd, char* data, unsigned int len)
 {
     S_MTvw_Wall_Set_WindCfg_V2 record{};

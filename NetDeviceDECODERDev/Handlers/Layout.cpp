@@ -16,7 +16,7 @@ using namespace ORVA2_CLIENT_TVW;
 
 namespace {
 
-constexpr size_t MAX_LOGGED = 4096; // more does not fit into a log text
+constexpr size_t MAX_LOGGED = 4096; // a log text holds no more
 
 void AddCoordinate(CMarkupSTL& doc, const S_MTvw_Wall_WallLayout_Coor& coordinate)
 {
@@ -25,7 +25,7 @@ void AddCoordinate(CMarkupSTL& doc, const S_MTvw_Wall_WallLayout_Coor& coordinat
     doc.AddElem("ypos", coordinate._yPos);
 }
 
-// The decoder's elements have no fixed names here: their order counts.
+// The decoder's elements have no fixed names here: only their order matters.
 std::shared_ptr<S_MTvw_Wall_WallLayout_Item> ReadScreen(const CVTXMLParse& xml, CVTXMLParse::Item item)
 {
     const auto id = xml.GetFirstChild(item);
@@ -42,8 +42,8 @@ std::shared_ptr<S_MTvw_Wall_WallLayout_Item> ReadScreen(const CVTXMLParse& xml, 
 
 } // namespace
 
-// Unlike elsewhere, a decoder that does not answer leaves the host without an answer, too: the host has a
-// timeout of its own for these commands.
+// Unlike elsewhere, if the decoder does not reply, the host gets no answer: it has its own timeout for these
+// commands.
 bool CNetProtocolProcTWDECODERDevImp::ExchangeLayout(CCmdProcObject* cmd, const CDeviceRequest& request)
 {
     if (SendAndWait(request, E_SendCheck::FailAtOnce) != E_Exchange::Reply) {
@@ -77,7 +77,7 @@ void CNetProtocolProcTWDECODERDevImp::GetWallLayout(CCmdProcObject* cmd, char* /
     }
     S_MTvw_Wall_Layout answer;
     GetWallLayoutMessage(answer, ReplyText(), Reply().Xml());
-    CloseReply(); // the answer fits where its document was
+    CloseReply(); // its memory holds the answer
     answer._numchannel = static_cast<tuint32>(answer._channelList.size());
     const std::string bytes = answer.Encode();
     ReplyBuffer(cmd, bytes.data(), bytes.size());
@@ -97,7 +97,7 @@ void CNetProtocolProcTWDECODERDevImp::GetWallLayoutMessage(S_MTvw_Wall_Layout& l
     layout.rowCol._row = xml.GetValueDWORD("td_command/td_body/row");
     layout.rowCol._col = xml.GetValueDWORD("td_command/td_body/col");
     uint64_t nSpare = xml.Spare();
-    // A wall without screens is answered with one empty screen: the host expects it so.
+    // A wall without screens is answered with one empty screen, as the host expects.
     auto item = xml.GetFirstItem("td_command/td_body/td_channellist/item");
     do {
         AppendReplied(layout._channelList, ReadScreen(xml, item), nSpare);

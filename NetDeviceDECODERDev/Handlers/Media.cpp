@@ -1,4 +1,5 @@
-// Media into windows and out of them. A record that is short or malformed still sends what was read of it.
+// Starting and stopping media in windows. A record that is short or malformed still sends what was read of
+// it.
 
 #include "Handlers/MediaXml.h"
 #include "Handlers/WindowListXml.h"
@@ -35,8 +36,8 @@ void CNetProtocolProcTWDECODERDevImp::AddPlayMediaXmlStr(CMarkupSTL& xml, S_MTvw
     AddWindowList(xml, record->_mediaWind, &S_MTvw_Wall_Media_Wind::_subWind,
                   [&xml, &cipher](const auto& subWindow) {
                       xml.AddElem("index", subWindow._index);
-                      // One element for all streams of the sub-window, group after group: the decoder
-                      // expects it so.
+                      // One element for all streams of the sub-window, group after group, as the decoder
+                      // expects.
                       const CElemScope mediaInfo(xml, "mediainfo");
                       for (const auto& media : subWindow._mediaInfo) {
                           AddMediaXml(xml, *media, cipher);
@@ -44,7 +45,7 @@ void CNetProtocolProcTWDECODERDevImp::AddPlayMediaXmlStr(CMarkupSTL& xml, S_MTvw
                   });
 }
 
-// Also stops polling; the answer carries the option type of this command either way: the host expects it so.
+// Also stops polling; either way the answer carries this command's option type, as the host expects.
 void CNetProtocolProcTWDECODERDevImp::StopPlayMedia(CCmdProcObject* cmd, char* data, unsigned int len)
 {
     S_MTvw_Wall_Media record;

@@ -20,7 +20,7 @@ bool IsZero(const GUID& guid)
     return std::memcmp(&guid, &ZERO, sizeof(GUID)) == 0;
 }
 
-// Here the GUID decides: its number speaks for a channel without one.
+// Here the GUID decides; the number is used for a channel without one.
 std::optional<std::string> ChannelId(const S_MTvw_Wall_Media_info& media)
 {
     if (!IsZero(media._channelid)) {
@@ -29,7 +29,7 @@ std::optional<std::string> ChannelId(const S_MTvw_Wall_Media_info& media)
     return media._channelIdInt >= 0 ? std::optional(std::to_string(media._channelIdInt)) : std::nullopt;
 }
 
-// Here the request mode decides, whatever GUID and number are: the decoder expects it so.
+// Here the request mode decides, whatever the GUID and number, as the decoder expects.
 std::optional<std::string> ChannelId(const S_MTvw_Wall_Set_wall_Subwin_Medinfo& media)
 {
     return media._reqmode == REQMODE_CHANNEL_NUMBER ? std::to_string(media._channelIdInt)
@@ -39,7 +39,7 @@ std::optional<std::string> ChannelId(const S_MTvw_Wall_Set_wall_Subwin_Medinfo& 
 template <class Media>
 void AddSource(CMarkupSTL& doc, const Media& media, const CCredentialCipher& cipher)
 {
-    // Both in a row, and the elements in a row: each finds its code and data in the processor's cache.
+    // Both texts in a row, then both elements: code and data stay in the processor's cache.
     const std::string user = cipher.Encrypt(FieldView(media._user));
     const std::string pwd = cipher.Encrypt(FieldView(media._pwd));
     doc.AddElem("type", media._type);

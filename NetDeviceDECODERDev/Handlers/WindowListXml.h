@@ -5,9 +5,9 @@
 
 #include "ElemScope.h"
 
-// The list of windows and their sub-windows that many requests carry: td_windowlist with an item per window,
-// which addWindow begins, and in it td_subwindowlist with an item per sub-window, which addSubWindow fills.
-// Adds it to the current element.
+// The list of windows and their sub-windows that many requests carry: td_windowlist with an item for each
+// window, begun by addWindow, and inside it td_subwindowlist with an item for each sub-window, filled by
+// addSubWindow. Adds it to the current element.
 template <class Window, class SubWindow, class AddWindow, class AddSubWindow>
 void AddWindowList(CMarkupSTL& doc, const std::list<std::shared_ptr<Window>>& windows,
                    std::list<std::shared_ptr<SubWindow>> Window::*subWindows, const AddWindow& addWindow,
@@ -25,7 +25,7 @@ void AddWindowList(CMarkupSTL& doc, const std::list<std::shared_ptr<Window>>& wi
     }
 }
 
-// The same with windows that say their id only.
+// The same with only the id of each window.
 template <class Window, class SubWindow, class AddSubWindow>
 void AddWindowList(CMarkupSTL& doc, const std::list<std::shared_ptr<Window>>& windows,
                    std::list<std::shared_ptr<SubWindow>> Window::*subWindows,

@@ -7,7 +7,7 @@
 
 namespace {
 
-// Without randomness only the time of a scan can be foretold, not its result.
+// Without randomness a peer can predict the time of a scan, not change its result.
 uint64_t MakeKey() noexcept
 {
     constexpr uint64_t FALLBACK = 0x0123456789ABCDEF;

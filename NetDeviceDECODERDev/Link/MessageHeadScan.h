@@ -1,5 +1,5 @@
 #pragma once
-// The scan of MessageHead.h, over any text that can be read like CMessageText.
+// The scan of MessageHead.h, over any text with the interface of CMessageText.
 
 #include <array>
 #include <string>
@@ -10,8 +10,8 @@
 #include "Link/OpenElements.h"
 #include "MarkupSTL.h"
 
-// An element's parent is whatever is open where its start tag stands, and what has been closed never opens
-// again. So the head is settled once seq has followed url, or once td_header or td_command is closed.
+// An element's parent is whatever is open at its start tag, and a closed element never reopens. So the head
+// is settled once seq has followed url, or once td_header or td_command is closed.
 template <class Message>
 class CMessageHeadScan {
 public:
@@ -29,7 +29,7 @@ public:
 private:
     static constexpr std::array<std::string_view, 2> PATH = {"td_command", "td_header"};
 
-    // A copy of a name; empty where it is longer than all that are looked for.
+    // A copy of a name; empty if it is longer than any name looked for.
     class CShortName {
     public:
         CShortName(Message& text, const SMessageName& name)
@@ -46,8 +46,7 @@ private:
         size_t m_nLen;
     };
 
-    // An element of the header, and what stands between its tags; nothing unless it ends with its own tag
-    // and holds no element.
+    // An element of the header and its data; none unless it ends with its own tag and holds no element.
     struct SField {
         bool bFound = false;
         size_t nBegin = 0;
@@ -56,7 +55,7 @@ private:
 
     bool IsSettled() const { return m_bClosed || (m_url.bFound && m_seq.bFound && m_pField == nullptr); }
 
-    // False where the scan ends.
+    // False when the scan is over.
     bool Take(CMessageNodes<Message>& nodes)
     {
         switch (nodes.Next()) {
@@ -78,7 +77,7 @@ private:
 
     void Find(const CMessageNodes<Message>& nodes, bool bEmpty)
     {
-        m_pField = nullptr; // one that holds an element has no data
+        m_pField = nullptr; // an element that holds another has no data
         if (m_open.Size() != m_nFound) {
             return;
         }
@@ -145,7 +144,7 @@ private:
     void AppendText(std::string& data, size_t nBegin, size_t nEnd, bool bAll) const
     {
         const size_t nBefore = data.size();
-        size_t nReference = std::string::npos; // where one may have begun
+        size_t nReference = std::string::npos; // where a possible reference begins
         bool bKeep = bAll;
         for (size_t n = nBegin; n < nEnd; ++n) {
             data += m_text.At(n);
@@ -183,9 +182,9 @@ private:
     Message& m_text;
     uint64_t m_nKey;
     COpenElements<Message> m_open;
-    size_t m_nFound = 0;    // elements of the path that have been found, all of them open
-    bool m_bClosed = false; // one of them is not open any more
+    size_t m_nFound = 0;    // elements of the path found so far, all open
+    bool m_bClosed = false; // one of them has been closed
     SField m_url;
     SField m_seq;
-    SField* m_pField = nullptr; // the one that is open and has held no element
+    SField* m_pField = nullptr; // the open one, as long as it has held no element
 };

@@ -1,5 +1,5 @@
 #pragma once
-// Cutting the bytes of a message into the nodes that CMarkupSTL sees in them, with one look at each byte.
+// Splits the bytes of a message into the nodes that CMarkupSTL sees in them, looking at each byte once.
 
 #include <cstddef>
 #include <cstdint>
@@ -7,14 +7,14 @@
 
 #include "MarkupSTLIndex.h"
 
-// Where the scan reads a message. Tests put a reader that counts in its place.
+// How the scan reads a message. Tests substitute a reader that counts.
 class CMessageText {
 public:
     explicit CMessageText(std::string_view text) : m_text(text) {}
 
     size_t Size() const { return m_text.size(); }
     char At(size_t n) const { return m_text[n]; }
-    // The place of the first such character from nFrom on; nEnd when none stands before that.
+    // The offset of the first such character from nFrom on; nEnd when there is none before it.
     size_t Find(char c, size_t nFrom, size_t nEnd) const
     {
         const size_t nFound = m_text.substr(0, nEnd).find(c, nFrom);
@@ -26,7 +26,7 @@ private:
 };
 
 // A polynomial over the name's bytes modulo 2^61 - 1, at a point that a peer does not know: two names of n
-// bytes have the same hash with a probability of n in 2^61, whoever has chosen them.
+// bytes, even if chosen by the peer, have the same hash with a probability of n in 2^61.
 class CNameHash {
 public:
     explicit CNameHash(uint64_t nKey) : m_nKey(nKey % PRIME) {}
@@ -62,8 +62,8 @@ struct SMessageName {
     uint64_t nHash = 0;
 };
 
-// Goes from node to node through the bytes [nBegin, nEnd). What is no node is Other: it ends where the
-// document goes on after an error.
+// Iterates over the nodes in the bytes [nBegin, nEnd). What is not a node is Other: it ends where the
+// document resumes after an error.
 template <class Text>
 class CMessageNodes {
 public:
@@ -91,13 +91,13 @@ public:
         return TakeMarkup();
     }
 
-    // Of the last node: its first byte, the byte after it, and the name of a tag.
+    // The last node's first byte, the byte after it, and a tag's name.
     size_t Start() const { return m_nStart; }
     size_t After() const { return m_nAt; }
     const SMessageName& Name() const { return m_name; }
 
 private:
-    static constexpr int NONE = -1; // no character: the end
+    static constexpr int NONE = -1; // no character: at the end
     static bool IsQuote(int c) { return c == '"' || c == '\''; }
     bool IsSpace() const { return m_c != NONE && IsXmlSpace(static_cast<char>(m_c)); }
 
@@ -106,7 +106,7 @@ private:
         ++m_nSeen;
         m_c = m_nSeen < m_nEnd ? static_cast<unsigned char>(m_text.At(m_nSeen)) : NONE;
     }
-    // Goes to after the next such character.
+    // Moves past the next such character.
     void SkipPast(int c)
     {
         m_nSeen = m_text.Find(static_cast<char>(c), m_nSeen + 1, m_nEnd);
@@ -115,7 +115,7 @@ private:
             Advance();
         }
     }
-    // On failure the characters that were the same have been skipped.
+    // On failure, the characters that matched have been skipped.
     bool SkipText(std::string_view text)
     {
         for (const char c : text) {
@@ -133,7 +133,7 @@ private:
         m_nAt = ++m_nSeen;
         return node;
     }
-    // An error: the next node begins at nAt. What was seen from there on holds no '<', except perhaps as the
+    // An error: the next node begins at nAt. What was seen from there on holds no '<', except perhaps the
     // current character.
     E_MessageNode ResumeAt(size_t nAt)
     {
@@ -178,7 +178,7 @@ private:
         return SkipText("DOCTYPE") ? TakeDoctype() : ResumeAt(m_nStart + 2);
     }
 
-    // Up to a '>' after nMarks marks or more.
+    // Up to a '>' that follows nMarks marks or more.
     E_MessageNode TakeSection(char cMark, size_t nMarks, E_MessageNode node)
     {
         for (size_t n = 0; m_c != NONE; Advance()) {
@@ -246,7 +246,7 @@ private:
         return nSlashes == 1 ? E_MessageNode::EmptyTag : E_MessageNode::StartTag;
     }
 
-    // Goes to the '>' of a tag; answers how many slashes stand before it. A quotation mark hides a '>' only
+    // Moves to the '>' of a tag; returns the number of slashes before it. A quotation mark hides a '>' only
     // after '='.
     size_t SkipAttributes()
     {
@@ -270,8 +270,8 @@ private:
     size_t m_nEnd;
     size_t m_nStart = 0;
     size_t m_nAt;         // where the next node begins
-    size_t m_nSeen;       // what stands from there up to here was looked at and holds no '<'
-    bool m_bMark = false; // the character at m_nSeen was looked at, too, and is a '<'
+    size_t m_nSeen;       // m_nAt up to here has been scanned and holds no '<'
+    bool m_bMark = false; // the character at m_nSeen has been scanned too, and is a '<'
     int m_c = NONE;       // inside a node: the character at m_nSeen
     SMessageName m_name;
 };

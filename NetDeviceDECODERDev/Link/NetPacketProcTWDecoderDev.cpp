@@ -14,7 +14,7 @@ constexpr char BEAT_DATA[DATA_HEAD_LEN] = {'1', '1', '1', '1', 0, 0, 0, 0};
 
 void ReportAssert(int nLine) { SHARESDK_AbnormalOutput("ASSERT", "NetPacketProcTWDecoderDev", nLine); }
 
-// Reports missing data or a zero length; what is not there has length 0 from here on.
+// Reports missing data or a zero length; missing data gets length 0.
 unsigned long CheckedLen(const char* data, unsigned long len, int nNullLine, int nZeroLine)
 {
     if (data == nullptr) {
@@ -91,7 +91,7 @@ void CNetPacketProcTWDECODERDev::ParseInPlace(const char* data, unsigned long le
                                               unsigned int& needLen)
 {
     unsigned long p = 0;
-    unsigned long nFrameLen = DATA_HEAD_LEN; // of the first frame that is not complete
+    unsigned long nFrameLen = DATA_HEAD_LEN; // of the first incomplete frame
     while (len - p >= DATA_HEAD_LEN) {
         const char* frame = data + p;
         _tagNET_DATAHEAD head;
@@ -156,7 +156,7 @@ bool CNetPacketProcTWDECODERDev::TakeHeldFrame()
 void CNetPacketProcTWDECODERDev::TakeHeldPayload(unsigned int nPayloadLen)
 {
     m_NetPacket.TruncateFront(DATA_HEAD_LEN);
-    // Without memory for it the message is dropped and the stream goes on behind it.
+    // If memory runs out, the message is dropped and the stream continues after it.
     if (char* hPayload = m_NetPacket.GetPacket(nPayloadLen)) {
         Deliver(NET_PACKETTYPE_DATA, hPayload, MEM_POOL_HANDLE_LEN);
         m_NetPacket.ReleasePack(hPayload);
@@ -207,7 +207,7 @@ bool CNetPacketProcTWDECODERDev::AppendFragment(const swl_combined_data& info, c
         slot->dwTotalLen = info.dwTotalLen;
         slot->dwTotalPack = info.dwTotalPack;
     } else {
-        // An empty slot is nobody's continuation, even where the header's fields are zero like its own.
+        // An empty slot is never continued, even by a header whose fields are zero like its own.
         if (slot->buffer == nullptr || slot->dwDataID != info.dwDataID ||
             slot->dwTotalLen != info.dwTotalLen || slot->dwTotalPack != info.dwTotalPack) {
             ReportAssert(265);

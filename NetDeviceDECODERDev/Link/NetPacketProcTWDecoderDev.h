@@ -1,5 +1,5 @@
 #pragma once
-// The frames of the device link: cutting received bytes into frames, and the heartbeat.
+// The frames of the device link: splitting received bytes into frames, and the heartbeat.
 
 #include <cstdint>
 #include <map>
@@ -7,7 +7,7 @@
 #include "NetPacketNew.h"
 #include "ThreadLock.h"
 
-// Head of a data frame and whole of a heartbeat. Little-endian.
+// Head of a data frame, and the whole of a heartbeat. Little-endian.
 struct _tagNET_DATAHEAD {
     char debug_head[4]; // "1111"
     uint32_t data_len;  // payload bytes that follow; 0 in a heartbeat
@@ -37,7 +37,7 @@ struct NET_COMBINED_INFO {
     uint32_t dwTotalPack;
     uint32_t dwTotalLen;
     uint32_t offset;
-    char* buffer; // memory-pool handle, one reference held here
+    char* buffer; // memory-pool handle; one reference is held here
 };
 
 enum tagNET_PACKETTYPE {
@@ -66,15 +66,15 @@ public:
     static const char* GetBeatData(unsigned long& len);
     // head points to at least 4 bytes.
     static bool IsValidDataHead(const char* head);
-    // Whatever is not a data head is taken for a device head.
+    // Anything but a data head is taken for a device head.
     static bool IsDeviceHead(const char* head);
     static unsigned int GetDeviceHeadLen();
 
     // Parses len received bytes. With a non-null needLen it works in the caller's buffer: consumed receives
-    // the bytes of all complete frames, *needLen how many more the next frame needs at least. With a null
-    // needLen it keeps all bytes (data may then be a pool handle, len MEM_POOL_HANDLE_LEN) and sets consumed
-    // to len. An announced length costs no memory before its bytes have arrived. False when the stream cannot
-    // be followed any further: no memory to keep the bytes.
+    // the bytes of all complete frames, *needLen the least number that the next frame still needs. With a
+    // null needLen it keeps all bytes (data may then be a pool handle, len MEM_POOL_HANDLE_LEN) and sets
+    // consumed to len. An announced length costs no memory until its bytes arrive. False when there is no
+    // memory to keep the bytes, so that the stream cannot be followed any further.
     bool RecvProc(const char* data, unsigned long len, unsigned int& consumed, unsigned int* needLen);
 
     // Reassembly of fragments, which must come in order 1, 2, ... dwTotalPack for each data type. False when

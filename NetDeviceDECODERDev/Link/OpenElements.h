@@ -11,12 +11,12 @@
 
 #include "Link/MessageNodes.h"
 
-// The elements that are open while a message is scanned, outermost first, found by name in constant time. A
-// few take no memory; from then on blocks of levels are added as the nesting really gets deeper, and kept.
+// The open elements during a scan, outermost first, found by name in constant time. A few need no allocation;
+// beyond those, blocks of levels are added as the nesting deepens, and kept.
 template <class Text>
 class COpenElements {
 public:
-    // Levels that are followed; so many can be told apart by the 16 bits that CMarkupSTL has for them, too.
+    // Levels that are followed: as many as the 16 bits of a level in CMarkupSTL can tell apart.
     static constexpr size_t MAX_LEVELS = ElemPos::EP_LEVMASK;
 
     explicit COpenElements(Text& text) : m_text(text) {}
@@ -25,7 +25,7 @@ public:
 
     size_t Size() const { return m_nSize; }
 
-    // False when there are as many as are followed. Throws std::bad_alloc.
+    // False at the deepest level that is followed. Throws std::bad_alloc.
     bool Push(const SMessageName& name)
     {
         if (m_nSize == MAX_LEVELS) {
@@ -41,7 +41,7 @@ public:
         return true;
     }
 
-    // Closes the innermost element of that name and all within. Answers its level, 1 for the outermost; 0
+    // Closes the innermost element of that name and all within it. Returns its level, 1 for the outermost; 0
     // when none of that name is open.
     size_t Pop(const SMessageName& name)
     {
@@ -83,7 +83,7 @@ private:
         level.nBelow = std::exchange(Bucket(level.nHash), static_cast<uint16_t>(nLevel));
     }
 
-    // Looks at the bytes only where the hashes are the same.
+    // Compares the bytes only when the hashes are equal.
     bool HasName(const SLevel& level, const SMessageName& name) const
     {
         if (level.nHash != static_cast<uint32_t>(name.nHash) ||
@@ -123,7 +123,7 @@ private:
     Text& m_text;
     std::array<SLevel, FEW> m_few;
     std::array<uint16_t, FEW> m_fewBuckets{};
-    std::vector<std::unique_ptr<SLevel[]>> m_blocks; // of BLOCK levels; the last may hold all that can follow
+    std::vector<std::unique_ptr<SLevel[]>> m_blocks; // of BLOCK levels; the last may hold all remaining ones
     std::unique_ptr<uint16_t[]> m_pBucketsOwned;
     uint16_t* m_pBuckets = m_fewBuckets.data(); // the innermost level of each
     size_t m_nBuckets = FEW;                    // a power of two

@@ -92,7 +92,7 @@ void CReplyHandOver::Prepare(int nSeq, E_Kind kind, std::string_view text)
 void CReplyHandOver::Publish()
 {
     try {
-        if (!m_pPrepared && IsOpen()) { // a command has begun since
+        if (!m_pPrepared && IsOpen()) { // a command has begun since the receive did
             m_pPrepared = m_received->Copy();
         }
     } catch (const std::bad_alloc&) {
@@ -101,7 +101,7 @@ void CReplyHandOver::Publish()
         Keep(*m_received);
     }
     m_received.reset();
-    m_pPrepared.reset(); // not wanted, or what it has replaced
+    m_pPrepared.reset(); // unwanted, or the text it replaced
 }
 
 void CReplyHandOver::Keep(const SReceived& received)

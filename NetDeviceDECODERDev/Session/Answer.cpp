@@ -1,5 +1,5 @@
-// Every answer to the host leaves here: one for each command, and none for a command that wants none. Runs on
-// the worker thread; refusals of what is still queued also on the one that stops.
+// Every answer to the host leaves here: one for each command, none for a command that wants none. Runs on the
+// worker thread; refusals of queued commands also on the thread that stops the session.
 
 #include <cstring>
 #include <utility>
@@ -78,7 +78,7 @@ void CNetProtocolProcTWDECODERDevImp::ReplyResult(CCmdProcObject* cmd, char* ext
         DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
         return;
     }
-    // Large enough from the start, so that its bytes are written once; they may repeat passwords.
+    // Large enough from the start, so that no copy is left behind: the bytes may repeat passwords.
     unsigned long nCapacity = sizeof(S_Decoder_Default_Result) + extraLen;
     const auto answer = MakeWipedBytes<char>(nCapacity);
     char* buf = answer.get();

@@ -1,6 +1,6 @@
 #pragma once
-// Every command of the host with the handler that runs it, in two lists: the session declares its handlers
-// from them and finds them there. What is not listed is ignored without an answer.
+// Every host command with the handler that runs it, in two lists, from which the session declares and finds
+// its handlers. An unlisted command is ignored without an answer.
 
 #include "TvwallProtocol.h"
 

@@ -34,7 +34,7 @@ const CNetProtocolProcTWDECODERDevImp::S_OptionRow CNetProtocolProcTWDECODERDevI
 #undef TVWALL_OPTION_ROW
 #undef TVWALL_COMMAND_ROW
 
-// Makes a command the running one, and the one around it again in the end.
+// Makes a command the running one, and restores the outer one in the end.
 class CNetProtocolProcTWDECODERDevImp::CRunningScope {
 public:
     CRunningScope(CNetProtocolProcTWDECODERDevImp& session, CCmdProcObject* cmd, S_RunningCommand* pOuter)
@@ -70,16 +70,16 @@ void CNetProtocolProcTWDECODERDevImp::ProcOneCommand(CCmdProcObject* cmd, unsign
         running.emplace(m_ExportEvent);
     }
     if (m_ExportFlag == 0) {
-        // Stop drains the queue on its own thread while the worker may still take a command: nothing of the
-        // session is touched here.
+        // Stop drains the queue on its own thread while the worker may still take a command, so this must not
+        // touch the session.
         SendFailure(cmd, KEST_RESULT_NOT_READY);
         return;
     }
     const CRunningScope scope(*this, cmd, pOuter);
-    AtomicStore(m_recvCmdID, -1); // after the hand-over is open: a number seen from here on has its message
+    AtomicStore(m_recvCmdID, -1); // after opening the hand-over: a number seen from here on has its message
     try {
         RunCommand(cmd, reinterpret_cast<char*>(buf), len);
-    } catch (const std::exception&) { // no memory, or a reply without measure; the answer needs none
+    } catch (const std::exception&) { // out of memory, or an oversized reply; the answer needs no memory
         m_replyHandOver.ExpectNone();
         DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
     }
@@ -124,7 +124,7 @@ void CNetProtocolProcTWDECODERDevImp::RunOption(CCmdProcObject* cmd, char* data,
         return;
     }
     memcpy(&option, data, sizeof(option));
-    // The stated length is a wish; the handler gets the bytes that are there.
+    // The stated length is not trusted; the handler gets the bytes that are there.
     const unsigned int nLen = std::min(option.nLen, len - static_cast<unsigned int>(sizeof(option)));
     if (log == E_OptionLog::Logged) {
         session_log::Normal(session_log::NO_LINE, "**************pOptType.opt:%d******************",

@@ -1,5 +1,5 @@
-// What every request has around its body: number, header, session and token, and the document that holds it.
-// Runs on the worker thread, but for the numbers.
+// What surrounds the body of every request: number, header, session and token, and the document that holds
+// it. Runs on the worker thread, except for the numbers.
 
 #include "Session/Envelope.h"
 
@@ -51,7 +51,7 @@ void CNetProtocolProcTWDECODERDevImp::AddSessionlessXmlStr(CMarkupSTL& doc, cons
     doc.AddElem("identity", IDENTITY_PLUGIN);
 }
 
-// The url by value, as those who link this by name expect it.
+// The url is passed by value, as callers that link this by name expect.
 void CNetProtocolProcTWDECODERDevImp::AddCommomXmlStr(
     CMarkupSTL& doc, std::string url, // NOLINT(performance-unnecessary-value-param)
     unsigned int seq) const

@@ -9,14 +9,14 @@
 class CNetProtocolProcTWDECODERDevImp;
 
 // One request to the decoder: takes a sequence number, writes the envelope, and lends the document to the
-// handler for the rest. The document is the one that the session keeps for its requests, when no other
+// handler for the rest. The document is the one that the session keeps for its requests, unless another
 // request has it; the session outlives the request.
 class CDeviceRequest {
 public:
-    // With an empty document, for those who write the envelope themselves.
+    // With an empty document, for callers that write the envelope themselves.
     explicit CDeviceRequest(CNetProtocolProcTWDECODERDevImp& session);
     CDeviceRequest(CNetProtocolProcTWDECODERDevImp& session, const std::string& url);
-    // Without session and token: before there is a session id.
+    // Without session and token, for use before there is a session id.
     explicit CDeviceRequest(const std::string& url);
     ~CDeviceRequest();
     CDeviceRequest(const CDeviceRequest&) = delete;
@@ -26,9 +26,9 @@ public:
     const CMarkupSTL& Doc() const { return *m_pDoc; }
     CMarkupSTL& Doc() { return *m_pDoc; }
 
-    // The document with the position inside td_header, before the first call of Body.
+    // The document, positioned inside td_header; only before the first call of Body.
     CMarkupSTL& Header() { return *m_pDoc; }
-    // The document with the position inside td_body, which the first call adds.
+    // The document, positioned inside td_body, which the first call adds.
     CMarkupSTL& Body();
 
 private:

@@ -1,4 +1,4 @@
-// One request and its reply: frame, sending, waiting, the reply opened. Runs on the worker thread.
+// One request and its reply: framing, sending, waiting, opening the reply. Runs on the worker thread.
 
 #include <cstring>
 
@@ -59,8 +59,7 @@ long CNetProtocolProcTWDECODERDevImp::SendDataToDev(CNetNode* node, const void* 
                                     session_log::SOURCE, 2025);
             return -1;
         }
-        // A full socket buffer is tried again without limit, but Stop does not wait for a peer that never
-        // reads.
+        // A full socket buffer is retried without limit, but Stop does not wait for a peer that never reads.
         if (AtomicLoad(m_RunFlag) == 0) {
             return -1;
         }

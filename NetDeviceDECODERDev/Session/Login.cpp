@@ -25,11 +25,11 @@ namespace {
 
 constexpr int REQUEST_RSA_ENCRYPTION = 1;
 
-// Every request carries both, and decoders give some dozens of characters.
+// Every request carries both; decoders send a few dozen characters.
 constexpr size_t MAX_SESSION_TEXT = size_t{64} << 10U;
 
-// Replaces the session id or the token by the element's text, where there is such an element. Throws
-// std::length_error for a text that is too long.
+// Replaces the session id or the token by the element's text, if the element exists. Throws std::length_error
+// for a text that is too long.
 void TakeSessionText(std::string& value, const CDeviceReply& reply, const char* szPath)
 {
     const char* szText = reply.TextIfThere(szPath);
@@ -42,7 +42,7 @@ void TakeSessionText(std::string& value, const CDeviceReply& reply, const char* 
     value = szText;
 }
 
-// The same for a key. Of a text that is too long for one, no more is kept than shows that.
+// The same for a key. A text too long for a key is kept only far enough to show that it is.
 void TakeKey(std::string& value, const CDeviceReply& reply, const char* szPath)
 {
     if (const char* szText = reply.TextIfThere(szPath)) {
@@ -56,8 +56,8 @@ struct S_Account {
     std::string strAuthentication;
 };
 
-// Reads as much of the login record as came, the rest as zeros. What the decoder is not to see in clear is
-// wiped.
+// Reads as much of the login record as there is, the rest as zeros. Wipes what the decoder must not see in
+// the clear.
 S_Account Encipher(const char* data, unsigned int len, const CCredentialCipher& cipher)
 {
     TWiped<_kest_net_login_info> record;
@@ -70,7 +70,7 @@ S_Account Encipher(const char* data, unsigned int len, const CCredentialCipher& 
     return {cipher.Encrypt(FieldView(record.value.username)), cipher.Encrypt(digest.value)};
 }
 
-// The host's code for a refused login, 0 where the host gets no answer.
+// The host's code for a refused login; 0 when the host gets no answer.
 unsigned int HostCodeOfLoginError(unsigned int nDeviceCode)
 {
     switch (nDeviceCode) {
@@ -97,7 +97,7 @@ void CNetProtocolProcTWDECODERDevImp::ProcDoOptionCmd(CCmdProcObject* cmd, char*
     m_sendOptin = true;
     CDeviceRequest request(HTTP_CMDX_DOOPTION);
     request.Body().AddElem("encryption", REQUEST_RSA_ENCRYPTION);
-    // A login that cannot be sent or is not answered gets no answer; the host has its own timeout.
+    // A login that cannot be sent or gets no reply is not answered; the host has its own timeout.
     if (SendAndWait(request, E_SendCheck::WaitAnyway) != E_Exchange::Reply) {
         return;
     }

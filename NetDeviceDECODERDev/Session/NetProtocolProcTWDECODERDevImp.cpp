@@ -8,7 +8,7 @@ namespace {
 
 constexpr unsigned long FIRST_BUFFER_LEN = 1024;
 constexpr unsigned int WAIT_FOR_RUNNING_WORK = 0xFFFFFFFF; // ms: in effect without limit
-constexpr int OFFLINE_AFTER_CHECKS = 17;                   // liveness checks without a frame in between
+constexpr int OFFLINE_AFTER_CHECKS = 17;                   // consecutive liveness checks without a frame
 
 } // namespace
 
@@ -23,7 +23,7 @@ void DevReplyMessage::ClearData()
 CNetProtocolProcTWDECODERDevImp::CNetProtocolProcTWDECODERDevImp()
     : m_TmpbufferLen(FIRST_BUFFER_LEN), m_BufMaxLen(FIRST_BUFFER_LEN)
 {
-    // Owned by locals until nothing can throw any more: the destructor does not run for a failed constructor.
+    // Owned by locals until nothing more can throw: the destructor does not run when the constructor fails.
     auto pTmpBuffer = std::make_unique<char[]>(FIRST_BUFFER_LEN);
     auto pBufferReply = std::make_unique<char[]>(FIRST_BUFFER_LEN);
     auto pFirst = std::make_unique<CMyEvent>(false);
@@ -55,8 +55,8 @@ int CNetProtocolProcTWDECODERDevImp::Start(CNetNode* node, char* /*text*/, int /
 
 void CNetProtocolProcTWDECODERDevImp::Stop()
 {
-    // The two flags are never set back: a stopped session stays deaf and refuses commands even if it is
-    // started again.
+    // The two flags are never reset: a stopped session stays deaf and refuses commands even if it is started
+    // again.
     AtomicStore(m_RunFlag, 0);
     m_ExportFlag.SetValue(0);
     m_ImportFlag.SetValue(0);

@@ -26,12 +26,12 @@ struct S_MTvw_Wall_Layout;
 struct S_MTvw_Wall_Media;
 } // namespace ORVA2_CLIENT_TVW
 
-// What the login has brought.
+// What the login brought.
 struct DevReplyMessage {
     std::string s_pubkey1;   // PEM text, enciphers the login
     std::string s_pubkey2;   // PEM text, enciphers the credentials of video sources
     std::string s_sessionId; // goes into the header of every request
-    std::string s_token;     // likewise
+    std::string s_token;     // goes into the header of every request
 
     void ClearData();
 };
@@ -40,7 +40,7 @@ struct DevReplyMessage {
 //
 // Threads: the host's receive thread calls OnSocketRecvData, one worker thread calls ProcOneCommand, others
 // call Start, Stop (never concurrently with Start), IsOnline and GetBeatData. What the first two share is
-// accessed atomically; the reply goes over through CReplyHandOver. No operation throws.
+// accessed atomically; the reply passes through CReplyHandOver. No operation throws.
 class CNetProtocolProcTWDECODERDevImp : public CSocketDataObserver {
 public:
     CNetProtocolProcTWDECODERDevImp();
@@ -50,11 +50,11 @@ public:
 
     // --- life cycle and liveness ---
 
-    // Arms the session for its node; the text and the number are the host's and ignored. Always 0.
+    // Arms the session for its node; the text and the number are the host's and ignored. Returns 0.
     int Start(CNetNode* node, char* text, int n);
     // Disarms it for good and waits until a running command and a running receive have ended.
     void Stop();
-    // Counts one liveness check; false from the 17th on without a frame in between.
+    // Counts one liveness check; false from the 17th consecutive one without a frame.
     bool IsOnline();
     const char* GetBeatData(unsigned long& len);
 
@@ -77,17 +77,17 @@ public:
     static void AddRequestXmfHeader(CMarkupSTL& doc);
     // Fills the current td_header; it stays the parent of the current position.
     void AddCommomXmlStr(CMarkupSTL& doc, std::string url, unsigned int seq) const;
-    // The part of it that needs no login: all but session and token.
+    // The part that needs no login: all but session and token.
     static void AddSessionlessXmlStr(CMarkupSTL& doc, const std::string& url, unsigned int seq);
     // An empty document for a request: that of an earlier large request, or a new one. Worker only.
     std::unique_ptr<CMarkupSTL> TakeDocument();
-    // Takes the document of a request back. It is kept where the allocator would return its memory to the
-    // system and fetch it again for the next request of this size, but at most 2 MiB.
+    // Takes the document of a request back. It is kept if the allocator would return its memory to the system
+    // and fetch it again for the next request of this size, up to 2 MiB.
     void KeepDocument(std::unique_ptr<CMarkupSTL> pDoc);
     // The next sequence number, 256 to 0xFFFFFFFD, from the counter that all sessions share. Any thread; no
-    // number is given out twice before all others were.
+    // number is reused before all others have been used.
     static unsigned int GetCmdID();
-    // The number that follows another one.
+    // The number after another one.
     static unsigned int CmdIDAfter(unsigned int nCmdID);
 
 private:
@@ -95,7 +95,7 @@ private:
 
     class CRunningScope;
     enum class E_Exchange {
-        Reply,     // a reply has come and can be read
+        Reply,     // a reply has arrived and can be read
         NoReply,   // not sent, not answered in time, or stopped
         NotStored, // answered, but no reply of a known request has come yet
     };
@@ -111,7 +111,7 @@ private:
     bool GetXmlUrlFromDevData(const char* data, unsigned long len, std::string& url);
     static bool IsSupportFunc(const std::string& url);
     void StoreReply(const char* data, unsigned long len);
-    // Makes room for need bytes of zeros, unless there is; what was in it goes. Throws std::bad_alloc.
+    // Ensures room for need bytes; new room is zeroed and old content lost. Throws std::bad_alloc.
     static void ResizeBuffer(char*& buf, unsigned long& capacity, unsigned long need);
     // Also called by the worker.
     void NotifyHost(unsigned int nOptType, const char* data, unsigned long nDataLen, unsigned long nLen);
@@ -133,12 +133,12 @@ private:
     bool Exchange(CCmdProcObject* cmd, const CDeviceRequest& request);
     // The reply to the running command's last exchange; valid until its next one.
     std::string_view ReplyText() const;
-    // The same, opened for reading; one parse serves all who ask.
+    // The same, opened for reading; parsed once.
     const CDeviceReply& Reply();
-    // Frees the reply, for those who have read all of it.
+    // Frees the reply; for handlers that have read all of it.
     void CloseReply();
 
-    // Enciphers credentials of the running command under a PKCS#1 public key, until the session is stopped.
+    // Enciphers credentials of the running command under a PKCS#1 public key until the session is stopped.
     CCredentialCipher Cipher(const std::string& pubKeyPem) const;
 
     // --- dispatch ---
@@ -161,7 +161,7 @@ private:
     // True for the first answer to this command.
     bool TakeAnswer(const CCmdProcObject* cmd);
 
-    // --- handlers, one for each row of the table; they share the rest, family by family ---
+    // --- handlers, one for each row of the table; the rest is shared within each family ---
 
 #define TVWALL_DECLARE_COMMAND(id, handler) void handler(CCmdProcObject* cmd, char* data, unsigned int len);
 #define TVWALL_DECLARE_OPTION(id, type, handler) TVWALL_DECLARE_COMMAND(id, handler)
@@ -177,7 +177,7 @@ private:
 
     // --- wall layout ---
 
-    // True when the decoder has accepted; when it has refused, the command is answered.
+    // True when the decoder has accepted; on a refusal the command is answered.
     bool ExchangeLayout(CCmdProcObject* cmd, const CDeviceRequest& request);
     // Fills the layout from a reply; its count stays as it is.
     static void GetWallLayoutMessage(ORVA2_CLIENT_TVW::S_MTvw_Wall_Layout& layout, const char* text,
@@ -225,7 +225,7 @@ private:
     unsigned long m_BufReplayValidLen = 0;
     DevReplyMessage m_replyMessage;
     Interlocked m_keepBeat{0};            // liveness checks since the last frame
-    CMyEvent* m_ArrayEvent[2]{};          // owned; the second one is signalled by Stop
+    CMyEvent* m_ArrayEvent[2]{};          // owned; Stop signals the second one
     unsigned long m_BufValidLenReply = 0; // the same as m_BufReplayValidLen
     bool m_IsReplySuccess = false;        // a reply with a known URL has come; never cleared
     Interlocked m_ExportFlag{1};          // 0: commands are refused

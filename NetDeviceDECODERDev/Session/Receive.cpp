@@ -1,5 +1,5 @@
-// The session's receive path: everything here runs on the host's receive thread, NotifyHost on the worker,
-// too.
+// The session's receive path: everything here runs on the host's receive thread; NotifyHost also on the
+// worker.
 
 #include <cstdlib>
 #include <cstring>
@@ -42,8 +42,8 @@ unsigned int CNetProtocolProcTWDECODERDevImp::OnSocketRecvData(int /*nSocket*/, 
         return 0;
     }
     CMySingleEvent receiving(m_ImportEvent);
-    // Stop may have looked at the event between the first look at the flag and here; nothing is parsed once
-    // Stop has returned.
+    // Stop may have checked the event between the first check of the flag and here; nothing may be parsed
+    // once Stop has returned.
     if (m_ImportFlag == 0) {
         return 0;
     }
@@ -71,7 +71,7 @@ unsigned int CNetProtocolProcTWDECODERDevImp::PacketProcCallback(tagNET_PACKETTY
         session->m_keepBeat.SetValue(0);
         try {
             session->ProcOneNetPack(data, len);
-        } catch (const std::exception&) { // no memory for this message: it is dropped, the session goes on
+        } catch (const std::exception&) { // no memory for this message: drop it, the session goes on
         }
         break;
     case NET_PACKETTYPE_BEAT:
@@ -133,7 +133,7 @@ bool CNetProtocolProcTWDECODERDevImp::GetXmlUrlFromDevData(const char* data, uns
     if (head.seq) {
         // Read wider than the field, so that numbers above 0x7FFFFFFF match the request's as 32 bits.
         const int nSeq = static_cast<int>(strtoll(head.seq->c_str(), nullptr, 10));
-        // The copy comes first: where there is no memory for it, the number must not become visible either.
+        // The copy comes first: if there is no memory for it, the number must not become visible either.
         m_replyHandOver.Prepare(nSeq, KindOf(url), {data, len});
         AtomicStore(m_recvCmdID, nSeq);
     }

@@ -7,14 +7,14 @@
 
 class CCmdProcObject;
 
-// What the session knows of one running command, on the stack of whoever runs it. A host may run a second
-// command from inside the answer to the first one; then the first one waits as the outer of the second.
-// Worker thread only.
+// What the session knows about one running command; on the stack of the function that runs it. A host may run
+// a second command from inside the answer to the first, which then waits as the outer one. Worker thread
+// only.
 struct S_RunningCommand {
     CCmdProcObject* const pCommand;             // the host's
-    S_RunningCommand* const pOuter;             // null without one
-    bool bAnswered = false;                     // it has its answer, or has been refused one
+    S_RunningCommand* const pOuter;             // null for the outermost
+    bool bAnswered = false;                     // its answer has been given or withheld
     bool bGivenUp = false;                      // the session was stopped while its request was composed
-    std::unique_ptr<S_DeviceReply> pReply{};    // of its last exchange
-    std::unique_ptr<CDeviceReply> pOpenReply{}; // likewise, once somebody has asked for it
+    std::unique_ptr<S_DeviceReply> pReply{};    // the reply to its last exchange
+    std::unique_ptr<CDeviceReply> pOpenReply{}; // the same, opened on first use
 };

@@ -1,6 +1,6 @@
 #pragma once
-// Reports of the session to the host's log. The line numbers are fixed names of the places, not the places'
-// own lines: the host's operators search for them.
+// The session's reports to the host's log. The line numbers are fixed identifiers, not actual source lines:
+// the host's operators search for them.
 
 #include <array>
 #include <cstdio>
@@ -11,7 +11,7 @@ namespace session_log {
 
 inline constexpr char SOURCE[] = "NetProtocolProcTWDECODERDevImp";
 
-// Where no number is fixed.
+// For places without a fixed number.
 inline constexpr int NO_LINE = 0;
 
 inline void Assert(int nLine) { SHARESDK_AbnormalOutput("ASSERT", SOURCE, nLine); }
