@@ -15,54 +15,54 @@ AIM_KIB = 4
 ROWS = [  # label, value of one result, format
     ("all logged in after, s", lambda r: r["login_seconds"], "{:.1f}"),
     ("commands answered", lambda r: r["commands"]["answered"], "{}"),
-    ("… of these refused by the decoder", lambda r: r["commands"]["refused"], "{}"),
+    ("… of which refused by the decoder", lambda r: r["commands"]["refused"], "{}"),
     ("answers lost", lambda r: r["commands"]["lost"], "{}"),
-    ("answers twice", lambda r: r["commands"]["doubled"], "{}"),
+    ("answers doubled", lambda r: r["commands"]["doubled"], "{}"),
     ("answers of another command", lambda r: r["commands"]["foreign"], "{}"),
     ("commands without a reply in time", lambda r: r["commands"]["timed_out"], "{}"),
     ("notifications", lambda r: r["notifications"], "{}"),
     ("latency beyond the polling step, p50, ms", lambda r: r["latency_us"]["p50"] / 1000, "{:.1f}"),
     ("latency beyond the polling step, p99, ms", lambda r: r["latency_us"]["p99"] / 1000, "{:.1f}"),
-    ("processor time of the host a command, µs", lambda r: r["processor_us_per_command"], "{:.0f}"),
+    ("processor time of the host per command, µs", lambda r: r["processor_us_per_command"], "{:.0f}"),
     ("threads started by the plug-in", lambda r: r["plugin_threads"], "{}"),
     ("**session**, heap when created, KiB", lambda r: r["session_heap"]["created"] / KIB, "{:.1f}"),
     ("**session**, heap after the load, KiB", lambda r: r["session_heap"]["after_load"] / KIB, "{:.1f}"),
-    ("session, resident in all, KiB", lambda r: r["session_resident"] / KIB, "{:.1f}"),
-    ("… of these stack of the worker", lambda r: r["session_stack"] / KIB, "{:.1f}"),
-    ("host a decoder, heap, KiB", lambda r: r["host_heap"] / KIB, "{:.1f}"),
-    ("… held more after the load", lambda r: r["host_heap_gained"] / KIB, "{:.1f}"),
-    ("host a decoder, resident, KiB", lambda r: r["host_resident"] / KIB, "{:.1f}"),
-    ("… of these stack of the worker", lambda r: r["host_stack"] / KIB, "{:.1f}"),
-    ("heap left when all is gone, in all, KiB", lambda r: r["left_heap"] / KIB, "{:.1f}"),
+    ("session, resident in total, KiB", lambda r: r["session_resident"] / KIB, "{:.1f}"),
+    ("… of which worker's stack", lambda r: r["session_stack"] / KIB, "{:.1f}"),
+    ("host per decoder, heap, KiB", lambda r: r["host_heap"] / KIB, "{:.1f}"),
+    ("… held in addition after the load", lambda r: r["host_heap_gained"] / KIB, "{:.1f}"),
+    ("host per decoder, resident, KiB", lambda r: r["host_resident"] / KIB, "{:.1f}"),
+    ("… of which worker's stack", lambda r: r["host_stack"] / KIB, "{:.1f}"),
+    ("heap left when all is gone, in total, KiB", lambda r: r["left_heap"] / KIB, "{:.1f}"),
 ]
 
 EXPLANATION = """\
 Each decoder has a session of the plug-in, a worker thread of the host, a TCP connection on loopback and a wall of its
-own in the simulated decoders' process; all log in with real keys. Then come commands for windows, media, playback, sound
-and channel groups in turns, {rate:g} a second for each decoder, and each decoder sends {notify:g} numbered
-notifications a second, about {channels} channels each.
+own in the simulated decoders' process; all log in with real keys. Then each gets commands for windows, media, playback,
+sound and channel groups in turn, {rate:g} per second, and sends numbered notifications about {channels} channels,
+{notify:g} per second.
 
 - *Session, heap after the load* is what the heap gives back when the sessions are destroyed after the load, counted at
-  every allocation. Wanted are less than {aim} KiB. It grows with the longest message so far, which a session keeps, and
+  every allocation. The aim is less than {aim} KiB. It grows with the longest message so far, which a session keeps, and
   with the memory in which its last large request was composed, at most 2 MiB.
-- *Session, resident* is how much more memory the process holds after the load than with connections and idle threads
-  alone. It includes stack that the workers have used, what the worker threads and the allocator keep, and freed memory.
-- *Host, held more after the load* is memory that the session does not own and that goes with the host's thread and
-  connection: OpenSSL's random generators of each worker thread, and the connection's receive buffer.
-- *Heap left* is pooled by the host's socket library: 176 bytes for each socket of the greatest number that was open.
+- *Session, resident* is how much more memory the process holds after the load than with only connections and idle
+  threads. It includes stack that the workers have used, what the worker threads and the allocator keep, and freed memory.
+- *Host, held in addition after the load* is memory that the session does not own and that is freed with the host's
+  thread and connection: OpenSSL's random generators of each worker thread, and the connection's receive buffer.
+- *Heap left* is pooled by the host's socket library: 176 bytes for each socket at the peak of open ones.
 - *Latency beyond the polling step* runs from queueing a command to its answer, less the 100 ms that the plug-in waits
   before it first looks for a reply.
 - Processor time is that of the whole host process, notifications included, divided by the number of commands.
 """
 
 NUMBERED_ROWS = [
-    ("at once", lambda r: r["notify_burst"], "{}"),
+    ("in bursts of", lambda r: r["notify_burst"], "{}"),
     ("commands", lambda r: r["commands"]["queued"], "{}"),
     ("lost: no answer, or a timeout",
      lambda r: r["commands"]["lost"] + r["commands"]["timed_out"], "{}"),
     ("answered twice", lambda r: r["commands"]["doubled"], "{}"),
     ("with a foreign answer", lambda r: r["commands"]["foreign"], "{}"),
-    ("notifications that came, a second for each decoder",
+    ("notifications received per second from each decoder",
      lambda r: r["notifications"] / r["load_seconds"] / r["decoders"], "{:.0f}"),
     ("latency beyond the polling step, p50, ms", lambda r: r["latency_us"]["p50"] / 1000, "{:.1f}"),
     ("latency beyond the polling step, p99, ms", lambda r: r["latency_us"]["p99"] / 1000, "{:.1f}"),
@@ -70,20 +70,20 @@ NUMBERED_ROWS = [
 ]
 
 NUMBERED = """\
-A decoder numbers its notifications as it numbers replies, here from 1,000,000 on, and a session sees them between a
-reply and its next look for it. None of them may cost an answer, double one or pass for one.
+Here decoders number their notifications like replies, from 1,000,000 on, and a session receives some between a reply
+and its next poll for it. None of them may cost an answer, double one or pass for one.
 
-Each answer is held against the one that its command must get, byte by byte. Windows, groups and names differ from
-round to round and from decoder to decoder, so what is given back, and what is read back from the decoder, tells whose
-answer it is. In each round one command must be refused: a notification holds no error code, and taken for the reply it
-would pass for a success. A run ends with status 1 when anything is lost, double or foreign, when a session holds more
-than {aim} KiB, or when fewer than half of the notifications came.
+Each answer is compared, byte by byte, with the one that its command must get. Windows, groups and names differ from
+round to round and from decoder to decoder, so what an answer repeats, or reads back from the decoder, tells whose it is.
+In each round one command must be refused: a notification has no error code, so if it were taken for the reply, it would
+pass for success. A run ends with status 1 if any answer is lost, doubled or foreign, if a session holds more than {aim}
+KiB, or if fewer than half of the notifications arrived.
 """
 
 FLAT = """\
-Flat is judged between the second and the last quarter, by medians: the heap, counted at every allocation, by no more
-than 0.5 % or 64 KiB; resident memory, which also holds what the allocator's arenas keep, by no more than 2 % or 1 MiB.
-The numbers of descriptors and threads must not change from the first sample to the last."""
+Flat means that from the second quarter to the last the median of the heap, counted at every allocation, grows by no
+more than 0.5 % or 64 KiB, and that of resident memory, which includes what the allocator's arenas keep, by no more than
+2 % or 1 MiB. The numbers of descriptors and threads must not change from the first sample to the last."""
 
 
 def first_match(path, key):
@@ -120,7 +120,7 @@ def table(results, title, key, rows):
 def numbered_section(numbered):
     lines = ["## Numbered notifications", "", NUMBERED.format(aim=AIM_KIB)]
     lines += ["```sh", *map(command_line, numbered), "```", ""]
-    lines += [table(numbered, "notifications a second of each decoder", "notify_rate", NUMBERED_ROWS), ""]
+    lines += [table(numbered, "notifications per second from each decoder", "notify_rate", NUMBERED_ROWS), ""]
     complaints = [complaint for r in numbered for complaint in r["complaints"]]
     lines += [f"Verdict: {'; '.join(complaints) or 'every command got its own answer, once'}.", ""]
     return "\n".join(lines)
@@ -128,13 +128,13 @@ def numbered_section(numbered):
 
 def soak_section(soak):
     samples = soak["samples"]
-    verdict = "; ".join(soak["complaints"]) or "memory, descriptors and threads flat, every command got its own answer, once"
+    verdict = "; ".join(soak["complaints"]) or "memory, descriptors and threads flat; every command got its own answer, once"
     lines = [
         "## Soak",
         "",
         f"{soak['decoders']} decoders, {soak['soak_minutes']:g} minutes, {soak['commands']['answered']} commands, "
         f"{soak['notifications']} notifications; {soak['commands']['lost']} answers lost, "
-        f"{soak['commands']['doubled']} twice.",
+        f"{soak['commands']['doubled']} doubled.",
         "",
         f"Verdict: {verdict}.",
         "",
@@ -208,7 +208,7 @@ def picture(results, soak):
             Panel(0, 0, "Memory of a session", "KiB", decoders, [
                 ("resident, with stack and freed memory", "#8a8a8a", [r["session_resident"] / KIB for r in results]),
                 ("heap after the load", "#1f5fa8", [r["session_heap"]["after_load"] / KIB for r in results]),
-                (f"wanted: heap below {AIM_KIB}", "#b03a2e", [AIM_KIB] * len(results)),
+                (f"aim: heap below {AIM_KIB}", "#b03a2e", [AIM_KIB] * len(results)),
             ], True),
             Panel(Panel.WIDTH, 0, "Latency beyond the polling step", "ms", decoders, [
                 ("p99", "#b06a00", [r["latency_us"]["p99"] / 1000 for r in results]),
