@@ -13,7 +13,7 @@ namespace {
 
 struct HeldLines {
     CMutex lock;
-    std::function<void(std::string_view)> writer TVWALL_GUARDED_BY(lock); // empty: standard error's own
+    std::function<void(std::string_view)> writer TVWALL_GUARDED_BY(lock); // empty: write to standard error
     std::function<void()> onLine TVWALL_GUARDED_BY(lock); // empty while nobody holds lines back
     std::string lines TVWALL_GUARDED_BY(lock);
     std::size_t dropped TVWALL_GUARDED_BY(lock) = 0;
@@ -39,7 +39,7 @@ struct HeldLines {
     }
 };
 
-// While a terminal stands still nobody writes what is held.
+// Nobody writes held lines while a terminal is stalled.
 constexpr std::size_t kMaxHeld = std::size_t{1} << 20;
 
 HeldLines& Held()

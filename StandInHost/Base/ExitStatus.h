@@ -5,11 +5,11 @@
 
 namespace standin_host {
 
-// How the program ends. A session that a signal ends has 128 plus the signal's number, as shells expect.
+// Exit status. A session ended by a signal has 128 plus the signal's number, as shells expect.
 enum ExitStatus : int {
     kExitAllAnswered = 0,
     kExitCommandFailed = 1, // a command was answered with a failure
-    kExitUsage = 2,         // wrong usage, or the plug-in cannot be loaded
+    kExitUsage = 2,         // bad usage, or the plug-in cannot be loaded
     kExitConnection = 3,    // cannot connect, or the connection was lost
     kExitNoAnswer = 4,
     kExitLoginRefused = 5,
@@ -26,7 +26,7 @@ private:
     int m_status;
 };
 
-// What was asked for cannot be read; the text says what and where.
+// The input cannot be understood; the text says what and where.
 class UsageError : public ExitError {
 public:
     explicit UsageError(const std::string& text) : ExitError(kExitUsage, text) {}

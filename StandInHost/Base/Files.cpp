@@ -31,7 +31,7 @@ private:
     int m_descriptor;
 };
 
-// Reads until the end of the file or until there is enough. A negative result leaves the reason in errno.
+// Reads to the end of the file or until there is enough. A negative result leaves the reason in errno.
 template <class TEnough>
 ssize_t ReadUntil(int descriptor, std::string& content, TEnough enough)
 {

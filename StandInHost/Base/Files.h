@@ -4,8 +4,8 @@
 
 namespace standin_host {
 
-// The bytes of a file, at most kMaxFile of them. what says in an error what is read: "payload". Throws
-// UsageError.
+// The bytes of a file, at most kMaxFile of them. what names the content in an error, such as "payload".
+// Throws UsageError.
 std::string ReadWholeFile(const std::string& path, const char* what);
 inline constexpr std::size_t kMaxFile = 64UL * 1024 * 1024;
 

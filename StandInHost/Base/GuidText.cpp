@@ -10,7 +10,7 @@ namespace standin_host {
 
 namespace {
 
-// Where the hyphens stand in a GUID without braces.
+// Positions of the hyphens in a GUID without braces.
 bool IsHyphenPlace(std::size_t pos) { return pos == 8 || pos == 13 || pos == 18 || pos == 23; }
 
 } // namespace

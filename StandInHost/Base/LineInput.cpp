@@ -62,7 +62,7 @@ void LineInput::Fill()
 std::string LineInput::PositionText() const
 {
     const std::size_t taken = m_read - m_buffer.size();
-    // A file that grows while it is read, or was begun in its middle, has no share worth telling.
+    // No meaningful share for a file that grows while it is read, or was not read from its start.
     return m_nSize == 0 || m_read > m_nSize ? "" : " (" + std::to_string(100 * taken / m_nSize) + " %)";
 }
 

@@ -1,6 +1,6 @@
 #pragma once
-// The families of console commands. Each function gives one command its arguments and says, in a callback,
-// what it asks of the plug-in.
+// The families of console commands. Each function adds one command's arguments and, in a callback, builds its
+// request to the plug-in.
 
 #include <memory>
 #include <span>
@@ -26,22 +26,22 @@ CommandSetup SetUpPollingStart, SetUpPollingStop;
 CommandSetup SetUpBorder, SetUpZoom, SetUpWindowConfigGet, SetUpWindowConfigSet;
 CommandSetup SetUpWatch, SetUpScript, SetUpRaw;
 
-// --- what they share ---
+// --- shared by the families ---
 
-// A required list of words, and a single one; they live as long as somebody holds them.
+// A required list of words, and a single one, under shared ownership.
 std::shared_ptr<Words> AddWords(CLI::App& app, const char* name, const char* help);
 std::shared_ptr<std::string> AddWord(CLI::App& app, const char* name, const char* help);
 
-// A request for a command that is no option.
+// A request for a command that is not an option.
 void Request(ConsoleCommand& command, unsigned int cmdID, Record record, const AnswerForm& form);
-// A request whose record stands behind an option head.
+// A request whose record follows an option head.
 void RequestOption(ConsoleCommand& command, unsigned int cmdID, uint32_t optType, const Record& record,
                    const AnswerForm& form = kDoneForm);
 
 // A command whose words name sub-windows, one group of words for each.
 struct SubWindowCommand {
     std::span<const Field> fields; // window, index and at most two more
-    const char* group;             // their names: "WINDOW INDEX CHANNEL"
+    const char* group;             // the fields' names: "WINDOW INDEX CHANNEL"
     unsigned int cmdID;
     uint32_t optType;
     Record (*makeRecord)(const std::vector<SubWindows>& windows);

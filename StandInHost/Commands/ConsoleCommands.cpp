@@ -12,7 +12,7 @@ namespace standin_host {
 
 namespace {
 
-// A command without arguments that the program itself carries out.
+// A command without arguments that the program carries out itself.
 template <ConsoleCommand::Kind kind>
 void SetUpKind(CLI::App& app, ConsoleCommand& command)
 {
@@ -81,7 +81,7 @@ constexpr Row kRows[] = {
      SetUpKind<Kind::Disconnect>, kPlaceShell},
     {"", "codes", "say what the failure codes mean and what to look at", "codes", SetUpKind<Kind::Codes>,
      kPlaceShell},
-    // Stands here to be seen and completed; the words behind it are parsed as the command that they name.
+    // Here only to be listed and completed; the words after it are parsed as the command that they name.
     {"", "help", "show the commands, or what one of them takes", "help window create", SetUpKind<Kind::Help>,
      kPlaceShell},
     {"", "exit", "leave the shell, as Ctrl-D does", "exit", SetUpKind<Kind::Exit>, kPlaceShell},
@@ -107,7 +107,7 @@ CLI::App& GroupOf(CLI::App& app, const std::string& group)
     return *app.add_subcommand(group, group + " commands");
 }
 
-// Where to find what could stand there; of a group its few commands themselves.
+// Where to find the possible words; for a group, its few commands themselves.
 std::string Choices(const CLI::App& app)
 {
     const auto commands = app.get_subcommands([](const CLI::App*) { return true; });
@@ -127,7 +127,7 @@ std::string Choices(const CLI::App& app)
 
 void AddConsoleCommands(CLI::App& app, ConsoleCommand& command, Place place)
 {
-    app.allow_extras(); // left-over words are reported by CheckParsedCommand, in our words
+    app.allow_extras(); // CheckParsedCommand reports left-over words, in our own terms
     app.fallthrough();
     for (const Row& row : kRows) {
         if ((row.places & place) == 0) {
@@ -163,7 +163,7 @@ void CheckParsedCommand(const CLI::App& app)
         command != &app && command->get_subcommands([](const CLI::App*) { return true; }).empty();
     const auto left = app.remaining(true);
     if (!left.empty() && (complete || left.front().starts_with('-'))) {
-        // Without the value of an option: it may be a password.
+        // Without an option's value: it may be a password.
         throw UsageError("unexpected argument '" + left.front().substr(0, left.front().find('=')) + "'");
     }
     if (!left.empty()) {
@@ -177,7 +177,7 @@ void CheckParsedCommand(const CLI::App& app)
 
 namespace {
 
-// The command that was named last, and its words.
+// The command named last, and its words.
 std::pair<const CLI::App*, std::string> Deepest(const CLI::App& app)
 {
     const CLI::App* command = &app;
@@ -192,7 +192,7 @@ std::pair<const CLI::App*, std::string> Deepest(const CLI::App& app)
 std::string ShellHelp(const CLI::App& app)
 {
     if (!app.remaining(true).empty()) {
-        CheckParsedCommand(app); // which says that there is no such command
+        CheckParsedCommand(app); // which reports that there is no such command
     }
     const auto [command, path] = Deepest(app);
     const std::size_t name = path.rfind(' ');
@@ -208,7 +208,7 @@ ConsoleCommand ParseLine(const std::vector<std::string>& words, Place place)
     }
     AddConsoleCommands(app, command, place);
     try {
-        // The parser takes its words from the back.
+        // The parser takes its words in reverse order.
         app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
     } catch (const CLI::CallForHelp&) {
         command.kind = ConsoleCommand::Kind::Help;

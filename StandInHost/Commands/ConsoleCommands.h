@@ -1,5 +1,5 @@
 #pragma once
-// The commands of the console program: what each is called, what it takes, and what it asks of the plug-in.
+// The commands of the console program: names, arguments, and what each asks of the plug-in.
 
 #include <string>
 #include <vector>
@@ -12,16 +12,16 @@ class App;
 
 namespace standin_host {
 
-// Adds the commands of a place to a command line. Parsing it fills the command, or throws UsageError or what
-// the parser throws.
+// Adds the commands available in a place to a command line. Parsing it fills the command, or throws
+// UsageError or the parser's own errors.
 void AddConsoleCommands(CLI::App& app, ConsoleCommand& command, Place place);
 
-// Throws UsageError when the parsed line has words left over, or names no command or half of one.
+// Throws UsageError when the parsed line has words left over, or names no command or only part of one.
 void CheckParsedCommand(const CLI::App& app);
 
 // One line of a script, already split into words. Throws UsageError.
 ConsoleCommand ParseScriptLine(const std::vector<std::string>& words);
-// The same for the shell, where --help behind a command, or help in front of it, asks for its help.
+// The same for the shell, where --help after a command, or help before it, asks for its help.
 ConsoleCommand ParseShellLine(std::vector<std::string> words);
 
 } // namespace standin_host

@@ -106,7 +106,7 @@ void SetUpPollingStop(CLI::App& app, ConsoleCommand& command)
 {
     static constexpr Field kFields[] = {FieldOf<int32_t>("the window id"),
                                         FieldOf<int32_t>("the sub-window index")};
-    // The decoder ends polling as it ends any other media, so the record is the one that stops media.
+    // The decoder stops polling as it stops any media, so the record is the one that stops media.
     SetUpSubWindows(app, command,
                     {kFields, "WINDOW INDEX", KEST_CMD_TVWALL_DECODE_OPTION,
                      TVWALL_DECODE_STOP_CHLGROUP_POLLING, StopMediaRecord});

@@ -10,7 +10,7 @@ namespace standin_host {
 
 struct AnswerForm;
 
-// A line of the console as it was understood: what the program does, or what the plug-in is asked for.
+// A parsed console line: what the program does, or what it asks of the plug-in.
 struct ConsoleCommand {
     enum class Kind {
         None,    // no command was given
@@ -34,14 +34,14 @@ struct ConsoleCommand {
     bool hasReply = true;
     uint32_t optType = 0; // that the payload begins with, where it has an option head
     Record payload;
-    const AnswerForm* form = nullptr; // how a good answer reads; null: as it is
+    const AnswerForm* form = nullptr; // how to read a good answer; null: print it as is
 
-    std::optional<std::size_t> notifications; // Watch: ends after so many
+    std::optional<std::size_t> notifications; // Watch: ends after that many
     std::string scriptFile;                   // Script: "-" is standard input
     std::string help;                         // Help: the text
 };
 
-// Where a command can be given; each has the commands that make sense there.
+// Where a command can be given; each place has the commands that make sense there.
 enum Place : unsigned { kPlaceCommandLine = 1, kPlaceScript = 2, kPlaceShell = 4 };
 
 } // namespace standin_host

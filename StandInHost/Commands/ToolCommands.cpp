@@ -1,4 +1,4 @@
-// What the program does besides the wall's own commands.
+// The program's commands beyond those for the wall.
 
 #include "Base/ExitStatus.h"
 #include "Base/Files.h"

@@ -14,7 +14,7 @@ using namespace ORVA2_DECODER_TVW;
 constexpr std::size_t kWindowWords = 5;
 constexpr char kWindowShape[] = "each window takes five numbers: ID X Y WIDTH HEIGHT";
 
-// The sub-windows of one window; what is beyond needs a raw command.
+// The most sub-windows of one window; more need a raw command.
 constexpr int64_t kMaxMode = 4096;
 
 struct WindowArguments {
@@ -44,7 +44,7 @@ struct WindowArguments {
     }
 };
 
-// Creating and splitting take the same record; the command and option differ.
+// Creating and splitting use the same record; command and option differ.
 void SetUpWindowRecord(CLI::App& app, ConsoleCommand& command, unsigned int cmdID, uint32_t optType,
                        bool modeRequired)
 {

@@ -54,7 +54,7 @@ void HideSecrets(const ConsoleCommand& command, HostAnswer& answer)
     if (command.kind != ConsoleCommand::Kind::Request) {
         return;
     }
-    // The repeated record has a result head in front of it where the request has the option head.
+    // The repeated record follows a result head where the request has the option head.
     constexpr std::size_t kShift = sizeof(ORVA2_DECODER_TVW::S_Decoder_Default_Result) -
                                    sizeof(ORVA_NET_PROTOCOL::_kest_tvwall_opt_info);
     for (const Span& secret : command.payload.secrets) {

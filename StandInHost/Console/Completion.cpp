@@ -12,7 +12,7 @@ namespace standin_host {
 
 namespace {
 
-// Where the words so far have led: to a command, and maybe to an option that wants its value.
+// Where the words so far lead: to a command, and perhaps an option that wants its value.
 struct Position {
     const CLI::App* command;
     const CLI::Option* valueOf = nullptr;

@@ -15,7 +15,7 @@ namespace {
 
 using asio::ip::tcp;
 
-// One attempt, shared by the waiting thread and the handlers.
+// One attempt, shared by the waiting thread and its handlers.
 struct Attempt : std::enable_shared_from_this<Attempt> {
     Attempt(asio::io_context& context, HostEvents& hostEvents)
         : resolver(context), socket(context), events(hostEvents)
@@ -62,7 +62,7 @@ struct Attempt : std::enable_shared_from_this<Attempt> {
         return result;
     }
 
-    // Receive thread: nobody waits any more.
+    // Receive thread only; nobody is waiting any more.
     void Abandon()
     {
         abandoned = true;

@@ -24,7 +24,7 @@ std::string Variable(const char* name)
     return value == nullptr ? "" : value;
 }
 
-// Makes the folders that are missing, for the owner alone.
+// Creates the missing folders, for the owner only.
 void MakeFolders(const fs::path& folder)
 {
     if (folder.has_relative_path() && ::access(folder.c_str(), F_OK) != 0) {
@@ -33,7 +33,7 @@ void MakeFolders(const fs::path& folder)
     }
 }
 
-// One write, so that lines of several shells do not mix.
+// One write, so that lines of different shells do not mix.
 bool Write(const std::string& path, int flags, const std::string& text)
 {
     const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, kOwnerOnly);
@@ -51,7 +51,7 @@ bool Write(const std::string& path, int flags, const std::string& text)
 HistoryFile::HistoryFile()
 {
     std::string state = Variable("XDG_STATE_HOME");
-    if (!state.starts_with('/')) { // which the standard for this variable says to ignore
+    if (!state.starts_with('/')) { // to be ignored, by this variable's standard
         const std::string home = Variable("HOME");
         state = home.empty() ? "" : home + "/.local/state";
     }

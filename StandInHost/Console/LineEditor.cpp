@@ -75,7 +75,7 @@ LineEditor::LineEditor(HostEvents& events, EditorHooks hooks)
     el_set(editor, EL_BIND, "^I", kComplete, nullptr);
     el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
     el_set(editor, EL_BIND, "^W", "ed-delete-prev-word", nullptr);
-    el_source(editor, nullptr); // what the user has set for all programs with this editor
+    el_source(editor, nullptr); // the user's settings for all programs that use this editor
 }
 
 LineEditor::~LineEditor() = default;
@@ -91,8 +91,8 @@ LineEditor::Result LineEditor::Read(std::string& lineText)
     m_cancelled = false;
     m_decoding = {};
     const ErrorLinesHold hold([this] { m_events.Changed(); });
-    el_resize(m_editor.get());               // the window may have another size by now
-    el_set(m_editor.get(), EL_PREP_TERM, 1); // else keys in the moment behind the prompt miss the editor
+    el_resize(m_editor.get());               // the terminal may have been resized
+    el_set(m_editor.get(), EL_PREP_TERM, 1); // else keys typed right after the prompt miss the editor
     int length = 0;
     const char* typed = el_gets(m_editor.get(), &length);
     if (const auto thrown = std::exchange(m_thrown, nullptr)) {
@@ -113,7 +113,7 @@ void LineEditor::Remember(const std::string& line)
     ::history(m_history.get(), &result, H_ENTER, line.c_str());
 }
 
-// 1 with a character, 0 at the end of the input, -1 to give the line up.
+// 1 with a character, 0 at the end of the input, -1 to abandon the line.
 int LineEditor::ReadCharacter(wchar_t* character)
 {
     while (AwaitKey()) {
@@ -123,7 +123,7 @@ int LineEditor::ReadCharacter(wchar_t* character)
             continue;
         }
         if (readCount <= 0) {
-            return 0; // a terminal that has gone away ends the input, too
+            return 0; // a vanished terminal also ends the input
         }
         // NOLINTNEXTLINE(concurrency-mt-unsafe): unsafe only without a state of its own
         const std::size_t taken = std::mbrtowc(character, &cByte, 1, &m_decoding);
@@ -131,7 +131,7 @@ int LineEditor::ReadCharacter(wchar_t* character)
             return 1;
         }
         if (taken == static_cast<std::size_t>(-1)) {
-            m_decoding = {}; // no character of this terminal: as if it had not been typed
+            m_decoding = {}; // not a character of this terminal: ignored
         }
     }
     return -1;
@@ -148,7 +148,7 @@ bool LineEditor::AwaitKey()
         const auto wake = m_events.Wait(HostEvents::Clock::time_point::max(), STDIN_FILENO);
         if (wake.event) {
             (void)std::fputs("\r\x1b[J",
-                             stderr); // what is printed stands in place of the line, which follows
+                             stderr); // output replaces the line, which is redrawn below
             ErrorLinesHold::Write();
             m_hooks.meanwhile();
             el_set(m_editor.get(), EL_REFRESH);

@@ -16,31 +16,31 @@ namespace standin_host {
 
 class HostEvents;
 
-// What the editor asks of the shell.
+// The editor's callbacks into the shell.
 struct EditorHooks {
-    std::function<std::string()> prompt; // asked again whenever the line is drawn
+    std::function<std::string()> prompt; // called whenever the line is drawn
     std::function<Completion(std::string_view line)> complete;
-    std::function<void()> meanwhile; // something was reported while the user writes; may print lines
+    std::function<void()> meanwhile; // something was reported while the user types; may print lines
 };
 
-// A line at a time from the terminal at standard input, with history and completion, drawn on standard error.
-// One at a time; belongs to the driving thread, which goes on hearing of events while it waits for keys.
+// Reads lines from the terminal at standard input, with history and completion, drawn on standard error. One
+// object at a time; belongs to the driving thread, which keeps handling events while it waits for keys.
 class LineEditor {
 public:
     LineEditor(HostEvents& events, EditorHooks hooks);
-    ~LineEditor(); // gives the terminal back as it was
+    ~LineEditor(); // restores the terminal
     LineEditor(const LineEditor&) = delete;
     LineEditor& operator=(const LineEditor&) = delete;
 
     enum class Result {
         Line,
-        Cancelled, // by Ctrl-C, which is taken off the events
-        Ended,     // by Ctrl-D on an empty line, the end of the terminal or another signal
+        Cancelled, // by Ctrl-C, which is removed from the events
+        Ended,     // by Ctrl-D on an empty line, a vanished terminal or another signal
     };
-    // Throws what a hook has thrown, once the library is out of the way.
+    // Rethrows what a hook threw, once the library has returned.
     Result Read(std::string& line);
 
-    // Adds a line that the arrow keys bring back.
+    // Adds a line to the history of the arrow keys.
     void Remember(const std::string& line);
 
     // True when there is a terminal to write on and one to draw on.
@@ -54,7 +54,7 @@ private:
         void operator()(struct history* editHistory) const;
     };
 
-    // Calls into our code come out of the library, which knows no exceptions.
+    // Our code is called from the library, which knows no exceptions.
     template <class TResult, class TFunction>
     TResult Guarded(TResult failed, TFunction function);
     int ReadCharacter(wchar_t* character);
@@ -63,7 +63,7 @@ private:
 
     HostEvents& m_events;
     const EditorHooks m_hooks;
-    std::string m_prompt; // what the library holds on to
+    std::string m_prompt; // the text that the library points to
     bool m_cancelled = false;
     std::exception_ptr m_thrown;
     std::mbstate_t m_decoding{};

@@ -17,7 +17,7 @@ std::shared_ptr<Connection> ConnectOrExit(const SessionGround& ground, const Con
 {
     const Options& options = ground.options;
     if (options.login || first.kind == ConsoleCommand::Kind::Login) {
-        ground.credentials.Password(); // before the decoder is made to wait for somebody who types
+        ground.credentials.Password(); // before the decoder has to wait for the user to type it
     }
     ConnectionSettings settings;
     settings.bufferedReceive = options.bufferedReceive;

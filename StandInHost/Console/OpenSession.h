@@ -7,7 +7,7 @@ namespace standin_host {
 
 class Plugin;
 
-// What every session of the program stands on; all of it outlives them.
+// What every session of the program needs; all of it outlives them.
 struct SessionGround {
     const Options& options;
     const Plugin& plugin;
@@ -17,8 +17,7 @@ struct SessionGround {
     Output& output;
 };
 
-// A session with the connection and the processor that it uses. A lost one is not mended: the program opens
-// another.
+// A session with its connection and processor. A lost one is not repaired: the program opens another.
 class OpenSession {
 public:
     // Connects, and logs in unless told otherwise or the first command does. Throws ExitError, with status

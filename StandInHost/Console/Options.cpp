@@ -52,7 +52,7 @@ Exit status:
   5        login refused
   128 + n  ended by signal n)";
 
-// The texts of options that need more than CLI11's own conversion.
+// Option texts that need more than CLI11's own conversion.
 struct RawOptions {
     std::string decoder;
     std::string nodeId = "{00000201-0000-4000-8000-000000000001}";
@@ -146,7 +146,7 @@ void Interpret(const RawOptions& raw, Options& options)
     }
 }
 
-// The library's own goes one level deep, but commands of a group have options, too.
+// The library's own goes one level deep, but a group's commands have options too.
 std::string HelpOfAll(const CLI::App& app, const std::string& before)
 {
     const std::string name = before.empty() ? app.get_name() : before + ' ' + app.get_name();
@@ -171,7 +171,7 @@ Options ParseOptions(int argc, const char* const* argv)
     app.set_help_all_flag("--help-all", "print this help and that of every command below");
     AddOptions(app, options, raw);
     AddConsoleCommands(app, options.command, kPlaceCommandLine);
-    app.footer(kExamples + FailureTable() + kExitStatus); // after the commands, which would take it over
+    app.footer(kExamples + FailureTable() + kExitStatus); // after the commands, which would inherit it
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForVersion& version) {

@@ -9,7 +9,7 @@
 
 namespace standin_host {
 
-// What the command line says.
+// The parsed command line.
 struct Options {
     std::string pluginFile;
     std::string host;

@@ -14,8 +14,8 @@ namespace standin_host {
 
 namespace {
 
-// DEL and the control characters of two bytes, U+0080 to U+009F, as JSON can also write them: what is dumped
-// is valid UTF-8 and has them in texts only.
+// DEL and the control characters of two bytes, U+0080 to U+009F, as JSON escapes: the dumped text is valid
+// UTF-8 and has them only inside strings.
 std::string EscapeControls(const std::string& json)
 {
     std::string printable;
@@ -86,7 +86,7 @@ public:
 private:
     using Json = nlohmann::ordered_json;
 
-    // Bytes that are not UTF-8 become replacement characters.
+    // Bytes that are not valid UTF-8 become replacement characters.
     void Print(const Json& object)
     {
         Line(EscapeControls(object.dump(-1, ' ', false, Json::error_handler_t::replace)));

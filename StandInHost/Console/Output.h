@@ -11,23 +11,23 @@ namespace standin_host {
 
 struct ReadableAnswer;
 
-// What the program says on standard output, flushed at once: one line for each command and notification, and
-// behind a command's line the indented rows of its table.
+// The program's standard output, flushed at once: one line for each command and notification, and after a
+// command's line the indented rows of its table.
 class Output {
 public:
-    // A signal that the events hear of ends the waiting for a reader; they outlive the output.
+    // A signal reported to the events ends the wait for a reader; they outlive the output.
     static std::unique_ptr<Output> Create(bool json, HostEvents& events);
     virtual ~Output() = default;
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
-    // answer is null for a command that got no answer; else it holds no password any more, and read says
+    // answer is null for a command that got no answer; else its passwords are already blanked, and read says
     // what it means.
     virtual void PrintCommand(const ConsoleCommand& command, const HostAnswer* answer,
                               const ReadableAnswer& read) = 0;
     virtual void PrintNotification(const Notification& notification) = 0;
-    // True once a line could not be written, such as to a closed pipe, or was given up at a signal. Nothing
-    // is written any more then.
+    // True once a line could not be written, such as to a closed pipe, or was given up on a signal. Nothing
+    // more is written then.
     bool Failed() const { return m_failed; }
 
 protected:

@@ -4,7 +4,7 @@
 
 namespace standin_host {
 
-// The one line on a terminal's standard error that says how far a script is. Elsewhere it shows nothing.
+// A line on standard error that shows a script's progress. Only on a terminal.
 class Progress {
 public:
     Progress();
@@ -13,7 +13,7 @@ public:
     Progress& operator=(const Progress&) = delete;
 
     void Show(const std::string& text);
-    // Takes the line away, so that something else can be printed.
+    // Removes the line, so that something else can be printed.
     void Clear();
 
 private:

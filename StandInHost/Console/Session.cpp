@@ -25,8 +25,8 @@ using Kind = ConsoleCommand::Kind;
 
 constexpr auto kForever = HostEvents::Clock::time_point::max();
 
-// A reply that came just before the connection was lost still becomes an answer: the plug-in looks for it
-// every 100 ms.
+// A reply that came just before the connection was lost still becomes an answer: the plug-in polls every 100
+// ms.
 constexpr std::chrono::milliseconds kGraceAfterLoss{300};
 
 bool IsMissingReply(const HostAnswer& answer)
@@ -73,7 +73,7 @@ Session::Next Session::Execute(const ConsoleCommand& command)
         break;
     case Kind::Watch:
         return Watch(command);
-    default: // what the program does without a session
+    default: // commands that need no session
         break;
     }
     return Next::GoOn;
@@ -100,7 +100,7 @@ void Session::Request(const ConsoleCommand& command)
     AwaitEnd(command, *host);
 }
 
-// Waits until the command is answered or no answer can come; false when the time ran out first.
+// Waits until the command is answered or no answer can come; false on a timeout.
 bool Session::Await(const HostCommand& command)
 {
     auto deadline = HostEvents::Clock::now() + m_options.answerTimeout;
@@ -113,8 +113,8 @@ bool Session::Await(const HostCommand& command)
     return true;
 }
 
-// A command may go on behind its answer: system information is followed by the decoder's channels, which come
-// as a notification.
+// A command may continue after its answer: after system information the decoder's channels come as a
+// notification.
 void Session::AwaitEnd(const ConsoleCommand& command, const HostCommand& host)
 {
     const auto deadline = HostEvents::Clock::now() + m_options.answerTimeout;
@@ -169,7 +169,7 @@ void Session::Judge(const ConsoleCommand& command, const HostCommand& host, bool
         Complain(command, login ? kExitLoginRefused : kExitCommandFailed,
                  title + (login ? " was refused: " : " failed: ") + read.text + "; " + read.hint);
     } else if (!inTime) {
-        // The plug-in still works on it; nothing is queued behind a command that may yet be carried out.
+        // The plug-in is still working on it; nothing is queued after a command that may yet be carried out.
         throw ExitError(kExitNoAnswer, Where() + title + " got no answer in time; it may yet be carried out");
     } else if (!answer && command.hasReply) {
         Complain(command, kExitNoAnswer, title + " got no answer from the plug-in");
@@ -180,14 +180,14 @@ void Session::NoteLogin(const ConsoleCommand& command, bool good)
 {
     using namespace ORVA_NET_PROTOCOL;
     if (command.cmdID == KEST_CMD_REQUEST_LOGIN) {
-        m_loggedIn = good; // a refused login ends the one before
+        m_loggedIn = good; // a refused login ends the previous one
     } else if (good && command.cmdID == KEST_CMD_TVWALL_DECODE_OPTION &&
                command.optType == ORVA2_DECODER_TVW::TVWALL_DECODE_LOGOUT) {
         m_loggedIn = false;
     }
 }
 
-// An interrupt is the way to end a watch, and with it a script that it stands in.
+// An interrupt is how to end a watch, and with it the script that contains it.
 Session::Next Session::Watch(const ConsoleCommand& command)
 {
     const std::size_t before = m_notified;
@@ -235,7 +235,7 @@ bool Session::NextLine(LineInput& script, std::string& line)
         }
         CheckInterrupted();
         PrintNotifications();
-        // What is there to read is read even when the connection is lost: it may be the end.
+        // Reads what is there even when the connection is lost: it may be the end of the input.
         const auto deadline = m_events.Lost() ? HostEvents::Clock::now() : kForever;
         if (m_events.Wait(deadline, script.Descriptor()).hasInput) {
             script.Fill();

@@ -15,8 +15,8 @@ class LineInput;
 class Output;
 struct Options;
 
-// The console's session with one decoder: queues commands one after the other, waits for each answer and
-// prints it. Belongs to the driving thread.
+// The console's session with one decoder: queues commands one at a time, waits for each answer and prints it.
+// Belongs to the driving thread.
 class Session {
 public:
     Session(const Options& options, HostEvents& events, DecoderLink& link, Credentials& credentials,
@@ -24,12 +24,12 @@ public:
 
     // Logs in, unless told otherwise or the first command does. Throws ExitError when that fails.
     void Begin(const ConsoleCommand& first);
-    // Runs the command; scriptInput holds the lines of a script. Returns the gravest status of the session so
-    // far. Throws ExitError for what ends the session early.
+    // Runs the command; scriptInput holds the lines of a script. Returns the worst status of the session so
+    // far. Throws ExitError when the session ends early.
     int Run(const ConsoleCommand& command, LineInput* scriptInput);
-    // As far as the answers tell.
+    // As far as the answers show.
     bool LoggedIn() const { return m_loggedIn; }
-    // Prints what the decoder has told in the meantime.
+    // Prints the notifications that have come in the meantime.
     void PrintNotifications();
 
 private:
@@ -60,8 +60,8 @@ private:
     Output& m_output;
     Progress m_progress;
     bool m_loggedIn = false;
-    int m_status = 0;           // the gravest status of the commands so far
-    std::size_t m_line = 0;     // line of the script, 0 outside of one
+    int m_status = 0;           // the worst status of the commands so far
+    std::size_t m_line = 0;     // line of the script, 0 outside one
     std::size_t m_notified = 0; // notifications printed
 };
 

@@ -26,7 +26,7 @@ void Print(const std::string& text)
     (void)std::fflush(stdout);
 }
 
-// Payloads in the line may be records with passwords in them. Other commands take no password as a word.
+// A payload in the line may be a record with passwords. Other commands take no password as a word.
 bool MayHoldSecret(const std::string& line) { return line.find("--hex") != std::string::npos; }
 
 } // namespace
@@ -65,7 +65,7 @@ bool Shell::ReadLine(std::string& line)
     }
     auto result = LineEditor::Result::Cancelled;
     while (result == LineEditor::Result::Cancelled) {
-        m_ground.events.TakeKeyboardInterrupt(); // has done its work when there is a prompt again
+        m_ground.events.TakeKeyboardInterrupt(); // an interrupt has done its work once the prompt is back
         result = m_editor->Read(line);
     }
     return result == LineEditor::Result::Line;
@@ -136,18 +136,18 @@ void Shell::RunInSession(const ConsoleCommand& command)
             }
             script.emplace(command.scriptFile);
         }
-        Meanwhile(); // a lost connection shows before a command is trusted to it
+        Meanwhile(); // shows a lost connection before sending it a command
         if (!m_session) {
             Open(command);
         }
         m_status = std::max(m_status, m_session->Get().Run(command, script ? &*script : nullptr));
     } catch (const UsageError& error) {
-        Complain(error.Status(), error.what()); // nothing was sent that is not answered
+        Complain(error.Status(), error.what()); // no command is left unanswered
     } catch (const ExitError& error) {
-        // What is still under way ends with its session, so that nothing is queued behind it.
+        // A command still under way ends with its session, so that nothing is queued after it.
         m_session.reset();
         if (m_ground.output.Failed()) {
-            throw; // nobody reads what else could be said
+            throw; // there is no reader for a message
         }
         if (error.Status() == kExitLoginRefused) {
             m_ground.credentials.Forget();
@@ -174,8 +174,8 @@ void Shell::Meanwhile()
     }
 }
 
-// The arrow keys bring back what was mistyped, but the file keeps only what was understood: what was not may
-// be a password that went into the wrong window.
+// The arrow keys bring back mistyped lines, but the file keeps only valid ones: the others may be a password
+// typed into the wrong window.
 void Shell::Remember(const std::string& line, bool understood)
 {
     if (m_editor == nullptr) {

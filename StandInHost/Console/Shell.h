@@ -11,14 +11,14 @@
 
 namespace standin_host {
 
-// Takes commands from a terminal, or from a pipe without prompt and editing. A session that has ended,
-// whatever ended it, is followed by a new one when the next command needs it.
+// Takes commands from a terminal, or from a pipe without prompt and editing. After a session has ended for
+// any reason, the next command that needs one opens a new one.
 class Shell {
 public:
     explicit Shell(const SessionGround& ground);
 
-    // Until exit or the end of the input. Returns 0 from a terminal, from a pipe the gravest status of the
-    // commands, and 128 + n after a signal.
+    // Until exit or the end of the input. Returns 0 for a terminal, the worst status of the commands for a
+    // pipe, and 128 + n after a signal.
     int Run();
 
 private:

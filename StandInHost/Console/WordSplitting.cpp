@@ -28,7 +28,7 @@ public:
         return true;
     }
 
-    // After Next: whether nothing stands behind the word, or behind the last one.
+    // After Next: true when nothing follows the word, or the last one.
     bool AtEnd() const { return m_left.empty(); }
 
 private:

@@ -49,7 +49,7 @@ int Run(const Options& options)
     return open.Get().Run(options.command, scriptInput.get());
 }
 
-// Everything has ended: whatever is still counted was leaked.
+// Everything has ended: anything still counted was leaked.
 void CheckBalance(const char* what, long count)
 {
     if (count != 0) {
@@ -67,7 +67,7 @@ void CheckBalances()
     CheckBalance("broken rules on commands", HostCommand::Misuses());
 }
 
-// A signal ends the program also when nobody reads what it says last.
+// A signal ends the program even when nobody reads its last output.
 bool CanWrite(int descriptorNumber)
 {
     pollfd descriptor{descriptorNumber, POLLOUT, 0};
@@ -96,7 +96,7 @@ int RunToStatus(int argc, const char* const* argv)
 int main(int argc, char** argv)
 {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): there is no other thread yet
-    (void)std::setlocale(LC_CTYPE, ""); // what is a character on the terminal
+    (void)std::setlocale(LC_CTYPE, ""); // the terminal's character encoding
     tools::OpenStandardStreams();
     (void)std::signal(SIGPIPE, SIG_IGN); // a closed pipe shows as a failed write
     const int status = RunToStatus(argc, argv);

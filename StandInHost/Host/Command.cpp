@@ -43,7 +43,7 @@ void HostCommand::AddReference(int holderTag)
 
 void HostCommand::DecReference(int holderTag)
 {
-    HostEvents* events = m_events; // the object may be gone once its count has gone down
+    HostEvents* events = m_events; // the object may be gone once its count has dropped
     m_tagSum.fetch_sub(holderTag, std::memory_order_relaxed);
     if (m_references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
         delete this;

@@ -22,11 +22,11 @@ struct HostAnswer {
     std::vector<uint8_t> bytes;
 };
 
-// A host command. Created with one reference, the creator's, that HostCommandHolder gives back; every other
-// reference is a holder's that the command still runs or waits for.
+// A host command. Created with one reference, the creator's, which HostCommandHolder releases; any other
+// reference belongs to a holder for which the command still runs or waits.
 class HostCommand final : public CCmdProcObject {
 public:
-    // events hears of the answer and of each reference that is given back; null when nobody listens.
+    // events is told of the answer and of each released reference; null when nobody listens.
     HostCommand(unsigned int cmdID, bool hasReply, HostEvents* events);
     HostCommand(const HostCommand&) = delete;
     HostCommand& operator=(const HostCommand&) = delete;
@@ -39,13 +39,13 @@ public:
     void ReplyBuffer(const char* data, unsigned long len) override;
 
     std::optional<HostAnswer> Answer() const;
-    // True when nobody but the creator holds the command: no answer can come any more.
+    // True when only the creator holds the command: no answer can come any more.
     bool IsReleased() const { return m_references.load(std::memory_order_acquire) == 1; }
 
     static constexpr int kCreatorTag = 1;
 
-    // Commands that are alive, and how often the rules were broken (a second answer, an answer that nobody
-    // waits for, tags that do not pair), in the whole process.
+    // Live commands, and rule violations (a second answer, an answer that nobody waits for, unpaired tags),
+    // in the whole process.
     static long Live();
     static long Misuses();
 

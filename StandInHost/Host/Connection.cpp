@@ -86,7 +86,7 @@ void Connection::Fail(const std::string& reason)
 {
     {
         const TMutexGuard guard(m_sendLock);
-        // Reported before the first send can fail, so that nobody takes the lost link for a missing reply.
+        // Reported before the first send can fail, so that the lost link is not taken for a missing reply.
         if (m_open && m_settings.events != nullptr) {
             m_settings.events->ReportLost(reason);
         }
@@ -125,8 +125,8 @@ void Connection::Read()
 
 void Connection::OnReadable(asio::error_code error)
 {
-    // One for all connections: a host with a thousand of them cannot keep one for each. Made by the thread
-    // that reads; an array would lie in the memory of every thread.
+    // One buffer for all connections: a host with a thousand of them cannot afford one for each. Allocated by
+    // the reading thread; an array would take memory in every thread.
     static thread_local std::vector<char> chunk(kReadSize);
     m_reading = false;
     const std::size_t len = error ? 0 : m_socket.read_some(asio::buffer(chunk), error);
@@ -204,7 +204,7 @@ void Connection::Write()
         if (m_queue.empty()) {
             return;
         }
-        buffer = asio::buffer(m_queue.front()); // stays in place until it is popped below
+        buffer = asio::buffer(m_queue.front()); // stays in place until popped below
     }
     asio::async_write(m_socket, buffer,
                       [self = shared_from_this()](const asio::error_code& error, std::size_t) {

@@ -19,21 +19,21 @@ namespace standin_host {
 class HostEvents;
 class IoThread;
 
-// How a connection hands on what it receives and whom it tells.
+// How a connection delivers what it receives, and whom it notifies.
 struct ConnectionSettings {
     bool bufferedReceive = false;      // the observer keeps unconsumed bytes itself (null needLen)
     std::shared_ptr<FrameTrace> trace; // null: no trace
-    HostEvents* events = nullptr;      // hears of a lost connection; null when nobody listens
+    HostEvents* events = nullptr;      // told of a lost connection; null when nobody listens
 };
 
-// Why a send failed for good; NET_SOCKET_ERROR_NOBUFS is the one failure that passes.
+// Permanent send failure; NET_SOCKET_ERROR_NOBUFS is the only transient one.
 inline constexpr unsigned int kSocketErrorNotConnected = 0x20000001;
 
-// Why a send failed last on the calling thread, as GetLastError gives it to the plug-in; 0 at first.
+// Why the calling thread's last failed send failed, as GetLastError tells the plug-in; 0 at first.
 unsigned int LastSocketError();
 
-// One TCP connection. It reads on the receive thread once it is started; every operation may be called from
-// any thread.
+// One TCP connection. Once started, it reads on the receive thread; every operation may be called from any
+// thread.
 class Connection : public std::enable_shared_from_this<Connection> {
 public:
     Connection(asio::ip::tcp::socket socket, ConnectionSettings settings);
@@ -45,18 +45,18 @@ public:
     // After it has returned, no receive is running. What arrives is kept for the next Start.
     void Stop();
 
-    // Queues all bytes or none and returns at once; false sets LastSocketError. A message that finds
-    // kMaxQueued bytes waiting before it is refused with NOBUFS.
+    // Queues all bytes or none and returns at once; false sets LastSocketError. A message is refused with
+    // NOBUFS when kMaxQueued bytes are already waiting.
     bool Send(std::string_view bytes);
-    // From now on every send fails, so that nobody waits for room in the queue.
+    // Makes every send fail from now on, so that nobody waits for room in the queue.
     void RefuseSends();
-    // Ends the connection for a reason that nobody asked for; the events hear of it.
+    // Ends the connection on a failure; the events are told.
     void Fail(const std::string& reason);
     // Ends the connection on purpose.
     void Close();
 
     static constexpr std::size_t kMaxQueued = 1024UL * 1024;
-    // Bytes that an observer leaves unconsumed; a peer that makes it more is cut off.
+    // Most bytes that an observer may leave unconsumed; a peer that causes more is cut off.
     static constexpr std::size_t kMaxKept = 64UL * 1024 * 1024;
 
 private:
@@ -79,7 +79,7 @@ private:
     int m_handle TVWALL_GUARDED_BY(m_receiveLock) = 0;
     bool m_started TVWALL_GUARDED_BY(m_receiveLock) = false;
     bool m_reading = false;   // receive thread only
-    std::string m_kept;       // bytes that the observer has not consumed, and what came after them
+    std::string m_kept;       // bytes not yet consumed by the observer, and what came after them
     std::size_t m_wanted = 0; // bytes that m_kept must hold before the observer is called again
 
     CMutex m_sendLock;
@@ -89,8 +89,8 @@ private:
     std::size_t m_queued TVWALL_GUARDED_BY(m_sendLock) = 0;        // bytes in m_queue
 };
 
-// Resolves the name and connects. Returns null and the reason when that failed, took too long, or the events
-// report an interrupt (the reason is empty then).
+// Resolves the name and connects. Returns null and the reason on failure or timeout, or when the events
+// report an interrupt (the reason is then empty).
 std::shared_ptr<Connection> Connect(IoThread& thread, HostEvents& events, const std::string& host,
                                     const std::string& port, std::chrono::milliseconds timeout,
                                     ConnectionSettings settings, std::string& reason);

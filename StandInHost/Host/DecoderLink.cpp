@@ -34,7 +34,7 @@ DecoderLink::~DecoderLink()
 {
     m_liveness.reset();
     m_heartbeat.reset();
-    m_connection->RefuseSends(); // a command that waits for room in the send queue ends
+    m_connection->RefuseSends(); // ends a command that waits for room in the send queue
     {
         const TMutexGuard guard(m_lock);
         m_stopping = true;
@@ -80,7 +80,7 @@ void DecoderLink::RunQueuedCommands()
 {
     const auto stopping = [this] {
         const TMutexGuard guard(m_lock);
-        return m_stopping; // the processor's Stop takes what is left
+        return m_stopping; // the processor's Stop handles what is left
     };
     try {
         while (!stopping() && m_processor->ProcDevCmd()) {
@@ -95,7 +95,7 @@ void DecoderLink::SendHeartbeat()
     unsigned long len = 0;
     const char* beat = m_processor->GetBeatData(len);
     if (beat != nullptr && len != 0) {
-        m_node.SendData(beat, len); // one that fails is as good as none
+        m_node.SendData(beat, len); // failure is ignored
     }
 }
 

@@ -25,14 +25,14 @@ struct LinkSettings {
 };
 
 // One decoder: the plug-in's processor for it, the worker thread that runs its commands, and the timers that
-// send heartbeats and ask whether it is online.
+// send heartbeats and check whether it is online.
 class DecoderLink {
 public:
     // Creates, initialises and starts the processor over the connection. Throws UsageError when the plug-in
     // refuses. Plug-in, receive thread and events outlive the link.
     DecoderLink(const Plugin& plugin, IoThread& ioThread, HostEvents& events,
                 std::shared_ptr<Connection> connection, const LinkSettings& settings);
-    // A running command and a running receive end first; commands still queued are refused by the plug-in.
+    // Waits for a running command and a running receive; the plug-in refuses commands still queued.
     ~DecoderLink();
     DecoderLink(const DecoderLink&) = delete;
     DecoderLink& operator=(const DecoderLink&) = delete;

@@ -9,7 +9,8 @@
 namespace standin_host {
 
 // Cuts one direction of the link into frames for people to read: a frame is "1111", a 32-bit little-endian
-// length and as many bytes; a length of 0 is a heartbeat; any other four bytes begin a head of 64 bytes.
+// length and that many bytes; a length of 0 is a heartbeat; any other four bytes begin a device head of 64
+// bytes.
 class FrameSplitter {
 public:
     enum class Kind { Frame, Heartbeat, DeviceHead };
@@ -24,7 +25,7 @@ public:
 
 private:
     std::string m_buffer;
-    std::size_t m_taken = 0; // bytes at the front that Next has handed out
+    std::size_t m_taken = 0; // bytes at the front that Next has returned
 };
 
 // Prints every frame of one connection to standard error, with time, direction, length and text.
@@ -36,7 +37,7 @@ public:
 private:
     void Print(FrameSplitter& splitter, const char* direction, std::string_view bytes);
 
-    CMutex m_lock; // both directions: a frame's lines stay together
+    CMutex m_lock; // shared by both directions: keeps a frame's lines together
     FrameSplitter m_sent;
     FrameSplitter m_received;
 };

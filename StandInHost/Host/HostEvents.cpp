@@ -46,7 +46,7 @@ HostEvents::~HostEvents()
 
 void HostEvents::Changed()
 {
-    // Fails only when the counter is full, and then the descriptor is readable anyway.
+    // Fails only when the counter is full; the descriptor is then readable anyway.
     [[maybe_unused]] const int result = ::eventfd_write(m_wakeDescriptor, 1);
 }
 
@@ -54,7 +54,7 @@ void HostEvents::Interrupt(int signal)
 {
     {
         const TMutexGuard guard(m_lock);
-        // What ends the program is not hidden by a key that comes after it.
+        // A later key must not hide the signal that ends the program.
         SetSignal(m_signal == 0 || signal != SIGINT ? signal : m_signal);
     }
     Changed();
@@ -82,7 +82,7 @@ void HostEvents::Deliver(Notification notification)
             firstDropped = !std::exchange(m_dropping, true);
         }
     }
-    if (firstDropped) { // said without the lock: it may take until a signal comes
+    if (firstDropped) { // logged without the lock: it may block until a signal comes
         Log(LogLevel::Abnormal, "notifications are dropped: too many wait to be printed");
     }
     Changed();
@@ -90,7 +90,7 @@ void HostEvents::Deliver(Notification notification)
 
 bool HostEvents::Write(int output, std::string_view text)
 {
-    static CMutex lock; // both standard streams may be one pipe, with room for one of two threads
+    static CMutex lock; // both standard streams may be one pipe, with room for only one of two threads
     while (!text.empty()) {
         pollfd descriptors[] = {{output, POLLOUT, 0}, {m_signalDescriptor, POLLIN, 0}};
         (void)::poll(descriptors, 2, -1);
@@ -99,9 +99,9 @@ bool HostEvents::Write(int output, std::string_view text)
             if (descriptors[1].revents != 0) {
                 return false;
             }
-            continue; // the other thread was faster
+            continue; // another thread was faster
         }
-        // A pipe that can be written takes so much at once.
+        // A writable pipe takes this much at once.
         const ssize_t written = ::write(output, text.data(), std::min<std::size_t>(text.size(), PIPE_BUF));
         if (written < 0 && errno != EINTR && errno != EAGAIN) {
             return false;
@@ -157,7 +157,7 @@ std::deque<Notification> HostEvents::TakeNotifications()
 HostEvents::Wake HostEvents::Wait(Clock::time_point deadline, int input)
 {
     pollfd descriptors[] = {{m_wakeDescriptor, POLLIN, 0}, {input, POLLIN, 0}};
-    // A signal that interrupts the call is reported through its handler; the caller comes back here.
+    // A signal that interrupts the call is reported through its handler; the caller calls again.
     if (::poll(descriptors, 2, PollTimeout(deadline)) <= 0) {
         return {false, false};
     }

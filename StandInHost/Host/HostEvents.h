@@ -20,8 +20,8 @@ struct Notification {
     std::string data;
 };
 
-// What the host's threads report to the one thread that drives the session. That thread waits here and
-// nowhere else, so that whatever happens wakes it at once.
+// What the host's threads report to the one thread that drives the session. That thread waits only here, so
+// that any event wakes it at once.
 class HostEvents {
 public:
     using Clock = std::chrono::steady_clock;
@@ -34,23 +34,24 @@ public:
 
     // --- any thread ---
 
-    // Something that the driving thread looks at itself (an answer, a finished connect) has changed.
+    // Something that the driving thread checks itself (an answer, a finished connect) has changed.
     void Changed();
     void Interrupt(int signal);
     // Only the first reason is kept.
     void ReportLost(const std::string& reason);
-    // At most kMaxWaiting wait; what is beyond is dropped, and the first of them logged.
+    // At most kMaxWaiting wait; more are dropped, and the first of those is logged.
     void Deliver(Notification notification);
-    // Writes all of it to standard output or standard error, as fast as somebody reads there. While a signal
-    // is pending only what is taken without waiting. False when the rest is given up, or cannot be written.
+    // Writes the text to standard output or standard error, waiting for the reader; while a signal is
+    // pending, writes only what is taken without waiting. False when the rest is given up or cannot be
+    // written.
     bool Write(int output, std::string_view text);
 
     // --- driving thread ---
 
     int Interrupted() const; // the signal, or 0
-    // Forgets an interrupt from the keyboard and says whether there was one; other signals stay.
+    // Clears a keyboard interrupt and says whether there was one; other signals stay.
     bool TakeKeyboardInterrupt();
-    // Forgets a lost connection, so that another one can be watched. The lost one must be closed.
+    // Clears a lost connection, so that another can be watched. The lost one must be closed.
     void ForgetLost();
     std::optional<std::string> Lost() const;
     std::deque<Notification> TakeNotifications();
@@ -59,7 +60,7 @@ public:
         bool event;    // something was reported since the last wait
         bool hasInput; // the descriptor can be read without blocking
     };
-    // Blocks until a report, input or the deadline. A negative descriptor is not looked at.
+    // Blocks until a report, input or the deadline. A negative descriptor is ignored.
     Wake Wait(Clock::time_point deadline, int inputDescriptor = -1);
 
 private:
@@ -71,8 +72,8 @@ private:
     int m_signal TVWALL_GUARDED_BY(m_lock) = 0;
     std::optional<std::string> m_lost TVWALL_GUARDED_BY(m_lock);
     std::deque<Notification> m_notifications TVWALL_GUARDED_BY(m_lock);
-    bool m_dropping TVWALL_GUARDED_BY(m_lock) = false; // since they were last taken
-    int m_wakeDescriptor;                              // readable while reports have not been seen by Wait
+    bool m_dropping TVWALL_GUARDED_BY(m_lock) = false; // since notifications were last taken
+    int m_wakeDescriptor;                              // readable while Wait has not seen all reports
     int m_signalDescriptor;                            // readable while a signal is pending
 };
 

@@ -1,5 +1,4 @@
 #pragma once
-// Everything is compiled with hidden visibility; this marks the functions that a loaded plug-in finds in the
-// process.
+// Everything is compiled with hidden visibility; this marks the functions that a loaded plug-in imports.
 
 #define HOST_EXPORT __attribute__((visibility("default")))

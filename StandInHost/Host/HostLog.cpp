@@ -18,7 +18,7 @@ namespace standin_host {
 
 namespace {
 
-// Standard error, where a line may be being typed.
+// Standard error, where the user may be typing a line.
 class ErrorLinesSink final : public spdlog::sinks::base_sink<CMutex> {
     void sink_it_(const spdlog::details::log_msg& message) override
     {
@@ -73,7 +73,7 @@ void OpenLog(LogLevel level, const std::string& path)
 {
     spdlog::sink_ptr sink = std::make_shared<ErrorLinesSink>();
     if (!path.empty()) {
-        if (!std::ofstream(path, std::ios::app)) { // the library would make missing folders
+        if (!std::ofstream(path, std::ios::app)) { // the library would create missing folders
             throw UsageError("cannot write the log file " + path);
         }
         try {

@@ -11,7 +11,7 @@
 
 namespace standin_host {
 
-// The host's receive thread: it runs every socket and timer. It outlives all that use it.
+// The host's receive thread: it runs every socket and timer. It outlives its users.
 class IoThread {
 public:
     IoThread();
@@ -21,8 +21,8 @@ public:
 
     asio::io_context& Context() { return m_context; }
     // From now on SIGINT, SIGTERM, SIGHUP and SIGQUIT do not end the process; the handler gets their number,
-    // on a thread of its own: this one may stand in front of a standard error that nobody reads. A hang-up or
-    // quit that was ignored from the start stays so. Once.
+    // on a thread of its own, as this one may be blocked on a standard error that nobody reads. A hang-up or
+    // quit that was ignored from the start stays ignored. Call once.
     void WatchSignals(std::function<void(int)> handler);
 
 private:
@@ -33,7 +33,7 @@ private:
     asio::executor_work_guard<asio::io_context::executor_type> m_work{m_context.get_executor()};
     asio::io_context m_signalContext{1};
     asio::signal_set m_signals{m_signalContext};
-    std::thread m_signalThread; // none before WatchSignals
+    std::thread m_signalThread; // not running before WatchSignals
     std::thread m_thread;
 };
 
@@ -41,8 +41,8 @@ private:
 class PeriodicTimer {
 public:
     PeriodicTimer(IoThread& thread, std::chrono::milliseconds period, std::function<void()> function);
-    // After it has returned, the function is not running and is not called any more. Not to be called by the
-    // function itself.
+    // After it has returned, the function is not running and is not called any more. The function itself must
+    // not call it.
     ~PeriodicTimer();
     PeriodicTimer(const PeriodicTimer&) = delete;
     PeriodicTimer& operator=(const PeriodicTimer&) = delete;

@@ -10,9 +10,8 @@
 namespace standin_host {
 
 // The process's pool of reference-counted byte buffers. Thread-safe. A handle that names no live buffer is
-// reported and counted, and the operation does nothing, so that a wrong plug-in cannot corrupt the host. What
-// would make the pool larger than kMaxBytes is refused, so that a decoder that never ends a message cannot
-// fill the memory.
+// reported and counted, and the operation does nothing, so that a faulty plug-in cannot corrupt the host. The
+// pool never grows beyond kMaxBytes, so that a decoder that never ends a message cannot exhaust memory.
 class MemPool {
 public:
     static MemPool& Instance();
@@ -22,7 +21,7 @@ public:
     const char* New(std::string_view bytes); // one reference; throws std::bad_alloc
     void AddRef(const char* handle);
     void Delete(const char* handle);
-    // The bytes stay where they are until the buffer is changed or given back.
+    // Valid until the buffer is changed or released.
     std::string_view Bytes(const char* handle);
     bool Append(const char* handle, std::string_view bytes); // throws std::bad_alloc
     void TruncateFront(const char* handle, std::size_t len);
@@ -37,14 +36,14 @@ private:
         unsigned long references = 1;
     };
 
-    // Takes room for bytes more; throws std::bad_alloc.
+    // Reserves room for bytes more; throws std::bad_alloc.
     void Reserve(std::size_t byteCount) TVWALL_REQUIRES(m_lock);
     Buffer* Find(const char* handle, const char* operation) TVWALL_REQUIRES(m_lock);
 
     mutable CMutex m_lock;
     // The key is the buffer's address.
     std::unordered_map<const char*, std::unique_ptr<Buffer>> m_buffers TVWALL_GUARDED_BY(m_lock);
-    std::size_t m_bytes TVWALL_GUARDED_BY(m_lock) = 0; // in all buffers, with what each takes itself
+    std::size_t m_bytes TVWALL_GUARDED_BY(m_lock) = 0; // in all buffers, overhead included
     std::size_t m_wrongHandles TVWALL_GUARDED_BY(m_lock) = 0;
 };
 

@@ -16,8 +16,7 @@ DecoderNode::DecoderNode(const GUID& nodeID, std::shared_ptr<Connection> connect
 
 void DecoderNode::DeliverCommand(unsigned int cmdID, CCmdProcParam* param)
 {
-    // Plug-in and host are loaded apart, so the parameter's kind is known by the command and not by a cast
-    // that checks.
+    // Plug-in and host are separate binaries, so the command tells the parameter's type, not a dynamic_cast.
     if (cmdID != ORVA_NET_PROTOCOL::KEST_CMD_TVWALL_DECODE_UPDATE || param == nullptr) {
         Log(LogLevel::Abnormal, "the plug-in delivered an unknown command " + std::to_string(cmdID));
         return;

@@ -15,13 +15,13 @@ namespace {
 
 constexpr char kLibrary[] = "libNetDeviceDECODERDev.so";
 
-Plugin* loading = nullptr; // the plug-in whose initial entry runs
+Plugin* loading = nullptr; // the plug-in whose initial entry point is running
 
 } // namespace
 
 Plugin::Plugin(const std::string& file)
 {
-    // A path without a slash would be searched for in the system's library folders.
+    // A path without a slash would be looked up in the system's library folders.
     const std::string path = std::filesystem::absolute(file);
     m_library.reset(::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
     if (m_library == nullptr) {

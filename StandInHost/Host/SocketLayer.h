@@ -16,7 +16,7 @@ public:
 
     int Add(std::shared_ptr<Connection> connection);    // the new handle, greater than 0
     std::shared_ptr<Connection> Find(int handle) const; // null when there is none
-    // Takes the connection out of the table; null when there is none.
+    // Removes the connection from the table; null when there is none.
     std::shared_ptr<Connection> Remove(int handle);
 
 private:

@@ -11,9 +11,9 @@ namespace tools {
 
 enum class HexCase { Lower, Upper };
 
-// Two digits a byte without separators.
+// Two digits per byte, no separators.
 std::string HexText(const void* data, std::size_t size, HexCase letters = HexCase::Lower);
-// Digit pairs of either case; white space between pairs is skipped. Nothing where anything else stands.
+// Digit pairs of either case; white space between pairs is skipped. Nothing if there is anything else.
 std::optional<std::vector<std::uint8_t>> ParseHex(std::string_view text);
 
 } // namespace tools

@@ -8,7 +8,7 @@
 
 namespace tools {
 
-// The whole text as a decimal number; nothing when there is anything else in it or it does not fit.
+// The whole text as a decimal number; nothing when it holds anything else or does not fit.
 template <typename Number>
 std::optional<Number> ParseDecimal(std::string_view text)
 {

@@ -11,7 +11,7 @@ namespace tools {
 
 namespace {
 
-constexpr std::size_t kLongest = 4096; // bytes that are looked at; no password is as long
+constexpr std::size_t kLongest = 4096; // bytes that are read; no password is that long
 
 class Descriptor {
 public:
@@ -25,7 +25,7 @@ public:
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
 
-    // Fills up from the file until a line is whole; false when it cannot be read.
+    // Reads from the file until a line is complete; false when it cannot be read.
     bool ReadLine(std::string& text) const
     {
         std::array<char, kLongest> buffer;

@@ -5,8 +5,8 @@
 
 namespace tools {
 
-// The first line of a password file without its end ("\n" or "\r\n"), of which the first 4096 bytes are
-// looked at. Nothing when it cannot be read; errno says why.
+// The first line of a password file without its end ("\n" or "\r\n"), from the file's first 4096 bytes.
+// Nothing when it cannot be read; errno says why.
 std::optional<std::string> ReadPasswordFile(const std::string& path);
 
 } // namespace tools

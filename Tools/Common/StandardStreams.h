@@ -2,8 +2,8 @@
 
 namespace tools {
 
-// Opens /dev/null in place of each standard stream that the caller has closed, which would else be the first
-// file that the program opens. For the first lines of main.
+// Opens /dev/null in place of each standard stream that was closed at start; otherwise the first file opened
+// would take its descriptor. Call first in main.
 void OpenStandardStreams();
 
 } // namespace tools

@@ -33,7 +33,7 @@ private:
     const locale_t m_before;
 };
 
-// The bytes of the printable character that the text begins with; 0 when it begins with none.
+// Size in bytes of the printable character at the start of the text; 0 when there is none.
 std::size_t PrintableBytes(std::string_view text)
 {
     if (static_cast<std::uint8_t>(text.front()) < 0x80) {

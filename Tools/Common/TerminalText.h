@@ -5,9 +5,9 @@
 
 namespace tools {
 
-// Text from outside, fit for one line of a terminal, where it shall be read, not carried out: line ends
-// become one blank; what is no printable character of UTF-8, control characters of one byte and of two,
-// becomes "\xNN" byte by byte. Any thread, whatever the locale.
+// Text from outside, fit for one line of a terminal, where it is to be read, not interpreted: line ends
+// become one blank; anything but a printable UTF-8 character, such as a one-byte or two-byte control
+// character, becomes "\xNN" byte by byte. Any thread, whatever the locale.
 std::string OneLine(std::string_view text);
 
 } // namespace tools

@@ -27,7 +27,7 @@ void ReadHead(ByteReader& reader, Fields& fields)
 {
     fields["optType"] = reader.U32();
     reader.U16(); // its length
-    reader.U16(); // and that of what follows, which the answer's own length tells better
+    reader.U16(); // length of what follows; the answer's own length is more reliable
     fields["result"] = reader.U32();
     fields["errorCode"] = reader.U32();
 }
@@ -38,7 +38,7 @@ void ReadLogin(ByteReader& reader, Fields& fields)
 {
     fields["nodeId"] = GuidText(reader.Guid());
     fields["nodeType"] = reader.U32();
-    reader.Text(112); // nothing that the plug-in fills
+    reader.Text(112); // not filled by the plug-in
 }
 
 std::string ShowLogin(const Fields& fields)
@@ -113,7 +113,7 @@ void ReadLayout(ByteReader& reader, Fields& fields)
     }
 }
 
-// A grid of this size is drawn whole; what a decoder says beyond is listed.
+// A grid up to this size is drawn whole; anything beyond is listed.
 constexpr uint32_t kMaxDrawn = 64;
 
 std::string Counted(uint32_t count, const char* what)
@@ -148,7 +148,7 @@ std::string ShowLayout(const Fields& fields)
 
 // --- display switches ---
 
-// The one answer that is a text.
+// The only answer that is text.
 void ReadWindowConfig(ByteReader& reader, Fields& fields)
 {
     ReadHead(reader, fields);
@@ -221,10 +221,10 @@ void ReadGroups(ByteReader& reader, Fields& fields)
     ReadHead(reader, fields);
     Fields& groups = fields["groups"] = Fields::array();
     for (uint32_t left = reader.U32(); left > 0 && !reader.Failed(); --left) {
-        reader.Guid(); // the wall, which the decoder does not know
+        reader.Guid(); // the wall's GUID, unknown to the decoder
         Fields group;
         group["id"] = reader.I32();
-        reader.U32(); // the number of channels, which the decoder does not say
+        reader.U32(); // the number of channels, which the decoder does not report
         group["interval"] = reader.U32();
         group["name"] = reader.Text(kGroupName);
         group["channels"] = reader.Text(kGroupChannels);

@@ -1,5 +1,5 @@
 #pragma once
-// How the answers to commands read.
+// How answers to commands are read.
 
 #include <string>
 
@@ -13,13 +13,13 @@ using Fields = nlohmann::ordered_json;
 
 // One kind of answer.
 struct AnswerForm {
-    // Takes the fields off the bytes; the reader says whether they were all there.
+    // Reads the fields from the bytes; the reader tells whether they were all there.
     void (*read)(ByteReader& reader, Fields& fields);
-    // The fields in words. What is more than one line begins each further line with "\n  ".
+    // The fields in words. Further lines begin with "\n ".
     std::string (*show)(const Fields& fields);
 };
 
-extern const AnswerForm kDoneForm; // a result head, and behind it nothing that is worth reading
+extern const AnswerForm kDoneForm; // a result head, followed by nothing worth reading
 extern const AnswerForm kEmptyForm;
 extern const AnswerForm kLoginForm;
 extern const AnswerForm kSystemInfoForm;

@@ -10,7 +10,7 @@
 
 namespace standin_host {
 
-// Where a record holds a password.
+// Where in a record a password is.
 struct Span {
     std::size_t offset;
     std::size_t size;
@@ -24,7 +24,7 @@ struct Record {
 // Appends numbers and blocks.
 class ByteWriter {
 public:
-    // Counts and identifiers are checked against their fields before they come here.
+    // Counts and identifiers have been checked against their fields' ranges.
     ByteWriter& U16(int64_t value) { return Number(static_cast<uint64_t>(value), 2); }
     ByteWriter& U32(int64_t value) { return Number(static_cast<uint64_t>(value), 4); }
     ByteWriter& I16(int64_t value) { return Number(static_cast<uint64_t>(value), 2); }
@@ -33,11 +33,11 @@ public:
     ByteWriter& Count(std::size_t count) { return Number(count, 4); }
     ByteWriter& Guid(const GUID& guid);
     ByteWriter& Zeros(std::size_t count);
-    // The text in a field of size bytes, filled up with zeros; the text must be shorter than the field.
+    // The text in a field of size bytes, padded with zeros; the text must be shorter than the field.
     ByteWriter& Text(const std::string& text, std::size_t size);
-    // The same, and the record remembers that a password stands there.
+    // The same; the record remembers that this is a password.
     ByteWriter& Secret(const std::string& text, std::size_t size);
-    // Another record behind what is there.
+    // Appends another record.
     ByteWriter& Append(const Record& record);
 
     Record Take() { return std::move(m_record); }
@@ -48,8 +48,8 @@ private:
     Record m_record;
 };
 
-// Takes numbers and texts off the front. Once something was not there, everything reads as zero or empty and
-// Failed says so.
+// Takes numbers and texts off the front. Once something is missing, everything reads as zero or empty and
+// Failed is true.
 class ByteReader {
 public:
     explicit ByteReader(std::span<const uint8_t> bytes) : m_left(bytes) {}
@@ -58,9 +58,9 @@ public:
     uint32_t U32() { return static_cast<uint32_t>(Number(4)); }
     int32_t I32() { return static_cast<int32_t>(Number(4)); }
     GUID Guid();
-    // A field of size bytes, up to its first zero.
+    // A field of size bytes, up to its first zero byte.
     std::string Text(std::size_t size);
-    // All that is left, up to its first zero.
+    // All that is left, up to its first zero byte.
     std::string Rest() { return Text(m_left.size()); }
 
     bool Failed() const { return m_failed; }

@@ -15,7 +15,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-// Follows the parser through the file. The library itself would let a key's last value win.
+// Follows the parser through the file; on its own the library would let a key's last value win.
 class DuplicateCheck {
 public:
     explicit DuplicateCheck(const std::string& path) : m_file(path) {}
@@ -79,7 +79,7 @@ private:
     }
 
     const std::string& m_file;
-    std::vector<Level> m_levels; // objects and arrays that are open
+    std::vector<Level> m_levels; // open objects and arrays
 };
 
 std::string LineAndColumn(const std::string& text, std::size_t byte)
@@ -129,7 +129,7 @@ int64_t JsonObject::Number(const char* key, int64_t min, int64_t highest,
     if (value == nullptr && fallback) {
         return *fallback;
     }
-    // What is beyond the signed numbers is beyond every field as well.
+    // A number too large for a signed type is too large for any field.
     const bool huge = value != nullptr && value->is_number_unsigned() &&
                       value->get<uint64_t>() > static_cast<uint64_t>(std::numeric_limits<int64_t>::max());
     if (value == nullptr || !value->is_number_integer() || huge || value->get<int64_t>() < min ||
@@ -176,7 +176,7 @@ const Json& JsonObject::List(const char* key, bool required) const
 
 std::string JsonObject::PlaceOf(const char* key) const
 {
-    // The file's name ends with a colon, its objects have a path behind it.
+    // The file's name ends with a colon; an object has its path after it.
     return m_place + (m_place.ends_with(':') ? " " : ".") + key;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
-// JSON files that people write: whatever is not as it must be ends in one line that names the place, and
-// never repeats a value, which may be a password.
+// JSON files written by people: every fault ends in a one-line error that names the place and never repeats a
+// value, which may be a password.
 
 #include <initializer_list>
 #include <optional>
@@ -10,10 +10,10 @@
 
 namespace standin_host {
 
-// Parses the text of a file. Throws UsageError on bad syntax and on a key that an object has twice.
+// Parses the text of a file. Throws UsageError on bad syntax and on a duplicate key.
 nlohmann::json ParseJson(const std::string& text, const std::string& path);
 
-// One object of the file. Every operation throws UsageError when the file says something else.
+// One object of the file. Every operation throws UsageError when the file does not fit.
 class JsonObject {
 public:
     // place is the object's own, such as "wall.json: windows[0]". Keys other than these are refused.

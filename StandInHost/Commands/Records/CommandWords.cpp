@@ -67,7 +67,7 @@ std::vector<SubWindows> ReadSubWindows(const Words& words, std::span<const Field
         throw UsageError("one command takes at most " + std::to_string(kMaxSubWindows) + " sub-windows");
     }
     std::vector<SubWindows> windows;
-    std::unordered_map<int64_t, std::size_t> places; // of the windows, by id
+    std::unordered_map<int64_t, std::size_t> places; // place of each window, by id
     for (const WordGroup& group : groups) {
         int64_t numbers[4] = {};
         std::transform(group.begin(), group.end(), fields.begin(), numbers, Number);

@@ -1,5 +1,5 @@
 #pragma once
-// The words of a command line as numbers and switches. Everything here throws UsageError with what was
+// The words of a command line as numbers and switches. Everything here throws UsageError that says what was
 // expected.
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 
 namespace standin_host {
 
-// What a word stands for and the numbers that it may be.
+// What a word means, and its range.
 struct Field {
     const char* name; // as in "the window id"
     int64_t min;
@@ -31,17 +31,17 @@ int64_t Number(const std::string& text, const Field& field);
 uint32_t Unsigned(const std::string& text, const char* name);
 int32_t Signed(const std::string& text, const char* name);
 bool OnOrOff(const std::string& text, const char* name);
-// Checks a text against the bytes that its field holds.
+// Checks that a text fits its field.
 const std::string& Fitting(const std::string& text, std::size_t highest, const char* name);
 
 using Words = std::vector<std::string>;
 using WordGroup = std::span<const std::string>;
 
-// The words in groups of size. shape tells what a group is: "each screen takes three numbers: ID X Y".
+// The words in groups of size. shape describes a group: "each screen takes three numbers: ID X Y".
 std::vector<WordGroup> Groups(const Words& words, std::size_t size, const char* shape);
 
-// Groups of window, sub-window index and what else the fields say (at most four), gathered under their
-// windows in the order in which these come first.
+// Groups of window, sub-window index and further fields (at most four), gathered under their windows in order
+// of first appearance.
 std::vector<SubWindows> ReadSubWindows(const Words& words, std::span<const Field> fields, const char* shape);
 
 // " 1 0 0 960 540", for titles.

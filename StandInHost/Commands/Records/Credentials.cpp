@@ -20,7 +20,7 @@ namespace standin_host {
 
 namespace {
 
-// The process's terminal with echo switched off, however the prompt ends.
+// The process's terminal with echo off; echo is restored however the prompt ends.
 class SilentTerminal {
 public:
     SilentTerminal() : m_descriptor(::open("/dev/tty", O_RDWR | O_CLOEXEC))
@@ -45,7 +45,7 @@ public:
     int Descriptor() const { return m_descriptor; }
     void Print(std::string_view text) const
     {
-        // A terminal that takes no prompt can still give the password.
+        // A terminal that takes no prompt can still supply the password.
         [[maybe_unused]] const ssize_t written = ::write(m_descriptor, text.data(), text.size());
     }
 

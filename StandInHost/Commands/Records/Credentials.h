@@ -21,7 +21,7 @@ public:
     const std::string& User() const;
     // Throws UsageError when there is no password or it does not fit, ExitError after a signal.
     const std::string& Password();
-    // Looks for the password again when it is next needed: the decoder has refused it.
+    // The decoder has refused the password: looks for it again when it is next needed.
     void Forget() { m_password.reset(); }
 
 private:
@@ -35,7 +35,7 @@ private:
 };
 
 // The password of a video source: the first line of a file, or TVWALL_SOURCE_PASSWORD when no file is named,
-// or empty when neither is there. Throws UsageError when it does not fit.
+// or empty when neither is given. Throws UsageError when it does not fit.
 std::string SourcePassword(const std::string& path);
 
 } // namespace standin_host

@@ -25,7 +25,7 @@ Record PlayMediaRecord(int32_t window, int32_t index, const Media& media)
     writer.Count(1).I32(window).Count(1).I32(index).Count(1);
     writer.I32(media.channelNumber).Guid(media.channel).I32(media.type).I32(media.requestMode);
     writer.I32(media.port).I32(media.streamType).U32(media.recordMask).I32(media.selector);
-    writer.Zeros(4); // the times lie on a multiple of 8
+    writer.Zeros(4); // aligns the times to 8
     writer.U64(media.begin).U64(media.end).Text(media.address, kMaxSourceAddress + 1);
     writer.Text(media.user, kMaxSourceCredential + 1).Secret(media.passwordText, kMaxSourceCredential + 1);
     return writer.Take();
@@ -43,7 +43,7 @@ Record WallRecord(const std::vector<WallWindow>& windows)
             const Media& media = sub.media;
             writer.U16(sub.index).U16(sub.osdId);
             writer.U16(media.type).U16(media.requestMode).U16(media.port);
-            writer.Zeros(2); // the times lie on a multiple of 4
+            writer.Zeros(2); // aligns the times to 4
             writer.U32(static_cast<int64_t>(media.begin)).U32(static_cast<int64_t>(media.end));
             writer.U32(media.streamType).Guid(media.channel);
             writer.Text(media.address, kMaxSourceAddress + 1);

@@ -9,8 +9,7 @@
 
 namespace standin_host {
 
-// One live or recorded stream. Types, modes and times are the decoder's own numbers and are passed on
-// unchanged.
+// One live or recorded stream. Types, modes and times are the decoder's own numbers, passed on unchanged.
 struct Media {
     int64_t type = 0;
     int64_t requestMode = 0;
@@ -18,10 +17,10 @@ struct Media {
     int64_t port = 0;
     int32_t channelNumber = -1; // negative: none
     GUID channel{};             // all zero: none
-    std::string user;           // at most kMaxSourceCredential bytes, as the password
+    std::string user;           // at most kMaxSourceCredential bytes, like the password
     std::string passwordText;
     int64_t streamType = 0;
-    int64_t recordMask = 0; // the three below travel with a single source only
+    int64_t recordMask = 0; // used only with a single source, as are the two below
     int64_t selector = 0;
     uint64_t begin = 0;
     uint64_t end = 0;
@@ -30,10 +29,10 @@ struct Media {
 inline constexpr std::size_t kMaxSourceAddress = 31;
 inline constexpr std::size_t kMaxSourceCredential = 255;
 
-// In this request mode a decoder looks for a numeric channel.
+// The request mode in which a decoder looks for a numeric channel.
 inline constexpr int64_t kNumericChannelMode = 6;
 
-// "3" or a GUID, and the request mode that goes with it. False for anything else.
+// Reads "3" or a GUID, and sets the matching request mode. False for anything else.
 bool ParseChannel(const std::string& text, Media& media);
 
 // A source for one sub-window.

@@ -8,13 +8,13 @@ namespace standin_host {
 
 namespace {
 
-// Identifiers of wall, plan or decoder, which the decoder is not told.
+// Identifiers of wall, plan or decoder, which never reach the decoder.
 constexpr std::size_t kOneGuid = sizeof(GUID);
 constexpr std::size_t kTwoGuids = 2 * sizeof(GUID);
 
 constexpr std::size_t kScreenName = 256;
 
-// Windows and their sub-windows: the record's head and count stand in the writer already.
+// Windows and their sub-windows: the record's head and count are already in the writer.
 template <class TWindow, class TSubWindow>
 Record Tree(ByteWriter writer, const std::vector<SubWindows>& windows, TWindow window, TSubWindow subWindow)
 {

@@ -1,6 +1,6 @@
 #pragma once
-// The records that the host composes for its commands. Numbers are given wide, but fit their fields: who asks
-// for a record has checked them.
+// The records that the host composes for its commands. Numbers are passed in wide types, but the caller has
+// checked that they fit their fields.
 
 #include <cstdint>
 #include <string>
@@ -58,12 +58,12 @@ Record GroupRecord(const ChannelGroup& group);
 Record DeleteGroupsRecord(const std::vector<int32_t>& ids);
 Record GetGroupRecord(int32_t id); // 0: all groups
 
-// --- sub-windows, each with what a command says of it ---
+// --- sub-windows, each with its values for a command ---
 
 struct SubWindow {
     int64_t index;
-    int64_t first;  // the record's first number behind the index
-    int64_t second; // and its second one
+    int64_t first;  // the record's first number after the index
+    int64_t second; // the record's second number after the index
 };
 
 struct SubWindows {
@@ -71,7 +71,7 @@ struct SubWindows {
     std::vector<SubWindow> subWindows;
 };
 
-// More would not fit the narrowest count.
+// The narrowest count holds no more.
 inline constexpr std::size_t kMaxSubWindows = 0xFFFF;
 
 Record StopMediaRecord(const std::vector<SubWindows>& windows);
@@ -85,9 +85,9 @@ Record BorderRecord(const std::vector<SubWindows>& windows);   // 1 to draw the 
 Record ZoomRecord(uint32_t window, uint16_t index, bool zoom);
 Record WindowConfigRecord(bool borders, bool windowIds);
 
-// --- around the records ---
+// --- framing of the records ---
 
-// The record behind the head of the option commands: option type and record length.
+// The record after the head of the option commands: option type and record length.
 Record OptionPayload(uint32_t optType, const Record& record);
 
 // Longest account name and password, in bytes: the record's fields hold a terminating zero too.

@@ -74,7 +74,7 @@ WallWindow ReadWindow(const Json& value, const std::string& place, const std::st
     window.height = object.Number("height", 0, kMax16);
     window.layer = object.Number("layer", 0, kMax16, 0);
     if (subWindows.size() > static_cast<std::size_t>(kMax16)) {
-        object.Refuse("subWindows", "must have at most 65535 items"); // each has an index of 16 bits
+        object.Refuse("subWindows", "must have at most 65535 items"); // an index has 16 bits
     }
     window.mode = object.Number("mode", 0, kMax16, static_cast<int64_t>(subWindows.size()));
     for (std::size_t i = 0; i < subWindows.size(); ++i) {

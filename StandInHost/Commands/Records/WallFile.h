@@ -7,7 +7,7 @@
 
 namespace standin_host {
 
-// The form of a wall file, for help texts.
+// The format of a wall file, for help texts.
 inline constexpr char kWallFileHelp[] = R"(JSON file with the whole wall:
 {"windows": [{"id": 1, "x": 0, "y": 0, "width": 960, "height": 540, "layer": 0, "mode": 4,
   "subWindows": [{"index": 0, "osd": 101,
@@ -16,7 +16,7 @@ inline constexpr char kWallFileHelp[] = R"(JSON file with the whole wall:
 Only id, the rectangle, index, address, port and channel are required; channel is a number or a GUID)";
 
 // The windows that a file describes. A source with a user and no password of its own gets passwordText.
-// Throws UsageError that names the place of what is wrong; no value of the file is repeated in it.
+// Throws UsageError that names the place of the fault and repeats no value of the file.
 std::vector<WallWindow> ReadWallFile(const std::string& path, const std::string& passwordText);
 
 } // namespace standin_host
