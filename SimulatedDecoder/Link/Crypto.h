@@ -1,5 +1,5 @@
 #pragma once
-// What the login needs of OpenSSL. Failures of OpenSSL itself (no randomness, no memory) throw
+// What the login needs from OpenSSL. Failures of OpenSSL itself (no randomness, no memory) throw
 // std::runtime_error.
 
 #include <cstddef>
@@ -12,18 +12,18 @@
 
 namespace simulated_decoder {
 
-// Base64 characters of a text that is enciphered under such a key.
+// Length of a text enciphered under such a key, in Base64 characters.
 inline constexpr std::size_t kEncipheredLength = 172;
 
-// An RSA key pair of 1024 bits, generated with the object.
+// A 1024-bit RSA key pair, generated on construction.
 class RsaKeyPair {
 public:
     RsaKeyPair();
 
-    // PKCS#1 ("RSA PUBLIC KEY") PEM text with header and footer lines, the only form that hosts read.
+    // PKCS#1 ("RSA PUBLIC KEY") PEM text with header and footer lines, the only form that hosts accept.
     const std::string& PublicPem() const { return m_publicPem; }
-    // The plain text of a Base64 text that was enciphered under the public key with PKCS#1 v1.5 padding;
-    // nothing when it was not.
+    // Deciphers a Base64 text enciphered under the public key with PKCS#1 v1.5 padding; nothing when it is
+    // not such a text.
     std::optional<std::string> Decipher(std::string_view base64) const;
 
 private:

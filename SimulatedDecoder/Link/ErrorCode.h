@@ -1,13 +1,13 @@
 #pragma once
-// What the decoder answers in the `errorcode` of a reply.
+// The values of `errorcode` in the decoder's replies.
 
 #include <cstdint>
 
 namespace simulated_decoder {
 
 // Every code with its number and its words, in one list: ERROR(name, number, words). The numbers of the login
-// (51 to 106) are the link's own: the host tells them apart. The others only say to whoever reads the reply
-// why the decoder refused.
+// (51 to 106) are the link's own: the host tells them apart. The others only tell a reader of the reply why
+// the decoder refused.
 // clang-format off
 #define SIMULATED_DECODER_ERRORS(ERROR) \
     ERROR(Success, 0, "success") \
@@ -48,7 +48,7 @@ enum class ErrorCode : std::uint32_t {
 #undef ERROR_NUMBER
 };
 
-// The code in words; never null. A number that a fault made up has words too.
+// The code in words; never null. Numbers made up by a fault have words too.
 const char* Words(ErrorCode code);
 
 } // namespace simulated_decoder

@@ -46,7 +46,7 @@ bool IsPlain(std::string_view text)
 
 bool Request::Parse(std::string_view text)
 {
-    // The parser stops at a zero byte as if the text ended there; on this link no text holds one.
+    // The parser takes a zero byte for the end of the text; on this link no text holds one.
     if (text.find('\0') != std::string_view::npos || !KeepsLimits(text) ||
         m_document.Parse(text.data(), text.size()) != tinyxml2::XML_SUCCESS) {
         return false;

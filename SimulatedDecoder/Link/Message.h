@@ -14,13 +14,13 @@
 
 namespace simulated_decoder {
 
-// The text of a child element; empty when it has none or is not there. `parent` may be null.
+// The text of a child element; empty when it has none or is missing. `parent` may be null.
 std::string_view ChildText(const tinyxml2::XMLElement* parent, const char* name);
 
-// Whether there are characters in it that no XML text and no line of a terminal should hold: below U+0020,
-// and U+007F to U+009F.
+// Whether it has characters that neither XML text nor a terminal line should hold: below U+0020, and U+007F
+// to U+009F.
 bool HasControls(std::string_view text);
-// Whether there is nothing but printable ASCII in it.
+// Whether it is all printable ASCII.
 bool IsPlain(std::string_view text);
 
 template <typename Number>
@@ -38,12 +38,11 @@ void AddChild(tinyxml2::XMLElement& parent, const char* name, Number value)
     AddChild(parent, name, std::string_view(std::to_string(value)));
 }
 
-// A request as it came.
+// A request as received.
 class Request {
 public:
     // False when the text is not XML or beyond the limits of KeepsLimits, or its header lacks the version,
-    // the type, a url or a number in `seq`. What could be read is there all the same, so that the refusal can
-    // carry it.
+    // the type, a url or a number in `seq`. What could be read is kept, for the refusal to carry.
     bool Parse(std::string_view text);
 
     const std::string& Url() const { return m_url; }
@@ -60,15 +59,14 @@ private:
     std::optional<std::uint32_t> m_seq;
 };
 
-// A message of the decoder in the making: a reply, or a notification that nobody asked for.
+// A message of the decoder under construction: a reply or a notification.
 class Message {
 public:
-    // Hosts look for `seq` behind `url`, so the elements come in this order; one that is not given is left
-    // out.
+    // Hosts look for `seq` after `url`, so the elements come in this order; one that is not given is omitted.
     Message(const char* type, const std::string& url, std::optional<std::uint32_t> seq);
 
     void SetErrorCode(ErrorCode code);
-    // Behind the elements that every message has.
+    // After the elements that every message has.
     void AddHeader(const char* name, std::string_view text) { AddChild(*m_header, name, text); }
     tinyxml2::XMLElement& Body() { return *m_body; }
 

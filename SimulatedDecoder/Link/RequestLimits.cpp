@@ -8,10 +8,10 @@ namespace simulated_decoder {
 namespace {
 
 constexpr int kMaxDepth = 64;
-constexpr int kMaxAttributes = 64; // the parser compares each with all before it
+constexpr int kMaxAttributes = 64; // the parser compares each with all earlier ones
 constexpr std::size_t kMaxReference = 12;
 
-// To behind `end`; false when that does not come.
+// Moves past `end`; false when there is none.
 bool SkipPast(std::string_view& text, std::string_view end)
 {
     const auto at = text.find(end);
@@ -22,8 +22,7 @@ bool SkipPast(std::string_view& text, std::string_view end)
     return true;
 }
 
-// The rest of a tag, from behind its "<" to behind its ">", which may also stand in the value of an
-// attribute.
+// The rest of a tag, from after its "<" to after its ">"; an attribute's value may hold a ">" too.
 bool SkipTag(std::string_view& text, int& depth)
 {
     text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n\v\f"), text.size()));
@@ -47,7 +46,7 @@ bool SkipTag(std::string_view& text, int& depth)
     return false;
 }
 
-// The markup from behind its "<" on.
+// The markup after its "<".
 bool SkipMarkup(std::string_view& text, int& depth)
 {
     constexpr struct {
@@ -62,7 +61,7 @@ bool SkipMarkup(std::string_view& text, int& depth)
     return SkipTag(text, depth);
 }
 
-// The parser looks for the end of each, however far that is.
+// The parser searches for the end of each, however far away.
 bool HasLongReference(std::string_view text)
 {
     for (auto at = text.find("&#"); at != std::string_view::npos; at = text.find("&#", at + 1)) {

@@ -11,7 +11,7 @@ using tinyxml2::XMLElement;
 
 constexpr std::size_t kMaxName = 255;
 
-// "1,2,3"; nothing when it is no such list.
+// A list such as "1,2,3"; nothing when it is not one.
 std::optional<std::vector<std::int32_t>> ReadChannels(std::string_view text)
 {
     std::vector<std::int32_t> channels;
@@ -86,7 +86,7 @@ ErrorCode DoAddGroup(RequestContext& context) { return Keep(context, &ChannelGro
 
 ErrorCode DoSetOrGetGroup(RequestContext& context)
 {
-    // Who asks for a group sends its id alone, who asks for all sends nothing.
+    // A host that asks for one group sends only its id; one that asks for all sends nothing.
     const XMLElement* group = Child(context.request.Body(), "channelgroup");
     const XMLElement* id = Child(group, "id");
     const bool asks = group == nullptr || (id != nullptr && group->FirstChildElement() == id &&

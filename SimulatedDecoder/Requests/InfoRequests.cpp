@@ -8,7 +8,7 @@ namespace simulated_decoder {
 namespace {
 
 constexpr int kModel = 1;
-constexpr const char* kMac = "02:00:00:00:00:01"; // locally administered: no real device has it
+constexpr const char* kMac = "02:00:00:00:00:01"; // locally administered: no real device uses it
 constexpr const char* kDataVersion = "1";
 
 // A decoder that takes its orders from hosts, not from another decoder.
@@ -31,7 +31,7 @@ ErrorCode DoGetSystemInfo(RequestContext& context)
     AddChild(body, "devicetype", "Simulated TV-wall decoder");
     AddChild(body, "mac", kMac);
     AddChild(body, "softversion", TVWALL_DECODER_VERSION);
-    AddChild(body, "builddate", ""); // the same source gives the same program whenever it is built
+    AddChild(body, "builddate", ""); // keeps builds reproducible
     AddChild(body, "kernelversion", KernelVersion());
     AddChild(body, "dataversion", kDataVersion);
     return ErrorCode::Success;
@@ -40,7 +40,7 @@ ErrorCode DoGetSystemInfo(RequestContext& context)
 ErrorCode DoGetBasicConfig(RequestContext& context)
 {
     tinyxml2::XMLElement& body = context.reply.Body();
-    AddChild(body, "identidy", kIdentity); // the link spells it so
+    AddChild(body, "identidy", kIdentity); // spelt this way on the link
     AddChild(body, "runmode", kRunMode);
     AddChild(body, "devicename", context.state.name);
     return ErrorCode::Success;

@@ -44,7 +44,7 @@ ErrorCode DoGetLayout(RequestContext& context)
     AddChild(body, "col", screens.Columns());
     XMLElement& list = AddChild(body, "td_channellist");
     for (const auto& [position, output] : screens.Bound()) {
-        // Hosts read an item's elements by their places.
+        // Hosts read an item's elements by position.
         XMLElement& item = AddChild(list, "item");
         AddChild(item, "id", output);
         AddChild(item, "name", "Output " + std::to_string(output));

@@ -4,7 +4,7 @@ namespace simulated_decoder {
 
 ErrorCode DoOption(RequestContext& context)
 {
-    constexpr std::uint32_t kRsa = 1; // the only encryption that hosts ask for
+    constexpr std::uint32_t kRsa = 1; // the only encryption that hosts request
     if (ChildNumber<std::uint32_t>(context.request.Body(), "encryption") != kRsa) {
         return ErrorCode::BadValue;
     }

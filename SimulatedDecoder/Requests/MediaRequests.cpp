@@ -12,18 +12,18 @@ namespace {
 
 using tinyxml2::XMLElement;
 
-constexpr std::size_t kMaxMedia = 16; // of one sub-window
+constexpr std::size_t kMaxMedia = 16; // for one sub-window
 constexpr std::size_t kMaxAddress = 255;
 constexpr std::size_t kMaxChannel = 64;
 
-// The elements of one media, by name.
+// The elements of one media item, by name.
 using MediaElements = std::map<std::string_view, std::string_view>;
 
-// A request that sets the whole wall leaves out what only recorded video has.
+// A request that sets the whole wall omits what only recorded video has.
 enum class MediaForm { Full, WithoutRecording };
 
-// Several media of a sub-window stand one behind the other in its only `mediainfo`; each begins with its
-// `type`. Nothing when the elements do not come like that.
+// The media of a sub-window follow each other in its single `mediainfo`; each begins with its `type`. Nothing
+// when the elements are arranged otherwise.
 std::optional<std::vector<MediaElements>> CutMedia(const XMLElement& mediaInfo)
 {
     std::vector<MediaElements> list;
@@ -41,7 +41,7 @@ std::optional<std::vector<MediaElements>> CutMedia(const XMLElement& mediaInfo)
     return list;
 }
 
-// A name or a number of a computer; a URL could hold an account.
+// A host name or IP address; a URL could hold an account.
 bool IsAddress(std::string_view text)
 {
     return !text.empty() && text.size() <= kMaxAddress &&
@@ -123,7 +123,7 @@ ErrorCode ReadMedia(RequestContext& context, const XMLElement& mediaInfo, MediaF
     return ErrorCode::Success;
 }
 
-// A window of the whole wall, and its place in the stack.
+// A window of a whole-wall request, and its place in the stacking order.
 struct LayeredWindow {
     std::uint32_t layer = 0;
     Window window;

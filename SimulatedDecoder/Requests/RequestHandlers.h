@@ -17,14 +17,13 @@ struct RequestContext {
     Message& reply;
     HostSession& session;
     DeviceState& state;
-    std::size_t credentials = 0; // source accounts that were deciphered on the way
+    std::size_t credentials = 0; // source accounts deciphered along the way
 };
 
-// Carries out one request and puts into the reply what belongs there. Anything but success has changed
-// nothing.
+// Carries out one request and fills in the reply. Any result but success has changed nothing.
 using Handler = ErrorCode (*)(RequestContext& context);
 
-// What a host must have shown before the handler is called.
+// What a host must present before the handler is called.
 enum class Access {
     Anyone,
     Session, // the session id of this connection
@@ -37,7 +36,7 @@ struct RequestRow {
     Handler handler;
 };
 
-// Null when the decoder serves no such request.
+// Null for an unknown request.
 const RequestRow* FindRequest(std::string_view url);
 std::vector<std::string_view> ServedUrls();
 

@@ -27,7 +27,7 @@ ErrorCode ReadOrder(const XMLElement& window, const ReadChange& read, WindowOrde
     return ErrorCode::Success;
 }
 
-// A number of 32 bits. Who creates a window writes it without a sign, who moves one with a sign.
+// A 32-bit number. Hosts write it unsigned when they create a window, signed when they move one.
 std::optional<std::int64_t> ReadPixels(const XMLElement* rect, const char* name)
 {
     const auto value = ChildNumber<std::int64_t>(rect, name);

@@ -1,5 +1,5 @@
 #pragma once
-// What the handlers of several families read from the body of a request.
+// Reading of request bodies, shared by several families of handlers.
 
 #include <functional>
 #include <optional>
@@ -12,10 +12,10 @@
 
 namespace simulated_decoder {
 
-// The element below `parent`; null when it is not there or `parent` is null.
+// The element below `parent`; null when it is missing or `parent` is null.
 const tinyxml2::XMLElement* Child(const tinyxml2::XMLElement* parent, const char* name);
 
-// The items of a list under `parent`; nothing when there is no such list or one of its items cannot be read.
+// The items of a list under `parent`; nothing when there is no such list or an item cannot be read.
 template <typename Item>
 std::optional<std::vector<Item>> ReadList(const tinyxml2::XMLElement* parent, const char* name,
                                           std::optional<Item> (*readItem)(const tinyxml2::XMLElement&))
@@ -36,7 +36,7 @@ std::optional<std::vector<Item>> ReadList(const tinyxml2::XMLElement* parent, co
     return items;
 }
 
-// Reads a list of the body and hands it to `change`. An empty list is no request.
+// Reads a list from the body and passes it to `change`. An empty list is refused.
 template <typename Item, typename Change>
 ErrorCode ChangeByList(RequestContext& context, const char* name,
                        std::optional<Item> (*readItem)(const tinyxml2::XMLElement&), Change change)
@@ -53,7 +53,7 @@ std::optional<SubWindow> ReadSubWindow(const tinyxml2::XMLElement& item);
 // 0 or 1; nothing when it is neither.
 std::optional<bool> ReadSwitch(const tinyxml2::XMLElement* parent, const char* name);
 
-// What an `item` of td_subwindowlist says about its sub-window, beside the `index`.
+// What an `item` of td_subwindowlist says about its sub-window, besides the `index`.
 using ReadChange = std::function<ErrorCode(const tinyxml2::XMLElement& item, SubWindowChange& change)>;
 
 // Changes the sub-windows that td_windowlist names. A window that names none stays as it is.

@@ -40,7 +40,7 @@ ErrorCode DoGetSound(RequestContext& context)
 {
     XMLElement& list = AddChild(context.reply.Body(), "td_windowlist");
     for (const Window& window : context.state.wall.Windows()) {
-        XMLElement* subWindows = nullptr; // the window is listed once a sub-window has sound
+        XMLElement* subWindows = nullptr; // the window is listed only when a sub-window has sound
         for (const SubWindow& subWindow : window.split.subWindows) {
             if (!subWindow.sound) {
                 continue;

@@ -19,7 +19,8 @@ std::optional<WindowMove> ReadMove(const XMLElement& item)
     return WindowMove{*id, *rect};
 }
 
-// A split request carries a rectangle like the one that creates a window. It moves nothing, and is not read.
+// A split request carries a rectangle, like the request that creates a window. It moves nothing and is not
+// read.
 std::optional<WindowSplit> ReadSplit(const XMLElement& item)
 {
     const auto id = ReadId(item);
@@ -41,7 +42,7 @@ std::optional<Window> ReadWindow(const XMLElement& item)
     return Window{split->id, *rect, std::move(split->split)};
 }
 
-// Hands the windows of the body to an operation of the wall.
+// Passes the body's windows to an operation of the wall.
 template <typename Item>
 ErrorCode ChangeWindows(RequestContext& context, std::optional<Item> (*readItem)(const XMLElement&),
                         ErrorCode (Wall::*change)(const std::vector<Item>&))

@@ -13,7 +13,7 @@ namespace {
 
 using asio::ip::tcp;
 
-// After an accept that failed, most likely for want of file descriptors.
+// After a failed accept, most likely for lack of file descriptors.
 constexpr std::chrono::milliseconds kAcceptRetry{100};
 
 } // namespace

@@ -21,16 +21,15 @@ public:
     }
 };
 
-// Where to listen at. std::system_error when there is no such address.
+// The address to listen at. Throws std::system_error when it does not exist.
 asio::ip::tcp::endpoint Resolve(asio::io_context& context, const std::string& host, std::uint16_t port);
 
-// Listens at one address and hands over whoever connects, on the context's thread, until it is destroyed.
+// Listens at one address and hands over accepted connections, on the context's thread, until destroyed.
 class Acceptor {
 public:
     using WelcomeFunction = std::function<void(asio::ip::tcp::socket socket)>;
 
-    // Listens when it returns; port 0 is any free one. ListenError, with a text for the user, when that
-    // cannot be done.
+    // Listens on return; port 0 picks any free one. Throws ListenError, with a text for the user, on failure.
     Acceptor(asio::io_context& context, const std::string& host, std::uint16_t port, WelcomeFunction welcome);
     Acceptor(const Acceptor&) = delete;
     Acceptor& operator=(const Acceptor&) = delete;

@@ -36,7 +36,7 @@ AppendedFile::AppendedFile(const std::string& path, std::string_view head) : m_p
         throw std::runtime_error("cannot write " + path + ": " + Reason(errno));
     }
     if (IsPipe(m_descriptor)) {
-        constexpr int kRoomForReader = 1 << 20; // bytes; where the system gives less, that will do
+        constexpr int kRoomForReader = 1 << 20; // bytes; less is fine if the system grants less
         (void)::fcntl(m_descriptor, F_SETPIPE_SZ, kRoomForReader);
         (void)::fcntl(m_descriptor, F_SETFL, O_NONBLOCK);
     }

@@ -14,16 +14,16 @@ constexpr unsigned int kAck = 0x10;
 
 constexpr std::size_t kIpv4HeaderLength = 20;
 constexpr std::size_t kTcpHeaderLength = 20;
-// What still fits with both headers into the 65535 bytes of an IP packet.
+// The most that fits with both headers into the 65535 bytes of an IP packet.
 constexpr std::size_t kMaxPayload = 65535 - kIpv4HeaderLength - kTcpHeaderLength;
 
 constexpr unsigned int kTcp = 6;
 constexpr unsigned int kHopLimit = 64;
-// The largest segment (kMaxPayload); no operation; a window scale of 2^14. Acknowledgements come late in a
-// capture of reads and writes, and a small window would look full until then.
+// The largest segment (kMaxPayload); no operation; a window scale of 2^14. In a capture of reads and writes
+// acknowledgements come late, and until then a small window would look full.
 constexpr std::string_view kSynOptions("\x02\x04\xff\xd7\x01\x03\x03\x0e", 8);
 
-// The sum that the headers of IPv4 and TCP carry, 0 over data that holds the right one.
+// The checksum of IPv4 and TCP headers; 0 over data that includes a correct one.
 std::uint16_t Checksum(std::string_view bytes)
 {
     std::uint32_t sum = 0;
@@ -47,7 +47,7 @@ std::string AddressBytes(const asio::ip::address& address)
     if (address.is_v4()) {
         return text(address.to_v4().to_bytes());
     }
-    // A host that came over IPv4 to a socket of IPv6.
+    // A host that connected over IPv4 to an IPv6 socket.
     if (address.to_v6().is_v4_mapped()) {
         return text(asio::ip::make_address_v4(asio::ip::v4_mapped, address.to_v6()).to_bytes());
     }
@@ -58,7 +58,7 @@ std::string IpHeader(const std::string& from, const std::string& to, std::size_t
 {
     std::string header;
     if (from.size() == 4) {
-        AppendNumber(header, 0x4500, 2); // version, header of 5 words
+        AppendNumber(header, 0x4500, 2); // version 4, header of 5 words
         AppendNumber(header, kIpv4HeaderLength + length, 2);
         AppendNumber(header, 0x00004000, 4); // never fragmented, so that it needs no identification
         AppendNumber(header, kHopLimit, 1);
@@ -83,7 +83,7 @@ CapturedConnection::CapturedConnection(PcapFile& file, const asio::ip::tcp::endp
       m_peers{Peer{std::string("\x02\0\0\0\0\x01", 6), AddressBytes(host.address()), host.port()},
               Peer{std::string("\x02\0\0\0\0\x02", 6), AddressBytes(decoder.address()), decoder.port()}}
 {
-    // By a clock of 4 us, so that a port that is used again does not look like the old connection.
+    // From a clock of 4 us ticks, so that a reused port does not look like the old connection.
     const auto now = std::chrono::steady_clock::now().time_since_epoch() / std::chrono::microseconds(4);
     for (Peer& peer : m_peers) {
         peer.sequence = static_cast<std::uint32_t>(now);
@@ -143,7 +143,7 @@ void CapturedConnection::WritePacket(Side from, unsigned int flags, std::string_
     packet += segment;
     m_file.Write(packet);
 
-    const bool counts = (flags & (kSyn | kFin)) != 0; // as one byte
+    const bool counts = (flags & (kSyn | kFin)) != 0; // SYN and FIN count as one byte
     source.sequence += static_cast<std::uint32_t>(payload.size()) + (counts ? 1U : 0U);
 }
 

@@ -11,35 +11,35 @@
 
 namespace simulated_decoder {
 
-// Tells a capture file what goes over one TCP connection. Addresses, ports, bytes and times are the real
-// ones; the packets around them are made up, since a program does not see those of the kernel: one for each
-// read and write, between an opening and an end as the book has them. Acknowledgements travel with the data.
+// Writes the traffic of one TCP connection to a capture file. Addresses, ports, bytes and times are real; the
+// packets are made up, since a program does not see the kernel's: one for each read and write, between a
+// textbook opening and close. Acknowledgements travel with the data.
 class CapturedConnection {
 public:
     enum class Side { Host, Decoder };
 
-    // Captures the opening. The file must outlive what is captured here.
+    // Captures the opening. The file must outlive this object.
     CapturedConnection(PcapFile& file, const asio::ip::tcp::endpoint& host,
                        const asio::ip::tcp::endpoint& decoder);
     CapturedConnection(CapturedConnection&&) = default;
     CapturedConnection(const CapturedConnection&) = delete;
 
-    // What this side has sent to the other.
+    // Captures what this side has sent to the other.
     void Sent(Side from, std::string_view bytes);
 
-    // This side closes, and the other one after it. Nothing is captured from then on.
+    // Captures the close, this side first. Nothing is captured from then on.
     void End(Side first);
 
 private:
-    // One end of the connection, as packets name it.
+    // One end of the connection, as it appears in packets.
     struct Peer {
         std::string hardware; // address in the Ethernet header
-        std::string address;  // 4 bytes, or 16 of IPv6
+        std::string address;  // 4 bytes, or 16 for IPv6
         std::uint16_t port = 0;
-        std::uint32_t sequence = 0; // number of the next byte that it sends; wraps around
+        std::uint32_t sequence = 0; // sequence number of its next byte; wraps around
     };
 
-    // A packet with this payload, which an IP packet can hold.
+    // A packet with this payload, which must fit an IP packet.
     void WritePacket(Side from, unsigned int flags, std::string_view payload);
 
     Peer& Of(Side side) { return m_peers[side == Side::Host ? 0 : 1]; }

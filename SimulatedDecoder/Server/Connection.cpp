@@ -17,11 +17,11 @@ namespace {
 // A host that does not read what it asked for is cut off here.
 constexpr std::size_t kMaxOutput = std::size_t{16} * 1024 * 1024;
 
-// Between two pieces of chunked output, so that the host's socket really sees them one by one.
+// Between two pieces of chunked output, so that the host's socket really receives them separately.
 constexpr std::chrono::microseconds kPiecePause{100};
 
-// A period that a busy machine has missed is made up for, so that short ones keep their rate, unless that was
-// longer ago.
+// Periods missed on a busy machine are made up for, so that short ones keep their rate, unless they are too
+// long past.
 constexpr std::chrono::seconds kMostBehind{1};
 
 } // namespace
@@ -113,7 +113,7 @@ void Connection::TakeFrames()
         switch (m_frames.Next(payload)) {
         case FrameReader::Result::Payload:
             TakeRequest(payload);
-            // Whatever else is to be done comes in between, however many requests came at once.
+            // Lets other work run in between, however many requests came at once.
             asio::post(m_socket.get_executor(), [self = shared_from_this()] { self->TakeFrames(); });
             return;
         case FrameReader::Result::Heartbeat:
@@ -221,7 +221,7 @@ std::string Connection::UnaskedText(Unasked kind)
     case Unasked::MadeUpNotice:
         return m_madeUpNotices.Next(m_device.NextNoticeSeq());
     case Unasked::Beat:
-        break; // has no payload
+        break; // a heartbeat has no payload
     }
     return {};
 }
@@ -250,7 +250,7 @@ void Connection::PieceSent(std::size_t length)
     m_unsent -= length;
     m_sent += length;
     if (m_sent == m_output.front().bytes.size()) {
-        // The next of its kind is put into the queue before this one leaves it, so that the queue goes on.
+        // Queues the next of its kind before this one leaves, so that the queue keeps going.
         if (const auto kind = m_output.front().kind;
             kind && m_waiting.erase(*kind) + m_due.erase(*kind) > 1) {
             SendUnasked(*kind);

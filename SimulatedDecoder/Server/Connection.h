@@ -22,7 +22,7 @@
 
 namespace simulated_decoder {
 
-// One host on the line, for whoever looks after the decoder.
+// One connected host, for whoever operates the decoder.
 struct HostStatus {
     int number = 0;
     std::string address; // and port
@@ -31,24 +31,24 @@ struct HostStatus {
     std::uint64_t requests = 0;
 };
 
-// One host on the line. Lives as long as an operation on its socket or timers is under way or its owner holds
-// it; all of it runs on the thread of the socket's context. The device must outlive the connection's closing.
+// One connected host. Lives as long as an operation on its socket or timers is pending or its owner holds it;
+// runs on the thread of the socket's context. The device must outlive the closing of the connection.
 class Connection : public std::enable_shared_from_this<Connection> {
 public:
     using ClosedFunction = std::function<void(int number)>;
 
-    // `number` names the host in logs, from 1. `closed` is called once, when the connection has closed by
-    // itself.
+    // `number` names the host in logs, from 1. `closed` is called once, when the connection has closed on its
+    // own.
     Connection(asio::ip::tcp::socket socket, int number, Device& device, CapturedConnection capture,
                ClosedFunction closed);
 
     void Start();
-    // Tells a host that is logged in how the channels are.
+    // Sends the state of the channels to a logged-in host.
     void Notify(const ChannelChange& change);
-    // The faults of the device are others now: periods and the count of replies begin anew.
+    // The device's faults have changed: periods and the count of replies restart.
     void ObeyFaults();
     HostStatus Status() const;
-    // Closes at once; what was not sent yet is lost.
+    // Closes at once; unsent output is lost.
     void Close(std::string_view reason);
 
 private:
@@ -57,25 +57,25 @@ private:
     void TakeRequest(std::string_view payload);
     void Reply(std::string frame, std::chrono::milliseconds delay);
 
-    // What is not the reply to a request.
+    // Output that is not a reply to a request.
     enum class Unasked { Beat, ChannelList, ChannelStates, MadeUpNotice };
     struct Frame {
         std::string bytes;
         std::optional<Unasked> kind; // nothing: a reply
     };
 
-    // Room for so many bytes more. False when a host that does not read has no such room left, which closes
-    // the connection.
+    // Reserves room for that many more bytes. False, with the connection closed, when a host that does not
+    // read has used up its room.
     bool Reserve(std::size_t length);
     void Enqueue(std::string bytes, std::optional<Unasked> kind);
-    // Sends it between any two frames, but never behind one of its kind that waits: on a slow line there is
-    // one of each kind at most, and the next follows when that has gone out.
+    // Sends it between two frames, but never after a waiting one of its kind: on a slow link at most one of
+    // each kind is queued, and the next follows once it has gone out.
     void SendUnasked(Unasked kind);
     std::string UnaskedText(Unasked kind);
     void SendNextPiece();
     void PieceSent(std::size_t length);
 
-    // Sends something in the period of this fault, as long as it is active and the connection open.
+    // Sends something at this fault's period, as long as it is active and the connection open.
     void Repeat(asio::steady_timer& timer, std::chrono::milliseconds Faults::*period, Unasked kind);
     void AwaitStep(asio::steady_timer& timer, std::chrono::milliseconds Faults::*period, Unasked kind);
 
@@ -92,16 +92,16 @@ private:
     std::array<char, 65536> m_input{};
     FrameReader m_frames;
     std::uint32_t m_replies = 0;
-    bool m_cutting = false;       // the last reply is on its way, nothing is read any more
-    bool m_closeWhenSent = false; // what is in m_output is the last
+    bool m_cutting = false;       // the last reply is on its way; nothing more is read
+    bool m_closeWhenSent = false; // close once m_output is sent
 
     std::deque<Frame> m_output;
-    std::size_t m_unsent = 0; // bytes in m_output, and in replies that are held back on order
-    std::size_t m_sent = 0;   // bytes of m_output.front().bytes that are sent
+    std::size_t m_unsent = 0; // bytes in m_output and in deliberately delayed replies
+    std::size_t m_sent = 0;   // bytes of m_output.front().bytes already sent
 
     MadeUpNotices m_madeUpNotices;
-    std::set<Unasked> m_waiting; // kinds that are in m_output
-    std::set<Unasked> m_due;     // those that go out once more when they have left it
+    std::set<Unasked> m_waiting; // kinds in m_output
+    std::set<Unasked> m_due;     // kinds to send once more when they have left it
     asio::steady_timer m_pieceTimer;
     asio::steady_timer m_beatTimer;
     asio::steady_timer m_noticeTimer;

@@ -12,14 +12,14 @@ namespace simulated_decoder {
 
 namespace {
 
-// Far enough from the real number that no request in flight has it.
+// Far enough from the real number that no pending request has it.
 constexpr std::uint32_t kWrongSeqDistance = 100000;
 
 constexpr std::int32_t kMadeUpChannels = 64; // without a file of channels
 
 constexpr std::string_view kGarbage = "\x01\x02 this is <no <XML &\xff\xfe> at all";
 
-// A url from the link, fit for one line of the log.
+// A url from the link, made fit for one line of the log.
 std::string Printable(std::string_view url)
 {
     return url.empty() ? "unreadable request" : tools::OneLine(url.substr(0, 64));
@@ -134,7 +134,7 @@ Answer Device::Handle(int connection, HostSession& session, std::string_view tex
     const UrlFaults& faults = m_faults.For(request.Url());
 
     Message reply("response", request.Url(), ReplySeq(request, faults));
-    reply.SetErrorCode(ErrorCode::Success); // its place is before what the handler adds
+    reply.SetErrorCode(ErrorCode::Success); // must precede what the handler adds
     RequestContext context{request, reply, session, m_state};
     ErrorCode code = ErrorCode::MalformedRequest;
     if (readable) {

@@ -19,24 +19,24 @@
 
 namespace simulated_decoder {
 
-// What the device is and does from the start. Paths that are empty name no file.
+// The device's initial settings. An empty path means no file.
 struct DeviceSettings {
     std::string name = "tvwall-decoder";
     std::string user = "admin";
     std::string password;
     int rows = 2;
     int columns = 2;
-    std::string channels; // the file of input channels; without one they are made up
+    std::string channels; // the file of input channels; if empty, they are made up
     std::string sourceAccounts;
     std::string wallSvg;
     std::string wallText;
     std::string jsonLog;
-    std::int32_t notifyChannels = 0; // in each notification that the faults make up; 0: by turns 1 to 256
-    std::optional<std::uint32_t> notifySeq = 1000000; // of the first notification; nothing: all have none
+    std::int32_t notifyChannels = 0; // in each notification made up by faults; 0: 1 to 256 in turn
+    std::optional<std::uint32_t> notifySeq = 1000000; // of the first notification; nothing: no numbers
     Faults faults;
 };
 
-// What goes back to the host for one request.
+// What is sent back to the host for one request.
 struct Answer {
     std::string payload; // the reply's payload; empty: no reply
     std::chrono::milliseconds delay{0};
@@ -46,25 +46,25 @@ struct RequestContext;
 
 class Device {
 public:
-    // Writes the first pictures; std::runtime_error when a file cannot be read or written. Keys of its own
-    // are generated unless some are given.
+    // Writes the first pictures; throws std::runtime_error when a file cannot be read or written. Generates
+    // its own keys unless some are given.
     explicit Device(const DeviceSettings& settings,
                     std::shared_ptr<const DeskKeys> keys = std::make_shared<const DeskKeys>());
 
-    // Carries out one request of the connection with this number, faults included. When it returns, the
-    // pictures and the log are up to date, so that whoever has the reply sees them.
+    // Carries out one request of the connection with this number, faults included. On return the pictures and
+    // the log are up to date, so that they are there before the reply.
     Answer Handle(int connection, HostSession& session, std::string_view text);
 
-    // Reads the file of the channels again; keeps those that it has when that fails. Says what has changed.
+    // Rereads the file of channels; on failure keeps the current ones. Returns what has changed.
     ChannelChange ReloadChannels();
     // All channels go off or come back.
     void TurnChannels();
 
-    // One fault as the command line gives it, for a request that is served; to be taken away, it needs no
-    // number. Empty when that went well, else what did not, in one line.
+    // Switches one fault, written as on the command line, for a known request; switching it off needs no
+    // number. Returns an empty string on success, else a one-line reason.
     std::string SwitchFault(std::string_view spec, bool on);
 
-    // `changed` is called after each request, and whenever somebody says here that something has changed.
+    // `changed` is called after each request, and whenever a change is reported here.
     void Watch(std::function<void()> changed) { m_changed = std::move(changed); }
     void Changed() const;
 
@@ -73,9 +73,10 @@ public:
     const DeviceState& State() const { return m_state; }
     const RequestHistory& Requests() const { return m_requests; }
     const Faults& ActiveFaults() const { return m_faults; }
-    // In each notification that the faults make up; 0: it varies.
+    // Channels in each notification made up by faults; 0: it varies.
     std::int32_t MadeUpChannels() const { return m_madeUpChannels; }
-    // For one notification to one host; after 4294967295 comes 0. Nothing when they have no numbers.
+    // The number for one notification to one host; 0 follows 4294967295. Nothing when notifications have
+    // none.
     std::optional<std::uint32_t> NextNoticeSeq();
 
 private:
@@ -88,7 +89,7 @@ private:
     JsonLog m_log;
     Faults m_faults;
     std::int32_t m_madeUpChannels;
-    std::optional<std::uint32_t> m_noticeSeq; // of the next notification
+    std::optional<std::uint32_t> m_noticeSeq; // number of the next notification
     RequestHistory m_requests;
     std::function<void()> m_changed;
 };

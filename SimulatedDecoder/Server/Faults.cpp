@@ -25,7 +25,7 @@ std::uint32_t NumberOf(Value value)
 }
 std::uint32_t NumberOf(milliseconds time) { return static_cast<std::uint32_t>(time.count()); }
 
-// Where the number of a fault stands: with its url or with the connection. 0 is off.
+// Where a fault's number is kept: with its url or with the connection. 0 is off.
 template <auto kMember>
 struct Place;
 
@@ -88,7 +88,7 @@ constexpr Row kRows[] = {
     Fault<&Faults::beatEvery>("beat-every", "beat-every=MS", kMaxMilliseconds, "send heartbeats unasked"),
 };
 
-// A spec in its pieces; a piece that was not given is not there, one given empty is empty.
+// A spec split into its parts; a missing part is absent, one given empty is empty.
 struct Pieces {
     std::string_view name;
     std::optional<std::string_view> number;
@@ -110,7 +110,7 @@ Pieces Cut(std::string_view spec)
     return pieces;
 }
 
-// Null when there is no such fault.
+// Null for an unknown fault.
 const Row* FindRow(std::string_view name)
 {
     const auto* row = std::find_if(std::begin(kRows), std::end(kRows),

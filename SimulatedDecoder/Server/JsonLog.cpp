@@ -29,8 +29,8 @@ bool IsEnciphered(std::string_view text)
            });
 }
 
-// Replaces what stands in elements with this name and is not enciphered. Works on the text, because what a
-// host puts there need not be well-formed.
+// Replaces the content of elements with this name that is not enciphered. Works on the text, as a host's
+// request need not be well-formed.
 std::string HidePlain(std::string_view text, const std::string& name)
 {
     const std::string begin = "<" + name;
@@ -40,7 +40,7 @@ std::string HidePlain(std::string_view text, const std::string& name)
         at += begin.size();
         const std::string_view rest = text.substr(at);
         if (rest.empty() || std::string_view("> \t\r\n").find(rest.front()) == std::string_view::npos) {
-            continue; // an element without content, or one whose name goes on
+            continue; // an element without content, or with a longer name
         }
         const std::string_view content = rest.substr(0, rest.find("</" + name));
         if (content != ">" && !IsEnciphered(content.substr(1))) {

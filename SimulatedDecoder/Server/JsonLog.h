@@ -11,16 +11,16 @@
 
 namespace simulated_decoder {
 
-// The requests as they came, one JSON object a line:
+// The requests as received, one JSON object per line:
 //   {"time":"2024-05-01T12:00:00.000Z","connection":1,"url":"dowallclear","seq":7,"request":"<td_command>…",
 //    "credentials":0,"errorcode":0}
-// `url` is empty and `seq` null where the request has none; `errorcode` is null where no code was sent.
-// `credentials` counts the accounts of video sources that were deciphered. In `request`, bytes that are no
+// `url` is empty and `seq` null if the request has none; `errorcode` is null if no code was sent.
+// `credentials` counts the accounts of video sources that were deciphered. In `request`, bytes that are not
 // UTF-8 are replaced, and so are accounts that the host has not enciphered. A line is in the file before the
-// reply is on its way.
+// reply is sent.
 class JsonLog {
 public:
-    // Starts the file anew; std::runtime_error when that cannot be done. Without a path nothing is logged.
+    // Truncates the file; throws std::runtime_error on failure. With an empty path nothing is logged.
     explicit JsonLog(const std::string& path) : m_file(path) {}
 
     void Write(int connection, const RequestContext& context, std::string_view text,

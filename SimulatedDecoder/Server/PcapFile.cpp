@@ -6,10 +6,9 @@ namespace simulated_decoder {
 
 namespace {
 
-// Readers learn the order of the file's bytes from the order of these, and the unit of its times from the
-// value.
+// The order of these bytes tells readers the file's byte order, their value the unit of its times.
 constexpr std::uint32_t kMagicMicroseconds = 0xA1B2C3D4;
-constexpr std::uint32_t kLongestPacket = 262144; // more than any that can come
+constexpr std::uint32_t kLongestPacket = 262144; // longer than any that can occur
 constexpr std::uint32_t kEthernet = 1;
 
 std::string FileHead()

@@ -9,15 +9,15 @@
 
 namespace simulated_decoder {
 
-// Appends the low `size` bytes of a number, at most 8, the highest first: the order of packets, and of our
-// capture files.
+// Appends the low `size` bytes of a number, at most 8, most significant first: the byte order of packets and
+// of our capture files.
 void AppendNumber(std::string& bytes, std::uint64_t number, std::size_t size);
 
 // A capture file in the classic pcap format, for Ethernet packets. A packet is in the file when Write
-// returns, so that the file of a decoder that was killed can be read.
+// returns, so that the file stays readable if the decoder is killed.
 class PcapFile {
 public:
-    // Starts the file anew; std::runtime_error when that cannot be done. Without a path nothing is captured.
+    // Truncates the file; throws std::runtime_error on failure. With an empty path nothing is captured.
     explicit PcapFile(const std::string& path);
 
     // False without a path, and once the file cannot be written any more.

@@ -19,10 +19,10 @@ struct PastRequest {
     std::string url; // printable ASCII
     std::optional<std::uint32_t> seq;
     std::optional<ErrorCode> answered; // the code that was sent
-    const char* words = "";            // what was sent, or that nothing was
+    const char* words = "";            // the outcome in words
 };
 
-// The last requests of all hosts, the newest first.
+// The latest requests of all hosts, newest first.
 class RequestHistory {
 public:
     void Add(PastRequest request)

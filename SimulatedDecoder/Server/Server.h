@@ -18,11 +18,11 @@
 
 namespace simulated_decoder {
 
-// Accepts hosts, up to 64 at the same time, and keeps their connections. Context, device and capture outlive
-// it; runs on the context's thread. The destructor closes all connections.
+// Accepts up to 64 hosts at a time and keeps their connections. Context, device and capture outlive it; runs
+// on the context's thread. The destructor closes all connections.
 class Server {
 public:
-    // Listens when it returns. ListenError, with a text for the user, when that cannot be done.
+    // Listens on return. Throws ListenError, with a text for the user, on failure.
     Server(asio::io_context& context, Device& device, PcapFile& capture, const std::string& host,
            std::uint16_t port);
     ~Server();
@@ -30,17 +30,17 @@ public:
     Server& operator=(const Server&) = delete;
 
     std::uint16_t Port() const { return m_acceptor.Port(); }
-    // Tells every host that is logged in.
+    // Notifies every logged-in host.
     void Notify(const ChannelChange& change);
-    // Switches a fault of the device, also for the hosts that are connected. Empty when that went well, else
-    // what did not, in one line.
+    // Switches a fault of the device, for connected hosts too. Returns an empty string on success, else a
+    // one-line reason.
     std::string SwitchFault(std::string_view spec, bool on);
     std::vector<HostStatus> Hosts() const;
     // Address and port as numbers.
     std::string Where() const { return m_acceptor.Where(); }
 
 private:
-    // In the period of this fault, as long as it is active.
+    // At this fault's period, as long as it is active.
     void FlapChannels();
     void TurnChannels();
     void Welcome(asio::ip::tcp::socket socket);

@@ -15,8 +15,8 @@ inline constexpr std::size_t kMaxGroupChannels = 64;
 
 // Input channels through which a sub-window cycles.
 struct ChannelGroup {
-    std::int32_t id = 0; // from 1; hosts mean all groups by 0
-    std::string name;    // without control characters, in whatever character set the host has
+    std::int32_t id = 0; // from 1; to hosts 0 means all groups
+    std::string name;    // without control characters, in the host's character set
     std::uint32_t interval = 0;
     std::vector<std::int32_t> channels;
 };
@@ -26,7 +26,7 @@ class ChannelGroups {
 public:
     const std::map<std::int32_t, ChannelGroup>& All() const { return m_groups; }
     bool Has(std::int32_t id) const { return m_groups.count(id) != 0; }
-    // Grows with every change.
+    // Increases with every change.
     std::uint64_t Revision() const { return m_revision; }
 
     ErrorCode Add(ChannelGroup group);

@@ -1,5 +1,5 @@
 #pragma once
-// The messages about input channels: what hosts are told unasked, and what they get when they ask.
+// The messages about input channels: notifications, and replies to hosts that ask.
 
 #include <cstdint>
 #include <optional>
@@ -18,9 +18,9 @@ void AddChannelList(tinyxml2::XMLElement& body, const InputChannels& channels);
 std::string ChannelChangeNotice(const InputChannels& channels, std::optional<std::uint32_t> seq);
 std::string ChannelStateNotice(const InputChannels& channels, std::optional<std::uint32_t> seq);
 
-// Notifications about channels that are made up: by turns the list of the channels and the list of their
-// states. Unless their length is fixed, both lists grow by one channel from pair to pair and start over at
-// 256, so that the lengths vary.
+// Notifications about made-up channels: alternately the list of channels and the list of their states. Unless
+// their length is fixed, both lists grow by one channel from pair to pair, up to 256 and then from the start,
+// so that lengths vary.
 class MadeUpNotices {
 public:
     // The number of channels in every list; 0: it varies.

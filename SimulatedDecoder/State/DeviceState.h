@@ -10,15 +10,15 @@
 
 namespace simulated_decoder {
 
-// All that requests ask for or change.
+// Everything that requests read or change.
 struct DeviceState {
-    std::string name; // of the device, for whoever looks after it
+    std::string name; // of the device, for whoever operates it
     Wall wall;
     ChannelGroups groups{};
     InputChannels channels{};
     SourceAccounts sources{};
 
-    // Grows whenever something changes that the pictures show.
+    // Increases whenever something shown in the pictures changes.
     std::uint64_t PictureRevision() const { return wall.Revision() + groups.Revision(); }
 };
 

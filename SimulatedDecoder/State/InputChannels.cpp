@@ -90,7 +90,7 @@ ChannelChange InputChannels::Replace(const InputChannels& next)
     change.list = !std::equal(
         m_channels.begin(), m_channels.end(), next.m_channels.begin(), next.m_channels.end(),
         [](const InputChannel& a, const InputChannel& b) { return a.id == b.id && a.name == b.name; });
-    // A list that has changed comes with the states of its own.
+    // A changed list brings its own states.
     change.states = change.list || m_channels != next.m_channels;
     m_channels = next.m_channels;
     return change;

@@ -16,19 +16,19 @@ struct InputChannel {
     bool operator==(const InputChannel&) const = default;
 };
 
-// What has changed about the channels.
+// What has changed in the channels.
 struct ChannelChange {
-    bool list = false;   // there are other channels, or they have other names
-    bool states = false; // some went off or on
+    bool list = false;   // channels were added, removed or renamed
+    bool states = false; // some went offline or online
 };
 
-// The sources that the decoder can show by number.
+// The sources that the decoder can show by channel number.
 class InputChannels {
 public:
     // "Camera 1" and so on, all of them online.
     static InputChannels MadeUp(std::int32_t count);
-    // From a file with a JSON list of {"id":1,"name":"Gate","online":true}, each id once; std::runtime_error
-    // with one line for the user when it cannot be read.
+    // From a file with a JSON list of {"id":1,"name":"Gate","online":true}, each id once; throws
+    // std::runtime_error with one line for the user when it cannot be read.
     static InputChannels Load(const std::string& path);
 
     const std::vector<InputChannel>& All() const { return m_channels; }
@@ -36,7 +36,7 @@ public:
     bool IsOnline(const InputChannel& channel) const { return channel.online && !m_outage; }
 
     ChannelChange Replace(const InputChannels& next);
-    // While it lasts no channel is online.
+    // During an outage no channel is online.
     void SetOutage(bool outage) { m_outage = outage; }
     bool IsOutage() const { return m_outage; }
 

@@ -1,5 +1,5 @@
 #pragma once
-// Who may use the decoder: the account, the keys under which it is asked for, and the session of each host.
+// Who may use the decoder: the account, the keys that encipher it, and the session of each host.
 
 #include <memory>
 #include <string>
@@ -10,10 +10,10 @@
 
 namespace simulated_decoder {
 
-// Hosts that may be logged in at the same time.
+// Most hosts logged in at a time.
 inline constexpr int kMaxLoggedIn = 32;
 
-// Under the first key hosts send account and digest, under the second the passwords of video sources.
+// Hosts encipher account and digest under the first key, passwords of video sources under the second.
 struct DeskKeys {
     RsaKeyPair login;
     RsaKeyPair source;
@@ -39,8 +39,7 @@ private:
     int m_loggedIn = 0;
 };
 
-// The session of one connection; it ends with the connection. `desk` must outlive every session that is
-// logged in.
+// The session of one connection; ends with the connection. `desk` must outlive every logged-in session.
 class HostSession {
 public:
     explicit HostSession(LoginDesk& desk) : m_desk(desk) {}
@@ -48,13 +47,13 @@ public:
     HostSession(const HostSession&) = delete;
     HostSession& operator=(const HostSession&) = delete;
 
-    // A new session id; a login made under the old one ends.
+    // A new session id; a login under the old one ends.
     const std::string& Open();
     // On success there is a new token.
     ErrorCode LogIn(std::string_view account, std::string_view authentication);
     void LogOut();
 
-    // No text is the id of a session that was not opened, and none is the token of a host not logged in.
+    // Before the session is opened no text matches its id, and before login none matches its token.
     bool IsSession(std::string_view id) const { return !m_id.empty() && id == m_id; }
     bool IsToken(std::string_view token) const { return IsLoggedIn() && token == m_token; }
     bool IsLoggedIn() const { return !m_token.empty(); }

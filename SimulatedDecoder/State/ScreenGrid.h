@@ -14,7 +14,7 @@ namespace simulated_decoder {
 inline constexpr std::int64_t kScreenWidth = 1920;
 inline constexpr std::int64_t kScreenHeight = 1080;
 
-inline constexpr int kMaxScreens = 16; // in a row or in a column
+inline constexpr int kMaxScreens = 16; // per row and per column
 // Outputs are numbered from 1; there is one for each screen of the largest wall.
 inline constexpr std::uint32_t kOutputs = std::uint32_t{kMaxScreens} * kMaxScreens;
 
@@ -36,7 +36,7 @@ struct Binding {
     GridPosition position;
 };
 
-// Each operation is carried out whole or not at all. At first no screen is bound.
+// Each operation is done completely or not at all. At first no screen is bound.
 class ScreenGrid {
 public:
     // Rows and columns from 1 to kMaxScreens.
@@ -44,12 +44,12 @@ public:
 
     int Rows() const { return m_rows; }
     int Columns() const { return m_columns; }
-    // The output at each position that is bound.
+    // The output at each bound position.
     const std::map<GridPosition, std::uint32_t>& Bound() const { return m_bound; }
 
-    // The binding of a screen that is left out goes with it.
+    // A screen that is dropped loses its binding.
     ErrorCode Resize(int rows, int columns);
-    // An output feeds one screen and a screen shows one output; neither is taken from the other unasked.
+    // An output feeds one screen and a screen shows one output; no binding is replaced implicitly.
     ErrorCode Bind(const std::vector<Binding>& bindings);
     ErrorCode Unbind(const std::vector<GridPosition>& positions);
 

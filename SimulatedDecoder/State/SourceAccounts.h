@@ -6,20 +6,20 @@
 
 namespace simulated_decoder {
 
-// The accounts with which video sources can be opened. Keeps digests of the passwords, not the passwords.
+// The accounts that open video sources. Keeps digests of the passwords, not the passwords.
 class SourceAccounts {
 public:
-    // Every account is right.
+    // Every account is valid.
     SourceAccounts() = default;
-    // From a file with lines USER:PASSWORD; a password may hold colons. std::runtime_error with one line for
-    // the user, who sees no line of the file, when it cannot be read.
+    // From a file with lines USER:PASSWORD; a password may hold colons. Throws std::runtime_error with one
+    // line for the user, which quotes nothing from the file, when it cannot be read.
     static SourceAccounts Load(const std::string& path);
 
     bool Accept(std::string_view user, std::string_view password) const;
 
 private:
     bool m_limited = false;
-    std::multimap<std::string, std::string, std::less<>> m_digests; // of each user's passwords
+    std::multimap<std::string, std::string, std::less<>> m_digests; // digests of each user's passwords
 };
 
 } // namespace simulated_decoder

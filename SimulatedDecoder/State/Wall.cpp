@@ -25,7 +25,7 @@ ErrorCode CheckSplit(const Split& split)
     return ErrorCode::Success;
 }
 
-// The windows that one request changes, as copies until all of it has been found good.
+// Copies of the windows that one request changes, until the whole request has proved valid.
 class Draft {
 public:
     explicit Draft(std::vector<Window>& windows) : m_windows(windows)
@@ -35,7 +35,7 @@ public:
         }
     }
 
-    // To be changed; null when there is no such window.
+    // For changing; null when there is no such window.
     Window* Find(std::uint32_t id)
     {
         const auto place = m_places.find(id);
@@ -73,7 +73,7 @@ ErrorCode ChangeEach(std::vector<Window>& windows, const Items& items, Function 
     return ErrorCode::Success;
 }
 
-// The new split, with what the sub-windows showed that were there before.
+// The new split; sub-windows that existed before keep what they showed.
 Split Inherit(Split split, const Split& before)
 {
     for (SubWindow& subWindow : split.subWindows) {
@@ -201,7 +201,7 @@ ErrorCode Wall::Destroy(const std::vector<std::uint32_t>& ids)
     std::vector<Window> rest;
     std::copy_if(m_windows.begin(), m_windows.end(), std::back_inserter(rest),
                  [&](const Window& window) { return doomed.count(window.id) == 0; });
-    // An id that is unknown or given twice has taken no window along.
+    // An unknown or repeated id has moved no window.
     if (rest.size() + ids.size() != m_windows.size()) {
         return ErrorCode::UnknownWindow;
     }

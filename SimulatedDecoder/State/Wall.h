@@ -26,23 +26,22 @@ struct WindowSplit {
     Split split;
 };
 
-// What happens to one sub-window; anything but success refuses the whole request.
+// What happens to one sub-window; any result but success refuses the whole request.
 using SubWindowChange = std::function<ErrorCode(SubWindow&)>;
 
-// The sub-windows of one window by their indexes, each with what happens to it.
+// The sub-windows of one window by index, each with its change.
 struct WindowOrder {
     std::uint32_t id = 0;
     std::vector<std::pair<std::uint32_t, SubWindowChange>> changes;
 };
 
-// What the wall shows of all windows.
+// Display switches for all windows.
 struct DisplaySwitches {
-    bool borders = true; // of the sub-windows that have one
+    bool borders = true; // for the sub-windows that have one
     bool windowIds = true;
 };
 
-// A change of several windows is made whole or not at all: when one of them is refused, the wall stays as it
-// was.
+// A change to several windows is made completely or not at all: if one is refused, the wall stays as it was.
 class Wall {
 public:
     // Rows and columns of screens.
@@ -56,37 +55,37 @@ public:
     std::int64_t Height() const { return Rows() * kScreenHeight; }
     const DisplaySwitches& Switches() const { return m_switches; }
 
-    // From the lowest layer to the highest; the layer of the first is 1.
+    // From the lowest layer, 1, to the highest.
     const std::vector<Window>& Windows() const { return m_windows; }
-    // Whether some sub-window cycles through the group.
+    // Whether any sub-window cycles through the group.
     bool IsPolled(std::int32_t group) const;
-    // Grows with every change.
+    // Increases with every change.
     std::uint64_t Revision() const { return m_revision; }
 
-    // Refused when a window would be left out wholly. The binding of a screen that is left out goes with it.
+    // Refused when a window would be entirely off the wall. A screen that is dropped loses its binding.
     ErrorCode Resize(int rows, int columns);
     ErrorCode Bind(const std::vector<Binding>& bindings);
     ErrorCode Unbind(const std::vector<GridPosition>& positions);
     void Switch(const DisplaySwitches& switches);
 
-    // New windows go on top, the last of the list topmost.
+    // New windows go on top, the last in the list topmost.
     ErrorCode Create(const std::vector<Window>& windows);
-    // Puts these windows in the place of all others, the last of the list topmost.
+    // Replaces all windows by these, the last in the list topmost.
     ErrorCode Replace(std::vector<Window> windows);
     ErrorCode Move(const std::vector<WindowMove>& moves);
-    // A sub-window that is still there afterwards goes on with what it showed.
+    // A sub-window that still exists afterwards keeps what it showed.
     ErrorCode Resplit(const std::vector<WindowSplit>& splits);
     ErrorCode Destroy(const std::vector<std::uint32_t>& ids);
     ErrorCode Raise(std::uint32_t id);
     void Clear();
 
-    // Lets one sub-window fill its window, or all of them be seen again.
+    // Lets one sub-window fill its window, or shows all of them again.
     ErrorCode Zoom(std::uint32_t id, std::uint32_t index, bool zoomed);
     ErrorCode ChangeSubWindows(const std::vector<WindowOrder>& orders);
 
 private:
     ErrorCode Changed(ErrorCode code);
-    // It may reach over any edge, but a pixel of it lies on the wall.
+    // It may extend beyond any edge, but at least one pixel lies on the wall.
     ErrorCode CheckRect(const Rect& rect) const;
     ErrorCode CheckWindow(const Window& window) const;
 
