@@ -47,7 +47,7 @@ Exit status:
   3  cannot listen)";
 }
 
-// The address that an option gives. Throws CLI::Error.
+// The address given by an option. Throws CLI::Error.
 void ReadAddress(const char* option, const std::string& text, std::string& host, std::uint16_t& port)
 {
     auto address = tools::ParseAddress(text, 0);
@@ -75,7 +75,7 @@ std::string ReadPassword(const std::string& path)
     return *std::move(line);
 }
 
-// The names of options that are unknown, without their values and other words: one may be a password.
+// The names of unknown options, without values or other words: one may be a password.
 std::string UnknownOptions(const std::vector<std::string>& remaining)
 {
     std::string names;
@@ -87,7 +87,7 @@ std::string UnknownOptions(const std::vector<std::string>& remaining)
     return names.empty() ? "an argument that belongs to no option; see --help" : "unknown option" + names;
 }
 
-// The options, and the words of the command line that are still to be interpreted.
+// The options, and the words of the command line still to be interpreted.
 struct CommandLine {
     Options options;
     std::string listen = "127.0.0.1:0";

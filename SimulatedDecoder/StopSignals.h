@@ -9,8 +9,8 @@
 namespace simulated_decoder {
 
 // Stops the context at SIGINT or SIGTERM, from a thread of its own: the context's may be busy with a long
-// request or stand in front of a pipe that nobody reads. When this object is still there half a second later,
-// the process ends at once, with status 0.
+// request or blocked on a pipe that nobody reads. If this object still exists half a second later, the
+// process ends at once, with status 0.
 class StopSignals {
 public:
     explicit StopSignals(asio::io_context& context);

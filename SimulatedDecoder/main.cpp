@@ -43,7 +43,7 @@ int Complain(const char* what, int status)
     return status;
 }
 
-// As long as the program runs, a hang-up has the channels read again.
+// As long as the program runs, a hang-up signal makes it reread the channels.
 void ReloadOnHangUp(asio::signal_set& hangUps, Device& device, Server& server)
 {
     hangUps.async_wait([&](const std::error_code& cancelled, int) {
@@ -57,7 +57,7 @@ void ReloadOnHangUp(asio::signal_set& hangUps, Device& device, Server& server)
 int Run(const Options& options)
 {
     asio::io_context context(1);
-    // From here on, so that a signal during the start ends the program cleanly, too.
+    // From here on, so that a signal during startup also ends the program cleanly.
     const StopSignals signals(context);
     asio::signal_set hangUps(context, SIGHUP);
 

@@ -9,14 +9,14 @@
 
 namespace simulated_decoder {
 
-// What a page shows, in three parts: what the decoder is, its wall, and what hosts and faults do. Each part
-// is put into words once for all pages, when one asks. All of it on the thread of the device.
+// What a page shows, in three parts: the decoder, its wall, and the activity of hosts and faults. Each part
+// is formatted once for all pages, when one asks. Device thread only.
 class PageNews {
 public:
-    // A part in words; null: not told yet.
+    // A formatted part; null: not sent yet.
     using Text = std::shared_ptr<const std::string>;
 
-    // All that is known, or what a page was told last.
+    // The current state, or what a page was last sent.
     struct Parts {
         std::uint64_t revision = 0;
         Text about;
@@ -24,16 +24,15 @@ public:
         Text activity;
     };
 
-    // Both outlive it.
+    // Both outlive this object.
     PageNews(const Device& device, const Server& hosts) : m_device(device), m_hosts(hosts) {}
 
-    // To be called when something has changed.
+    // Call when something has changed.
     void Changed() { ++m_revision; }
     bool KnowsMoreThan(const Parts& told) const { return told.revision != m_revision; }
 
     const Parts& Now();
-    // As server-sent events, what is different from what was told, which it is not any more then. Empty when
-    // there is nothing.
+    // The differences from `told` as server-sent events; brings `told` up to date. Empty when there are none.
     std::string Tell(Parts& told);
     // The wall as an SVG image.
     const std::string& Picture();
@@ -43,7 +42,7 @@ private:
     const Server& m_hosts;
     std::uint64_t m_revision = 1;
     Parts m_now;
-    std::uint64_t m_wallRevision = 0; // of m_now.wall
+    std::uint64_t m_wallRevision = 0; // revision of m_now.wall
     std::string m_picture;
     std::uint64_t m_pictureRevision = 0;
 };

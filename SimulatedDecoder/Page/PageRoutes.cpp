@@ -27,7 +27,7 @@ PageAnswer Say(unsigned status, const std::string& text)
     return {status, "text/plain; charset=utf-8", text + "\n"};
 }
 
-// The host of "HOST" or "HOST:PORT", where HOST is a name or an address, an IPv6 one in brackets.
+// The host of "HOST" or "HOST:PORT", where HOST is a name or an address, IPv6 in brackets.
 std::string_view HostName(std::string_view host)
 {
     if (host.starts_with('[')) {
@@ -36,7 +36,7 @@ std::string_view HostName(std::string_view host)
     return host.substr(0, host.find(':'));
 }
 
-// Under any other name somebody else's page may be meant, which has that name lead here.
+// Any other name may belong to a foreign page that resolves it to this address.
 bool IsOwnName(std::string_view name, std::string_view ownHost)
 {
     std::error_code error;

@@ -7,25 +7,25 @@
 
 namespace simulated_decoder {
 
-// What a browser asks, as far as it matters here.
+// A browser's request, as far as it matters here.
 struct PageRequest {
     std::string method;
     std::string path; // without a query
     std::string body;
     std::optional<std::string> host, origin, contentType; // headers
-    bool hasLength = false;                               // the length of the body is told beforehand
+    bool hasLength = false;                               // the body's length is announced
     bool isChunked = false;
     bool isCompressed = false;
 };
 
 struct PageAnswer {
     unsigned status = 200;
-    const char* type = nullptr; // of the content; null when there is none
+    const char* type = nullptr; // content type; null when there is no content
     std::string content;
-    bool goesOn = false; // with server-sent events
+    bool goesOn = false; // continues with server-sent events
 };
 
-// What a browser may ask for:
+// What a browser may request:
 //   GET /, /page.css, /page.js  the page
 //   GET /wall.svg               the picture of the wall
 //   GET /events                 server-sent events `about`, `wall` and `activity`, each when it has changed
@@ -33,13 +33,14 @@ struct PageAnswer {
 //   GET /windows/ID             one window with all of its sub-windows
 //   POST /faults                {"fault":"delay=500@dowallclear","on":true}: switches a fault as the command
 //                               line gives it; to be switched off it needs no number
-// Pages of other sites are kept away: they may not switch faults, nor get here by a name of their own.
+// Pages of other sites are kept out: they may not switch faults, nor reach this server under a name of their
+// own.
 class PageRoutes {
 public:
-    // All three outlive it, and `ownHost` is the one at which the decoder listens.
+    // All three outlive this object; `ownHost` is the address at which the decoder listens.
     PageRoutes(PageNews& news, Device& device, Server& hosts, std::string ownHost);
 
-    // On the thread of the device.
+    // Device thread only.
     PageAnswer Answer(const PageRequest& request);
 
 private:

@@ -28,15 +28,15 @@ using ConnectionId = restinio::connection_id_t;
 using Events = restinio::response_builder_t<restinio::chunked_output_t>;
 
 constexpr std::size_t kMaxVisitors = 32;
-constexpr std::uint32_t kMaxHeaders = 65536; // bytes of them all
+constexpr std::uint32_t kMaxHeaders = 65536; // bytes, all headers together
 constexpr std::size_t kMaxFields = 128;
-constexpr std::size_t kMaxBody = 4096; // longer ones are not even refused
+constexpr std::size_t kMaxBody = 4096; // longer bodies are not even refused
 constexpr milliseconds kWriteTime{30000};
-constexpr milliseconds kTimeCheck{250}; // how often times are looked at
+constexpr milliseconds kTimeCheck{250}; // how often deadlines are checked
 
-// More often than this a page is not told about changes.
+// Shortest time between two updates of a page.
 constexpr milliseconds kPace{100};
-// After that long without news it is told that there are none: so it is found out when a browser has gone.
+// After this long without news a page is told that there is none, to find out whether its browser is gone.
 constexpr milliseconds kSilence{10000};
 
 constexpr std::pair<const char*, const char*> kHeaders[] = {
@@ -51,7 +51,7 @@ constexpr std::pair<const char*, const char*> kHeaders[] = {
 
 // NOLINTBEGIN(readability-identifier-naming): the library's names
 
-// Counts the connections and turns away those that are too many.
+// Counts the connections and refuses excess ones.
 class Visitors {
 public:
     restinio::ip_blocker::inspection_result_t inspect(const restinio::ip_blocker::incoming_info_t&) noexcept
@@ -134,11 +134,11 @@ public:
     const std::string& Where() const { return m_where; }
 
 private:
-    // A page that is told what is new.
+    // A page that receives updates.
     struct Follower {
         Events events;
         PageNews::Parts told;
-        bool isTaking = false; // what it was sent last
+        bool isTaking = false; // it has not yet taken the last update
     };
 
     restinio::server_settings_t<Traits> MakeSettings(const std::string& host, std::uint16_t port,
@@ -167,7 +167,7 @@ private:
 
     restinio::request_handling_status_t Serve(restinio::request_t& request)
     {
-        // Times are not looked at in a connection that is to be upgraded, so not much may be sent there.
+        // Deadlines are not checked on a connection about to be upgraded, so little may be sent there.
         PageAnswer answer = request.header().has_field(restinio::http_field::upgrade)
                                 ? PageAnswer{501, nullptr, ""}
                                 : m_routes.Answer(Read(request));
@@ -210,7 +210,7 @@ private:
         Tell(id, follower);
     }
 
-    // Whoever is slow gets the newest state when there is room, not a queue of old ones.
+    // A slow browser gets the newest state when there is room, not a queue of old ones.
     void Tell(ConnectionId id, Follower& follower)
     {
         if (follower.isTaking) {
@@ -280,7 +280,7 @@ private:
     PageNews m_news;
     PageRoutes m_routes;
     std::string m_where;
-    asio::steady_timer m_timer; // for the next time that all are told
+    asio::steady_timer m_timer; // for the next update of all pages
     bool m_toldSoon = false;
     Clock::time_point m_lastTold;
     restinio::http_server_t<Traits> m_server;

@@ -12,17 +12,16 @@
 
 namespace simulated_decoder {
 
-// Serves the page to up to 32 connections of browsers at the same time. Runs on the context's thread, and
-// waits for no browser there: one that takes too long to ask, or to take what it asked for, or that asks with
-// more than 64 KiB, is hung up on.
+// Serves the page to up to 32 browser connections at a time. Runs on the context's thread without waiting for
+// any browser: one that takes too long to send its request or to take the response, or whose request exceeds
+// 64 KiB, is disconnected.
 class PageServer {
 public:
-    // Listens when it returns, and watches the device. ListenError, with a text for the user, when that
-    // cannot be done. `requestTime` is what a browser has to send a request. Context, device and hosts
-    // outlive it.
+    // Listens on return, and watches the device. Throws ListenError, with a text for the user, on failure.
+    // `requestTime` is how long a browser may take to send a request. Context, device and hosts outlive it.
     PageServer(asio::io_context& context, Device& device, Server& hosts, const std::string& host,
                std::uint16_t port, std::chrono::milliseconds requestTime = std::chrono::seconds(5));
-    // On the context's thread, or when that has ended.
+    // On the context's thread, or after it has ended.
     ~PageServer();
     PageServer(const PageServer&) = delete;
     PageServer& operator=(const PageServer&) = delete;

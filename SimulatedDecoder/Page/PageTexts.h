@@ -1,5 +1,5 @@
 #pragma once
-// What the page is told, each a JSON object in one line. No account is in any of it.
+// The texts sent to the page, each a JSON object on one line. None contains an account.
 
 #include <string>
 #include <vector>
@@ -10,16 +10,15 @@
 
 namespace simulated_decoder {
 
-// What never changes: {"name", "version", "faults": what can be made to go wrong, "urls": with which
-// requests}.
+// What never changes: {"name", "version", "faults": the available faults, "urls": the requests they can
+// affect}.
 std::string AboutJson(const Device& device);
 
-// The screens and all windows from the lowest layer to the highest. Only those that are seen with their
-// sub-windows have "cells".
+// The screens and all windows, lowest layer first. Only windows drawn with their sub-windows have "cells".
 std::string WallJson(const WallView& view);
 std::string WindowJson(const WindowView& view);
 
-// Hosts, last requests and active faults.
+// Hosts, latest requests and active faults.
 std::string ActivityJson(const Device& device, const std::vector<HostStatus>& hosts);
 
 } // namespace simulated_decoder

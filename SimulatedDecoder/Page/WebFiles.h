@@ -1,5 +1,5 @@
 #pragma once
-// The files of the page as they stand in web/; the build puts them into the program.
+// The page's files from web/; the build embeds them in the program.
 
 #include <string_view>
 

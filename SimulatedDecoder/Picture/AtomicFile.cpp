@@ -13,7 +13,7 @@ namespace simulated_decoder {
 
 namespace {
 
-// A name that nobody else can have put a file or a link under beforehand.
+// An unpredictable name, so that nobody can have placed a file or a link there.
 std::string PassingName(const std::string& path)
 {
     std::random_device random;

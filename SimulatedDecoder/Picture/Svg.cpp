@@ -6,7 +6,7 @@ namespace simulated_decoder {
 
 namespace {
 
-constexpr double kCharacter = 0.58; // of the size of the font, on average
+constexpr double kCharacter = 0.58; // average width, relative to the font size
 constexpr std::size_t kLeastShortened = 5;
 
 std::string Escape(std::string_view text)

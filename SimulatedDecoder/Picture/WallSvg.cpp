@@ -13,11 +13,11 @@ namespace simulated_decoder {
 
 namespace {
 
-// In the picture's own units, like everything below that is not said to be in wall coordinates.
+// In the picture's own units, like everything below unless wall coordinates are named.
 constexpr double kMargin = 32;
 constexpr double kTitleHeight = 92;
 constexpr double kBareMargin = 8;
-constexpr double kBareShare = 0.625; // of the size, so that texts are large
+constexpr double kBareShare = 0.625; // share of the full size, so that texts are large
 constexpr double kMaxWallWidth = 1216;
 constexpr double kMaxWallHeight = 720;
 constexpr double kMinWidth = 704;
@@ -34,7 +34,7 @@ constexpr const char* kSoftVideoText = "#cbd5e1";
 constexpr const char* kFrameColour = "#f59e0b";
 constexpr const char* kSound = "#22c55e";
 
-// What a page may colour in its own way has a class.
+// Elements that a page may restyle have a class.
 constexpr const char* kPlaysLook = "class=\"plays\" fill=\"#1e293b\"";
 constexpr const char* kPollsLook = "class=\"polls\" fill=\"#4c1d95\"";
 
@@ -62,7 +62,7 @@ std::string Describe(const Rect& rect)
     return fmt::format("{},{} · {} × {}", rect.x, rect.y, rect.width, rect.height);
 }
 
-// A loudspeaker, as high as wide.
+// A loudspeaker, as wide as it is high.
 void DrawSpeaker(Svg& svg, double x, double y, double size)
 {
     const double u = size / 10;
@@ -74,13 +74,13 @@ void DrawSpeaker(Svg& svg, double x, double y, double size)
         fmt::format("fill=\"none\" stroke=\"{}\" stroke-width=\"{:.1f}\"", kSound, 1.2 * u));
 }
 
-// A sub-window in its area: what it is on top, what it shows in the middle.
+// A sub-window in its area: its name on top, what it shows in the middle.
 struct CellDrawing {
     Svg& svg;
     const WindowView& window;
     const CellView& cell;
     Area area;
-    double size; // of the title
+    double size; // font size of the title
     const Colour& colour = ColourOf(window);
 
     void Draw() const
@@ -180,7 +180,7 @@ public:
             DrawLegend();
         }
         DrawScreens();
-        // What of a window lies beyond the wall is cut off.
+        // Clips the part of a window beyond the wall.
         m_svg.Add("<clipPath id=\"wall\"><path d=\"M{:.1f} {:.1f}h{:.1f}v{:.1f}h{:.1f}z\"/></clipPath>\n",
                   m_wall.x, m_wall.y, m_wall.width, m_wall.height, -m_wall.width);
         m_svg.Open("<g id=\"wall-windows\" clip-path=\"url(#wall)\">");
@@ -230,7 +230,7 @@ private:
         m_svg.Text(kMargin, 65, text, {15, kSoftInk});
     }
 
-    // From the right to the left, on the line of the title.
+    // From right to left, on the title's line.
     void DrawLegend()
     {
         double x = m_width - kMargin;
@@ -266,7 +266,7 @@ private:
         m_svg.Close();
     }
 
-    // Over the windows: the screens that show something, by the outputs that feed them.
+    // On top of the windows: the outputs that feed the screens showing something.
     void DrawOutputs()
     {
         for (const ScreenView& screen : m_view.screens) {
@@ -305,7 +305,7 @@ private:
 
     void DrawInside(const WindowView& window, const Area& area)
     {
-        // What is seen of it carries its name, even where its own upper edge is cut off.
+        // Its visible part carries its name, even if its own upper edge is cut off.
         const Area seen = area.Common(OnPicture(window.seen));
         const double height = std::min(24.0, seen.height / 4);
         const double size = height * 0.6;
@@ -319,7 +319,7 @@ private:
         }
     }
 
-    // For the strip on top, as full as there is room; empty without any.
+    // For the strip on top, as full as it fits; empty if there is no room.
     std::string NameFor(const WindowView& window, double room, double size) const
     {
         if (!m_view.switches.windowIds || size < 4) {
@@ -352,7 +352,7 @@ private:
         }
     }
 
-    // Where a window reaches over several screens, one sees through it where they meet.
+    // A window that spans several screens lets their borders show through.
     void DrawSeams(const Rect& rect)
     {
         const Area area = OnPicture(rect);
@@ -372,7 +372,7 @@ private:
         }
     }
 
-    // The windows from the highest layer down, column by column.
+    // The windows, highest layer first, column by column.
     void DrawList()
     {
         const std::size_t count = m_view.windows.size();
@@ -404,7 +404,7 @@ private:
     double m_left;
     Area m_wall;
     double m_width;
-    std::size_t m_listColumns; // at least 1, by kMinWidth, where there is a list
+    std::size_t m_listColumns; // at least 1, thanks to kMinWidth, when there is a list
     Svg m_svg;
 };
 

@@ -17,17 +17,17 @@ constexpr std::int64_t kMaxColumns = 96; // characters across the wall, without 
 constexpr std::int64_t kMaxLines = 32;
 constexpr std::size_t kMaxTableLines = 100;
 
-// Corners, edges and middle of a box, row by row, and what one is made of that is too thin for them.
+// Corners, edges and middle of a box, row by row, and the characters of a box too thin for them.
 struct Pen {
     const char* strokes[3][3];
     const char* bar;
 };
 constexpr Pen kScreenPen{{{"┌", "─", "┐"}, {"│", " ", "│"}, {"└", "─", "┘"}}, "·"};
 constexpr Pen kWindowPen{{{"╔", "═", "╗"}, {"║", " ", "║"}, {"╚", "═", "╝"}}, "■"};
-// Where screens meet, their corners do.
+// Where screens meet, so do their corners.
 constexpr const char* kJoints[3][3] = {{"┌", "┬", "┐"}, {"├", "┼", "┤"}, {"└", "┴", "┘"}};
 
-// 0 at the first, 2 at the last, 1 between.
+// 0 for the first, 2 for the last, 1 in between.
 std::size_t Third(std::int64_t value, std::int64_t first, std::int64_t last)
 {
     return value == first ? 0 : value == last ? 2 : 1;
@@ -38,7 +38,7 @@ struct Box {
     std::int64_t left, top, right, bottom;
 };
 
-// A sheet of characters; what lies beyond its open part, at first all of it, is not drawn.
+// A sheet of characters; nothing is drawn outside its open part, at first the whole sheet.
 class Sheet {
 public:
     Sheet(std::int64_t columns, std::int64_t lines)
@@ -49,9 +49,9 @@ public:
     }
 
     const Box& Open() const { return m_open; }
-    // Closes the lines and columns at its edges.
+    // Closes the rows and columns at its edges.
     void CloseEdges() { m_open = {m_open.left + 1, m_open.top + 1, m_open.right - 1, m_open.bottom - 1}; }
-    // What of the box lies in the open part.
+    // The part of the box inside the open part.
     Box Clip(const Box& box) const
     {
         return {std::max(box.left, m_open.left), std::max(box.top, m_open.top),
@@ -65,7 +65,7 @@ public:
         }
     }
 
-    // A frame around an empty inside, or where there is no inside, a bar.
+    // A frame around an empty inside, or a bar if there is no inside.
     void Draw(const Box& box, const Pen& pen)
     {
         const bool thin = box.right <= box.left || box.bottom <= box.top;
@@ -79,7 +79,7 @@ public:
         }
     }
 
-    // An ASCII text from `column` on, when it ends before `end`.
+    // An ASCII text from `column` on, if it ends before `end`.
     void Write(std::int64_t column, std::int64_t line, std::int64_t end, std::string_view text)
     {
         if (column + static_cast<std::int64_t>(text.size()) > end) {
@@ -102,7 +102,7 @@ public:
 private:
     std::int64_t m_columns;
     Box m_open;
-    std::vector<std::string> m_cells; // a character of UTF-8 each
+    std::vector<std::string> m_cells; // one UTF-8 character each
 };
 
 class Drawing {
@@ -117,7 +117,7 @@ public:
         for (const ScreenView& screen : m_view.screens) {
             DrawScreen(screen);
         }
-        m_sheet.CloseEdges(); // the frame of the wall stays visible around windows that reach over it
+        m_sheet.CloseEdges(); // the wall's frame stays visible around windows that extend beyond it
         for (const WindowView& window : m_view.windows) {
             if (!window.covered) {
                 DrawWindow(window);
@@ -127,7 +127,7 @@ public:
     }
 
 private:
-    // A character is about twice as high as wide; a screen is 16 by 9.
+    // A character is about twice as high as it is wide; a screen is 16 by 9.
     static std::int64_t LinesFor(std::int64_t screenColumns)
     {
         return std::max<std::int64_t>(2, (screenColumns * kScreenHeight + kScreenWidth) / (2 * kScreenWidth));
@@ -166,8 +166,8 @@ private:
         }
     }
 
-    // Windows are drawn inside the lines of the screens, so that those stay visible between them. However
-    // little of one lies on the wall, a character of it is seen.
+    // Windows are drawn inside the screens' lines, so that these stay visible between them. However little of
+    // a window lies on the wall, at least one character shows.
     void DrawWindow(const WindowView& window)
     {
         const Rect& rect = window.rect;
@@ -218,7 +218,7 @@ private:
         }
     }
 
-    // What it is, and below, as far as there is room, what it shows.
+    // Its name and below it, space permitting, what it shows.
     void DrawCell(const Box& box, const CellView& cell)
     {
         const std::int64_t lines = box.bottom - box.top - 1;
@@ -234,7 +234,7 @@ private:
         }
     }
 
-    // Of what can be seen in a small cell, too.
+    // For what shows even in a small cell.
     static std::string Marks(const CellView& cell)
     {
         std::string marks;
@@ -245,7 +245,7 @@ private:
         return marks.empty() ? "" : " " + marks;
     }
 
-    // The first of the texts for which there is room.
+    // The first of the texts that fits.
     void WriteCentred(const Box& cell, std::int64_t line, const std::vector<std::string>& texts)
     {
         const std::int64_t room = cell.right - cell.left - 1;

@@ -104,7 +104,7 @@ bool Covers(const Rect& upper, const Rect& lower)
 std::vector<WindowView> SeeWindows(const DeviceState& state)
 {
     std::vector<WindowView> windows;
-    std::vector<Rect> higher; // that are not covered
+    std::vector<Rect> higher; // those not covered
     std::size_t cells = 0;
     for (std::size_t layer = state.wall.Windows().size(); layer > 0; --layer) {
         const Window& window = state.wall.Windows()[layer - 1];
@@ -140,7 +140,7 @@ std::vector<ScreenView> SeeScreens(const ScreenGrid& grid)
     return screens;
 }
 
-// Goes through all sub-windows, from the highest layer down.
+// Visits all sub-windows, from the highest layer down.
 void SeeSubWindows(const DeviceState& state, WallView& view)
 {
     std::size_t all = 0, playing = 0, polling = 0, sounding = 0;

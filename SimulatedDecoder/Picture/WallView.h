@@ -1,5 +1,5 @@
 #pragma once
-// What is seen of the wall: computed once from its state, then drawn as SVG and as text and told to the page.
+// What is seen of the wall: computed once from its state, then drawn as SVG and as text and sent to the page.
 // Rectangles are in wall coordinates.
 
 #include <cstddef>
@@ -20,10 +20,10 @@ struct CellView {
     std::uint32_t osdId = 0;
     Kind kind = Kind::Idle;
     std::string title;  // the source, or the group that it cycles through; ASCII, empty when idle
-    std::string detail; // channel, stream and so on, likewise
+    std::string detail; // channel, stream and so on; ASCII, empty when idle
     std::optional<std::int32_t> sound; // the channel whose sound is on
-    bool border = false;               // it has one
-    bool framed = false;               // and that is seen
+    bool border = false;               // it has a border
+    bool framed = false;               // its border is shown
 
     // Title and detail, or this when it is idle.
     std::string Shows(const char* idle) const;
@@ -32,31 +32,30 @@ struct CellView {
 struct WindowView {
     std::uint32_t id = 0;
     std::size_t layer = 0; // 1 is the lowest
-    Rect rect;             // may reach over the edges of the wall
-    Rect seen;             // what of it lies on the wall
+    Rect rect;             // may extend beyond the wall
+    Rect seen;             // the part on the wall
     std::uint32_t mode = 0;
     std::optional<std::uint32_t> zoomed; // the sub-window that fills it
     std::size_t showing = 0;             // sub-windows that play or poll
-    bool covered = false;                // one higher window hides all of it
-    // All of them. So that a wall with many windows is drawn in a moment, only so many of the highest ones
-    // have them; the others have none here.
+    bool covered = false;                // a single higher window hides it
+    // All of the window's cells, or none: to keep a wall of many windows quick to draw, only some of the
+    // highest windows have them.
     std::vector<CellView> cells;
-    // The near-square grid in which those that are seen lie, row by row: 2x2 for 4, 3 columns and 2 rows
-    // for 5.
+    // The near-square grid of the visible cells, row by row: 2x2 for 4, 3 columns and 2 rows for 5.
     std::size_t columns = 1;
     std::size_t rows = 1;
 
-    // The cells that are seen: all, or the one that fills the window.
+    // The visible cells: all, or the one that fills the window.
     std::span<const CellView> SeenCells() const;
 };
 
 struct ScreenView {
     GridPosition position;
     Rect rect;
-    std::optional<std::uint32_t> output; // that is bound to it
+    std::optional<std::uint32_t> output; // the output bound to it
 };
 
-// A sub-window that shows something, sounds or has a border.
+// A sub-window that shows something, has sound on or has a border.
 struct BusyCell {
     std::uint32_t windowId = 0;
     CellView cell;
@@ -66,18 +65,18 @@ struct WallView {
     int rows = 0;
     int columns = 0;
     Rect rect;
-    std::size_t bound = 0; // screens
+    std::size_t bound = 0; // bound screens
     DisplaySwitches switches;
     std::vector<std::string> tally;       // such as "2 windows", "5 sub-windows", "3 playing"
     std::vector<std::string> switchedOff; // such as "borders off"
     std::vector<ScreenView> screens;      // row by row
     std::vector<WindowView> windows;      // from the lowest layer to the highest
-    std::vector<BusyCell> busy;           // from the highest layer down, the first so many
-    std::size_t busyCount = 0;            // all of them
+    std::vector<BusyCell> busy;           // from the highest layer down, up to a limit
+    std::size_t busyCount = 0;            // all busy cells, those beyond the limit included
 };
 
 WallView See(const DeviceState& state);
-// One window with its cells; nothing when there is none with this id.
+// One window with its cells; nothing for an unknown id.
 std::optional<WindowView> SeeWindow(const DeviceState& state, std::uint32_t id);
 
 } // namespace simulated_decoder
