@@ -13,8 +13,7 @@
 #include "Session/NetProtocolProcTWDECODERDevImp.h"
 #include "TestClock.h"
 
-// A link that keeps no more of a request than its envelope: what a host does with the bytes is its own
-// affair.
+// A link that keeps only the envelope of a request: what a host does with the bytes is not measured.
 class BenchNode final : public CNetNode {
 public:
     void DeliverCommand(unsigned int, CCmdProcParam*) override {}
@@ -33,7 +32,7 @@ public:
     unsigned long nRequestLen = 0;
 };
 
-// Takes the answer without a copy.
+// Takes the answer without copying it.
 class BenchCommand final : public CCmdProcObject {
 public:
     explicit BenchCommand(unsigned int nCmdID) : m_nCmdID(nCmdID) {}
@@ -57,7 +56,7 @@ private:
     unsigned int m_nCmdID;
 };
 
-// A logged-in session whose decoder gives the same reply to every request, the login included, at the first
+// A logged-in session whose decoder gives every request, the login included, the same reply at the first
 // poll.
 class BenchSession {
 public:
@@ -93,7 +92,7 @@ public:
     const std::string& ReplySent() const { return m_text; }
 
 private:
-    static constexpr size_t SEQ_WIDTH = 10; // of the longest number, so that all replies are as long
+    static constexpr size_t SEQ_WIDTH = 10; // of the longest number, so that all replies have the same length
 
     void Reply()
     {

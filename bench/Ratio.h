@@ -5,7 +5,7 @@
 
 #include <benchmark/benchmark.h>
 
-// Processor time of the calling thread: what other processes take does not count.
+// Processor time of the calling thread, so that other processes do not count.
 inline double ThreadSeconds()
 {
     timespec now{};
@@ -13,9 +13,9 @@ inline double ThreadSeconds()
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
-// Runs the measured work and its yardstick in turns, so that both see the same machine; the manual time is
-// that of the work, the counter the work's time divided by the yardstick's. A work that returns seconds does
-// not count these.
+// Alternates the measured work and its yardstick, so that both see the same machine; the manual time is the
+// work's, the counter the work's time divided by the yardstick's. Seconds returned by the work are not
+// counted.
 template <class Work, class Yardstick>
 void RunRatio(benchmark::State& state, const char* szCounter, Work work, Yardstick yardstick)
 {

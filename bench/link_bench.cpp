@@ -1,5 +1,5 @@
-// Cutting frames out of the host's buffer, beside a plain copy of the same bytes: the counter "vs_copy" is
-// the ratio of the two, measured in turns within one run.
+// Cutting frames out of the host's buffer, against a plain copy of the same bytes: the counter "vs_copy" is
+// the ratio of the two, measured alternately within one run.
 
 #include <cstring>
 #include <string>

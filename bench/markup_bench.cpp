@@ -1,5 +1,5 @@
-// Composing a "docreatewindow" request, as a session's handlers do it, against pugixml and tinyxml2, which
-// build the same tree and print it. All are measured in turn, so that the ratios come from one run.
+// Composing a "docreatewindow" request as a session's handlers do, against pugixml and tinyxml2, which build
+// and print the same tree. All are measured in turn, so that the ratios come from one run.
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
@@ -16,11 +16,11 @@
 
 namespace {
 
-size_t g_nAllocated = 0; // bytes, by operator new; pugixml and tinyxml2 do not allocate with it
+size_t g_nAllocated = 0; // bytes, by operator new, which pugixml and tinyxml2 do not use
 
 } // namespace
 
-// Not inlined, or the compiler takes a pair of them for a mistake.
+// Not inlined, or the compiler warns about a mismatched pair.
 [[gnu::noinline]] void* operator new(std::size_t nSize)
 {
     g_nAllocated += nSize;
@@ -37,7 +37,8 @@ namespace {
 constexpr unsigned int kSubWindows = 16;
 constexpr unsigned int kSmallWall = 16;
 
-// Of a request: the header and body, and for each window its item, six values, two lists and the sub-windows.
+// Elements of a request: the header and body, and for each window its item, six values, two lists and the
+// sub-windows.
 constexpr double Elems(unsigned int nWindows) { return 11 + nWindows * (9.0 + 3 * kSubWindows); }
 
 class RequestSink {
@@ -187,7 +188,7 @@ std::string Compose(unsigned int nWindows)
     return sink.Text();
 }
 
-// From an empty document to its text, and the end of both.
+// From an empty document to its text, including destruction of both.
 template <class Sink>
 double ComposeSeconds(unsigned int nWindows)
 {
@@ -207,7 +208,7 @@ double Median(std::vector<double> values)
     return *middle;
 }
 
-// In the middle of at least five times and 20 ms.
+// Median of at least five runs and 20 ms.
 template <class Sink>
 double TypicalSeconds(unsigned int nWindows)
 {
@@ -218,7 +219,7 @@ double TypicalSeconds(unsigned int nWindows)
     return Median(seconds);
 }
 
-// How one library or size compares with another. The two are measured in turn, as a machine's speed changes.
+// Compares one library or size with another. The two are measured in turn, as a machine's speed changes.
 template <class Sink, class OtherSink>
 double Ratio(unsigned int nWindows, unsigned int nOtherWindows)
 {
@@ -229,7 +230,7 @@ double Ratio(unsigned int nWindows, unsigned int nOtherWindows)
     return Median(ratios);
 }
 
-// Bytes that are allocated for each byte of a request's text.
+// Bytes allocated for each byte of a request's text.
 double AllocatedPerByte(CNetProtocolProcTWDECODERDevImp& session, unsigned int nWindows)
 {
     const size_t nBefore = g_nAllocated;
@@ -267,7 +268,7 @@ void ComposeCreateWindow(benchmark::State& state)
     state.counters["per_elem"] = benchmark::Counter(
         Elems(nWindows), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
-// The middle size comes last: its growth is to hold after the largest one, too. A filter runs it alone.
+// The middle size comes last: its growth must hold even after the largest. A filter runs it alone.
 BENCHMARK(ComposeCreateWindow)->Arg(16)->Arg(4096)->Arg(256)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
 } // namespace

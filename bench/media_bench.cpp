@@ -1,4 +1,4 @@
-// The two requests that carry credentials, through the real handlers, beside the bare RSA calls that they
+// The two requests that carry credentials, through the real handlers, against the bare RSA calls that they
 // need: the counter "vs_rsa" is the ratio of the two. 16 windows of 16 sub-windows with one stream each make
 // 512 texts to encipher; WallByKey is such a wall under longer keys, and under the exponent that takes
 // longest.
@@ -27,9 +27,9 @@ constexpr int CREDENTIALS = 2 * WINDOWS * SUB_WINDOWS;
 const std::string USER = "operator";
 const std::string PASSWORD = "a password of a camera";
 
-constexpr int DECODER_KEY_BITS = 1024; // that the decoder's keys have
+constexpr int DECODER_KEY_BITS = 1024; // size of the decoder's keys
 
-// A public key to which there is no private one; enciphering takes as long as with any.
+// A public key without a private one; enciphering takes as long as with any other.
 class DecoderKey {
 public:
     DecoderKey(int nBits, unsigned long nExponent)
@@ -42,7 +42,7 @@ public:
         RSA_set0_key(m_key.get(), pModulus, pExponent, nullptr);
     }
 
-    // Characters of an enciphered text.
+    // Length of an enciphered text, in characters.
     size_t TextLen() const { return (m_cipher.size() + 2) / 3 * 4; }
 
     std::string Pem() const

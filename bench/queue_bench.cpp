@@ -1,4 +1,4 @@
-// A command's way through the queue, beside a mutex-guarded deque that holds the same copy: the counter
+// A command's way through the queue, against a mutex-guarded deque that holds the same copy: the counter
 // "vs_deque" is the ratio of the two.
 
 #include <cstring>
@@ -58,7 +58,7 @@ private:
 
 void AddAndRun(benchmark::State& state)
 {
-    constexpr int ROUNDS = 1000; // so that the clock's own time does not count
+    constexpr int ROUNDS = 1000; // so that the cost of reading the clock does not count
     const auto nDepth = static_cast<int>(state.range(0));
     unsigned char payload[256] = {};
     FakeCommand command(1);

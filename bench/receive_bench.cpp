@@ -1,6 +1,6 @@
-// What Stop may have to wait for: one message of 60 MB on the receive thread, the scan for its url and seq
-// alone and all that a session does with it, in nanoseconds a byte; and the largest replies that are read, on
-// the worker, as time of the processor.
+// What Stop may have to wait for: one message of 60 MB on the receive thread, both the scan for its url and
+// seq alone and all that a session does with it, in nanoseconds per byte; and the largest replies that are
+// read, on the worker, in processor time.
 
 #include <string>
 

@@ -1,6 +1,6 @@
-// Long replies, through the real handlers, beside a bare parse of the same text with tinyxml2: the counter
-// "vs_parse" is the ratio of the two. What counts of a command is the worker's part from the reply on; the
-// request, the receive thread's part and what the host does with the answer do not.
+// Long replies, through the real handlers, against a bare parse of the same text with tinyxml2: the counter
+// "vs_parse" is the ratio of the two. Of a command, only the worker's part from the reply on counts, not the
+// request, the receive thread's part or what the host does with the answer.
 
 #include <string>
 
@@ -13,7 +13,7 @@
 
 namespace {
 
-// A list with the same item again and again.
+// A list that repeats one item.
 std::string List(const std::string& name, const std::string& item, int64_t nItems)
 {
     std::string text = "<" + name + ">";

@@ -21,7 +21,7 @@ namespace {
 constexpr std::chrono::minutes kStartTimeout{2};
 constexpr int kExecFailed = 127;
 
-// The program's own words for "listening on ADDRESS:PORT", one decoder a line.
+// The program's output: "listening on ADDRESS:PORT", one line for each decoder.
 std::vector<std::string> PortsIn(const std::string& output)
 {
     std::vector<std::string> ports;
@@ -50,7 +50,7 @@ DecoderProcess::DecoderProcess(const std::string& program, const std::vector<std
     }
     m_pid = ::fork();
     if (m_pid == 0) {
-        ::setpgid(0, 0); // a Ctrl-C on the terminal is for the host alone
+        ::setpgid(0, 0); // a Ctrl-C on the terminal is only for the host
         ::prctl(PR_SET_PDEATHSIG, SIGTERM);
         ::dup2(ends[1], STDOUT_FILENO);
         ::execv(argv[0], argv.data());

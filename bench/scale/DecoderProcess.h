@@ -12,16 +12,16 @@ class HostEvents;
 
 namespace scale {
 
-// The simulated decoders, all of them in one child process. It ends with this object, or with this process.
+// The simulated decoders, all of them in one child process. It ends with this object or this process.
 class DecoderProcess {
 public:
-    // Starts the program. Throws std::system_error when there can be no child.
+    // Starts the program. Throws std::system_error when the child cannot be started.
     DecoderProcess(const std::string& program, const std::vector<std::string>& arguments);
     ~DecoderProcess();
     DecoderProcess(const DecoderProcess&) = delete;
     DecoderProcess& operator=(const DecoderProcess&) = delete;
 
-    // Waits until so many decoders listen and returns their ports. Throws ExitError when they do not come
+    // Waits until that many decoders listen and returns their ports. Throws ExitError when they do not come
     // up, and after a signal.
     std::vector<std::string> AwaitPorts(std::size_t decoders, standin_host::HostEvents& events);
 

@@ -6,7 +6,7 @@
 
 #include <malloc.h>
 
-// The C library's own functions, behind the ones that are replaced here.
+// The C library's own functions, wrapped by the ones below.
 extern "C" {
 void* __libc_malloc(std::size_t len);
 void* __libc_calloc(std::size_t count, std::size_t len);

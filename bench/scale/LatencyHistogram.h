@@ -7,12 +7,12 @@
 
 namespace scale {
 
-// Counts durations in microseconds, in buckets of some 3 percent. Its size is fixed, so that a run of any
-// length does not grow by its own records. Any thread may record.
+// Counts durations in microseconds, in buckets about 3 percent wide. Its size is fixed, so that its records
+// do not grow with the length of a run. Any thread may record.
 class LatencyHistogram {
 public:
     void Record(uint64_t microseconds);
-    // Adds the counts of another one and empties that.
+    // Adds the counts of another histogram and empties it.
     void Take(LatencyHistogram& other);
 
     uint64_t Count() const;
@@ -20,7 +20,7 @@ public:
     uint64_t Percentile(double share) const;
 
 private:
-    // Each power of two is cut into that many buckets.
+    // Each power of two is split into 2^kStepBits buckets.
     static constexpr unsigned int kStepBits = 5;
     static constexpr std::size_t kBuckets = std::size_t{64 - kStepBits + 1} << kStepBits;
 

@@ -15,7 +15,7 @@ class HostEvents;
 
 namespace scale {
 
-// What became of the commands of one phase. Any thread counts; the events hear when none is under way any
+// Outcomes of the commands of one phase. Any thread counts; the events are told when none is under way any
 // more.
 struct Tally {
     explicit Tally(standin_host::HostEvents& hostEvents) : events(hostEvents) {}
@@ -27,24 +27,24 @@ struct Tally {
     std::atomic<uint64_t> queued{0};
     std::atomic<uint64_t> finished{0}; // nobody holds the command any more
     // The first answer of each command is one of these.
-    std::atomic<uint64_t> done{0};     // with the answer that belongs to the command
+    std::atomic<uint64_t> done{0};     // with the command's proper answer
     std::atomic<uint64_t> refused{0};  // by the decoder, which should not have
     std::atomic<uint64_t> timedOut{0}; // the plug-in saw no reply
     std::atomic<uint64_t> otherFailures{0};
-    std::atomic<uint64_t> foreign{0}; // answered as another command should be
+    std::atomic<uint64_t> foreign{0}; // with another command's answer
     std::atomic<uint64_t> lost{0};    // finished without an answer
     std::atomic<uint64_t> doubled{0}; // further answers
     // From queueing to answer, without the one polling step that every command takes.
     LatencyHistogram latency;
 };
 
-// A host command that wants an answer and tallies it. Lives as long as somebody holds a reference.
+// A host command that wants an answer and tallies it. Lives until the last reference is released.
 class LoadCommand final : public CCmdProcObject {
 public:
-    // Comes with its creator's reference, under kCreatorTag.
+    // Starts with its creator's reference, under kCreatorTag.
     LoadCommand(unsigned int cmdID, Tally& tally);
-    // Comes with the answer that it must get: these bytes, or the decoder's refusal when there are none. Any
-    // other success is foreign.
+    // The same, with the answer that it must get: these bytes, or the decoder's refusal if none. Any other
+    // success is foreign.
     LoadCommand(unsigned int cmdID, Tally& tally, std::optional<std::vector<uint8_t>> answer);
     LoadCommand(const LoadCommand&) = delete;
     LoadCommand& operator=(const LoadCommand&) = delete;

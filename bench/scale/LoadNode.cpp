@@ -65,7 +65,7 @@ void LoadNode::EndSession()
     if (m_processor == nullptr) {
         return;
     }
-    m_connection->RefuseSends(); // a command that waits for room in the send queue ends
+    m_connection->RefuseSends(); // ends a command that waits for room in the send queue
     m_processor->Stop();
     {
         const TMutexGuard guard(m_lock);
@@ -93,7 +93,7 @@ void LoadNode::SendHeartbeat()
 {
     unsigned long len = 0;
     const char* beat = m_processor->GetBeatData(len);
-    m_node.SendData(beat, len); // one that fails is as good as none
+    m_node.SendData(beat, len); // failure is ignored
 }
 
 std::size_t LoadNode::StackUsed()
@@ -118,7 +118,7 @@ std::size_t LoadNode::StackUsed()
 void LoadNode::Work()
 {
     while (AwaitQueued()) {
-        while (m_processor->ProcDevCmd()) { // a stopped one refuses what is left at once
+        while (m_processor->ProcDevCmd()) { // once stopped, it refuses what is left at once
         }
         {
             const TMutexGuard guard(m_lock);

@@ -21,8 +21,8 @@ namespace scale {
 class LoadCommand;
 
 // One decoder as the host sees it: node, connection and worker thread, which are the host's, and the
-// plug-in's session. The session comes later and goes earlier than the rest, so that what each costs can be
-// told apart. Belongs to the driving thread.
+// plug-in's session. The session is created after the rest and destroyed before it, so that their costs can
+// be told apart. Belongs to the driving thread.
 class LoadNode {
 public:
     // number, from 1, goes into the node's identifier.
@@ -34,7 +34,7 @@ public:
 
     // Throws UsageError when the plug-in refuses.
     void StartSession(const standin_host::Plugin& plugin);
-    // A running command ends first; what is queued is refused by the plug-in.
+    // Waits for a running command; the plug-in refuses queued ones.
     void EndSession();
 
     // Takes over the creator's reference on the command.
@@ -42,7 +42,7 @@ public:
     void SendHeartbeat();
     bool IsOnline() { return m_processor->IsOnline(); }
 
-    // Bytes of the worker's stack that have been used so far, in whole pages.
+    // Bytes of the worker's stack used so far, in whole pages.
     std::size_t StackUsed();
 
 private:

@@ -39,10 +39,10 @@ std::chrono::microseconds Duration(const timeval& time)
 ProcessFigures ReadProcessFigures()
 {
     ProcessFigures figures;
-    figures.heap = HeapInUse(); // first: what follows allocates
+    figures.heap = HeapInUse(); // first, as what follows allocates
     figures.resident = ResidentBytes();
     figures.threads = CountEntries("/proc/self/task");
-    figures.descriptors = CountEntries("/proc/self/fd") - 1; // the listing holds one itself
+    figures.descriptors = CountEntries("/proc/self/fd") - 1; // the listing itself holds one
     return figures;
 }
 

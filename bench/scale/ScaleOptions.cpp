@@ -109,7 +109,7 @@ void Parse(CLI::App& app, int argc, const char* const* argv)
 
 uint32_t ScaleOptions::NotifyPeriod() const
 {
-    constexpr double kDay = 24.0 * 3600 * 1000; // the decoder's longest
+    constexpr double kDay = 24.0 * 3600 * 1000; // the decoder's longest period
     return notify == 0 ? 0 : static_cast<uint32_t>(std::lround(std::min(1000 * burst / notify, kDay)));
 }
 

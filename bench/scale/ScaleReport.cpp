@@ -14,7 +14,7 @@ using Json = nlohmann::json;
 
 uint64_t Lost(const Tally& tally) { return tally.queued - tally.Answered(); }
 
-// Threads that the process has gained since the host had all of its own.
+// Threads gained since the host had all of its own.
 long PluginThreads(const ScaleResult& result)
 {
     std::size_t most = std::max(result.stages.sessions.threads, result.stages.loaded.threads);
@@ -42,8 +42,8 @@ std::size_t Median(std::vector<Sample>::const_iterator first, std::vector<Sample
     return *middle;
 }
 
-// A session has the decoder's keys, a login and two buffers to hold. One of them is as long as the longest
-// message so far, of which the bound covers so many bytes.
+// A session holds the decoder's keys, a login and two buffers. One buffer is as long as the longest message
+// so far, of which the bound covers this many bytes.
 constexpr double kMaxSessionHeap = 4 * 1024;
 constexpr std::size_t kUsualMessage = 2 * 1024;
 
@@ -54,7 +54,7 @@ double SessionHeap(const ScaleOptions& options, const ScaleResult& result)
 
 constexpr std::size_t kMinSamples = 8;
 
-// The first quarter is warm-up; the second one's median against the last one's.
+// The first quarter is warm-up; compares the medians of the second and the last.
 void JudgeMemory(std::vector<std::string>& complaints, const std::vector<Sample>& samples, Figure figure,
                  const char* what, double share, std::size_t floor)
 {
@@ -89,7 +89,7 @@ void JudgeSoak(std::vector<std::string>& complaints, const std::vector<Sample>& 
         complaints.push_back("only " + std::to_string(samples.size()) + " samples, too few to judge by");
         return;
     }
-    // Of what the commands under way hold, a sample sees sometimes more and sometimes less.
+    // Allows for the memory of commands under way, of which a sample sees more or less.
     JudgeMemory(complaints, samples, &ProcessFigures::heap, "the heap", 0.005, 64 * 1024);
     JudgeMemory(complaints, samples, &ProcessFigures::resident, "resident memory", 0.02, 1024 * 1024);
     JudgeConstant(complaints, samples, &ProcessFigures::descriptors, "descriptors");
@@ -103,7 +103,7 @@ void Expect(std::vector<std::string>& complaints, uint64_t count, const char* wh
     }
 }
 
-// A load without the notifications that were asked for shows nothing. A busy machine may be late with some.
+// A load without the requested notifications proves nothing. A busy machine may be late with some.
 void JudgeNotifications(std::vector<std::string>& complaints, const ScaleOptions& options,
                         const ScaleResult& result)
 {

@@ -10,13 +10,13 @@
 
 namespace scale {
 
-// What is wrong with a run: nothing when every command was answered once and, after a soak, memory,
-// descriptors and threads stayed flat.
+// The faults of a run: none when every command was answered once and, after a soak, memory, descriptors and
+// threads stayed flat.
 std::vector<std::string> Complaints(const ScaleOptions& options, const ScaleResult& result);
 
 nlohmann::json ToJson(const ScaleOptions& options, const ScaleResult& result);
 
-// The figures of ToJson that people look at first, one a line.
+// The main figures of ToJson, one per line.
 void PrintTable(std::ostream& out, const nlohmann::json& report);
 
 } // namespace scale

@@ -158,8 +158,8 @@ void ScaleRun::Load()
     m_result.processorTime = ProcessorTime() - processorTime;
 }
 
-// What a session keeps depends on its last requests, so it is measured at the same place each time. Those
-// that are queued for that, one behind the other, say nothing about latency.
+// What a session keeps depends on its last requests, so it is measured at the same place each time. The
+// commands queued for that, one after another, say nothing about latency.
 void ScaleRun::EndRounds()
 {
     while (m_next % (m_nodes.size() * CommandsOfARound()) != 0) {
@@ -168,7 +168,7 @@ void ScaleRun::EndRounds()
     Drain(m_result.load);
 }
 
-// The nodes take turns, and each goes through its round of commands.
+// The nodes take turns, each going through its round of commands.
 void ScaleRun::QueueDue(Clock::time_point begin, Clock::time_point now)
 {
     const double seconds = std::chrono::duration<double>(now - begin).count();

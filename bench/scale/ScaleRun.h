@@ -22,12 +22,12 @@ class LoadNode;
 
 // The process at the end of each stage, when nothing is under way.
 struct Stages {
-    ProcessFigures begin;    // plug-in loaded and warm, decoders listen
-    ProcessFigures host;     // connections, nodes and worker threads stand; the plug-in has no session
+    ProcessFigures begin;    // plug-in loaded and warm, decoders listening
+    ProcessFigures host;     // connections, nodes and worker threads exist; the plug-in has no session
     ProcessFigures sessions; // each has its session
     ProcessFigures loggedIn;
     ProcessFigures loaded;    // the load is over
-    ProcessFigures noSession; // the sessions are gone, the host's own part still stands
+    ProcessFigures noSession; // the sessions are gone, the host's own part remains
     ProcessFigures end;       // all is gone
 };
 
@@ -35,7 +35,7 @@ struct Sample {
     double seconds; // since the load began
     ProcessFigures figures;
     uint64_t answered; // so far
-    uint64_t p50;      // microseconds, of the answers since the sample before
+    uint64_t p50;      // microseconds, for answers since the previous sample
     uint64_t p99;
 };
 
@@ -49,9 +49,9 @@ struct ScaleResult {
     std::size_t hostStacks = 0; // bytes of all workers' stacks in memory before there are sessions
     std::size_t stacks = 0;     // after the load
     uint64_t notifications = 0;
-    uint64_t numbered = 0;               // of these with a sequence number
+    uint64_t numbered = 0;               // notifications with a sequence number
     std::size_t longestNotification = 0; // bytes
-    uint64_t offlineAnswers = 0;         // liveness checks that took a decoder for gone
+    uint64_t offlineAnswers = 0;         // liveness checks that found a decoder offline
     std::chrono::duration<double> loginTime{};
     std::chrono::duration<double> loadTime{};
     std::chrono::microseconds processorTime{}; // of the load
@@ -73,7 +73,7 @@ public:
 private:
     using Clock = standin_host::HostEvents::Clock;
 
-    // What the libraries set up once in a process is no cost of a session: one session, alone, pays for it.
+    // Runs a single session first: what the libraries set up once in a process is not a cost of each session.
     void WarmUp(const std::string& user, const std::string& passwordText, const std::string& port);
     void Connect(const std::vector<std::string>& ports);
     void StartSessions();
@@ -87,9 +87,9 @@ private:
     void SendHeartbeats();
     // Waits until no command of the phase is under way.
     void Drain(const Tally& tally);
-    // What the host's threads have reported; throws when that ends the run.
+    // Checks what the host's threads have reported; throws when that ends the run.
     void Attend();
-    // The process once the receive thread has run what is posted to it.
+    // Figures of the process after the receive thread has run all work posted to it.
     ProcessFigures Settled();
 
     const ScaleOptions& m_options;

@@ -27,12 +27,12 @@ constexpr uint32_t kRounds = 30000;
 uint32_t FirstID(uint32_t round) { return 1 + round % kRounds * 2; }
 int32_t GroupID(uint32_t round) { return static_cast<int32_t>(1 + round % kRounds); }
 
-// A success that gives back answerType and data: the record of the request, or what the decoder holds.
+// A success that returns answerType and data: the request's record, or what the decoder holds.
 std::vector<uint8_t> Answer(uint32_t answerType, const Record& data)
 {
     return standin_host::ByteWriter()
         .U32(answerType)
-        .U16(8) // of the two numbers that follow the lengths
+        .U16(8) // length of the two numbers that follow the lengths
         .U16(static_cast<int64_t>(data.bytes.size()))
         .Zeros(8)
         .Append(data)
@@ -52,7 +52,7 @@ Step Option(uint32_t optType, const Record& record)
             Answer(optType, record)};
 }
 
-// What a command says of the first sub-window of one window.
+// A command's values for the first sub-window of one window.
 std::vector<SubWindows> First(int64_t window, int64_t first, int64_t second = 0)
 {
     return {{window, {{0, first, second}}}};
@@ -103,8 +103,8 @@ Step GetLayout()
     return {KEST_CMD_TVWALL_DECODE_GET_WALL_LAYOUT, {}, standin_host::LayoutRecord(2, 2, {{0, 0, 0}}).bytes};
 }
 
-// There is no such window any more. A message that is no reply holds no error code, so whoever takes one for
-// the reply takes this for done.
+// The window no longer exists. A message that is not a reply holds no error code, so mistaking one for the
+// reply would report success.
 Step RefusedRaise(uint32_t round)
 {
     Step step = Option(TVWALL_DECODE_TOP_CANVAS, standin_host::RaiseRecord(FirstID(round)));

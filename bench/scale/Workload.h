@@ -7,7 +7,7 @@
 
 namespace scale {
 
-// One command and the only answer that belongs to it.
+// One command and its only correct answer.
 struct Step {
     unsigned int cmdID;
     std::vector<uint8_t> payload;
@@ -15,8 +15,8 @@ struct Step {
 };
 
 // A round of commands for one wall of 2 x 2 screens: windows, media, playback, sound, channel groups. At the
-// end the wall is as it was. What is set, and read back, is named after the round, so that rounds with other
-// numbers have other answers; window ids repeat after 30,000 rounds.
+// end the wall is as it was. Values set and read back are named after the round, so that different rounds
+// have different answers; window ids repeat after 30,000 rounds.
 std::size_t CommandsOfARound();
 // Command index of the round, below CommandsOfARound().
 Step CommandOfRound(std::size_t index, uint32_t round);

@@ -1,5 +1,5 @@
-// Many simulated decoders in one process, each with a wall and a port of its own. Account and keys are the
-// same, so that a thousand of them need not wait for two thousand keys.
+// Many simulated decoders in one process, each with its own wall and port. Account and keys are shared, so
+// that a thousand of them need not wait for two thousand keys.
 
 #include <cstdlib>
 #include <exception>

@@ -1,4 +1,4 @@
-// tvwall-scale: one host process with many decoders, and what the plug-in costs for each.
+// tvwall-scale: one host process with many decoders, and the plug-in's cost for each.
 
 #include <array>
 #include <csignal>
@@ -49,7 +49,7 @@ std::vector<std::string> DecoderArguments(const ScaleOptions& options)
     return arguments;
 }
 
-// Opened before the run, so that hours of work do not end in a file that cannot be written.
+// Opened before the run, so that hours of work do not end at an unwritable file.
 std::ofstream OpenJsonFile(const std::string& path)
 {
     std::ofstream file;
@@ -88,7 +88,7 @@ int Run(const ScaleOptions& options)
     std::ofstream jsonFile = OpenJsonFile(options.jsonFile);
     const std::string passwordText = RandomPassword();
     ::setenv("TVWALL_DECODER_PASSWORD", passwordText.c_str(), 1);
-    ::setenv("SPDLOG_LEVEL", "error", 0); // the decoders' log: what they refuse is counted here
+    ::setenv("SPDLOG_LEVEL", "error", 0); // the decoders' log; their refusals are counted here
 
     HostEvents events;
     IoThread ioThread;
