@@ -4,12 +4,13 @@
 local FRAME_MAGIC = "1111"
 local FRAME_HEAD_LENGTH = 8
 local DEVICE_HEAD_LENGTH = 64
--- Nobody sends more. A length beyond it is a stream out of step, and waiting for its bytes would hide all that follows.
+-- Nobody sends more. A greater length means that the stream is out of step; waiting for its bytes would hide all that
+-- follows.
 local MAX_PAYLOAD = 16 * 1024 * 1024
 
 local NOTIFICATIONS = { notifychannelchange = true, notifychannelstate = true }
 
--- What the simulated decoder means by its codes; of a real one, only those of the login are known.
+-- What the simulated decoder means by its codes; of a real decoder, only those of the login are known.
 local ERROR_WORDS = {
     [0] = "success",
     [1] = "malformed request",
@@ -82,7 +83,7 @@ tvwall.prefs.ports = Pref.range("TCP ports", "", "Ports whose whole traffic is t
 local tcp_stream = Field.new("tcp.stream")
 local xml_dissector = Dissector.get("xml")
 
--- What the first look at each frame, in the order of the capture, learns about its TCP stream:
+-- What the first pass over the frames, in capture order, learns about each TCP stream:
 --   host      the end that sends requests, once one was seen
 --   waiting   the last request with each sequence number
 --   messages  by frame and sequence number: the exchange that a request began or a reply belongs to
@@ -106,7 +107,7 @@ local function is_from_host(pinfo)
     return stream_of_this_packet().host == sender(pinfo)
 end
 
--- The number as both ends read it: its leading digits, cut to 32 bits. Nothing without any.
+-- The number as both ends read it: its leading digits, cut to 32 bits. Nil if there are none.
 local function read_number(text)
     local digits = text:match("^%s*(%d+)")
     if not digits then
@@ -119,8 +120,8 @@ local function read_number(text)
     return number
 end
 
--- The header's elements, each with its text and where that stands in the payload; nothing when there is no header.
--- Of elements with the same name the first counts.
+-- The header's elements, each with its text and the text's place in the payload; nil when there is no header. Of
+-- elements with the same name, the first counts.
 local function read_header(payload)
     local _, first = payload:find("<td_header%s*>")
     local last = first and payload:find("</td_header%s*>", first)
@@ -146,8 +147,8 @@ local function read_header(payload)
     end
 end
 
--- Which exchange the message belongs to, and whether that was known: it is learnt at the first look at the frame.
--- Wireshark's own mark for frames it has visited will not do, as tshark may set it without having shown us the frame.
+-- The exchange that the message belongs to, and whether it was known: it is learnt on the first visit to the frame.
+-- Wireshark's own visited flag will not do, as tshark may set it without having shown us the frame.
 local function exchange_of(message, pinfo)
     local stream = stream_of_this_packet()
     local key = pinfo.number .. "/" .. message.seq
@@ -255,7 +256,7 @@ local function dissect_payload(range, pinfo, tree)
     return words
 end
 
--- Adds one frame or device head that has come as a whole, and returns it in words.
+-- Adds one complete frame or device head, and returns it in words.
 local function dissect_unit(tvb, pinfo, tree)
     if tvb:len() < FRAME_HEAD_LENGTH or tvb:raw(0, 4) ~= FRAME_MAGIC then
         if is_from_host(pinfo) then
@@ -284,7 +285,7 @@ local function dissect_unit(tvb, pinfo, tree)
     return dissect_payload(tvb(FRAME_HEAD_LENGTH, captured), pinfo, tree)
 end
 
--- The length of the frame or device head. What is neither takes all that has come, so that nobody waits for more.
+-- The length of the frame or device head. Anything else takes all that has come, so that nobody waits for more.
 local function unit_length(tvb, pinfo, offset)
     local rest = tvb:len() - offset
     if tvb:raw(offset, 4) ~= FRAME_MAGIC then
@@ -298,7 +299,7 @@ local function dissect_and_report(tvb, pinfo, tree)
     local item = tree:add(tvwall, tvb())
     local words = dissect_unit(tvb, pinfo, item)
     item:append_text(", " .. words)
-    -- The fence keeps the words from what the next frame of the same packet sets.
+    -- The fence protects the words from being overwritten by the next frame of the same packet.
     pinfo.cols.protocol:set("TVWALL")
     pinfo.cols.info:set(words .. ". ")
     pinfo.cols.info:fence()
@@ -310,7 +311,7 @@ function tvwall.dissector(tvb, pinfo, tree)
     return tvb:len()
 end
 
--- A segment begins the link when it begins with a heartbeat or with a frame whose payload begins as all of them do.
+-- A connection is the link once a segment begins with a heartbeat or with a frame whose payload has the usual start.
 -- From then on the whole connection is ours, however its segments are cut.
 local function recognise(tvb, pinfo, tree)
     if tvb:len() < FRAME_HEAD_LENGTH or tvb:raw(0, 4) ~= FRAME_MAGIC then

@@ -19,10 +19,10 @@
 #include "SocketDataObserver.h"
 
 using namespace ORVA_NET_PROTOCOL;
-int g_nSocket = -1; // of the only connection, whatever the handle
+int g_nSocket = -1; // of the only connection; the handle is ignored
 std::thread g_receiver;
 std::pair<CSocketDataObserver*, void*> g_sink; // observer and its context; changes while no receiver runs
-std::unique_ptr<CNetProtocolProc> g_pDecoder;  // made of the plug-in's prototype, which does not last
+std::unique_ptr<CNetProtocolProc> g_pDecoder;  // made from the plug-in's prototype, which is temporary
 
 void Receive()
 {
@@ -38,7 +38,8 @@ struct SBuffer {
 };
 SBuffer& At(const char* h) { return *reinterpret_cast<SBuffer*>(const_cast<char*>(h)); }
 
-// What the plug-in finds in this process, as HostFunctions.h says. This host takes memory for granted.
+// What the plug-in finds in this process, as HostFunctions.h says. This host does not handle running out of
+// memory.
 int NET_COMM_RegistDevProtocolProcObject(unsigned int, CNetProtocolProc* pPrototype)
 {
     return g_pDecoder.reset(pPrototype->CreateSelf()), 0;
@@ -49,7 +50,7 @@ int NET_SOCKET_UnRegisterNode(int) { return g_sink = {}, 0; }
 int NET_SOCKET_Start(int) { return g_receiver = std::thread(Receive), 0; }
 int NET_SOCKET_Stop(int) { return shutdown(g_nSocket, SHUT_RDWR), g_receiver.join(), 0; }
 int NET_SOCKET_DestroyHNetCommunication(int) { return close(g_nSocket); }
-unsigned int GetLastError() { return 0; } // a send that fails has failed for good
+unsigned int GetLastError() { return 0; } // a failed send is final
 char* MEM_POOL_New(const char* p, unsigned long n) { return reinterpret_cast<char*>(new SBuffer{{p, n}}); }
 void MEM_POOL_AddRef(const char* h) { ++At(h).nReferences; }
 void MEM_POOL_Delete(const char* h) { delete (--At(h).nReferences == 0 ? &At(h) : nullptr); }
@@ -65,7 +66,7 @@ void SHARESDK_DebugOutput(const char*, const char*, int) {}
 struct CNode final : CNetNode {
     void DeliverCommand(unsigned int, CCmdProcParam*) override {} // a notification
     bool SendData(const void* pData, unsigned long nLen) override
-    { // a host that sends from several threads lets in one at a time
+    { // a host that sends from several threads needs a lock
         return send(g_nSocket, pData, nLen, MSG_NOSIGNAL) == static_cast<ssize_t>(nLen);
     }
     bool IsDropRecvData() override { return false; }
@@ -77,12 +78,12 @@ struct CCommand final : CCmdProcObject {
     explicit CCommand(unsigned int nCmdID) : m_nCmdID(nCmdID) {}
     unsigned int GetRequestCommand() const override { return m_nCmdID; }
     bool HasReply() const override { return true; }
-    void AddReference(int) override {} // it lives longer than the queue holds it
+    void AddReference(int) override {} // it outlives the queue's reference
     void DecReference(int) override {}
     void ReplyRecord(const _kest_net_reply& reply) override { m_nResult = reply.dwResult; }
     void ReplyBuffer(const char* p, unsigned long n) override { m_strAnswer.assign(p, n), m_nResult = 0; }
     const unsigned int m_nCmdID;
-    unsigned int m_nResult = 0xFFFFFFFF; // none has come
+    unsigned int m_nResult = 0xFFFFFFFF; // no answer yet
     std::string m_strAnswer;
 };
 
@@ -90,13 +91,13 @@ unsigned int Run(CCommand& command, void* pPayload, unsigned int nLen)
 {
     g_pDecoder->AddOneCmd(&command, static_cast<unsigned char*>(pPayload), nLen);
     while (g_pDecoder->ProcDevCmd()) {
-    } // blocks up to 30 s for each request; a larger host has a worker thread for it
+    } // blocks up to 30 s for each request; a larger host uses a worker thread
     return command.m_nResult;
 }
 
 void PrintLayout(const std::string& strLayout)
 {
-    unsigned int head[3] = {}; // rows, columns, number of screens, which follow as they lie in memory
+    unsigned int head[3] = {}; // rows, columns, number of screens; the screens follow as they are in memory
     std::size_t nAt = strLayout.copy(reinterpret_cast<char*>(head), sizeof head);
     std::printf("wall of %u x %u screens\n", head[0], head[1]);
     struct {
@@ -139,7 +140,7 @@ int main(int argc, char** argv)
     nResult = nResult == 0 ? Run(layout, nullptr, 0) : nResult;
     g_pDecoder->Stop();
     g_pDecoder->Quit();
-    g_pDecoder.reset(); // while its code is loaded
+    g_pDecoder.reset(); // while its code is still loaded
     reinterpret_cast<void (*)()>(dlsym(pPlugin, "NET_DEV_DECODERDEVSDK_Quit"))();
     dlclose(pPlugin);
     if (nResult != 0) {
