@@ -21,7 +21,7 @@ public:
     // Ends the connection, as if the decoder had done so. Called inside OnSocketRecvData, when there is no
     // memory to keep the bytes of the stream: handle and socket stay until the processor's Stop and Quit.
     virtual void Disconnect() = 0;
-    // The node's identifier; stands in the answer to the login.
+    // The node's identifier; part of the answer to the login.
     virtual GUID GetNodeID() const = 0;
 
 protected:

@@ -11,8 +11,8 @@ public:
     // keeps the rest, calls again with it in front of further bytes, and *pNeedLen receives the least number
     // of further bytes that the next frame needs; with a null pNeedLen the observer keeps everything itself.
     // The host sets *pNeedLen to 0 before the call. A stopped processor returns 0 without writing it; one
-    // whose node drops received data (IsDropRecvData) sets it to 0 and returns 0. In both cases the host
-    // discards the bytes.
+    // whose node drops received data (IsDropRecvData) sets it to 0 and returns 0, and the host discards the
+    // bytes.
     virtual unsigned int OnSocketRecvData(int nSocket, const char* pData, unsigned int nLen,
                                           unsigned int* pNeedLen, void* pContext) = 0;
 };

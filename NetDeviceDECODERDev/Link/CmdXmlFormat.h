@@ -3,9 +3,9 @@
 
 #include <string>
 
-// Every name with its text, as it stands in td_header/url, in one list, so that no known one is forgotten.
-// Some names differ deliberately from their texts; the decoder stops polling under the URL that stops media,
-// the same text on purpose. The decoder sends the two notifications unasked.
+// Every name with its text, as used in td_header/url, in one list, so that no known one is forgotten. Some
+// names differ deliberately from their texts; the decoder stops polling under the URL that stops media, the
+// same text on purpose. The decoder sends the two notifications unasked.
 #define TVWALL_DEVICE_URLS(URL)                                                                              \
     URL(HTTP_CMDX_DOOPTION, "dooption")                                                                      \
     URL(HTTP_CMDX_LOGIN, "dologin")                                                                          \

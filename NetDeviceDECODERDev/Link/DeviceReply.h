@@ -14,12 +14,12 @@ public:
     // Means that the reply is not an XML document; no decoder sends this code.
     static constexpr unsigned int UNREADABLE = 0xFFFFFFFF;
 
-    // Copies what it needs of the text. Throws nothing but std::bad_alloc.
+    // Copies what it needs from the text. Throws nothing but std::bad_alloc.
     explicit CDeviceReply(std::string_view text);
 
     // The decoder's error code: 0 is success, and also stands for a reply without one.
     unsigned int ErrorCode() const;
-    // The element's text, zero-terminated, valid as long as this; null where there is no such element.
+    // The element's text, zero-terminated, valid as long as this object; null if there is no such element.
     const char* TextIfThere(const char* szPath) const;
     // For everything else in the reply; an unreadable one is empty.
     const CVTXMLParse& Xml() const { return m_xml; }

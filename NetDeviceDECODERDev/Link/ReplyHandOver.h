@@ -84,7 +84,7 @@ private:
     bool m_bOpen TVWALL_GUARDED_BY(m_lock) = false;                      // a command runs
     std::optional<int> m_awaited TVWALL_GUARDED_BY(m_lock);              // its number
     bool m_bArrived TVWALL_GUARDED_BY(m_lock) = false;                   // the reply has come
-    std::unique_ptr<S_DeviceReply> m_pAwaited TVWALL_GUARDED_BY(m_lock); // it, or what has its number
+    std::unique_ptr<S_DeviceReply> m_pAwaited TVWALL_GUARDED_BY(m_lock); // it, or a message with its number
     std::unique_ptr<S_DeviceReply> m_pOther TVWALL_GUARDED_BY(m_lock);   // the last one with another number
     std::atomic<unsigned int> m_nReceives{0};                            // odd while a receive scope is open
     std::optional<SReceived> m_received;        // receive thread only: the message of the scope

@@ -73,7 +73,7 @@ std::unique_ptr<CMarkupSTL> CNetProtocolProcTWDECODERDevImp::TakeDocument()
 
 void CNetProtocolProcTWDECODERDevImp::KeepDocument(std::unique_ptr<CMarkupSTL> pDoc)
 {
-    constexpr size_t KEPT_FROM = size_t{128} << 10; // where the allocator begins to map blocks one by one
+    constexpr size_t KEPT_FROM = size_t{128} << 10; // from here on the allocator maps each block
     constexpr size_t KEPT_UP_TO = size_t{2} << 20;
     const size_t nMemory = pDoc->GetMemory();
     if (nMemory >= KEPT_FROM && nMemory <= KEPT_UP_TO) {

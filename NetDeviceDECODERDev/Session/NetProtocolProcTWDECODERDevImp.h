@@ -96,7 +96,7 @@ private:
     class CRunningScope;
     enum class E_Exchange {
         Reply,     // a reply has arrived and can be read
-        NoReply,   // not sent, not answered in time, or stopped
+        NoReply,   // not sent, no reply in time, or stopped
         NotStored, // answered, but no reply of a known request has come yet
     };
     using CommandHandler = void (CNetProtocolProcTWDECODERDevImp::*)(CCmdProcObject*, char*, unsigned int);

@@ -13,7 +13,7 @@ namespace simulated_decoder {
     ERROR(Success, 0, "success") \
     ERROR(MalformedRequest, 1, "malformed request") /* not XML, or without the header elements that every request has */ \
     ERROR(UnknownUrl, 2, "unknown url") \
-    ERROR(BadValue, 3, "missing or bad value") /* an element of the body is missing, is no number or is out of its range */ \
+    ERROR(BadValue, 3, "missing or bad value") /* an element of the body is missing, not a number or out of range */ \
     ERROR(WrongSession, 51, "wrong session") \
     ERROR(WrongToken, 52, "wrong token") /* not logged in (any more) */ \
     ERROR(WrongAccount, 103, "wrong account") \
@@ -38,7 +38,7 @@ namespace simulated_decoder {
     ERROR(UnknownChannel, 501, "unknown channel") \
     ERROR(UnknownGroup, 502, "unknown channel group") \
     ERROR(GroupExists, 503, "channel group exists") \
-    ERROR(GroupInUse, 504, "channel group in use") /* some sub-window cycles through it */ \
+    ERROR(GroupInUse, 504, "channel group in use") /* a sub-window cycles through it */ \
     ERROR(TooManyGroups, 505, "too many channel groups")
 // clang-format on
 

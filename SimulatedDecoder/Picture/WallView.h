@@ -1,5 +1,5 @@
 #pragma once
-// What is seen of the wall: computed once from its state, then drawn as SVG and as text and sent to the page.
+// The visible wall: computed once from its state, then drawn as SVG and as text and sent to the page.
 // Rectangles are in wall coordinates.
 
 #include <cstddef>

@@ -14,7 +14,7 @@ namespace simulated_decoder {
 
 namespace {
 
-// A host that does not read what it asked for is cut off here.
+// A host that does not read its replies is cut off here.
 constexpr std::size_t kMaxOutput = std::size_t{16} * 1024 * 1024;
 
 // Between two pieces of chunked output, so that the host's socket really receives them separately.

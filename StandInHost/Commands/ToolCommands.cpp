@@ -67,7 +67,7 @@ void SetUpRaw(CLI::App& app, ConsoleCommand& command)
     app.callback([&command, arguments] {
         command.kind = ConsoleCommand::Kind::Request;
         command.payload = arguments->Payload();
-        command.optType = ByteReader(command.payload.bytes).U32(); // the user's bytes may hold the head, too
+        command.optType = ByteReader(command.payload.bytes).U32(); // the user's bytes may include the head
         command.cmdID = Unsigned(arguments->id, "the command id");
         command.hasReply = !arguments->noReply;
         command.title += ' ' + arguments->id;

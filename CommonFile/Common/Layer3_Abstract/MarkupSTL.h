@@ -13,7 +13,7 @@ struct NodeStack;
 struct TokenPos;
 
 // An XML document in memory: its text, an index of its elements, and the cursor at which elements are added.
-// The text is edited in place and goes onto the wire as it stands.
+// The text is edited in place and sent as is.
 //
 // The cursor has a parent and, among the children of that parent, a main position or none. Operations that
 // return false leave document and cursor unchanged. A text has at most 2^31 - 1 bytes; anything longer is
@@ -99,7 +99,7 @@ public:
     // Makes the parent the main position. False at the document level.
     bool OutOfElem();
     // Advances from the main position, or the start, to the parent's next child of this name; null or empty
-    // takes any. A searched name may continue after one of " =/[]".
+    // takes any. In szName the name may be followed by one of " =/[]".
     bool FindElem(const char* szName = nullptr);
     void ResetPos();
 

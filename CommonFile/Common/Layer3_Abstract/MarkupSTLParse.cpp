@@ -10,7 +10,7 @@
 namespace {
 
 constexpr size_t kMaxErrorText = 1 << 20;
-constexpr size_t kBytesPerElem = 64; // a first guess at how densely elements stand
+constexpr size_t kBytesPerElem = 64; // a first guess
 
 // Nodes delimited by two fixed texts.
 struct Section {

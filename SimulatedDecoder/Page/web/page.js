@@ -1,6 +1,6 @@
 "use strict";
 
-// The page keeps what the decoder told last and shows that; nothing is changed here but by the decoder's events.
+// The page shows what the decoder last sent; only the decoder's events change anything here.
 
 const windowsAPage = 20;
 const element = (id) => document.getElementById(id);
@@ -9,7 +9,7 @@ let wall = null;
 let activity = null;
 let selectedId = null;
 let selectedWindow = null; // with all of its cells
-let firstShown = 0; // of the table of windows, counted from the highest layer
+let firstShown = 0; // first row shown in the table of windows, counted from the highest layer
 
 // Fills a table or list in place, so that a control that has the focus keeps it.
 function fill(parent, items, make, update) {
@@ -36,7 +36,7 @@ const timeText = (time) => new Date(time).toLocaleTimeString([], { hour12: false
 
 const picture = element("picture");
 let pictureAsked = false;
-let pictureOld = false; // since it was asked for
+let pictureOld = false; // it has changed since it was requested
 
 // The decoder draws the wall.
 async function showPicture() {

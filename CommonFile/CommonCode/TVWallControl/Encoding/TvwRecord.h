@@ -98,9 +98,9 @@ private:
     RecordSite m_site;
 };
 
-// The common operations. A record derives from this with itself as the argument and gives `SITE`, `Dump` and
-// one template `Fields(self, visitor)` that names its fields in wire order: everything before the lists in
-// one `Plain`, then each `List` (or `ImageList`) with its count, or a text that takes the `Rest`. Reading,
+// The common operations. A record derives from this with itself as the argument and defines `SITE`, `Dump`
+// and one template `Fields(self, visitor)` that names its fields in wire order: everything before the lists
+// in one `Plain`, then each `List` (or `ImageList`) with its count, or a text that takes the `Rest`. Reading,
 // writing, measuring, clearing and verifying all follow that one list. Reader defines how a payload that ends
 // before the record does is read. A record belongs to one thread at a time.
 template <class Record, class Reader = CRecordReader>
