@@ -77,7 +77,7 @@ void CNetProtocolProcTWDECODERDevImp::GetWallLayout(CCmdProcObject* cmd, char* /
     }
     S_MTvw_Wall_Layout answer;
     GetWallLayoutMessage(answer, ReplyText(), Reply().Xml());
-    CloseReply(); // its memory holds the answer
+    CloseReply(); // makes room for the answer
     answer._numchannel = static_cast<tuint32>(answer._channelList.size());
     const std::string bytes = answer.Encode();
     ReplyBuffer(cmd, bytes.data(), bytes.size());

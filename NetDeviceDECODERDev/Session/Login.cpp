@@ -106,7 +106,7 @@ void CNetProtocolProcTWDECODERDevImp::ProcDoOptionCmd(CCmdProcObject* cmd, char*
     TakeKey(m_replyMessage.s_pubkey1, reply, "td_command/td_body/pubkey1");
     TakeKey(m_replyMessage.s_pubkey2, reply, "td_command/td_body/pubkey2");
     const unsigned int nErrorCode = reply.ErrorCode();
-    CloseReply(); // the second request fits where it was
+    CloseReply(); // makes room for the second request
     if (nErrorCode != 0) {
         DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
         return;

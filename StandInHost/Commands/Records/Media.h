@@ -20,7 +20,7 @@ struct Media {
     std::string user;           // at most kMaxSourceCredential bytes, like the password
     std::string passwordText;
     int64_t streamType = 0;
-    int64_t recordMask = 0; // used only with a single source, as are the two below
+    int64_t recordMask = 0; // this and selector: only with a single source
     int64_t selector = 0;
     uint64_t begin = 0;
     uint64_t end = 0;
