@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "CountedText.h"
-#include "MarkupSTL.h"
 #include "Link/MessageHead.h"
+#include "MarkupSTL.h"
 
 inline SMessageHead DocumentHead(const std::string& message)
 {

@@ -6,9 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include "Encoding/TvwRecord.h"
 #include "FakeHost.h"
 #include "LinkTexts.h"
-#include "Encoding/TvwRecord.h"
 
 // Through the base: one record's own SetData says nothing.
 template <class Record, class Reader>

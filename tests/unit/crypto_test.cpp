@@ -168,6 +168,10 @@ TEST_F(CryptoTest, EncipheredTextHasNoSaltWhenWrittenAndThreeCharactersWhenRead)
         EXPECT_FALSE(AesDataDecrypt(szText, "key", out)) << szText;
     }
     EXPECT_FALSE(AesDataEncrypt("", "key", out) || AesDataEncrypt("secret", "", out));
+    std::string other; // a key has room for 13 characters beside the salt
+    EXPECT_TRUE(AesDataEncrypt("secret", "0123456789012", out) &&
+                AesDataEncrypt("secret", "0123456789013", other));
+    EXPECT_NE(out, other);
 }
 
 TEST_F(CryptoTest, XorRepeatsItsKey)

@@ -163,9 +163,11 @@ TEST(Markup, RefusedOperationsLeaveDocumentAndCursor)
     EXPECT_FALSE(doc.AddElem("b", "1", CMarkupSTL::MNF_WITHNOEND));
     EXPECT_FALSE(doc.AddElem(endTagTooLong.c_str(), "1"));
     EXPECT_FALSE(doc.AddElem(std::string(1 << 20, 'n').c_str()));
+    EXPECT_TRUE(doc.IntoElem());
     {
         CElemScope refused(doc, "");
     }
+    EXPECT_TRUE(doc.OutOfElem());
     EXPECT_FALSE(doc.FindElem("a"));
     EXPECT_EQ(doc.GetDoc(), "<a/>\r\n");
     EXPECT_EQ(doc.GetTagName(), "a");
@@ -271,7 +273,7 @@ TEST(Markup, UnescapesReferences)
     for (const auto& [text, expected] : cases) {
         EXPECT_EQ(CMarkupSTL::UnescapeText(text), expected);
     }
-    EXPECT_EQ(CMarkupSTL::UnescapeText("&#65;", 4), "&#65");
+    EXPECT_EQ(CMarkupSTL::UnescapeText("&#65;", 4) + CMarkupSTL::UnescapeText("a", 0), "&#65");
     EXPECT_EQ(CMarkupSTL::UnescapeText(nullptr), "");
     EXPECT_EQ(CMarkupSTL::EscapeText("<'&lt;", CMarkupSTL::MNF_WITHREFS), "&lt;'&lt;");
 }

@@ -1,8 +1,10 @@
+#include <array>
 #include <functional>
 #include <gtest/gtest.h>
 #include <list>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -12,6 +14,7 @@
 #include "PFTime.h"
 #include "SysHelper.h"
 #include "TypeCheck.h"
+#include "Wipe.h"
 
 namespace {
 
@@ -70,6 +73,7 @@ TEST(PlatformTest, SeveralEventsArePolledInPasses)
     EXPECT_EQ(wait({false, true, true}, false, 0), 1U);
     EXPECT_EQ(wait({false, false}, false, 0), WAIT_TIMED_OUT);
     EXPECT_EQ(wait({}, false, FAR_AHEAD), WAIT_TIMED_OUT);
+    EXPECT_EQ(wait({}, true, 0), WAIT_SIGNALLED);
     EXPECT_EQ(wait({true, true}, true, 10), WAIT_SIGNALLED);
     EXPECT_EQ(wait({true, true}, true, 9), WAIT_TIMED_OUT); // the first pass ends at event 0 and counts 10 ms
     EXPECT_EQ(wait({true, false}, true, 30), WAIT_TIMED_OUT);
@@ -120,6 +124,16 @@ TEST(PlatformTest, CountersAreAtomicAndAStorePublishesWhatWasWrittenBefore)
     EXPECT_EQ(counter.Increment(), 400'001);
 }
 
+TEST(PlatformTest, AWipedValueIsWipedWhole)
+{
+    using Secret = TWiped<std::array<char, 99>>;
+    alignas(Secret) char memory[sizeof(Secret)];
+    auto* pSecret = new (memory) Secret;
+    pSecret->value.fill('s');
+    pSecret->~Secret();
+    EXPECT_EQ(std::string(memory, sizeof(memory)).find('s'), std::string::npos);
+}
+
 TEST(PlatformTest, GuidTextIsUpperCaseInBraces)
 {
     const GUID guid{0x1A2B3C4D, 0x0E5F, 0xABCD, {0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF}};
@@ -128,13 +142,18 @@ TEST(PlatformTest, GuidTextIsUpperCaseInBraces)
     EXPECT_TRUE(CSysHelper::GuidToString(guid, buffer, 39) && !CSysHelper::GuidToString(guid, buffer, 38));
 }
 
-TEST(PlatformTest, DecodersLieBetweenTheirRangeMarkers)
+TEST(PlatformTest, NodeTypesLieBetweenTheirRangeMarkers)
 {
     EXPECT_EQ(CTypeCheck::GetDECODERAbstractTypeValue(), 513U);
-    for (const unsigned int nType : {0U, 512U, 513U, 751U, 752U, 0xFFFFFFFFU}) {
+    for (const unsigned int nType :
+         {0U, 1U, 31U, 32U, 131U, 132U, 133U, 134U, 512U, 513U, 751U, 752U, 0xFFFFFFFFU}) {
+        const CTypeCheck check(nType);
         CTypeCheck::CDecoderTypeCheck out;
-        EXPECT_EQ(CTypeCheck::IsDecoder_s(nType, &out), nType == 513 || nType == 751) << nType;
+        EXPECT_EQ(check.IsDecoder(&out), nType == 513 || nType == 751) << nType;
         EXPECT_EQ(out.m_dwTypeValue, nType);
+        EXPECT_EQ(std::tuple(check.IsClient(), check.IsWall(), check.IsChannelGroup()),
+                  std::tuple(nType == 1 || nType == 31, nType == 132, nType == 133))
+            << nType;
     }
 }
 

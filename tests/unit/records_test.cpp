@@ -1,3 +1,4 @@
+#include <regex>
 #include <set>
 #include <tuple>
 
@@ -94,6 +95,53 @@ void Check(const std::string& bytes, const std::string& dumped)
 {
     RoundTrips<Record>(bytes);
     EXPECT_EQ(Dumped<Record>(bytes), dumped);
+}
+
+// Sets every number of a record, its counts included, to all ones.
+struct AllOnes {
+    template <class... Value>
+    void Plain(Value&... values)
+    {
+        (Set(values), ...);
+    }
+    template <class... Any>
+    void List(Any&...)
+    {
+    }
+    template <class... Any>
+    void ImageList(Any&...)
+    {
+    }
+
+private:
+    template <class Value>
+    static void Set(Value& value)
+    {
+        if constexpr (std::is_integral_v<Value>) {
+            value = static_cast<Value>(-1);
+        }
+    }
+};
+
+template <class... Record>
+std::string AllOnesLogged()
+{
+    static const std::regex NUMBER(":(-1|255|65535|4294967295)\\b");
+    std::string numbers;
+    const auto append = [&](auto record) {
+        AllOnes ones;
+        decltype(record)::Fields(record, ones);
+        fake_host::Reset();
+        record.Dump();
+        const std::string text = fake_host::Logs().front().text;
+        for (std::sregex_iterator match(text.begin(), text.end(), NUMBER); match != std::sregex_iterator();
+             ++match) {
+            numbers += (*match)[1].str() == "-1" ? '-' : (*match)[1].length() > 5 ? 'U' : 'u';
+        }
+        numbers += ' ';
+    };
+    (append(Record()), ...);
+    return numbers;
 }
 
 } // namespace
@@ -210,6 +258,26 @@ TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
     EXPECT_EQ(fake_host::Logs().front().text, std::string(4095, 'x'));
     char* pNone = nullptr;
     EXPECT_EQ(S_MTvw_Wall_Basic_Config().GetData(pNone), 0U);
+}
+
+// -: signed, U: unsigned, u: unsigned of 8 or 16 bits.
+TEST_F(Records, LogNumbersWithTheirSignInTheirWidth)
+{
+    EXPECT_EQ(
+        (AllOnesLogged<S_Cavans_Sub_WindowInfo, S_Delete_Canvas_Window_Item, S_Decoder_LogicScreen_Item_V2,
+                       S_Roar_CanvasWindow_Item, S_Create_Cavans_WindowInfo, S_Decoder_Draw_Border_Wind,
+                       S_Decoder_Draw_Border, S_Playback_Ctrl_Cavs, S_Playback_Ctrl_Items_V2,
+                       S_MTvw_Get_AuCfg_Subwnd, S_MTvw_Get_AuCfg_Cav, S_MTvw_Get_Audio_Config,
+                       S_MTvw_Canvas_Item_V2, S_MTvw_Screen>()),
+        "UU U U--uu ----- UUUUUuuuuUU- -U U uu u -- -U U --uuuu- uu-- ");
+    EXPECT_EQ((AllOnesLogged<S_MTvw_Wall_Channel_Group_Info, S_MTvw_Wall_Del_Ch_Group_item,
+                             S_MTvw_Wall_Delete_Channel_Group, S_MTvw_Wall_Chl_GrPolling_Subitem,
+                             S_MTvw_Wall_Chl_GrPolling_Winitem, S_MTvw_Wall_Start_Chl_GrPolling,
+                             S_MTvw_Wall_Get_ChGroup, S_MTvw_Wall_Get_ChGroup_info,
+                             S_MTvw_Wall_WallLayout_Item, S_MTvw_Wall_Layout, S_MTvw_Wall_Media_info,
+                             S_MTvw_Wall_Media_Sub_Wind, S_MTvw_Wall_Media_Wind, S_MTvw_Wall_Media,
+                             S_MTvw_Wall_Set_wall_Wind, S_MTvw_Wall_Set_wall_V2>()),
+              "-UU - U UU -U U - U U U -----U- -U -U U uuuU U ");
 }
 
 TEST_F(Records, CountsThatCannotBeCreateNothing)

@@ -62,6 +62,14 @@ struct Script {
         onWait();
         return nError;
     }
+    int WaitWithoutEnd(pthread_mutex_t* pMutex)
+    {
+        const int nError = Next("wait");
+        pthread_mutex_unlock(pMutex);
+        onWait();
+        pthread_mutex_lock(pMutex);
+        return nError;
+    }
     int Sleep(const timespec& time, timespec* pLeft)
     {
         const int nError = Next("sleep " + Text(time));
@@ -145,6 +153,8 @@ TVWALL_WRAPPED(int, pthread_condattr_setclock, (pthread_condattr_t * p, clockid_
 TVWALL_WRAPPED(int, pthread_cond_timedwait,
                (pthread_cond_t * p, pthread_mutex_t* pMutex, const timespec* pEnd), (p, pMutex, pEnd),
                Wait(*pEnd))
+TVWALL_WRAPPED(int, pthread_cond_wait, (pthread_cond_t * p, pthread_mutex_t* pMutex), (p, pMutex),
+               WaitWithoutEnd(pMutex))
 TVWALL_WRAPPED(int, pthread_cond_signal, (pthread_cond_t * p), (p), Next("signal"))
 TVWALL_WRAPPED(int, pthread_cond_broadcast, (pthread_cond_t * p), (p), Next("broadcast"))
 TVWALL_WRAPPED(int, pthread_create,
@@ -231,6 +241,15 @@ TEST(SystemCallsTest, EveryOperationMakesItsCallsAndHeedsTheirResults)
         EXPECT_EQ(script.calls, c.calls);
     }
     EXPECT_EQ(nThreadID, 77U);
+}
+
+TEST(SystemCallsTest, AWaiterThatIsWokenForNothingWaitsAgain)
+{
+    CMySemaphore semaphore(0, 9);
+    Script script;
+    script.onWait = [&, nWoken = 0]() mutable { ++nWoken == 2 && semaphore.unlock(); };
+    semaphore.lock();
+    EXPECT_EQ(script.calls, "wait, wait, signal");
 }
 
 TEST(SystemCallsTest, FilesAreReadAndWrittenWholeAndClosed)
