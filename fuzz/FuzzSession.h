@@ -8,6 +8,7 @@
 #include "FakeHost.h"
 #include "FakeNode.h"
 #include "FuzzScript.h"
+#include "HostCalls.h"
 #include "LinkTexts.h"
 #include "Session/NetProtocolProcTWDECODERDevImp.h"
 #include "TestClock.h"
@@ -29,11 +30,10 @@ public:
     FuzzSession(const FuzzSession&) = delete;
     FuzzSession& operator=(const FuzzSession&) = delete;
 
-    void Run(unsigned int nCmdID, std::string payload, bool bHasReply = true)
+    void Run(unsigned int nCmdID, const std::string& payload, bool bHasReply = true)
     {
         FakeCommand command(nCmdID, bHasReply);
-        m_session.ProcOneCommand(&command, reinterpret_cast<unsigned char*>(payload.data()),
-                                 static_cast<unsigned int>(payload.size()));
+        Process(m_session, command, payload);
         Require(command.nAnswers <= (bHasReply ? 1 : 0));
     }
 
@@ -41,10 +41,7 @@ public:
     void Receive(const std::string& bytes)
     {
         m_kept += bytes;
-        unsigned int nNeed = 0;
-        const unsigned int nConsumed =
-            m_session.OnSocketRecvData(0, m_kept.data(), static_cast<unsigned int>(m_kept.size()),
-                                       m_bBuffered ? nullptr : &nNeed, nullptr);
+        const unsigned int nConsumed = Offer(m_session, m_kept, m_bBuffered);
         Require(nConsumed <= m_kept.size());
         m_kept.erase(0, nConsumed);
     }

@@ -107,10 +107,7 @@ public:
     {
         for (size_t at = 0; at < bytes.size() && Keep(bytes.substr(at, nPiece)); at += nPiece) {
             m_gate.Move();
-            unsigned int nNeed = 0;
-            const unsigned int nConsumed =
-                m_observer.OnSocketRecvData(0, m_kept.data(), static_cast<unsigned int>(m_kept.size()),
-                                            bBuffered ? nullptr : &nNeed, nullptr);
+            const unsigned int nConsumed = Offer(m_observer, m_kept, bBuffered);
             m_gate.Move();
             std::lock_guard lock(m_mutex);
             m_kept.erase(0, nConsumed);
@@ -148,54 +145,31 @@ std::string Notification(size_t nLen)
                  "</td_body></td_command>");
 }
 
-// Runs when a wait for an event begins that is not signalled.
-std::function<void()> g_onLastingWait;
-// Runs before the messages of a command begin to be kept.
-std::function<void()> g_onOpen;
+std::function<void()> g_onLastingWait; // runs when a wait for an event begins that is not signalled
+std::function<void()> g_onOpen;        // runs before the messages of a command begin to be kept
+std::function<void()> g_onEncipher;    // runs before each encipherment under a public key
 
 } // namespace
 
-// The linker sends every call of CMyEvent::WaitEvent here and gives the original the other name.
-unsigned int RealWait(const CMyEvent* pEvent, unsigned int ms) __asm__("__real__ZNK8CMyEvent9WaitEventEj");
-unsigned int WrappedWait(const CMyEvent* pEvent, unsigned int ms) __asm__("__wrap__ZNK8CMyEvent9WaitEventEj");
-
-unsigned int WrappedWait(const CMyEvent* pEvent, unsigned int ms)
-{
-    if (g_onLastingWait && RealWait(pEvent, 0) == WAIT_TIMED_OUT) {
-        g_onLastingWait();
+// The linker sends every call of these here and gives the originals the other names.
+#define TVWALL_WRAPPED(result, name, symbol, parameters, arguments, condition, hook)                         \
+    result Real##name parameters __asm__("__real_" symbol);                                                  \
+    result Wrapped##name parameters __asm__("__wrap_" symbol);                                               \
+    result Wrapped##name parameters                                                                          \
+    {                                                                                                        \
+        if ((hook) && (condition)) {                                                                         \
+            (hook)();                                                                                        \
+        }                                                                                                    \
+        return Real##name arguments;                                                                         \
     }
-    return RealWait(pEvent, ms);
-}
 
-void RealOpen(CReplyHandOver* pHandOver) __asm__("__real__ZN14CReplyHandOver4OpenEv");
-void WrappedOpen(CReplyHandOver* pHandOver) __asm__("__wrap__ZN14CReplyHandOver4OpenEv");
-
-void WrappedOpen(CReplyHandOver* pHandOver)
-{
-    if (g_onOpen) {
-        g_onOpen();
-    }
-    RealOpen(pHandOver);
-}
-
-namespace {
-
-std::function<void()> g_onEncipher; // runs before each encipherment under a public key
-
-} // namespace
-
-extern "C" int RealEncipher(int, const unsigned char*, unsigned char*, RSA*,
-                            int) __asm__("__real_RSA_public_encrypt");
-extern "C" int WrappedEncipher(int, const unsigned char*, unsigned char*, RSA*,
-                               int) __asm__("__wrap_RSA_public_encrypt");
-
-int WrappedEncipher(int nLen, const unsigned char* pFrom, unsigned char* pTo, RSA* pKey, int nPadding)
-{
-    if (g_onEncipher) {
-        g_onEncipher();
-    }
-    return RealEncipher(nLen, pFrom, pTo, pKey, nPadding);
-}
+TVWALL_WRAPPED(unsigned int, Wait, "_ZNK8CMyEvent9WaitEventEj", (const CMyEvent* pEvent, unsigned int ms),
+               (pEvent, ms), RealWait(pEvent, 0) == WAIT_TIMED_OUT, g_onLastingWait)
+TVWALL_WRAPPED(void, Open, "_ZN14CReplyHandOver4OpenEv", (CReplyHandOver * pHandOver), (pHandOver), true,
+               g_onOpen)
+TVWALL_WRAPPED(int, Encipher, "RSA_public_encrypt",
+               (int nLen, const unsigned char* pFrom, unsigned char* pTo, RSA* pKey, int nPadding),
+               (nLen, pFrom, pTo, pKey, nPadding), true, g_onEncipher)
 
 namespace {
 
@@ -285,7 +259,6 @@ INSTANTIATE_TEST_SUITE_P(Commands, StopEncipheringTest,
 TEST_F(StopTest, WaitsForTheOuterOfTwoCommands)
 {
     const CommandSample& info = CommandSampleOf("GetDecSystemInfo");
-    std::string payload = info.Payload();
     std::function<void()> innerHasEnded;
     const auto run = [&] {
         FakeCommand outer(info.nCmdID);
@@ -295,8 +268,7 @@ TEST_F(StopTest, WaitsForTheOuterOfTwoCommands)
             innerHasEnded();
         };
         ReplyWith(ReplyText("getsysteminfo", "%SEQ%"));
-        session.ProcOneCommand(&outer, reinterpret_cast<unsigned char*>(payload.data()),
-                               static_cast<unsigned int>(payload.size()));
+        Process(session, outer, info.Payload());
         return std::string();
     };
     StopInside(innerHasEnded, run, [&] { EXPECT_EQ(Element(LastRequest(), "url"), "getchannelinfo"); });
@@ -315,21 +287,15 @@ TEST_F(StopTest, ANumberThatCameWithoutAMessageToKeepIsNotTheLastOne)
 TEST(CmdIDTest, EachThreadsNumbersGoUpAndNoneComesTwice)
 {
     constexpr size_t NUMBERS = 100'000;
-    std::vector<unsigned int> numbers[4];
-    std::vector<std::thread> threads;
-    for (auto& own : numbers) {
-        threads.emplace_back([&own] {
-            while (own.size() < NUMBERS) {
-                own.push_back(CNetProtocolProcTWDECODERDevImp::GetCmdID());
-            }
+    std::vector<unsigned int> all(4 * NUMBERS);
+    std::vector<std::jthread> threads;
+    for (auto begin = all.begin(); begin != all.end(); begin += NUMBERS) {
+        threads.emplace_back([begin] {
+            std::generate_n(begin, NUMBERS, &CNetProtocolProcTWDECODERDevImp::GetCmdID);
+            EXPECT_TRUE(std::is_sorted(begin, begin + NUMBERS));
         });
     }
-    std::vector<unsigned int> all;
-    for (size_t i = 0; i < threads.size(); ++i) {
-        threads[i].join();
-        EXPECT_TRUE(std::is_sorted(numbers[i].begin(), numbers[i].end()));
-        all.insert(all.end(), numbers[i].begin(), numbers[i].end());
-    }
+    threads.clear(); // waits for them
     std::sort(all.begin(), all.end());
     EXPECT_EQ(std::adjacent_find(all.begin(), all.end()), all.end());
     EXPECT_EQ(all.back() - all.front(), all.size() - 1);

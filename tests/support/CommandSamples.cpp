@@ -23,9 +23,12 @@ std::string Rect(long nX, long nY, long nWidth, long nHeight)
 // Two screens, of which the second one has no name.
 std::string Layout()
 {
-    Bytes layout = Bytes().U32(3).U32(0xFFFFFFFF).U32(2);
-    layout.U32(0xFFFFFFFF).Text(Field("left", 256)).U32(1).U32(0x80000000);
-    return layout.U32(8).Zeros(256).U32(0).U32(2);
+    return Bytes()
+        .U32(3)
+        .U32(0xFFFFFFFF)
+        .U32(2)
+        .Text(ScreenRecord(0xFFFFFFFF, "left", 1, 0x80000000))
+        .Text(ScreenRecord(8, "", 0, 2));
 }
 
 std::string Coordinate(long nX, long nY) { return Elem("coordinate", Elem("xpos", nX) + Elem("ypos", nY)); }
@@ -57,32 +60,18 @@ std::string SwitchesText(long nBorder, long nShowID, const std::string& operatio
            '\0';
 }
 
-std::string Account() { return Bytes().Text(Field(SOURCE_USER, 256)).Text(Field(SOURCE_PASSWORD, 256)); }
-
 // One sub-window with one stream.
 std::string Media()
 {
-    Bytes media = Bytes().U32(1).U32(-8UL).U32(1).U32(-9UL).U32(1).U32(5).Text(GUID_BYTES).U32(-1UL);
-    media.U32(2).U32(554).U32(-4UL).U32(0x80000000).U32(-6UL).Text("gap!").U32(7).U32(1).U32(8).U32(0);
-    return media.Text(Field("10.0.0.<1>", 32)).Text(Account());
-}
-
-std::string WholeWall()
-{
-    Bytes wall = Bytes().U32(1).U16(8).U16(2).U16(3).U16(40000).U16(5).U16(65535).U16(7).U32(1);
-    wall.U16(65535).U16(9).U16(60000).U16(6).U16(50000).Text("gp").U32(1).U32(2).U32(0xFFFFFFFF);
-    return wall.Text(GUID_BYTES).Text(Field("10.0.0.1", 32)).Text(Account()).U32(12);
+    const std::string stream = StreamRecord(GUID_BYTES, 5, SOURCE_USER, SOURCE_PASSWORD);
+    return Bytes().U32(1).U32(-8UL).U32(1).U32(-9UL).U32(1).Text(stream);
 }
 
 const std::string WALL(16, 'W'); // its GUID
 
 // A group whose name fills its field.
 const std::string GROUP_NAME(256, 'n');
-std::string Group()
-{
-    Bytes group = Bytes().Text(WALL).U32(-7UL).U32(0xFFFFFFFF).U32(0x80000000);
-    return group.Text(GROUP_NAME).Text(Field("1,2,3 & <4>", 16));
-}
+std::string Group() { return GroupRecord(WALL, -7UL, 0xFFFFFFFF, 0x80000000, GROUP_NAME, "1,2,3 & <4>"); }
 
 const std::string GROUP = Body(
     Elem("channelgroup", Elem("id", -7) + Elem("name", GROUP_NAME) + Elem("channelnum", 4294967295) +
@@ -108,25 +97,16 @@ std::vector<CommandSample> MakeSamples()
     const std::string groups =
         Elem("channelgrouplist", Item(Elem("id", -2000000004) + Elem("name", "entrances") +
                                       Elem("interval", 30) + Elem("td_channellist", "1,2")));
-    const std::string stream = Elem("type", -1) + Elem("reqmode", 2) + Elem("addr", "10.0.0.&lt;1&gt;") +
-                               Elem("port", 554) + Elem("channelid", GUID_TEXT) + Elem("user", SOURCE_USER) +
-                               Elem("pwd", SOURCE_PASSWORD) + Elem("begintime", 4294967303) +
-                               Elem("endtime", 8) + Elem("streamtype", -4) + Elem("recordmask", 2147483648) +
-                               Elem("source", -6);
-    const std::string wallStream = Elem("type", 60000) + Elem("reqmode", 6) + Elem("addr", "10.0.0.1") +
-                                   Elem("port", 50000) + Elem("channelid", 12) + Elem("user", SOURCE_USER) +
-                                   Elem("pwd", SOURCE_PASSWORD) + Elem("streamtype", 4294967295);
+    const std::string stream = StreamElements(Elem("channelid", GUID_TEXT), SOURCE_USER, SOURCE_PASSWORD);
     const std::string wall =
-        Item(Elem("id", 8) + Rect(40000, 5, 65535, 7) + Elem("layerindex", 2) + Elem("mode", 3) +
-             Elem("td_subwindowlist",
-                  Item(Elem("index", 65535) + Elem("osdid", 9) + Elem("mediainfo", wallStream))));
+        Bytes().U32(1).Text(WallWindowRecord(8, 1)).Text(WallStreamRecord(GUID_BYTES, 12, 6));
     return {
         {"ProcDoOptionCmd", 0x101, NO_OPTION, LoginPayload("admin", "secret"), "dooption dologin",
          Body(Elem("encryption", 1)), NO_HEAD, keys, Bytes().Text(node).U32(513).Zeros(112)},
         {"SetWallLayout", 0x50005, NO_OPTION, Layout(), "setwalllayout",
          Body(Elem("row", 3) + Elem("col", 4294967295)), NO_HEAD, "", ""},
         {"GetWallLayout", 0x50006, NO_OPTION, "not read", "getwalllayout", NO_BODY, NO_HEAD, screens,
-         Bytes().U32(1).U32(2).U32(1).U32(4294967287).Text(Field("left <1>", 256)).U32(0).U32(1)},
+         Bytes().U32(1).U32(2).U32(1).Text(ScreenRecord(4294967287, "left <1>", 0, 1))},
         {"BindWall", 0x50007, NO_OPTION, Layout(), "dobindwall",
          Body(Elem("td_channellist", Item(Elem("id", 4294967295) + Coordinate(1, 2147483648)) +
                                          Item(Elem("id", 8) + Coordinate(0, 2)))),
@@ -141,14 +121,7 @@ std::vector<CommandSample> MakeSamples()
          system, Bytes().Zeros(16).Text(Field("wall", 64)).U32(-2000000001UL).Text(systemTexts)},
         {"GetChannelGroup", GET, 0x6000D, Bytes().Text(WALL).U32(-2000000002UL), "setchannelgroup",
          Body(Elem("channelgroup", Elem("id", -2000000002))), 0x6000E, groups,
-         Bytes()
-             .U32(1)
-             .Zeros(16)
-             .U32(-2000000004UL)
-             .U32(0)
-             .U32(30)
-             .Text(Field("entrances", 256))
-             .Text(Field("1,2", 16))},
+         Bytes().U32(1).Text(GroupRecord(NO_GUID, -2000000004UL, 0, 30, "entrances", "1,2"))},
         {"GetWindowConfig", GET, 0x60013, "not read", "getwindowconfig", NO_BODY, 0x60013,
          Switches(4294967295, 70000), SwitchesText(4294967295, 70000, "getWindowConfig")},
         {"GetAudioConfig", GET, 0x60016, Sound(), "getaudioconfig", Body(""), 0x60016,
@@ -162,7 +135,8 @@ std::vector<CommandSample> MakeSamples()
                                     Item(Elem("index", -32768) + Elem("drawborder", 1)))),
          0x60003},
         {"SetChannelGroup", SAVE, 0x6000C, Group(), "setchannelgroup", GROUP, 0x6000E},
-        {"SetWallInfo", SAVE, 0x60010, WholeWall(), "setwallinfo", Windows(wall), 0x60010},
+        {"SetWallInfo", SAVE, 0x60010, wall, "setwallinfo",
+         Windows(WallWindowItem("8", WallStreamItem("12", 6))), 0x60010},
         {"doClearWall", SAVE, 0x60011, "not read", "dowallclear", Body(""), 0x60011},
         {"SetWindowConfig", SAVE, 0x60012, Guids().U16(65535).U16(1), "setwindowconfig",
          Body(Switches(65535, 1)), 0x60012, Switches(7, 8), SwitchesText(65535, 1, "setWindowConfig")},
@@ -208,6 +182,61 @@ std::vector<CommandSample> MakeSamples()
 }
 
 } // namespace
+
+std::string ScreenRecord(unsigned long id, const std::string& name, unsigned long x, unsigned long y)
+{
+    return Bytes().U32(id).Text(Field(name, 256)).U32(x).U32(y);
+}
+
+std::string GroupRecord(const std::string& guid, unsigned long id, unsigned long nChannels,
+                        unsigned long nInterval, const std::string& name, const std::string& channels)
+{
+    Bytes group = Bytes().Text(guid).U32(id).U32(nChannels).U32(nInterval);
+    return group.Text(Field(name, 256)).Text(Field(channels, 16));
+}
+
+std::string StreamRecord(const std::string& guid, unsigned long nChannel, const std::string& user,
+                         const std::string& pwd, const std::string& gap)
+{
+    Bytes media = Bytes().U32(nChannel).Text(guid).U32(-1UL).U32(2).U32(-3UL).U32(-4UL).U32(0x80000000);
+    media.U32(-6UL).Text(gap).U32(-1UL).U32(-1UL).U32(7).U32(1).Text(Field("10.0.0.<1>", 32));
+    return media.Text(Field(user, 256)).Text(Field(pwd, 256));
+}
+
+std::string StreamElements(const std::string& channel, const std::string& user, const std::string& pwd)
+{
+    return Elem("type", -1) + Elem("reqmode", 2) + Elem("addr", "10.0.0.&lt;1&gt;") + Elem("port", -3) +
+           channel + Elem("user", user) + Elem("pwd", pwd) + Elem("begintime", -1) +
+           Elem("endtime", 4294967303) + Elem("streamtype", -4) + Elem("recordmask", 2147483648) +
+           Elem("source", -6);
+}
+
+std::string WallWindowRecord(unsigned int id, unsigned long nSubWindows)
+{
+    return Bytes().U16(id).U16(2).U16(3).U16(40000).U16(5).U16(0xFFFF).U16(7).U32(nSubWindows);
+}
+
+std::string WallWindowItem(const std::string& id, const std::string& subItems)
+{
+    return Item(Elem("id", id) + Rect(40000, 5, 65535, 7) + Elem("layerindex", 2) + Elem("mode", 3) +
+                Elem("td_subwindowlist", subItems));
+}
+
+std::string WallStreamRecord(const std::string& guid, unsigned long nChannel, unsigned int nReqMode)
+{
+    Bytes media = Bytes().U16(0xFFFF).U16(9).U16(60000).U16(nReqMode).U16(50000).Text("gp").U32(-1UL).U32(2);
+    media.U32(0xFFFFFFFF).Text(guid).Text(Field("10.0.0.1", 32));
+    return media.Text(Field(SOURCE_USER, 256)).Text(Field(SOURCE_PASSWORD, 256)).U32(nChannel);
+}
+
+std::string WallStreamItem(const std::string& channelid, int nReqMode)
+{
+    const std::string media = Elem("type", 60000) + Elem("reqmode", nReqMode) + Elem("addr", "10.0.0.1") +
+                              Elem("port", 50000) + Elem("channelid", channelid) + Elem("user", SOURCE_USER) +
+                              Elem("pwd", SOURCE_PASSWORD) + Elem("streamtype", 4294967295);
+    return Item(Elem("index", 65535) + Elem("osdid", 9) +
+                (channelid.empty() ? "" : Elem("mediainfo", media)));
+}
 
 std::string CommandSample::Payload() const
 {

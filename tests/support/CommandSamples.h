@@ -42,6 +42,21 @@ inline constexpr auto SOURCE_PASSWORD = "secret of the cameras";
 // A channel's GUID, as the host's bytes and as text.
 inline const std::string GUID_BYTES = "ABCDEFGHIJKLMNOP";
 inline const std::string GUID_TEXT = "{44434241-4645-4847-494A-4B4C4D4E4F50}";
+inline const std::string NO_GUID(16, '\0');
+
+// Parts of the host's records, and of the requests that they become; texts are filled up with zeros.
+std::string ScreenRecord(unsigned long id, const std::string& name, unsigned long x, unsigned long y);
+std::string GroupRecord(const std::string& guid, unsigned long id, unsigned long nChannels,
+                        unsigned long nInterval, const std::string& name, const std::string& channels);
+// Without the gap it is the packed form.
+std::string StreamRecord(const std::string& guid, unsigned long nChannel, const std::string& user,
+                         const std::string& pwd, const std::string& gap = "gap!");
+std::string StreamElements(const std::string& channel, const std::string& user, const std::string& pwd);
+std::string WallWindowRecord(unsigned int id, unsigned long nSubWindows);
+std::string WallWindowItem(const std::string& id, const std::string& subItems);
+std::string WallStreamRecord(const std::string& guid, unsigned long nChannel, unsigned int nReqMode);
+// Without a channel there is no media element.
+std::string WallStreamItem(const std::string& channelid, int nReqMode);
 
 // The login first; new ones last, since the corpus of replies_fuzz tells them by their place.
 const std::vector<CommandSample>& CommandSamples();

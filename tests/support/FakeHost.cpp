@@ -72,21 +72,17 @@ std::vector<LogLine> Logs()
     return g_logs;
 }
 
-int CountLogs(LogLevel level, const std::string& source, int line)
+int CountLogs(LogLevel level, const std::string& source, int line, const std::string& text)
 {
     const auto logs = Logs();
     return static_cast<int>(std::count_if(logs.begin(), logs.end(), [&](const LogLine& log) {
-        return log.level == level && log.source == source && log.line == line;
+        return log.level == level && log.source == source && log.line == line && log.text.starts_with(text);
     }));
 }
 
 int CountAsserts(const std::string& source, int line)
 {
-    const auto logs = Logs();
-    return static_cast<int>(std::count_if(logs.begin(), logs.end(), [&](const LogLine& log) {
-        return log.level == LogLevel::Abnormal && log.text == "ASSERT" && log.source == source &&
-               log.line == line;
-    }));
+    return CountLogs(LogLevel::Abnormal, source, line, "ASSERT");
 }
 
 void SetLogRecording(bool bOn) { g_bRecord = bOn; }

@@ -48,8 +48,8 @@ State& Get();
 void Reset();
 
 std::vector<LogLine> Logs();
-// How many lines of this level have this source and line number.
-int CountLogs(LogLevel level, const std::string& source, int line);
+// How many lines of this level have this source and line number, and begin with this text.
+int CountLogs(LogLevel level, const std::string& source, int line, const std::string& text = "");
 // "ASSERT" reports of this source and line number.
 int CountAsserts(const std::string& source, int line);
 // Off in benchmarks, fuzz targets and stress tests.

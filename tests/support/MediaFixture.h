@@ -4,8 +4,6 @@
 #include "Crypto/tdcrypto.h"
 #include "WallCommandFixture.h"
 
-inline const std::string NO_GUID(16, '\0'); // no channel
-
 class MediaFixture : public WallCommandFixture {
 protected:
     MediaFixture() { tdcrypto::GenerateRsaKey(m_keys); }

@@ -40,18 +40,14 @@ void SessionFixture::ReplyWith(const std::string& text, int nPollsBefore)
 
 void SessionFixture::Receive(const std::string& bytes, bool bBuffered)
 {
-    const auto nLen = static_cast<unsigned int>(bytes.size());
-    unsigned int nNeed = 0;
-    EXPECT_EQ(session.OnSocketRecvData(0, bytes.data(), nLen, bBuffered ? nullptr : &nNeed, nullptr), nLen);
+    EXPECT_EQ(Offer(session, bytes, bBuffered), bytes.size());
 }
 
 std::string SessionFixture::Run(unsigned int nCmdID, const std::string& payload, bool bHasReply)
 {
     nPolls = 0;
     FakeCommand command(nCmdID, bHasReply);
-    std::string copy = payload;
-    session.ProcOneCommand(&command, reinterpret_cast<unsigned char*>(copy.data()),
-                           static_cast<unsigned int>(copy.size()));
+    Process(session, command, payload);
     return command.Answer();
 }
 

@@ -12,6 +12,7 @@
 #include "DecoderKeys.h"
 #include "FakeCommand.h"
 #include "FakeNode.h"
+#include "HostCalls.h"
 #include "LinkTexts.h"
 #include "Session/NetProtocolProcTWDECODERDevImp.h"
 

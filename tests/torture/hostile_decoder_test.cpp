@@ -3,6 +3,7 @@
 #include "AllocationFault.h"
 #include "Base64Coder.h"
 #include "SessionFixture.h"
+#include <tuple>
 
 namespace {
 
@@ -37,11 +38,8 @@ TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
 {
     constexpr size_t FAR = size_t{1} << 20; // 64 references may look so far for their end
     const std::string far = Repeat("&#x", 64) + "g" + std::string(FAR - 193, '0');
-    const struct {
-        const char* what;
-        std::string body;
-        std::string name; // in hexadecimal, or the failure
-    } cases[] = {
+    // What, the body, and the name in hexadecimal or the failure.
+    const std::tuple<const char*, std::string, std::string> cases[] = {
         {"nested as deep as is followed",
          Repeat("<a>", 96) + Repeat("</a>", 96) + "<devicename>n</devicename>", Hex("n")},
         {"nested deeper", Repeat("<a>", 97) + Repeat("</a>", 97) + "<devicename>n</devicename>",
@@ -70,9 +68,9 @@ TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
          "<!--><x \"--><x " + Attributes(300000) + "/>", "failure 20000002"},
         {"marks outside of tags", "<!-- <x> ' --><![CDATA[<x ' ]]><devicename>n</devicename>", Hex("n")},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        EXPECT_EQ(NameFrom(c.body), c.name);
+    for (const auto& [what, body, name] : cases) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(NameFrom(body), name);
     }
 }
 
@@ -114,10 +112,7 @@ std::string PemKey(const std::string& modulus, const std::string& exponent)
 TEST_F(HostileDecoderTest, KeysThatAreNoneCostNothing)
 {
     const std::string odd(128, '\x7F');
-    const struct {
-        const char* what;
-        std::string key;
-    } cases[] = {
+    const std::tuple<const char*, std::string> cases[] = {
         {"no key at all", std::string(1000000, 'A')},
         {"a head without a key", "-----BEGIN RSA PUBLIC KEY-----\n"},
         {"a text too long for a key",
@@ -133,9 +128,9 @@ TEST_F(HostileDecoderTest, KeysThatAreNoneCostNothing)
         {"an exponent of nothing", PemKey(odd, std::string(1, '\0'))},
         {"an exponent above the modulus", PemKey(odd, odd + odd)},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        ReplyWith(ReplyText("dooption", "%SEQ%", "0", "", "<pubkey1>" + c.key + "</pubkey1>"));
+    for (const auto& [what, key] : cases) {
+        SCOPED_TRACE(what);
+        ReplyWith(ReplyText("dooption", "%SEQ%", "0", "", "<pubkey1>" + key + "</pubkey1>"));
         Run(0x101, LoginPayload("admin", "secret"));
         EXPECT_EQ(Element(LastRequest(), "url"), "dologin");
         EXPECT_EQ(Element(LastRequest(), "account"), "");

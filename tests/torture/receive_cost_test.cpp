@@ -14,19 +14,11 @@ void RunIn(CNetProtocolProcTWDECODERDevImp& session, bool bCommand, const std::f
     if (!bCommand) {
         return work();
     }
-    std::string payload = LoginPayload("admin", "secret");
     FakeCommand login(ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN);
     std::function<void()> onPoll = work;
     test_clock::SetSleepHook([&](unsigned int) { std::exchange(onPoll, [] {})(); });
-    session.ProcOneCommand(&login, reinterpret_cast<unsigned char*>(payload.data()), 744);
+    Process(session, login, LoginPayload("admin", "secret"));
     test_clock::SetSleepHook({});
-}
-
-void Receive(CNetProtocolProcTWDECODERDevImp& session, const std::string& frame, bool bBuffered)
-{
-    unsigned int nNeed = 0;
-    const auto nLen = static_cast<unsigned int>(frame.size());
-    EXPECT_EQ(session.OnSocketRecvData(0, frame.data(), nLen, bBuffered ? nullptr : &nNeed, nullptr), nLen);
 }
 
 // For a message of n bytes: its copies, two while a command runs; url and seq; the elements that may be open.
@@ -54,7 +46,7 @@ TEST(ReceiveCostTest, AMessageTakesAndKeepsAFewTimesItsSize)
                 RunIn(session, nCopies == 2, [&] {
                     const long nLive = allocation_fault::LiveBytes();
                     const long nTaken = allocation_fault::TakenBytes() - fake_host::PoolBytes(); // the host's
-                    Receive(session, frame, bBuffered);
+                    EXPECT_EQ(Offer(session, frame, bBuffered), frame.size());
                     EXPECT_LE(allocation_fault::TakenBytes() - fake_host::PoolBytes() - nTaken,
                               MostTaken(nFrame, nCopies));
                     EXPECT_LE(allocation_fault::LiveBytes() - nLive, nCopies * nFrame + 1024);
@@ -75,7 +67,7 @@ TEST(ReceiveCostTest, ACommandKeepsTheAwaitedReplyAndOneOtherAndOnlyWhileItRuns)
         const unsigned int nAwaited = CNetProtocolProcTWDECODERDevImp::GetCmdID() - 1;
         const long nLive = allocation_fault::LiveBytes();
         for (const unsigned int nSeq : {nAwaited, nAwaited, 1U, 2U, nAwaited + 2}) {
-            Receive(session, Frame(ReplyText("", std::to_string(nSeq), "5", std::string(LEN, 'x'))), false);
+            Offer(session, Frame(ReplyText("", std::to_string(nSeq), "5", std::string(LEN, 'x'))));
         }
         EXPECT_LE(allocation_fault::LiveBytes() - nLive, 3 * LEN + 4096);
     });

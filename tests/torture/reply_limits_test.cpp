@@ -4,6 +4,7 @@
 #include "AllocationFault.h"
 #include "CmdProcObject.h"
 #include "SessionFixture.h"
+#include <tuple>
 
 namespace {
 
@@ -61,9 +62,7 @@ protected:
             m_nBefore = allocation_fault::LiveBytes() - 2 * static_cast<long>(text.size());
         };
         MeasuredCommand command(question.nCmdID);
-        std::string payload = question.nOptType == 0 ? "" : Option(question.nOptType, "");
-        session.ProcOneCommand(&command, reinterpret_cast<unsigned char*>(payload.data()),
-                               static_cast<unsigned int>(payload.size()));
+        Process(session, command, question.nOptType == 0 ? "" : Option(question.nOptType, ""));
         return command.nAnswerLen;
     }
     // The most that the plug-in took for the last reply: the buffer of received messages, the copy, and what
@@ -76,13 +75,9 @@ private:
 
 TEST_F(ReplyLimitsTest, TheLargestRepliesStayBelowTheirBound)
 {
-    const struct {
-        const char* what;
-        Question question;
-        std::string item;
-        std::vector<std::string> lists; // the elements around the items, innermost first
-        size_t nMost;                   // items that are read; with 5 in 100 more it is a failure
-    } cases[] = {
+    // The elements around the items, innermost first; the items that are read, of which 5 in 100 more are a
+    // failure.
+    const std::tuple<const char*, Question, std::string, std::vector<std::string>, size_t> cases[] = {
         {"elements with a text", {GET, BASIC_CONFIG}, "<a>x</a>", {}, 1020000},
         {"an attribute each", {GET, BASIC_CONFIG}, "<a b=''/>", {}, 1150000},
         {"one long text", {GET, BASIC_CONFIG}, "x", {"devicename"}, 44000000},
@@ -90,12 +85,12 @@ TEST_F(ReplyLimitsTest, TheLargestRepliesStayBelowTheirBound)
         {"groups", {GET, GROUPS}, "<item/>", {"channelgrouplist"}, 233000},
         {"sub-windows", {GET, SOUND}, "<item/>", {"td_subwindowlist", "item", "td_windowlist"}, 1110000},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        EXPECT_NE(Ask(c.question, InLists(Repeat(c.item, c.nMost), c.lists)), 0U);
+    for (const auto& [what, question, item, lists, nMost] : cases) {
+        SCOPED_TRACE(what);
+        EXPECT_NE(Ask(question, InLists(Repeat(item, nMost), lists)), 0U);
         EXPECT_LE(Taken(), MOST);
         EXPECT_GT(Taken(), MOST / 2);
-        EXPECT_EQ(Ask(c.question, InLists(Repeat(c.item, c.nMost / 20 * 21), c.lists)), 0U);
+        EXPECT_EQ(Ask(question, InLists(Repeat(item, nMost / 20 * 21), lists)), 0U);
         EXPECT_LE(Taken(), MOST);
     }
 }

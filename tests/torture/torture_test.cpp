@@ -15,10 +15,10 @@
 #include "CommandSamples.h"
 #include "FakeCommand.h"
 #include "FakeNode.h"
+#include "HostCalls.h"
 #include "LinkTexts.h"
 #include "NetProtocolProcTWDECODERDev.h"
 #include "PluginExports.h"
-#include "SocketDataObserver.h"
 #include "TestClock.h"
 
 namespace {
@@ -41,10 +41,7 @@ size_t Exchanges(const CommandSample& sample)
 // for the login, whose second one does so, too.
 std::string AnswerWithout(const CommandSample& sample, size_t nExchange)
 {
-    if (nExchange != 0 && !IsLogin(sample)) {
-        return sample.Answer();
-    }
-    return sample.AnswerWithoutReply();
+    return nExchange != 0 && !IsLogin(sample) ? sample.Answer() : sample.AnswerWithoutReply();
 }
 
 // A processor, logged in, between a host that queues its commands and a decoder that answers each request at
@@ -123,7 +120,7 @@ public:
             const allocation_fault::Pause pause;
             m_kept += bytes;
         }
-        m_kept.erase(0, Offer(m_kept, m_bBuffered));
+        m_kept.erase(0, Offer(*m_pReceiver, m_kept, m_bBuffered));
     }
 
     // The reply to the last request, in two pieces.
@@ -160,12 +157,6 @@ public:
     bool bFaulted = false;
 
 private:
-    unsigned int Offer(const std::string& bytes, bool bBuffered)
-    {
-        unsigned int nNeed = 0;
-        return m_pReceiver->OnSocketRecvData(0, bytes.data(), static_cast<unsigned int>(bytes.size()),
-                                             bBuffered ? nullptr : &nNeed, nullptr);
-    }
     void OnSleep(unsigned int ms)
     {
         ++(ms == 100 ? nPolls : nRetries);

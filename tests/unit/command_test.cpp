@@ -15,7 +15,7 @@ TEST_P(CommandTest, SendsItsRequestAndAnswersTheHost)
 {
     Check(GetParam());
     const size_t nNotifications = node.notifications.size();
-    CheckWithoutAnswer(GetParam());
+    Check(GetParam(), false);
     EXPECT_EQ(node.notifications.size(), 2 * nNotifications);
 }
 

@@ -4,6 +4,7 @@
 #include "HostFunctions.h"
 #include "Link/NetPacketProcTWDecoderDev.h"
 #include "SessionFixture.h"
+#include <tuple>
 
 namespace {
 
@@ -53,12 +54,7 @@ using Words = std::vector<std::string>;
 
 TEST_F(FramesTest, BothModesDeliverWholeFramesAndDirectModeTellsWhatTheNextOneNeeds)
 {
-    struct {
-        std::string bytes;
-        Words frames;
-        unsigned int consumed;
-        unsigned int needLen;
-    } const cases[] = {
+    const std::tuple<std::string, Words, unsigned int, unsigned int> cases[] = {
         {BEAT + BEAT + Frame("<a/>"), {"beat", "beat", "data:<a/>"}, 28, 0},
         {Frame("<a/>") + Frame("<b/>"), {"data:<a/>", "data:<b/>"}, 24, 0},
         {"11111", {}, 0, 3},
@@ -72,38 +68,28 @@ TEST_F(FramesTest, BothModesDeliverWholeFramesAndDirectModeTellsWhatTheNextOneNe
         {Bytes().Text("1111").U32(0xFFFFFFF8), {}, 0, 0xFFFFFFF8},
         {Bytes().Text("1111").U32(0xFFFFFFFF).Text("x"), {}, 0, 0xFFFFFFFE},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(Hex(c.bytes.substr(0, 12)));
+    for (const auto& [bytes, frames, nConsumed, nNeed] : cases) {
+        SCOPED_TRACE(Hex(bytes.substr(0, 12)));
         delivered.clear();
-        EXPECT_TRUE(Direct(c.bytes));
-        EXPECT_EQ(delivered, c.frames);
-        EXPECT_EQ(consumed, c.consumed);
-        EXPECT_EQ(needLen, c.needLen);
+        EXPECT_TRUE(Direct(bytes));
+        EXPECT_EQ(delivered, frames);
+        EXPECT_EQ(consumed, nConsumed);
+        EXPECT_EQ(needLen, nNeed);
 
-        for (size_t nCut = 1; nCut <= c.bytes.size(); ++nCut) {
+        for (size_t nCut = 1; nCut <= bytes.size(); ++nCut) {
             delivered.clear();
             CNetPacketProcTWDECODERDev keeping;
             keeping.Initial(&FramesTest::Deliver, this);
-            EXPECT_TRUE(keeping.RecvProc(c.bytes.data(), nCut, consumed, nullptr));
+            EXPECT_TRUE(keeping.RecvProc(bytes.data(), nCut, consumed, nullptr));
             EXPECT_EQ(consumed, nCut);
-            for (const char byte : c.bytes.substr(nCut)) { // then one by one
+            for (const char byte : bytes.substr(nCut)) { // then one by one
                 EXPECT_TRUE(keeping.RecvProc(&byte, 1, consumed, nullptr));
             }
-            EXPECT_EQ(delivered, c.frames) << nCut;
+            EXPECT_EQ(delivered, frames) << nCut;
         }
     }
     EXPECT_EQ(fake_host::LiveBuffers(), 0);
     EXPECT_TRUE(fake_host::Logs().empty());
-}
-
-TEST_F(FramesTest, BufferedModeTakesPoolHandles)
-{
-    const std::string frame = Frame("<pool/>");
-    char* handle = MEM_POOL_New(frame.data(), frame.size());
-    EXPECT_TRUE(parser.RecvProc(handle, MEM_POOL_HANDLE_LEN, consumed, nullptr));
-    MEM_POOL_Delete(handle);
-    EXPECT_EQ(consumed, MEM_POOL_HANDLE_LEN);
-    EXPECT_EQ(delivered, Words{"data:<pool/>"});
 }
 
 TEST_F(FramesTest, WithoutMemoryAMessageIsDroppedAndLostBytesEndTheStream)

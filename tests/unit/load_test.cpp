@@ -6,9 +6,9 @@
 #include "FakeCommand.h"
 #include "FakeHost.h"
 #include "FakeNode.h"
+#include "HostCalls.h"
 #include "LinkTexts.h"
 #include "NetProtocolProc.h"
-#include "SocketDataObserver.h"
 
 namespace {
 
@@ -29,8 +29,7 @@ void OneRound()
     processor->Initial(&node, 3, 0, 0);
     CSocketDataObserver* observer = fake_host::Get().calls.back().pObserver;
     processor->Start(nullptr, 0);
-    const std::string bytes = Frame(ReplyText("notifychannelstate", "1")) + "1111"; // and half a head is left
-    observer->OnSocketRecvData(0, bytes.data(), static_cast<unsigned int>(bytes.size()), nullptr, nullptr);
+    Offer(*observer, Frame(ReplyText("notifychannelstate", "1")) + "1111", true); // and half a head is left
     EXPECT_EQ(node.notifications.size(), 1U);
     processor->AddOneCmd(&command, nullptr, 0);
     processor->Stop();

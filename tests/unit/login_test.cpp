@@ -99,13 +99,8 @@ TEST_F(LoginTest, AReplyIsNoneUntilAMessageWithAKnownUrlHasCome)
     for (size_t i = 0; i < urls.size(); ++i) {
         CNetProtocolProcTWDECODERDevImp fresh;
         fresh.Start(&node, nullptr, 0);
-        const std::string frame = Frame(ReplyText(urls[i], "1"));
-        unsigned int nNeed = 0;
-        fresh.OnSocketRecvData(0, frame.data(), static_cast<unsigned int>(frame.size()), &nNeed, nullptr);
-        onPoll = [&] {
-            const std::string reply = Frame(ReplyText("unheardof", Element(LastRequest(), "seq")));
-            fresh.OnSocketRecvData(0, reply.data(), static_cast<unsigned int>(reply.size()), &nNeed, nullptr);
-        };
+        Offer(fresh, Frame(ReplyText(urls[i], "1")));
+        onPoll = [&] { Offer(fresh, Frame(ReplyText("unheardof", Element(LastRequest(), "seq")))); };
         node.frames.clear();
         FakeCommand command(KEST_CMD_REQUEST_LOGIN);
         fresh.ProcOneCommand(&command, nullptr, 0);

@@ -1,6 +1,7 @@
 #include "ElemScope.h"
 #include "LinkTexts.h"
 #include "MarkupSTL.h"
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -41,11 +42,7 @@ constexpr size_t MANY = 100'000;
 TEST(Markup, WritesAnElementInItsForm)
 {
     using M = CMarkupSTL;
-    const struct {
-        const char* data;
-        int flags;
-        const char* text;
-    } cases[] = {
+    const std::tuple<const char*, int, const char*> cases[] = {
         {nullptr, 0, "<x/>\r\n"},
         {"", 0, "<x/>\r\n"},
         {"", M::MNF_WITHXHTMLSPACE, "<x />\r\n"},
@@ -58,12 +55,12 @@ TEST(Markup, WritesAnElementInItsForm)
          "<x>&amp;&#x20;&_a-1;&:.;&amp; &amp;1;&amp;a</x>\r\n"},
         {"<&]]>]]>", M::MNF_WITHCDATA, "<x><![CDATA[<&]]]]><![CDATA[>]]]]><![CDATA[>]]></x>\r\n"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [data, flags, text] : cases) {
         CMarkupSTL doc;
-        EXPECT_TRUE(doc.AddElem("x", c.data, c.flags));
-        EXPECT_EQ(doc.GetDoc(), c.text);
-        const bool bKeepsReferences = (c.flags & M::MNF_WITHREFS) != 0;
-        EXPECT_TRUE(bKeepsReferences || doc.GetData() == (c.data == nullptr ? "" : c.data)) << c.text;
+        EXPECT_TRUE(doc.AddElem("x", data, flags));
+        EXPECT_EQ(doc.GetDoc(), text);
+        const bool bKeepsReferences = (flags & M::MNF_WITHREFS) != 0;
+        EXPECT_TRUE(bKeepsReferences || doc.GetData() == (data == nullptr ? "" : data)) << text;
     }
 }
 
@@ -144,11 +141,7 @@ TEST(Markup, RefusedOperationsLeaveDocumentAndCursor)
 
 TEST(Markup, ReportsWhatIsWrongAndKeepsWhatItRecognises)
 {
-    const struct {
-        const char* text;
-        const char* error;
-        const char* outline;
-    } cases[] = {
+    const std::tuple<const char*, std::string, const char*> cases[] = {
         {"<?xml version='1.0'?><!DOCTYPE a '>' [<!ENTITY b '>'>]><!-- <c> --><a b='<>'><![CDATA[<d>]]></a>",
          "", "a=<d>"},
         {"<a  b = \"/>\" c ><d/></a >", "", "a[d]"},
@@ -183,10 +176,10 @@ TEST(Markup, ReportsWhatIsWrongAndKeepsWhatItRecognises)
         {"<a/><!-b>", "Incorrect comment tag at offset 4", "a"},
     };
     CMarkupSTL doc;
-    for (const auto& c : cases) {
-        EXPECT_EQ(doc.SetDoc(c.text), c.error[0] == '\0') << c.text;
-        EXPECT_EQ(doc.GetError(), c.error) << c.text;
-        EXPECT_EQ(Outline(doc), c.outline) << c.text;
+    for (const auto& [text, error, outline] : cases) {
+        EXPECT_EQ(doc.SetDoc(text), error.empty()) << text;
+        EXPECT_EQ(doc.GetError(), error) << text;
+        EXPECT_EQ(Outline(doc), outline) << text;
     }
 }
 

@@ -1,6 +1,7 @@
 #include <ctime>
 #include <gtest/gtest.h>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "LinkTexts.h"
@@ -45,11 +46,7 @@ TEST(PathReader, ReadsByPathByPositionAndBySibling)
 
 TEST(PathReader, NumbersReadLikeTheCLibraryAndKeepTheirLowBits)
 {
-    struct {
-        const char* szText;
-        uint32_t unsignedValue;
-        int32_t signedValue;
-    } const cases[] = {
+    const std::tuple<const char*, uint32_t, int32_t> cases[] = {
         {" \n42xyz", 42, 42},
         {"-1", 0xFFFFFFFF, -1},
         {"0000000000000000000012", 12, 12},
@@ -63,11 +60,11 @@ TEST(PathReader, NumbersReadLikeTheCLibraryAndKeepTheirLowBits)
         {"18446744073709551610", 0xFFFFFFFA, -1},
         {"99999999999999999999", 0xFFFFFFFF, -1}, // out of the 64 bits' range: the largest, cut
     };
-    for (const auto& test : cases) {
+    for (const auto& [szText, nUnsigned, nSigned] : cases) {
         CVTXMLParse reader;
-        ASSERT_TRUE(Parses(reader, std::string("<n>") + test.szText + "</n>"));
-        EXPECT_EQ(reader.GetValueDWORD("n"), test.unsignedValue) << test.szText;
-        EXPECT_EQ(reader.GetValue_i32("n"), test.signedValue) << test.szText;
+        ASSERT_TRUE(Parses(reader, std::string("<n>") + szText + "</n>"));
+        EXPECT_EQ(reader.GetValueDWORD("n"), nUnsigned) << szText;
+        EXPECT_EQ(reader.GetValue_i32("n"), nSigned) << szText;
     }
 }
 

@@ -22,12 +22,9 @@ constexpr unsigned int FAR_AHEAD = 0xFFFFFFFF;
 
 void RunThreads(int nThreads, const std::function<void()>& work)
 {
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int i = 0; i < nThreads; ++i) {
         threads.emplace_back(work);
-    }
-    for (auto& thread : threads) {
-        thread.join();
     }
 }
 
@@ -92,9 +89,10 @@ TEST(PlatformTest, ASemaphoreCountsUpToItsMaximum)
         EXPECT_FALSE(semaphore.unlock(nWrong, &nPrev)) << nWrong;
         EXPECT_EQ(nPrev, 2);
     }
-    std::thread producer([&] { EXPECT_TRUE(semaphore.unlock()); });
-    RunThreads(3, [&] { semaphore.lock(); });
-    producer.join();
+    {
+        const std::jthread producer([&] { EXPECT_TRUE(semaphore.unlock()); });
+        RunThreads(3, [&] { semaphore.lock(); });
+    }
     EXPECT_FALSE(semaphore.trylock());
 }
 

@@ -5,12 +5,12 @@
 #include "FakeCommand.h"
 #include "FakeHost.h"
 #include "FakeNode.h"
+#include "HostCalls.h"
 #include "LinkTexts.h"
 #include "NetProtocolProcDevice.h"
 #include "NetProtocolProcTWDECODERDev.h"
 #include "PluginExports.h"
 #include "Session/NetProtocolProcTWDECODERDevImp.h"
-#include "SocketDataObserver.h"
 
 namespace {
 
@@ -97,9 +97,7 @@ TEST(FacadeTest, IsRegisteredUnderTheDecoderTypeAndLivesThroughTheHostsCalls)
     EXPECT_EQ(processor->Initial(&node, 7, 8, 9), 5);
     fake_host::Get().onCall = [&](const fake_host::Call& call) {
         if (call.name == "Start") { // bytes may come at once
-            const std::string bytes = Frame(ReplyText("notifychannelstate", "1"));
-            fake_host::Get().calls[0].pObserver->OnSocketRecvData(
-                0, bytes.data(), static_cast<unsigned int>(bytes.size()), nullptr, nullptr);
+            Offer(*fake_host::Get().calls[0].pObserver, Frame(ReplyText("notifychannelstate", "1")), true);
         }
     };
     EXPECT_EQ(processor->Start(nullptr, 0), 0);

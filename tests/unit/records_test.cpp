@@ -2,6 +2,7 @@
 #include <set>
 #include <tuple>
 
+#include "CommandSamples.h"
 #include "DecodeComm.h"
 #include "MonitorTvwComm.h"
 #include "RecordChecks.h"
@@ -57,32 +58,14 @@ std::string ScreenWindow(unsigned long id)
 }
 const std::string CORNERS = " SX1=0.500000 SY1:1.500000 SX2:2.500000 SY2:3.500000 ";
 
-std::string Screen(unsigned long id, const std::string& name, unsigned long x, unsigned long y)
-{
-    return Bytes().U32(id).Text(Field(name, 256)).U32(x).U32(y);
-}
-
-// Without the gap it is the packed form.
-std::string Media(const std::string& gap)
-{
-    Bytes media = Bytes().U32(-5UL).Text(WALL).U32(-1UL).U32(2).U32(-3UL).U32(-4UL).U32(0x80000000);
-    media.U32(-6UL).Text(gap).U32(-1UL).U32(-1UL).U32(7).U32(1).Text(Field("10.0.0.<1>", 32));
-    return media.Text(Field("user", 256)).Text(Field("password", 256));
-}
+std::string Media(const std::string& gap) { return StreamRecord(WALL, -5UL, "user", "password", gap); }
 const std::string MEDIA_TEXT = NEXT + "S_MTvw_Wall_Media_info channelIdInt:-5 channelid:" + GUID_W +
                                " type:-1 reqmode:2 port:-3 streamtype:-4 recordmask:2147483648 source:-6 "
                                "begintime:18446744073709551615 endtime:4294967303 addr:10.0.0.<1>\n";
 
-std::string WallSubWindow()
-{
-    Bytes media = Bytes().U16(65535).U16(9).U16(60000).U16(6).U16(50000).Text("gp").U32(-1UL).U32(2);
-    media.U32(0x80000000).Text(WALL).Text(Field("10.0.0.1", 32)).Text(Field("user", 256));
-    return media.Text(Field("password", 256)).U32(-12UL);
-}
-
 std::string Group(unsigned long id, const std::string& name)
 {
-    return Bytes().Text(WALL).U32(id).U32(-1UL).U32(0x80000000).Text(Field(name, 256)).Text(Field("1,2", 16));
+    return GroupRecord(WALL, id, -1UL, 0x80000000, name, "1,2");
 }
 
 class Records : public testing::Test {
@@ -190,10 +173,10 @@ TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
         NEXT + "S_MTvw_Screen id:-7" + CORNERS + "zoom:1 state:255 wndcnt:2 pipCnt:1 " + "window list \n" +
             NEXT + "S_MTvw_Wnd_Item id:4" + CORNERS + NEXT + "S_MTvw_Wnd_Item id:5" + CORNERS +
             "pip window list \n" + NEXT + "S_MTvw_Wnd_Item id:6" + CORNERS);
-    const std::string layout =
-        Bytes().U32(3).U32(4).U32(2).Text(Screen(-1UL, FULL, 1, 0x80000000) + Screen(8, "", -2UL, 2));
+    const std::string layout = Bytes().U32(3).U32(4).U32(2).Text(ScreenRecord(-1UL, FULL, 1, 0x80000000) +
+                                                                 ScreenRecord(8, "", -2UL, 2));
     RoundTrips<S_MTvw_Wall_Layout>(layout, Bytes().Zeros(8).U32(2)); // the count stays, as with the host
-    RoundTrips<S_MTvw_Wall_WallLayout_Item>(Screen(5, FULL, 6, 7), Screen(5, "", 0, 0));
+    RoundTrips<S_MTvw_Wall_WallLayout_Item>(ScreenRecord(5, FULL, 6, 7), ScreenRecord(5, "", 0, 0));
     EXPECT_EQ(Dumped<S_MTvw_Wall_Layout>(layout),
               NEXT + "S_MTvw_Wall_Layout row:3 col:4 numchannel:2\nchannel list \n" + NEXT +
                   "S_MTvw_Wall_WallLayout_Item id:4294967295 name:" + FULL + " xPos:1 yPos:2147483648\n" +
@@ -206,13 +189,13 @@ TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
             "S_MTvw_Wall_Media_Sub_Wind index:-9 numinfo:1\nmedia list \n" + MEDIA_TEXT + NEXT +
             "S_MTvw_Wall_Media_Wind id:3 numwind:0\nsub window list \n");
     Check<S_MTvw_Wall_Set_wall_V2>(
-        Bytes().U32(1).U16(8).U16(65535).U16(3).U16(40000).U16(5).U16(6).U16(7).U32(1).Text(WallSubWindow()),
+        Bytes().U32(1).Text(WallWindowRecord(8, 1)).Text(WallStreamRecord(WALL, -12UL, 6)),
         NEXT + "S_MTvw_Wall_Set_wall_V2 numwind:1\nwindow list \n" + NEXT +
-            "S_MTvw_Wall_Set_wall_Wind id:8 layerindx:65535 mode:3 xPos:40000 yPos:5 width:6 height:7 "
+            "S_MTvw_Wall_Set_wall_Wind id:8 layerindx:2 mode:3 xPos:40000 yPos:5 width:65535 height:7 "
             "numwind:1\nsub window list \n" +
             NEXT +
             "S_MTvw_Wall_Set_wall_Subwin index:65535 osdid:9 type:60000 reqmode:6 port:50000 "
-            "begintime:4294967295 endtime:2 streamType:2147483648 channelid:" +
+            "begintime:4294967295 endtime:2 streamType:4294967295 channelid:" +
             GUID_W + " addr:10.0.0.1 channelIdInt:-12\n");
     const auto GroupText = [](const std::string& id, const std::string& name) {
         return NEXT + "S_MTvw_Wall_Channel_Group_Info guidwall:" + GUID_W + " nid:" + id +
@@ -316,6 +299,11 @@ TEST_F(Records, ABadItemEndsTheListAndTheItemsBeforeItStay)
     EXPECT_EQ(Encode(question), WALL + std::string(4, '\0')) << "the wall stands without the id";
     EXPECT_FALSE(question.SetData(nullptr, 0));
     EXPECT_EQ(Encode(question), std::string(20, '\0')) << "emptied even without data";
+    S_Playback_Ctrl_Items_V2 playback; // alone may end between two windows
+    const std::string cavs = Bytes().U16(2).U16(3).U16(0);
+    EXPECT_TRUE(Decode(playback, cavs));
+    EXPECT_FALSE(Decode(playback, cavs + "\4"));
+    EXPECT_EQ(playback._nCavs.size(), 1U);
     S_Decoder_Draw_Border borders;
     borders.SetData("\1\0\0\0\2\0\0\0\0", 10);
     borders.SetData(nullptr, 0);

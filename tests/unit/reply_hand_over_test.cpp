@@ -24,24 +24,6 @@ protected:
     CReplyHandOver handOver;
 };
 
-TEST_F(ReplyHandOverTest, TheFirstReplyIsTakenWhateverComesAroundIt)
-{
-    Receive(6, "before");
-    handOver.Expect(7);
-    Receive(6, "late");
-    Receive(7, "notification", Kind::Notification);
-    EXPECT_FALSE(handOver.HasReply(7));
-    Receive(7, "reply");
-    EXPECT_TRUE(handOver.HasReply(7));
-    EXPECT_FALSE(handOver.HasReply(6));
-    Receive(7, "again");
-    Receive(7, "notification", Kind::Notification);
-    Receive(8, "stranger");
-    EXPECT_EQ(Taken(), "reply");
-    handOver.Expect(8);
-    EXPECT_FALSE(handOver.HasReply(8)) << "came before it was awaited";
-}
-
 // What the worker takes when it has seen the number, though no reply has come since it is awaited: the last
 // message that made it the last number, whatever has followed.
 TEST_F(ReplyHandOverTest, AGuessedReplyIsTakenWhenItsNumberWasTheLast)

@@ -172,17 +172,10 @@ struct Common : Encoded<Record>, Operations<void(), &Record::Dump, &Record::Veri
 template <class... Record>
 struct Records : Common<Record>..., Operations<bool(const char*, unsigned int), &Record::SetData>... {
 };
-template struct Records<
-    S_MTvw_Wall_Layout, S_MTvw_Wall_WallLayout_Item, S_MTvw_Wall_Media_info, S_MTvw_Wall_Media_Sub_Wind,
-    S_MTvw_Wall_Media_Wind, S_MTvw_Wall_Media, S_MTvw_Screen, S_MTvw_Canvas_Item_V2,
-    S_MTvw_Create_CavansWindow, S_MTvw_Del_CavansWindow, S_MTvw_Modyfy_CavansWindow,
-    S_MTvw_Wall_Channel_Group_Info, S_MTvw_Wall_Del_Ch_Group_item, S_MTvw_Wall_Delete_Channel_Group,
-    S_MTvw_Wall_Chl_GrPolling_Subitem, S_MTvw_Wall_Chl_GrPolling_Winitem, S_MTvw_Wall_Start_Chl_GrPolling,
-    S_MTvw_Wall_Get_ChGroup, S_MTvw_Wall_Set_wall_Wind, S_MTvw_Wall_Set_wall_V2, S_MTvw_Get_AuCfg_Subwnd,
-    S_MTvw_Get_AuCfg_Cav, S_MTvw_Get_Audio_Config, S_MTvw_Wall_Get_ChGroup_info, S_MTvw_Wall_Basic_Config>;
-template struct Records<S_Cavans_Sub_WindowInfo, S_Create_Cavans_WindowInfo, S_Decoder_LogicScreen_Item_V2,
-                        S_Delete_Canvas_Window_Item, S_Roar_CanvasWindow_Item, S_Playback_Ctrl_Subwnd,
-                        S_Playback_Ctrl_Cavs, S_Playback_Ctrl_Items_V2, S_Decoder_Draw_Border_Wind>;
+// All have them from one template: those that clear themselves, and one for each way to read a short payload.
+template struct Records<S_MTvw_Wall_Layout, S_MTvw_Wall_WallLayout_Item, S_MTvw_Wall_Basic_Config,
+                        S_MTvw_Wall_Get_ChGroup, S_MTvw_Get_Audio_Config, S_Playback_Ctrl_Items_V2,
+                        S_Decoder_Draw_Border_Wind>;
 template struct Common<S_Decoder_Draw_Border>;
 HOLDS(void(const char*, unsigned int), &S_Decoder_Draw_Border::SetData);
 static_assert(std::is_same_v<LOGICSCREENLIST_V2, std::list<std::shared_ptr<S_Decoder_LogicScreen_Item_V2>>>);

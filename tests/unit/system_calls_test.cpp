@@ -10,6 +10,7 @@
 #include <semaphore.h>
 #include <string>
 #include <sys/stat.h>
+#include <tuple>
 #include <unistd.h>
 #include <vector>
 
@@ -174,16 +175,6 @@ TVWALL_WRAPPED(ssize_t, write, (int fd, const void* p, size_t n), (fd, p, n), Wr
 
 namespace {
 
-// The thread that takes the lock twice passes; with a lock that is not recursive it does not.
-bool IsRecursive(CLock& lock)
-{
-    pthread_mutex_t* pMutex = lock.Handle();
-    pthread_mutex_lock(pMutex);
-    const bool bRecursive = pthread_mutex_trylock(pMutex) == 0 && pthread_mutex_unlock(pMutex) == 0;
-    pthread_mutex_unlock(pMutex);
-    return bRecursive;
-}
-
 TEST(SystemCallsTest, EveryOperationMakesItsCallsAndHeedsTheirResults)
 {
     CMyEvent event(false);
@@ -192,12 +183,7 @@ TEST(SystemCallsTest, EveryOperationMakesItsCallsAndHeedsTheirResults)
     const auto create = [&] {
         return CPFHelper::CreateThread([](void* p) { return p; }, nullptr, &nThreadID);
     };
-    const struct {
-        std::function<bool()> operation;
-        bool bResult;
-        std::vector<int> errors;
-        const char* calls;
-    } cases[] = {
+    const std::tuple<std::function<bool()>, bool, std::vector<int>, const char*> cases[] = {
         {[] { return CMyEvent(true).ResetEvent(); }, true, {}, "clock 1"},
         {[&] { return event.WaitEvent(1400) == WAIT_TIMED_OUT; },
          true,
@@ -234,11 +220,11 @@ TEST(SystemCallsTest, EveryOperationMakesItsCallsAndHeedsTheirResults)
          "open /l, open /l new 438 1, open /l, open /l new 438 1"},
         {[] { return CNameLock(nullptr).Lock() || CNameLock(nullptr).Unlock(); }, false, {}, ""},
     };
-    for (const auto& c : cases) {
+    for (const auto& [operation, bResult, errors, calls] : cases) {
         Script script;
-        script.errors = c.errors;
-        EXPECT_EQ(c.operation(), c.bResult) << c.calls;
-        EXPECT_EQ(script.calls, c.calls);
+        script.errors = errors;
+        EXPECT_EQ(operation(), bResult) << calls;
+        EXPECT_EQ(script.calls, calls);
     }
     EXPECT_EQ(nThreadID, 77U);
 }
@@ -334,8 +320,13 @@ TEST(SystemCallsTest, WhatComesAtTheDeadlineIsTooLateAndStays)
 TEST(SystemCallsTest, LocksAreRecursiveUnlessTheyAreToldNotToBe)
 {
     CLock lock, same(true), plain(false);
-    EXPECT_TRUE(IsRecursive(lock) && IsRecursive(same));
-    EXPECT_FALSE(IsRecursive(plain));
+    for (CLock* pLock : {&lock, &same, &plain}) {
+        pLock->Lock();
+        const bool bTwice = pthread_mutex_trylock(pLock->Handle()) == 0;
+        EXPECT_EQ(bTwice, pLock != &plain);
+        bTwice ? pLock->Unlock() : void();
+        pLock->Unlock();
+    }
 }
 
 } // namespace

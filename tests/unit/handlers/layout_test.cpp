@@ -2,19 +2,13 @@
 
 namespace {
 
-// A screen as the host holds it; the name is filled up with zeros.
-std::string Screen(unsigned long id, const std::string& name, unsigned long x, unsigned long y)
-{
-    return Bytes().U32(id).Text(Field(name, 256)).U32(x).U32(y);
-}
-
 std::string Layout(unsigned long nRows, unsigned long nCols, unsigned long nCount, const std::string& screens)
 {
     return Bytes().U32(nRows).U32(nCols).U32(nCount).Text(screens);
 }
 
 const std::string FULL_NAME(256, 'n');
-const std::string TWO = Screen(0xFFFFFFFF, FULL_NAME, 1, 0x80000000) + Screen(8, "", 0, 2);
+const std::string TWO = ScreenRecord(0xFFFFFFFF, FULL_NAME, 1, 0x80000000) + ScreenRecord(8, "", 0, 2);
 
 using LayoutTest = WallCommandFixture;
 
@@ -43,7 +37,7 @@ TEST_F(LayoutTest, TheAnswerHoldsTheScreensAsTheyStandInTheReply)
     LogIn();
     const auto Get = [this](const std::string& body) { return Ask("GetWallLayout", "", body); };
     const auto answer = [](const std::string& bytes) { return "buffer " + Hex(bytes); };
-    EXPECT_EQ(Get("<row>2</row><td_channellist/>"), answer(Layout(2, 0, 1, Screen(0, "", 0, 0))))
+    EXPECT_EQ(Get("<row>2</row><td_channellist/>"), answer(Layout(2, 0, 1, ScreenRecord(0, "", 0, 0))))
         << "one empty screen";
     const std::string seq = Element(LastRequest(), "seq");
     EXPECT_EQ(fake_host::Logs().back().text,
@@ -60,8 +54,8 @@ TEST_F(LayoutTest, TheAnswerHoldsTheScreensAsTheyStandInTheReply)
                               Elem("other", Elem("id", 8) + Elem("name", "a &lt;&#66;&gt;")) + Item("");
     EXPECT_EQ(Get(Elem("td_channellist", Elem("first", Elem("id", 6)) + items) + Elem("col", 3)),
               answer(Layout(0, 3, 3,
-                            Screen(7, FULL_NAME.substr(1), 1, 0xFFFFFFFF) + Screen(8, "a <B>", 0, 0) +
-                                Screen(0, "", 0, 0))))
+                            ScreenRecord(7, FULL_NAME.substr(1), 1, 0xFFFFFFFF) +
+                                ScreenRecord(8, "a <B>", 0, 0) + ScreenRecord(0, "", 0, 0))))
         << "children by position, siblings of any name, long name, missing values";
 }
 

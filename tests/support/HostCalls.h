@@ -1,0 +1,23 @@
+#pragma once
+// How a host calls a session or a processor.
+
+#include <string>
+
+#include "CmdProcObject.h"
+#include "SocketDataObserver.h"
+
+// Runs the command with a payload of its own.
+template <class Processor>
+void Process(Processor& processor, CCmdProcObject& command, std::string payload)
+{
+    processor.ProcOneCommand(&command, reinterpret_cast<unsigned char*>(payload.data()),
+                             static_cast<unsigned int>(payload.size()));
+}
+
+// The bytes that are consumed of these, which lie in the host's buffer or are kept by the session.
+inline unsigned int Offer(CSocketDataObserver& observer, const std::string& bytes, bool bBuffered = false)
+{
+    unsigned int nNeed = 0;
+    return observer.OnSocketRecvData(0, bytes.data(), static_cast<unsigned int>(bytes.size()),
+                                     bBuffered ? nullptr : &nNeed, nullptr);
+}
