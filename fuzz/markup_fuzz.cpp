@@ -28,12 +28,9 @@ std::string Outline(CMarkupSTL& doc)
 // False when an element without end tag was added: the text is no longer well formed.
 bool Step(CMarkupSTL& doc, unsigned int nStep)
 {
-    constexpr int kFlags[] = {0,
-                              CMarkupSTL::MNF_WITHNOLINES,
-                              CMarkupSTL::MNF_WITHCDATA,
-                              CMarkupSTL::MNF_WITHREFS,
-                              CMarkupSTL::MNF_WITHXHTMLSPACE,
-                              CMarkupSTL::MNF_WITHNOEND};
+    using M = CMarkupSTL;
+    constexpr int kFlags[] = {
+        0, M::MNF_WITHNOLINES, M::MNF_WITHCDATA, M::MNF_WITHREFS, M::MNF_WITHXHTMLSPACE, M::MNF_WITHNOEND};
     constexpr const char* kData[] = {nullptr, "1", "<&amp;]]>'\"", "&#x"};
     const unsigned int nChoice = nStep / 6;
     const int nFlags = kFlags[nChoice % std::size(kFlags)];
@@ -56,8 +53,7 @@ bool Step(CMarkupSTL& doc, unsigned int nStep)
         doc.AddElem("b", nChoice, nFlags);
         return true;
     default:
-        return !doc.AddElem("a", kData[nChoice % std::size(kData)], nFlags) ||
-               nFlags != CMarkupSTL::MNF_WITHNOEND;
+        return !doc.AddElem("a", kData[nChoice % std::size(kData)], nFlags) || nFlags != M::MNF_WITHNOEND;
     }
 }
 

@@ -176,12 +176,7 @@ namespace {
 class StopTest : public SessionFixture {
 protected:
     StopTest() { LogIn(); }
-    ~StopTest() override
-    {
-        g_onLastingWait = {};
-        g_onOpen = {};
-        g_onEncipher = {};
-    }
+    ~StopTest() override { g_onLastingWait = g_onOpen = g_onEncipher = nullptr; }
 
     // Stops the session while the work, on a thread of its own, is inside this callback, which ends once Stop
     // waits. The check comes right after Stop. The work's result.

@@ -91,5 +91,3 @@ with tempfile.TemporaryDirectory() as home:
     shell.type("\x03", "interrupted", offline)
     shell.type(3 * "\x1b[A" + "\n", "logged in", "window raise 1: device error", ready)
     shell.end("\x04", 0)
-    decoder.kill()
-    decoder.wait()

@@ -1,10 +1,18 @@
 #pragma once
 
-#include <string>
+#include "Crypto/tdcrypto.h"
 
-// A real key pair, made once.
+// A real key pair.
 struct TestKeys {
     std::string publicKey;
     std::string privateKey;
 };
-const TestKeys& DecoderKeys();
+inline const TestKeys& DecoderKeys() // made once
+{
+    static const TestKeys keys = [] {
+        std::string texts[2];
+        tdcrypto::GenerateRsaKey(texts);
+        return TestKeys{texts[0], texts[1]};
+    }();
+    return keys;
+}

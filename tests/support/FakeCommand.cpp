@@ -17,11 +17,8 @@ std::string Hex(const std::string& bytes)
 
 std::string FakeCommand::Answer() const
 {
-    if (nAnswers == 0) {
-        return "none";
-    }
-    if (nAnswers > 1) {
-        return "twice";
+    if (nAnswers != 1) {
+        return nAnswers == 0 ? "none" : "twice";
     }
     if (!bFailed) {
         return "buffer " + Hex(buffer);

@@ -51,11 +51,7 @@ private:
     void Count(int nHolderTag, int n)
     {
         constexpr int QUEUE_HOLDER_TAG = 11;
-        if (nHolderTag == QUEUE_HOLDER_TAG) {
-            nReferences += n;
-        } else {
-            ++nOtherTags;
-        }
+        nHolderTag == QUEUE_HOLDER_TAG ? nReferences += n : ++nOtherTags;
         onReference(n > 0 ? "take" : "give back");
     }
 

@@ -39,11 +39,11 @@ void Record(fake_host::LogLevel level, const char* szText, const char* szSource,
     }
 }
 
-int RecordCall(fake_host::Call call)
+int RecordCall(fake_host::Call call, int nResult = 0)
 {
     fake_host::Get().onCall(call);
     fake_host::Get().calls.push_back(std::move(call));
-    return 0;
+    return nResult;
 }
 
 } // namespace
@@ -108,8 +108,8 @@ GUID NET_COMM_GetCurrentAppNodeID() { return fake_host::Get().appNodeID; }
 int NET_SOCKET_RegisterNode(int hNetCommunication, CSocketDataObserver* pObserver, void* pContext, int a,
                             int b)
 {
-    RecordCall({"RegisterNode", hNetCommunication, pObserver, pContext, a, b});
-    return fake_host::Get().registerNodeResult;
+    return RecordCall({"RegisterNode", hNetCommunication, pObserver, pContext, a, b},
+                      fake_host::Get().registerNodeResult);
 }
 
 int NET_SOCKET_UnRegisterNode(int hNetCommunication)
@@ -119,8 +119,7 @@ int NET_SOCKET_UnRegisterNode(int hNetCommunication)
 
 int NET_SOCKET_Start(int hNetCommunication)
 {
-    RecordCall({"Start", hNetCommunication});
-    return fake_host::Get().startResult;
+    return RecordCall({"Start", hNetCommunication}, fake_host::Get().startResult);
 }
 
 int NET_SOCKET_Stop(int hNetCommunication) { return RecordCall({"Stop", hNetCommunication}); }
@@ -175,12 +174,6 @@ void MEM_POOL_TruncateFront(const char* hBuffer, unsigned long nLen)
 {
     auto& bytes = FromHandle(hBuffer).bytes;
     bytes.erase(0, std::min<size_t>(nLen, bytes.size()));
-}
-
-void MEM_POOL_TruncateBack(const char* hBuffer, unsigned long nLen)
-{
-    auto& bytes = FromHandle(hBuffer).bytes;
-    bytes.resize(bytes.size() - std::min<size_t>(nLen, bytes.size()));
 }
 
 void SHARESDK_NormalOutput(const char* szText, const char* szSource, int nLine)

@@ -23,8 +23,8 @@ void SessionFixture::OnSleep(unsigned int ms)
     ++nPolls;
     if (onPoll) {
         onPoll();
-    } else if (!m_replies.empty() && --m_replies.front().nPolls <= 0) {
-        std::string text = m_replies.front().text;
+    } else if (!m_replies.empty() && --m_replies.front().second <= 0) {
+        std::string text = m_replies.front().first;
         m_replies.pop_front();
         if (const auto at = text.find("%SEQ%"); at != std::string::npos) {
             text.replace(at, 5, Element(LastRequest(), "seq"));
@@ -35,7 +35,7 @@ void SessionFixture::OnSleep(unsigned int ms)
 
 void SessionFixture::ReplyWith(const std::string& text, int nPollsBefore)
 {
-    m_replies.push_back({text, nPollsBefore});
+    m_replies.emplace_back(text, nPollsBefore);
 }
 
 void SessionFixture::Receive(const std::string& bytes, bool bBuffered)

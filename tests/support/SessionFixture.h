@@ -49,11 +49,7 @@ protected:
     int nRetries = 0; // sleeps of 1 ms
 
 private:
-    struct Scripted {
-        std::string text;
-        int nPolls;
-    };
     void OnSleep(unsigned int ms);
 
-    std::deque<Scripted> m_replies;
+    std::deque<std::pair<std::string, int>> m_replies; // with the polls before them
 };

@@ -2,7 +2,6 @@
 // all, the answer to the host included.
 
 #include "AllocationFault.h"
-#include "CmdProcObject.h"
 #include "SessionFixture.h"
 #include <tuple>
 

@@ -36,10 +36,6 @@ TEST_P(CommandTest, TellsTheHostWhenTheDecoderRefusesOrIsSilent)
     EXPECT_EQ(logs[logs.size() - (bLogin ? 2 : 1)].text,
               "CNetProtocolProcTWDECODERImp：：SendDataToDev 发送失败 ");
     EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Abnormal, "NetProtocolProcTWDECODERDevImp", 2025), 1);
-    EXPECT_EQ(nPolls, bLogin ? 300 : 0) << "only a login waits for the reply to what was not sent";
-
-    EXPECT_EQ(Run(), noReply);
-    EXPECT_EQ(nPolls, 300);
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, CommandTest, testing::ValuesIn(CommandSamples()));

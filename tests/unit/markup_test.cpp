@@ -25,7 +25,7 @@ std::string Outline(CMarkupSTL& doc)
 }
 
 // A document whose main position is the element at the end of a path of names.
-CMarkupSTL At(const std::string& text, std::initializer_list<const char*> path)
+CMarkupSTL At(const std::string& text, const std::vector<const char*>& path)
 {
     CMarkupSTL doc(text.data(), static_cast<unsigned int>(text.size()));
     for (const char* name : path) {
@@ -78,13 +78,7 @@ TEST(Markup, WritesNumbersAsDecimalText)
 
 TEST(Markup, AddsWhereTheCursorStands)
 {
-    const struct {
-        const char* text;
-        std::initializer_list<const char*> path;
-        bool bInto;
-        int flags;
-        const char* result;
-    } cases[] = {
+    const std::tuple<const char*, std::vector<const char*>, bool, int, const char*> cases[] = {
         {"<a>\r\n<b/>\r\n<c/>\r\n</a>", {"a", "b"}, false, 0, "<a>\r\n<b/>\r\n<x/>\r\n<c/>\r\n</a>"},
         {"<a><b/> text</a>", {"a", "b"}, false, 0, "<a><b/><x/>\r\n text</a>"},
         {"<a><b/> </a>", {"a", "b"}, false, 0, "<a><b/> <x/>\r\n</a>"},
@@ -100,11 +94,11 @@ TEST(Markup, AddsWhereTheCursorStands)
         {"<a><b>1</a>", {"a", "b"}, true, 0, "<a><b>1<x/>\r\n</a>"},
         {"<a/>\r\n", {}, false, 0, "<a/>\r\n<x/>\r\n"},
     };
-    for (const auto& c : cases) {
-        CMarkupSTL doc = At(c.text, c.path);
-        EXPECT_TRUE(!c.bInto || doc.IntoElem());
-        EXPECT_TRUE(doc.AddElem("x", nullptr, c.flags));
-        EXPECT_EQ(doc.GetDoc(), c.result);
+    for (const auto& [text, path, bInto, flags, result] : cases) {
+        CMarkupSTL doc = At(text, path);
+        EXPECT_TRUE(!bInto || doc.IntoElem());
+        EXPECT_TRUE(doc.AddElem("x", nullptr, flags));
+        EXPECT_EQ(doc.GetDoc(), result);
         EXPECT_EQ(doc.GetTagName(), "x");
     }
 }
@@ -125,9 +119,7 @@ TEST(Markup, RefusedOperationsLeaveDocumentAndCursor)
     EXPECT_FALSE(doc.AddElem(endTagTooLong.c_str(), "1"));
     EXPECT_FALSE(doc.AddElem(std::string(1 << 20, 'n').c_str()));
     EXPECT_TRUE(doc.IntoElem());
-    {
-        CElemScope refused(doc, "");
-    }
+    CElemScope(doc, "");
     EXPECT_TRUE(doc.OutOfElem());
     EXPECT_FALSE(doc.FindElem("a"));
     EXPECT_EQ(doc.GetDoc(), "<a/>\r\n");

@@ -66,11 +66,9 @@ TEST(MessageHead, ATextEndsWhereItNestsTooDeeply)
 TEST(MessageHead, TagsThatTheDocumentCannotHoldAreNoElements)
 {
     const std::string head = "<td_command><td_header>";
-    for (const size_t n : {size_t{1} << 20, size_t{2} << 20, size_t{3} << 20}) {
-        for (const size_t nTag : {n - 1, n}) {
-            const std::string text = head + "<url" + std::string(nTag - 5, ' ') + ">u</url><seq>7</seq>";
-            EXPECT_EQ(ReadMessageHead(text).url, DocumentHead(text).url) << nTag;
-        }
+    for (const size_t nTag : {0xFFFFFU, 0x100000U, 0x1FFFFFU, 0x200000U, 0x2FFFFFU, 0x300000U}) {
+        const std::string text = head + "<url" + std::string(nTag - 5, ' ') + ">u</url><seq>7</seq>";
+        EXPECT_EQ(ReadMessageHead(text).url, DocumentHead(text).url) << nTag;
     }
     for (const size_t nTag : {1023U, 1024U}) {
         const std::string text = head + "<url>u</url" + std::string(nTag - 6, ' ') + "><seq>7</seq>";

@@ -182,9 +182,8 @@ TEST_F(SessionTest, NotificationsReachTheHostWithTheLengthOfTheLastRequest)
         Receive(Frame(text));
         ASSERT_EQ(node.notifications.size(), 1U) << url;
         const auto& notification = node.notifications[0];
-        EXPECT_EQ(notification.nCmdID, 0x50003U);
-        EXPECT_EQ(notification.nOptType, type);
-        EXPECT_EQ(notification.nLen, nRequestLen);
+        EXPECT_EQ(std::tuple(notification.nCmdID, notification.nOptType, notification.nLen),
+                  std::tuple(0x50003U, type, nRequestLen));
         EXPECT_EQ(memcmp(&notification.destination, &fake_host::Get().appNodeID, 16), 0);
         EXPECT_EQ(notification.data, text);
     }

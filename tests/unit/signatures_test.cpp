@@ -58,8 +58,8 @@ struct Operations {
 template <class Signature, Signature* pOperation>
 struct StaticOperation {
 };
-template <class Signature, class Class>
-constexpr bool IsOneOf(Signature Class::* /*operation*/)
+template <class Class, class... Signature>
+constexpr bool Has(Signature Class::*... /*operation*/)
 {
     return true;
 }
@@ -202,12 +202,11 @@ static_assert(AreImages<ORVA_NET_PROTOCOL::_kest_tvwall_opt_info, ORVA_NET_PROTO
 using Xml = CMarkupSTL;
 static_assert(std::is_default_constructible_v<Xml> &&
               std::is_constructible_v<Xml, const char*, unsigned int>);
-static_assert(IsOneOf<bool(const char*), Xml>(&Xml::SetDoc));
-static_assert(IsOneOf<bool(const char*, unsigned int), Xml>(&Xml::SetDoc));
-static_assert(IsOneOf<bool(const char*, const char*, int), Xml>(&Xml::AddElem));
-static_assert(IsOneOf<bool(const char*, int, int), Xml>(&Xml::AddElem));
-static_assert(IsOneOf<bool(const char*, unsigned int, int), Xml>(&Xml::AddElem));
-static_assert(IsOneOf<bool(const char*, unsigned long long, int), Xml>(&Xml::AddElem));
+static_assert(Has<Xml, bool(const char*), bool(const char*, unsigned int)>(&Xml::SetDoc, &Xml::SetDoc));
+static_assert(Has<Xml, bool(const char*, const char*, int), bool(const char*, int, int)>(&Xml::AddElem,
+                                                                                         &Xml::AddElem));
+static_assert(Has<Xml, bool(const char*, unsigned int, int), bool(const char*, unsigned long long, int)>(
+    &Xml::AddElem, &Xml::AddElem));
 HOLDS(const string&(), &Xml::GetDoc);
 HOLDS(bool(), &Xml::IntoElem, &Xml::OutOfElem, &Xml::IsWellFormed);
 HOLDS(bool(const char*), &Xml::FindElem);
@@ -219,10 +218,9 @@ HOLDS(void(), &Xml::ResetPos);
 static_assert(std::is_default_constructible_v<CLock> && std::is_constructible_v<CLock, bool>);
 HOLDS(void(), &CLock::Lock, &CLock::Unlock);
 static_assert(std::is_constructible_v<CMySemaphore, unsigned int, unsigned int>);
-static_assert(IsOneOf<void(), CMySemaphore>(&CMySemaphore::lock));
-static_assert(IsOneOf<bool(unsigned int), CMySemaphore>(&CMySemaphore::lock));
-static_assert(IsOneOf<bool(int, int*), CMySemaphore>(&CMySemaphore::unlock));
-static_assert(IsOneOf<bool(), CMySemaphore>(&CMySemaphore::unlock));
+using Units = CMySemaphore;
+static_assert(Has<Units, void(), bool(unsigned int)>(&Units::lock, &Units::lock));
+static_assert(Has<Units, bool(), bool(int, int*)>(&Units::unlock, &Units::unlock));
 HOLDS(bool(), &CMySemaphore::trylock);
 static_assert(std::is_constructible_v<CMyEvent, bool> && std::is_constructible_v<CMySingleEvent, CMyEvent&>);
 HOLDS(bool(), &CMyEvent::SetEvent, &CMyEvent::ResetEvent);

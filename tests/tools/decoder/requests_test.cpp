@@ -197,19 +197,17 @@ TEST_F(DecoderRequests, ChannelsComeFromTheFileWhenItIsGood)
     const auto with = [&](const char* what, const char* instead) {
         return std::string(good).replace(good.find(what), 4, instead);
     };
-    const struct {
-        std::string text;
-        bool list = false, states = false; // that this changes
-    } files[] = {
-        {""},
-        {"{}"},
-        {R"([{"id":3}])"},
-        {R"([{"id":1.5,"name":"a","online":true}])"},
-        {R"([{"id":0,"name":"a","online":true}])"},
-        {R"([{"id":1,"name":"a\n","online":true}])"},
-        {R"([{"id":1,"name":"a","online":1}])"},
-        {R"([{"id":1,"name":"a","online":true},{"id":1,"name":"b","online":true}])"},
-        {with("true", "null")},
+    // The text, and whether it changes the list and the states.
+    const std::tuple<std::string, bool, bool> files[] = {
+        {"", false, false},
+        {"{}", false, false},
+        {R"([{"id":3}])", false, false},
+        {R"([{"id":1.5,"name":"a","online":true}])", false, false},
+        {R"([{"id":0,"name":"a","online":true}])", false, false},
+        {R"([{"id":1,"name":"a\n","online":true}])", false, false},
+        {R"([{"id":1,"name":"a","online":1}])", false, false},
+        {R"([{"id":1,"name":"a","online":true},{"id":1,"name":"b","online":true}])", false, false},
+        {with("true", "null"), false, false},
         {with("true", "false"), false, true},
         {with("Gate", "Door"), true, true},
     };

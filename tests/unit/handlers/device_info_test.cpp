@@ -41,10 +41,8 @@ TEST_F(DeviceInfoTest, TheSystemInformationIsFollowedByTheChannels)
         ReplyText("getchannelinfo", Element(LastRequest(), "seq"), "0", "", CHANNELS) + tail;
     ASSERT_EQ(node.frames.size(), 2U);
     EXPECT_EQ(Element(node.frames[0], "url") + Element(node.frames[1], "url"), "getsysteminfogetchannelinfo");
-    EXPECT_EQ(notification.nCmdID, 0x50003U);
-    EXPECT_EQ(notification.nOptType, 0x60000U);
-    EXPECT_EQ(notification.data, text);
-    EXPECT_EQ(notification.nLen, text.size());
+    EXPECT_EQ(std::tuple(notification.nCmdID, notification.nOptType, notification.nLen, notification.data),
+              std::tuple(0x50003U, 0x60000U, text.size(), text));
     EXPECT_EQ(memcmp(&notification.destination, &fake_host::Get().appNodeID, 16), 0);
 }
 
