@@ -319,9 +319,9 @@ TEST(SystemCallsTest, LocksAreRecursiveUnlessTheyAreToldNotToBe)
     CLock lock, same(true), plain(false);
     for (CLock* pLock : {&lock, &same, &plain}) {
         pLock->Lock();
-        const bool bTwice = pthread_mutex_trylock(pLock->Handle()) == 0;
+        const bool bTwice =
+            pthread_mutex_trylock(pLock->Handle()) == 0 && pthread_mutex_unlock(pLock->Handle()) == 0;
         EXPECT_EQ(bTwice, pLock != &plain);
-        bTwice ? pLock->Unlock() : void();
         pLock->Unlock();
     }
 }
