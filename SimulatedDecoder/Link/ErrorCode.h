@@ -43,7 +43,7 @@ namespace simulated_decoder {
 // clang-format on
 
 enum class ErrorCode : std::uint32_t {
-#define ERROR_NUMBER(name, number, words) name = number,
+#define ERROR_NUMBER(name, number, words) name = (number),
     SIMULATED_DECODER_ERRORS(ERROR_NUMBER)
 #undef ERROR_NUMBER
 };
