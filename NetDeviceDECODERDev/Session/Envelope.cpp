@@ -53,6 +53,7 @@ void CNetProtocolProcTWDECODERDevImp::AddSessionlessXmlStr(CMarkupSTL& doc, cons
 
 // The url is passed by value, as callers that link this by name expect.
 void CNetProtocolProcTWDECODERDevImp::AddCommomXmlStr(
+    // cppcheck-suppress passedByValue
     CMarkupSTL& doc, std::string url, // NOLINT(performance-unnecessary-value-param)
     unsigned int seq) const
 {
