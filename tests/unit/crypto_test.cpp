@@ -160,9 +160,9 @@ TEST_F(CryptoTest, EncipheredTextHasNoSaltWhenWrittenAndThreeCharactersWhenRead)
         EXPECT_FALSE(AesDataDecrypt(szText, "key", out)) << szText;
     }
     EXPECT_FALSE(AesDataEncrypt("", "key", out) || AesDataEncrypt("secret", "", out));
-    std::string other; // a key has room for 13 characters beside the salt
-    EXPECT_TRUE(AesDataEncrypt("secret", "0123456789012", out) &&
-                AesDataEncrypt("secret", "0123456789013", other));
+    std::string other; // without a salt a key has room for 16 characters
+    EXPECT_TRUE(AesDataEncrypt("secret", "0123456789abcdeX", out) &&
+                AesDataEncrypt("secret", "0123456789abcdeY", other));
     EXPECT_NE(out, other);
 }
 
