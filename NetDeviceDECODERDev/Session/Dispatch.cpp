@@ -69,14 +69,15 @@ void CNetProtocolProcTWDECODERDevImp::ProcOneCommand(CCmdProcObject* cmd, unsign
     if (pOuter == nullptr) {
         running.emplace(m_ExportEvent);
     }
+    AtomicStore(m_recvCmdID, -1);
     if (m_ExportFlag == 0) {
-        // Stop drains the queue on its own thread while the worker may still take a command, so this must not
-        // touch the session.
+        // Stop drains the queue on its own thread while the worker may still take a command, so this must
+        // touch no more of the session.
         SendFailure(cmd, KEST_RESULT_NOT_READY);
         return;
     }
     const CRunningScope scope(*this, cmd, pOuter);
-    AtomicStore(m_recvCmdID, -1); // after opening the hand-over: a number seen from here on has its message
+    AtomicStore(m_recvCmdID, -1); // once more: a number seen from here on has its message in the hand-over
     try {
         RunCommand(cmd, reinterpret_cast<char*>(buf), len);
     } catch (const std::exception&) { // out of memory, or an oversized reply; the answer needs no memory

@@ -42,7 +42,7 @@ struct MediaArguments {
         media.begin = static_cast<uint64_t>(Number(begin, Time("--begin")));
         media.end = static_cast<uint64_t>(Number(end, Time("--end")));
         media.user = Fitting(user, kMaxSourceCredential, "the source's user name");
-        media.passwordText = user.empty() ? "" : SourcePassword(passwordFile);
+        media.password = user.empty() ? "" : SourcePassword(passwordFile);
         return media;
     }
 

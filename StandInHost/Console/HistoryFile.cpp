@@ -70,13 +70,13 @@ std::vector<std::string> HistoryFile::Load() const
         lines.erase(lines.begin(), lines.end() - kMaxLines);
     }
     if (cut) {
-        const std::string newValue = m_file + ".new";
+        const std::string passing = m_file + ".new";
         const auto text = std::accumulate(
             lines.begin(), lines.end(), std::string(),
             [](std::string all, const std::string& line) { return std::move(all) + line + '\n'; });
         std::error_code ignored;
-        if (Write(newValue, O_TRUNC, text)) {
-            fs::rename(newValue, m_file, ignored);
+        if (Write(passing, O_TRUNC, text)) {
+            fs::rename(passing, m_file, ignored);
         }
     }
     return lines;

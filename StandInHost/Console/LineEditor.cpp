@@ -82,11 +82,11 @@ LineEditor::~LineEditor() = default;
 
 void LineEditor::CloseEditor::operator()(EditLine* editor) const { el_end(editor); }
 
-void LineEditor::CloseHistory::operator()(History* editHistory) const { history_end(editHistory); }
+void LineEditor::CloseHistory::operator()(History* history) const { history_end(history); }
 
 bool LineEditor::HasTerminal() { return ::isatty(STDIN_FILENO) != 0 && ::isatty(STDERR_FILENO) != 0; }
 
-LineEditor::Result LineEditor::Read(std::string& lineText)
+LineEditor::Result LineEditor::Read(std::string& line)
 {
     m_cancelled = false;
     m_decoding = {};
@@ -99,8 +99,8 @@ LineEditor::Result LineEditor::Read(std::string& lineText)
         std::rethrow_exception(thrown);
     }
     if (typed != nullptr && length > 0) {
-        lineText.assign(typed, static_cast<std::size_t>(length));
-        lineText.erase(lineText.find_last_not_of("\r\n") + 1);
+        line.assign(typed, static_cast<std::size_t>(length));
+        line.erase(line.find_last_not_of("\r\n") + 1);
         return Result::Line;
     }
     (void)std::fputs(m_cancelled ? "^C\n" : "\n", stderr);

@@ -51,7 +51,7 @@ private:
         void operator()(editline* editor) const;
     };
     struct CloseHistory {
-        void operator()(struct history* editHistory) const;
+        void operator()(struct history* history) const;
     };
 
     // Our code is called from the library, which knows no exceptions.

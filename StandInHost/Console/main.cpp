@@ -68,9 +68,9 @@ void CheckBalances()
 }
 
 // A signal ends the program even when nobody reads its last output.
-bool CanWrite(int descriptorNumber)
+bool CanWrite(int output)
 {
-    pollfd descriptor{descriptorNumber, POLLOUT, 0};
+    pollfd descriptor{output, POLLOUT, 0};
     return ::poll(&descriptor, 1, 0) == 1;
 }
 

@@ -29,17 +29,17 @@ const char* MemPool::New(std::string_view bytes)
 void MemPool::AddRef(const char* handle)
 {
     const TMutexGuard guard(m_lock);
-    if (Buffer* bufferPointer = Find(handle, "AddRef")) {
-        ++bufferPointer->references;
+    if (Buffer* buffer = Find(handle, "AddRef")) {
+        ++buffer->references;
     }
 }
 
 void MemPool::Delete(const char* handle)
 {
     const TMutexGuard guard(m_lock);
-    Buffer* bufferPointer = Find(handle, "Delete");
-    if (bufferPointer != nullptr && --bufferPointer->references == 0) {
-        m_bytes -= sizeof(Buffer) + bufferPointer->content.size();
+    Buffer* buffer = Find(handle, "Delete");
+    if (buffer != nullptr && --buffer->references == 0) {
+        m_bytes -= sizeof(Buffer) + buffer->content.size();
         m_buffers.erase(handle);
     }
 }
@@ -47,28 +47,28 @@ void MemPool::Delete(const char* handle)
 std::string_view MemPool::Bytes(const char* handle)
 {
     const TMutexGuard guard(m_lock);
-    Buffer* bufferPointer = Find(handle, "Bytes");
-    return bufferPointer == nullptr ? std::string_view() : bufferPointer->content;
+    Buffer* buffer = Find(handle, "Bytes");
+    return buffer == nullptr ? std::string_view() : buffer->content;
 }
 
 bool MemPool::Append(const char* handle, std::string_view bytes)
 {
     const TMutexGuard guard(m_lock);
-    Buffer* bufferPointer = Find(handle, "Append");
-    if (bufferPointer == nullptr) {
+    Buffer* buffer = Find(handle, "Append");
+    if (buffer == nullptr) {
         return false;
     }
     Reserve(bytes.size());
-    bufferPointer->content.append(bytes);
+    buffer->content.append(bytes);
     return true;
 }
 
 void MemPool::TruncateFront(const char* handle, std::size_t len)
 {
     const TMutexGuard guard(m_lock);
-    if (Buffer* bufferPointer = Find(handle, "TruncateFront")) {
-        len = std::min(len, bufferPointer->content.size());
-        bufferPointer->content.erase(0, len);
+    if (Buffer* buffer = Find(handle, "TruncateFront")) {
+        len = std::min(len, buffer->content.size());
+        buffer->content.erase(0, len);
         m_bytes -= len;
     }
 }
@@ -76,9 +76,9 @@ void MemPool::TruncateFront(const char* handle, std::size_t len)
 void MemPool::TruncateBack(const char* handle, std::size_t len)
 {
     const TMutexGuard guard(m_lock);
-    if (Buffer* bufferPointer = Find(handle, "TruncateBack")) {
-        len = std::min(len, bufferPointer->content.size());
-        bufferPointer->content.resize(bufferPointer->content.size() - len);
+    if (Buffer* buffer = Find(handle, "TruncateBack")) {
+        len = std::min(len, buffer->content.size());
+        buffer->content.resize(buffer->content.size() - len);
         m_bytes -= len;
     }
 }

@@ -25,11 +25,10 @@ constexpr int kExecFailed = 127;
 std::vector<std::string> PortsIn(const std::string& output)
 {
     std::vector<std::string> ports;
-    std::size_t lineNumber = 0;
-    for (std::size_t end = 0; (end = output.find('\n', lineNumber)) != std::string::npos;
-         lineNumber = end + 1) {
-        const std::string lineText = output.substr(lineNumber, end - lineNumber);
-        ports.push_back(lineText.substr(lineText.rfind(':') + 1));
+    std::size_t begin = 0;
+    for (std::size_t end = 0; (end = output.find('\n', begin)) != std::string::npos; begin = end + 1) {
+        const std::string line = output.substr(begin, end - begin);
+        ports.push_back(line.substr(line.rfind(':') + 1));
     }
     return ports;
 }

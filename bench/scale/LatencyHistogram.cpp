@@ -37,11 +37,11 @@ void LatencyHistogram::Take(LatencyHistogram& other)
 
 uint64_t LatencyHistogram::Count() const
 {
-    uint64_t countNumber = 0;
+    uint64_t total = 0;
     for (const auto& count : m_counts) {
-        countNumber += count;
+        total += count;
     }
-    return countNumber;
+    return total;
 }
 
 uint64_t LatencyHistogram::Percentile(double share) const

@@ -45,20 +45,20 @@ ScaleRun::ScaleRun(const ScaleOptions& options, const standin_host::Plugin& plug
 
 ScaleRun::~ScaleRun() = default;
 
-void ScaleRun::Run(const std::string& user, const std::string& passwordText,
+void ScaleRun::Run(const std::string& user, const std::string& password,
                    const std::vector<std::string>& ports)
 {
     Stages& stages = m_result.stages;
     m_nodes.reserve(ports.size());
     m_result.samples.reserve(static_cast<std::size_t>(m_options.loadTime / m_options.sampleEvery) + 2);
-    WarmUp(user, passwordText, ports.front());
+    WarmUp(user, password, ports.front());
     stages.begin = Settled();
     Connect(ports);
     stages.host = Settled();
     m_result.hostStacks = StacksUsed();
     StartSessions();
     stages.sessions = Settled();
-    LogIn(user, passwordText);
+    LogIn(user, password);
     stages.loggedIn = Settled();
     Load();
     stages.loaded = Settled();
@@ -71,11 +71,11 @@ void ScaleRun::Run(const std::string& user, const std::string& passwordText,
     stages.end = Settled();
 }
 
-void ScaleRun::WarmUp(const std::string& user, const std::string& passwordText, const std::string& port)
+void ScaleRun::WarmUp(const std::string& user, const std::string& password, const std::string& port)
 {
     Connect({port});
     StartSessions();
-    LogIn(user, passwordText);
+    LogIn(user, password);
     m_nodes.clear();
 }
 
@@ -112,12 +112,12 @@ void ScaleRun::Connect(const std::vector<std::string>& ports)
     }
 }
 
-void ScaleRun::LogIn(const std::string& user, const std::string& passwordText)
+void ScaleRun::LogIn(const std::string& user, const std::string& password)
 {
     const auto begin = Clock::now();
     for (const auto& node : m_nodes) {
         node->Queue(new LoadCommand(ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN, m_logins),
-                    standin_host::LoginRecord(user, passwordText).bytes);
+                    standin_host::LoginRecord(user, password).bytes);
     }
     Drain(m_logins);
     m_result.loginTime = Clock::now() - begin;

@@ -67,18 +67,18 @@ public:
     ScaleRun& operator=(const ScaleRun&) = delete;
 
     // Throws ExitError for what ends the run early.
-    void Run(const std::string& user, const std::string& passwordText, const std::vector<std::string>& ports);
+    void Run(const std::string& user, const std::string& password, const std::vector<std::string>& ports);
     const ScaleResult& Result() const { return m_result; }
 
 private:
     using Clock = standin_host::HostEvents::Clock;
 
     // Runs a single session first: what the libraries set up once in a process is not a cost of each session.
-    void WarmUp(const std::string& user, const std::string& passwordText, const std::string& port);
+    void WarmUp(const std::string& user, const std::string& password, const std::string& port);
     void Connect(const std::vector<std::string>& ports);
     void StartSessions();
     std::size_t StacksUsed() const;
-    void LogIn(const std::string& user, const std::string& passwordText);
+    void LogIn(const std::string& user, const std::string& password);
     void Load();
     void QueueDue(Clock::time_point begin, Clock::time_point now);
     void QueueNext();

@@ -66,7 +66,7 @@ standin_host::Media Camera()
     media.port = 9008;
     media.channelNumber = 3;
     media.user = "viewer";
-    media.passwordText = "passage";
+    media.password = "passage";
     return media;
 }
 

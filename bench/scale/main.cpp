@@ -86,8 +86,8 @@ int Run(const ScaleOptions& options)
         throw UsageError("the limit of open descriptors is too low for so many decoders");
     }
     std::ofstream jsonFile = OpenJsonFile(options.jsonFile);
-    const std::string passwordText = RandomPassword();
-    ::setenv("TVWALL_DECODER_PASSWORD", passwordText.c_str(), 1);
+    const std::string password = RandomPassword();
+    ::setenv("TVWALL_DECODER_PASSWORD", password.c_str(), 1);
     ::setenv("SPDLOG_LEVEL", "error", 0); // the decoders' log; their refusals are counted here
 
     HostEvents events;
@@ -97,7 +97,7 @@ int Run(const ScaleOptions& options)
     DecoderProcess decoders(options.decoderProgram, DecoderArguments(options));
     const auto ports = decoders.AwaitPorts(options.decoders, events);
     ScaleRun run(options, plugin, ioThread, events);
-    run.Run(kUser, passwordText, ports);
+    run.Run(kUser, password, ports);
     return Report(options, run.Result(), jsonFile);
 }
 

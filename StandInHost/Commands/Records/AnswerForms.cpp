@@ -165,9 +165,9 @@ void ReadWindowConfig(ByteReader& reader, Fields& fields)
     fields["node"] = idWord == nullptr || idWord->GetText() == nullptr ? "" : idWord->GetText();
     for (const auto& [field, element] :
          {std::pair("borders", "enableborder"), std::pair("windowIds", "enableshowwinid")}) {
-        const auto* switchValue = info->FirstChildElement(element);
+        const auto* found = info->FirstChildElement(element);
         unsigned int value = 0;
-        if (switchValue == nullptr || switchValue->QueryUnsignedText(&value) != tinyxml2::XML_SUCCESS) {
+        if (found == nullptr || found->QueryUnsignedText(&value) != tinyxml2::XML_SUCCESS) {
             reader.Fail();
         }
         fields[field] = value != 0;

@@ -122,7 +122,7 @@ JsonObject::JsonObject(const Json& value, std::string place, std::initializer_li
     }
 }
 
-int64_t JsonObject::Number(const char* key, int64_t min, int64_t highest,
+int64_t JsonObject::Number(const char* key, int64_t lowest, int64_t highest,
                            std::optional<int64_t> fallback) const
 {
     const Json* value = Find(key);
@@ -132,14 +132,15 @@ int64_t JsonObject::Number(const char* key, int64_t min, int64_t highest,
     // A number too large for a signed type is too large for any field.
     const bool huge = value != nullptr && value->is_number_unsigned() &&
                       value->get<uint64_t>() > static_cast<uint64_t>(std::numeric_limits<int64_t>::max());
-    if (value == nullptr || !value->is_number_integer() || huge || value->get<int64_t>() < min ||
+    if (value == nullptr || !value->is_number_integer() || huge || value->get<int64_t>() < lowest ||
         value->get<int64_t>() > highest) {
-        Refuse(key, "must be a whole number from " + std::to_string(min) + " to " + std::to_string(highest));
+        Refuse(key,
+               "must be a whole number from " + std::to_string(lowest) + " to " + std::to_string(highest));
     }
     return value->get<int64_t>();
 }
 
-std::string JsonObject::Text(const char* key, std::size_t highest, std::optional<std::string> fallback) const
+std::string JsonObject::Text(const char* key, std::size_t longest, std::optional<std::string> fallback) const
 {
     const Json* value = Find(key);
     if (value == nullptr && fallback) {
@@ -149,8 +150,8 @@ std::string JsonObject::Text(const char* key, std::size_t highest, std::optional
         Refuse(key, "must be a text");
     }
     auto text = value->get<std::string>();
-    if (text.size() > highest || text.find('\0') != std::string::npos) {
-        Refuse(key, "must be a text of at most " + std::to_string(highest) + " bytes without a zero byte");
+    if (text.size() > longest || text.find('\0') != std::string::npos) {
+        Refuse(key, "must be a text of at most " + std::to_string(longest) + " bytes without a zero byte");
     }
     return text;
 }

@@ -20,9 +20,10 @@ public:
     JsonObject(const nlohmann::json& value, std::string place, std::initializer_list<const char*> keys);
 
     // Without a default the key is required.
-    int64_t Number(const char* key, int64_t min, int64_t highest, std::optional<int64_t> fallback = {}) const;
+    int64_t Number(const char* key, int64_t lowest, int64_t highest,
+                   std::optional<int64_t> fallback = {}) const;
     // At most highest bytes, none of them zero.
-    std::string Text(const char* key, std::size_t highest, std::optional<std::string> fallback = {}) const;
+    std::string Text(const char* key, std::size_t longest, std::optional<std::string> fallback = {}) const;
     // Null when the key is missing.
     const nlohmann::json* Find(const char* key) const;
     // An empty list when the key is missing and not required.

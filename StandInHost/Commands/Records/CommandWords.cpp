@@ -10,7 +10,7 @@ namespace standin_host {
 
 int64_t Number(const std::string& text, const Field& field)
 {
-    if (field.switchValue) {
+    if (field.isSwitch) {
         return OnOrOff(text, field.name) ? 1 : 0;
     }
     const auto value = tools::ParseNumber(text, field.min, field.highest);
@@ -71,8 +71,8 @@ std::vector<SubWindows> ReadSubWindows(const Words& words, std::span<const Field
     for (const WordGroup& group : groups) {
         int64_t numbers[4] = {};
         std::transform(group.begin(), group.end(), fields.begin(), numbers, Number);
-        const auto [it, newValue] = places.try_emplace(numbers[0], windows.size());
-        if (newValue) {
+        const auto [it, isNew] = places.try_emplace(numbers[0], windows.size());
+        if (isNew) {
             windows.push_back({numbers[0], {}});
         }
         windows[it->second].subWindows.push_back({numbers[1], numbers[2], numbers[3]});

@@ -17,7 +17,7 @@ struct Field {
     const char* name; // as in "the window id"
     int64_t min;
     int64_t highest;
-    bool switchValue = false; // on or off, for 1 or 0
+    bool isSwitch = false; // on or off, for 1 or 0
 };
 
 template <class T>

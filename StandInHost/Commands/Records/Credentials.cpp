@@ -64,9 +64,9 @@ std::string FromFile(const std::string& path)
     return *std::move(line);
 }
 
-void CheckPassword(const std::string& passwordText, std::size_t highest, const char* whose)
+void CheckPassword(const std::string& password, std::size_t highest, const char* whose)
 {
-    if (passwordText.size() > highest || passwordText.find('\0') != std::string::npos) {
+    if (password.size() > highest || password.find('\0') != std::string::npos) {
         throw UsageError(std::string("the ") + whose + "password is longer than " + std::to_string(highest) +
                          " bytes or holds a zero byte");
     }
@@ -85,9 +85,9 @@ const std::string& Credentials::User() const
 const std::string& Credentials::Password()
 {
     if (!m_password) {
-        std::string passwordText = Find();
-        CheckPassword(passwordText, kMaxCredential, "");
-        m_password = std::move(passwordText);
+        std::string password = Find();
+        CheckPassword(password, kMaxCredential, "");
+        m_password = std::move(password);
     }
     return *m_password;
 }
@@ -127,9 +127,9 @@ std::string SourcePassword(const std::string& path)
 {
     const char* variable = std::getenv("TVWALL_SOURCE_PASSWORD");
     const std::string fromVariable = variable == nullptr ? "" : variable;
-    std::string passwordText = path.empty() ? fromVariable : FromFile(path);
-    CheckPassword(passwordText, kMaxSourceCredential, "source's ");
-    return passwordText;
+    std::string password = path.empty() ? fromVariable : FromFile(path);
+    CheckPassword(password, kMaxSourceCredential, "source's ");
+    return password;
 }
 
 } // namespace standin_host

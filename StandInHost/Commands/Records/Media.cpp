@@ -27,7 +27,7 @@ Record PlayMediaRecord(int32_t window, int32_t index, const Media& media)
     writer.I32(media.port).I32(media.streamType).U32(media.recordMask).I32(media.selector);
     writer.Zeros(4); // aligns the times to 8
     writer.U64(media.begin).U64(media.end).Text(media.address, kMaxSourceAddress + 1);
-    writer.Text(media.user, kMaxSourceCredential + 1).Secret(media.passwordText, kMaxSourceCredential + 1);
+    writer.Text(media.user, kMaxSourceCredential + 1).Secret(media.password, kMaxSourceCredential + 1);
     return writer.Take();
 }
 
@@ -48,7 +48,7 @@ Record WallRecord(const std::vector<WallWindow>& windows)
             writer.U32(media.streamType).Guid(media.channel);
             writer.Text(media.address, kMaxSourceAddress + 1);
             writer.Text(media.user, kMaxSourceCredential + 1);
-            writer.Secret(media.passwordText, kMaxSourceCredential + 1);
+            writer.Secret(media.password, kMaxSourceCredential + 1);
             writer.I32(media.channelNumber);
         }
     }

@@ -18,7 +18,7 @@ struct Media {
     int32_t channelNumber = -1; // negative: none
     GUID channel{};             // all zero: none
     std::string user;           // at most kMaxSourceCredential bytes, like the password
-    std::string passwordText;
+    std::string password;
     int64_t streamType = 0;
     int64_t recordMask = 0; // this and selector: only with a single source
     int64_t selector = 0;

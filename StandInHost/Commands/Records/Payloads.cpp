@@ -162,13 +162,13 @@ Record OptionPayload(uint32_t optType, const Record& record)
     return ByteWriter().U32(optType).Count(record.bytes.size()).Append(record).Take();
 }
 
-Record LoginRecord(const std::string& user, const std::string& passwordText)
+Record LoginRecord(const std::string& user, const std::string& password)
 {
     using LoginInfo = ORVA_NET_PROTOCOL::_kest_net_login_info;
     return ByteWriter()
         .Zeros(offsetof(LoginInfo, username))
         .Text(user, sizeof(LoginInfo::username))
-        .Secret(passwordText, sizeof(LoginInfo::password))
+        .Secret(password, sizeof(LoginInfo::password))
         .Zeros(sizeof(LoginInfo) - offsetof(LoginInfo, IP))
         .Take();
 }

@@ -93,6 +93,6 @@ Record OptionPayload(uint32_t optType, const Record& record);
 // Longest account name and password, in bytes: the record's fields hold a terminating zero too.
 inline constexpr std::size_t kMaxCredential = 63;
 
-Record LoginRecord(const std::string& user, const std::string& passwordText);
+Record LoginRecord(const std::string& user, const std::string& password);
 
 } // namespace standin_host

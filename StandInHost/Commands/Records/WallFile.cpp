@@ -30,7 +30,7 @@ void ReadChannel(const JsonObject& object, Media& media)
     }
 }
 
-Media ReadMedia(const Json& value, const std::string& place, const std::string& passwordText)
+Media ReadMedia(const Json& value, const std::string& place, const std::string& password)
 {
     const JsonObject object(value, place,
                             {"address", "port", "channel", "user", "password", "type", "requestMode",
@@ -40,8 +40,7 @@ Media ReadMedia(const Json& value, const std::string& place, const std::string& 
     media.port = object.Number("port", 0, kMax16);
     ReadChannel(object, media);
     media.user = object.Text("user", kMaxSourceCredential, "");
-    media.passwordText =
-        object.Text("password", kMaxSourceCredential, media.user.empty() ? "" : passwordText);
+    media.password = object.Text("password", kMaxSourceCredential, media.user.empty() ? "" : password);
     media.type = object.Number("type", 0, kMax16, 0);
     media.requestMode = object.Number("requestMode", 0, kMax16, media.requestMode);
     media.streamType = object.Number("streamType", 0, kMax32, 0);
@@ -50,19 +49,19 @@ Media ReadMedia(const Json& value, const std::string& place, const std::string& 
     return media;
 }
 
-WallSubWindow ReadSubWindow(const Json& value, const std::string& place, const std::string& passwordText)
+WallSubWindow ReadSubWindow(const Json& value, const std::string& place, const std::string& password)
 {
     const JsonObject object(value, place, {"index", "osd", "media"});
     WallSubWindow sub;
     sub.index = object.Number("index", 0, kMax16);
     sub.osdId = object.Number("osd", 0, kMax16, 0);
     if (const Json* media = object.Find("media")) {
-        sub.media = ReadMedia(*media, object.PlaceOf("media"), passwordText);
+        sub.media = ReadMedia(*media, object.PlaceOf("media"), password);
     }
     return sub;
 }
 
-WallWindow ReadWindow(const Json& value, const std::string& place, const std::string& passwordText)
+WallWindow ReadWindow(const Json& value, const std::string& place, const std::string& password)
 {
     const JsonObject object(value, place, {"id", "x", "y", "width", "height", "layer", "mode", "subWindows"});
     const Json& subWindows = object.List("subWindows", false);
@@ -79,21 +78,21 @@ WallWindow ReadWindow(const Json& value, const std::string& place, const std::st
     window.mode = object.Number("mode", 0, kMax16, static_cast<int64_t>(subWindows.size()));
     for (std::size_t i = 0; i < subWindows.size(); ++i) {
         window.subWindows.push_back(
-            ReadSubWindow(subWindows[i], At(object.PlaceOf("subWindows"), i), passwordText));
+            ReadSubWindow(subWindows[i], At(object.PlaceOf("subWindows"), i), password));
     }
     return window;
 }
 
 } // namespace
 
-std::vector<WallWindow> ReadWallFile(const std::string& path, const std::string& passwordText)
+std::vector<WallWindow> ReadWallFile(const std::string& path, const std::string& password)
 {
     const Json root = ParseJson(ReadWholeFile(path, "wall"), path);
     const JsonObject object(root, path + ':', {"windows"});
     const Json& list = object.List("windows", true);
     std::vector<WallWindow> windows;
     for (std::size_t i = 0; i < list.size(); ++i) {
-        windows.push_back(ReadWindow(list[i], At(object.PlaceOf("windows"), i), passwordText));
+        windows.push_back(ReadWindow(list[i], At(object.PlaceOf("windows"), i), password));
     }
     return windows;
 }
