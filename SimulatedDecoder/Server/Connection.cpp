@@ -239,9 +239,11 @@ void Connection::SendNextPiece()
                                                {static_cast<const char*>(piece.data()), length});
                           if (error) {
                               self->Close(error.message());
-                              return;
                           }
-                          self->PieceSent(length);
+                          // The socket may have taken the piece just before the connection was closed.
+                          if (self->m_open) {
+                              self->PieceSent(length);
+                          }
                       });
 }
 
