@@ -9,6 +9,7 @@
 #include <CLI/CLI.hpp>
 #include <spdlog/fmt/fmt.h>
 
+#include "Link/ErrorCode.h"
 #include "Link/Message.h"
 #include "State/ScreenGrid.h"
 #include "Tools/Common/Address.h"
@@ -202,6 +203,13 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
     CLI::App app{"A simulated TV-wall decoder: accepts hosts over TCP and keeps a wall in memory.",
                  "tvwall-decoder"};
     app.set_version_flag("--version", "tvwall-decoder " TVWALL_DECODER_VERSION, "Print the version and exit");
+    app.add_flag_callback(
+        "--list-codes",
+        [] {
+            std::cout << ListErrorCodes();
+            throw CLI::Success();
+        },
+        "Print the error codes, as tvwall-host reads them with --device-codes, and exit");
     AddConnectionOptions(app, line);
     AddWallOptions(app, line.options.device);
     AddNotificationOptions(app, line);

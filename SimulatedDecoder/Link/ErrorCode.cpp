@@ -2,6 +2,13 @@
 
 namespace simulated_decoder {
 
+std::string ListErrorCodes()
+{
+#define ERROR_LINE(name, number, words) #number " " words "\n"
+    return SIMULATED_DECODER_ERRORS(ERROR_LINE);
+#undef ERROR_LINE
+}
+
 const char* Words(ErrorCode code)
 {
     switch (code) {

@@ -2,6 +2,7 @@
 // The values of `errorcode` in the decoder's replies.
 
 #include <cstdint>
+#include <string>
 
 namespace simulated_decoder {
 
@@ -47,6 +48,9 @@ enum class ErrorCode : std::uint32_t {
     SIMULATED_DECODER_ERRORS(ERROR_NUMBER)
 #undef ERROR_NUMBER
 };
+
+// All codes in lines of "NUMBER words".
+std::string ListErrorCodes();
 
 // The code in words; never null. Numbers made up by a fault have words too.
 const char* Words(ErrorCode code);

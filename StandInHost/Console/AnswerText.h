@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "Commands/ConsoleCommands.h"
@@ -9,15 +11,40 @@
 
 namespace standin_host {
 
-// What an answer says.
-struct ReadableAnswer {
-    std::string text;                     // in words: "done", "device error (0x20000002)", a table
-    std::string hint;                     // after a failure: what to look at
-    bool good = false;                    // false for a failure and for malformed bytes
-    std::shared_ptr<const Fields> fields; // by name; null if there are none
+class DeviceCodes;
+
+// How a command ended.
+struct Ending {
+    std::optional<HostAnswer> answer;
+    Exchange exchange;
+    bool lost = false;   // the link was lost before an answer came
+    bool atWork = false; // the plug-in has not ended the command yet
 };
 
-ReadableAnswer ReadAnswer(const ConsoleCommand& command, const HostAnswer& answer);
+enum class Outcome {
+    Done,
+    Queued, // and run; no answer was wanted
+    Refused,
+    Malformed, // the answer is no whole record
+    Timeout,
+    Lost,
+    Unanswered, // the plug-in ended the command without an answer, although no reply is missing
+    LoginRefused,
+};
+
+// What an ending says.
+struct ReadableAnswer {
+    Outcome outcome = Outcome::Done;
+    std::string text;                     // in words: "done", "device error (0x20000002)", a table
+    std::string hint;                     // after a failure: what to look at, if there is anything
+    std::optional<uint32_t> deviceCode;   // of the decoder's reply, where one came
+    std::string deviceMeaning;            // its words, where there are any
+    std::shared_ptr<const Fields> fields; // by name; null if there are none
+
+    bool Good() const { return outcome == Outcome::Done || outcome == Outcome::Queued; }
+};
+
+ReadableAnswer ReadEnding(const ConsoleCommand& command, const Ending& ending, const DeviceCodes& codes);
 
 // Blanks the passwords in the request's record, which most answers repeat, so that they are never printed.
 void HideSecrets(const ConsoleCommand& command, HostAnswer& answer);

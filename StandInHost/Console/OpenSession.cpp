@@ -22,6 +22,7 @@ std::shared_ptr<Connection> ConnectOrExit(const SessionGround& ground, const Con
     ConnectionSettings settings;
     settings.bufferedReceive = options.bufferedReceive;
     settings.trace = options.trace ? std::make_shared<FrameTrace>() : nullptr;
+    settings.exchanges = std::make_shared<ExchangeWatch>();
     settings.events = &ground.events;
     std::string reason;
     auto connection = Connect(ground.ioThread, ground.events, options.host, options.port, kConnectTimeout,

@@ -58,6 +58,7 @@ struct RawOptions {
     std::string nodeId = "{00000201-0000-4000-8000-000000000001}";
     double answerTimeout = 35.0;
     std::string logLevel = "abnormal";
+    std::string deviceCodes;
     bool noLogin = false;
 };
 
@@ -69,6 +70,9 @@ void AddOptions(CLI::App& app, Options& options, RawOptions& raw)
     app.add_option("--decoder", raw.decoder, "the decoder's address")->type_name("HOST:PORT");
     app.add_option("--user", options.user, "account on the decoder")->type_name("NAME");
     app.add_option("--password-file", options.passwordFile, "file whose first line is the password")
+        ->type_name("FILE");
+    app.add_option("--device-codes", raw.deviceCodes,
+                   "file with the maker's words for the decoder's error codes, in lines NUMBER WORDS")
         ->type_name("FILE");
     app.add_flag("--json", options.json, "one JSON object a line for each answer and notification");
     app.add_flag("--trace", options.trace, "print every frame of the link to standard error");
@@ -137,6 +141,9 @@ void Interpret(const RawOptions& raw, Options& options)
     }
     options.nodeID = *nodeID;
     options.logLevel = ReadLogLevel(raw.logLevel);
+    if (!raw.deviceCodes.empty()) {
+        options.deviceCodes = DeviceCodes(raw.deviceCodes);
+    }
     if (std::isnan(raw.answerTimeout)) {
         throw UsageError("--answer-timeout takes a number of seconds");
     }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Commands/ConsoleCommands.h"
+#include "Commands/Records/DeviceCodes.h"
 #include "Host/HostLog.h"
 #include "HostTypes.h"
 
@@ -24,6 +25,7 @@ struct Options {
     GUID nodeID{};
     LogLevel logLevel = LogLevel::Abnormal;
     std::string logFile;
+    DeviceCodes deviceCodes;
     ConsoleCommand command;
 };
 

@@ -35,11 +35,9 @@ class TextOutput final : public Output {
 public:
     explicit TextOutput(HostEvents& events) : Output(events) {}
 
-    void PrintCommand(const ConsoleCommand& command, const HostAnswer* answer,
-                      const ReadableAnswer& read) override
+    void PrintCommand(const EndedCommand& ended) override
     {
-        const std::string unanswered = command.hasReply ? "no answer" : "queued and run, no answer wanted";
-        Line(tools::OneLine(command.title) + ": " + (answer == nullptr ? unanswered : read.text));
+        Line(tools::OneLine(ended.command.title) + ": " + ended.read.text);
     }
 
     void PrintNotification(const Notification& notification) override
@@ -57,19 +55,26 @@ class JsonOutput final : public Output {
 public:
     explicit JsonOutput(HostEvents& events) : Output(events) {}
 
-    void PrintCommand(const ConsoleCommand& command, const HostAnswer* answer,
-                      const ReadableAnswer& read) override
+    void PrintCommand(const EndedCommand& ended) override
     {
+        const auto& [command, ending, read, line] = ended;
+        const auto& answer = ending.answer;
         Json object{{"command", command.cmdID}, {"answer", "none"}, {"code", 0}, {"hex", ""}};
-        if (answer != nullptr) {
+        if (answer) {
             object["answer"] = answer->kind == HostAnswer::Kind::Buffer ? "buffer" : "failure";
             object["code"] = answer->hostCode;
             object["hex"] = tools::HexText(answer->bytes.data(), answer->bytes.size());
         }
         if (read.fields != nullptr) {
             object["fields"] = *read.fields;
-        } else if (!read.good && !read.text.empty()) {
+        } else if (!read.Good()) {
             object["problem"] = read.text;
+        }
+        if (read.deviceCode) {
+            object["deviceCode"] = *read.deviceCode;
+        }
+        if (!read.deviceMeaning.empty()) {
+            object["deviceMeaning"] = read.deviceMeaning;
         }
         Print(object);
     }

@@ -9,7 +9,16 @@
 
 namespace standin_host {
 
+struct Ending;
 struct ReadableAnswer;
+
+// A command that has ended; the passwords in its answer are blanked.
+struct EndedCommand {
+    const ConsoleCommand& command;
+    const Ending& ending;
+    const ReadableAnswer& read; // what the ending says
+    std::size_t line;           // of the script; 0 outside one
+};
 
 // The program's standard output, flushed at once: one line for each command and notification, and after a
 // command's line the indented rows of its table.
@@ -21,10 +30,7 @@ public:
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
-    // answer is null for a command that got no answer; else its passwords are already blanked, and read says
-    // what it means.
-    virtual void PrintCommand(const ConsoleCommand& command, const HostAnswer* answer,
-                              const ReadableAnswer& read) = 0;
+    virtual void PrintCommand(const EndedCommand& ended) = 0;
     virtual void PrintNotification(const Notification& notification) = 0;
     // True once a line could not be written, such as to a closed pipe, or was given up on a signal. Nothing
     // more is written then.

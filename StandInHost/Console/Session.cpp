@@ -35,6 +35,26 @@ bool IsMissingReply(const HostAnswer& answer)
            answer.hostCode == ORVA_NET_PROTOCOL::KEST_RESULT_TIMEOUT;
 }
 
+int StatusOf(Outcome outcome)
+{
+    switch (outcome) {
+    case Outcome::Done:
+    case Outcome::Queued:
+        return kExitAllAnswered;
+    case Outcome::Refused:
+    case Outcome::Malformed:
+        return kExitCommandFailed;
+    case Outcome::Timeout:
+    case Outcome::Unanswered:
+        return kExitNoAnswer;
+    case Outcome::Lost:
+        return kExitConnection;
+    case Outcome::LoginRefused:
+        return kExitLoginRefused;
+    }
+    return kExitCommandFailed;
+}
+
 } // namespace
 
 Session::Session(const Options& options, HostEvents& events, DecoderLink& link, Credentials& credentials,
@@ -144,35 +164,33 @@ bool Session::AwaitStep(const HostCommand& command, HostEvents::Clock::time_poin
 
 void Session::Judge(const ConsoleCommand& command, const HostCommand& host, bool inTime)
 {
-    const bool login = command.cmdID == ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN;
-    auto answer = host.Answer();
-    const bool lost = m_events.Lost() && (!answer || IsMissingReply(*answer));
-    if (lost) {
-        answer.reset();
+    Ending ending{host.Answer(), host.LastExchange(), false, !inTime};
+    ending.lost = m_events.Lost() && (!ending.answer || IsMissingReply(*ending.answer));
+    if (ending.lost) {
+        ending.answer.reset();
     }
-    ReadableAnswer read;
-    if (answer) {
-        HideSecrets(command, *answer);
-        read = ReadAnswer(command, *answer);
+    if (ending.answer) {
+        HideSecrets(command, *ending.answer);
     }
+    const ReadableAnswer read = ReadEnding(command, ending, m_options.deviceCodes);
     m_progress.Clear();
-    m_output.PrintCommand(command, answer ? &*answer : nullptr, read);
+    m_output.PrintCommand({command, ending, read, m_line});
     CheckOutput();
-    if (lost) {
+    if (read.outcome == Outcome::Lost) {
         CheckLost();
     }
-    const std::string title = tools::OneLine(command.title);
-    if (answer) {
-        NoteLogin(command, read.good);
+    if (ending.answer) {
+        NoteLogin(command, read.Good());
     }
-    if (answer && !read.good) {
-        Complain(command, login ? kExitLoginRefused : kExitCommandFailed,
-                 title + (login ? " was refused: " : " failed: ") + read.text + "; " + read.hint);
-    } else if (!inTime) {
-        // The plug-in is still working on it; nothing is queued after a command that may yet be carried out.
-        throw ExitError(kExitNoAnswer, Where() + title + " got no answer in time; it may yet be carried out");
-    } else if (!answer && command.hasReply) {
-        Complain(command, kExitNoAnswer, title + " got no answer from the plug-in");
+    const std::string text = tools::OneLine(command.title) +
+                             (read.outcome == Outcome::LoginRefused ? " was refused: " : " failed: ") +
+                             read.text + (read.hint.empty() ? "" : "; " + read.hint);
+    if (ending.atWork) {
+        // Nothing is queued after a command that may yet be carried out.
+        throw ExitError(kExitNoAnswer, Where() + text);
+    }
+    if (!read.Good()) {
+        Complain(command, StatusOf(read.outcome), text);
     }
 }
 

@@ -44,6 +44,7 @@ void HostCommand::AddReference(int holderTag)
 void HostCommand::DecReference(int holderTag)
 {
     HostEvents* events = m_events; // the object may be gone once its count has dropped
+    KeepExchange();
     m_tagSum.fetch_sub(holderTag, std::memory_order_relaxed);
     if (m_references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
         delete this;
@@ -74,6 +75,30 @@ std::optional<HostAnswer> HostCommand::Answer() const
     return m_answer;
 }
 
+Exchange HostCommand::LastExchange() const
+{
+    {
+        const TMutexGuard guard(m_lock);
+        if (m_exchange) {
+            return *m_exchange;
+        }
+    }
+    return m_exchanges == nullptr ? Exchange{} : m_exchanges->Last();
+}
+
+// The plug-in is done with the link, or is about to say what came of it: what comes later is not part of it.
+void HostCommand::KeepExchange()
+{
+    if (m_exchanges == nullptr) {
+        return;
+    }
+    Exchange last = m_exchanges->Last();
+    const TMutexGuard guard(m_lock);
+    if (!m_answer) {
+        m_exchange = std::move(last);
+    }
+}
+
 long HostCommand::Live() { return live; }
 
 long HostCommand::Misuses() { return misuses; }
@@ -83,6 +108,7 @@ void HostCommand::Record(HostAnswer answer)
     if (!m_hasReply) {
         ReportMisuse(m_cmdID, "was answered although nobody waits for an answer");
     }
+    KeepExchange();
     {
         const TMutexGuard guard(m_lock);
         if (m_answer) {

@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "CmdProcObject.h"
+#include "Host/Frames/ExchangeWatch.h"
 #include "Mutex.h"
 
 namespace standin_host {
@@ -38,7 +40,16 @@ public:
     void ReplyRecord(const ORVA_NET_PROTOCOL::_kest_net_reply& reply) override;
     void ReplyBuffer(const char* data, unsigned long len) override;
 
+    // The connection on which the command will run; before it is queued.
+    void WatchExchanges(std::shared_ptr<const ExchangeWatch> exchanges)
+    {
+        m_exchanges = std::move(exchanges);
+    }
+
     std::optional<HostAnswer> Answer() const;
+    // The last exchange before the answer; without an answer, the last one so far. Empty where nobody
+    // watches.
+    Exchange LastExchange() const;
     // True when only the creator holds the command: no answer can come any more.
     bool IsReleased() const { return m_references.load(std::memory_order_acquire) == 1; }
 
@@ -53,14 +64,17 @@ private:
     ~HostCommand();
 
     void Record(HostAnswer answer);
+    void KeepExchange();
 
     const unsigned int m_cmdID;
     const bool m_hasReply;
     HostEvents* const m_events;
     std::atomic<int> m_references{1};
     std::atomic<long> m_tagSum{kCreatorTag}; // tags of AddReference minus tags of DecReference
+    std::shared_ptr<const ExchangeWatch> m_exchanges;
     mutable CMutex m_lock;
     std::optional<HostAnswer> m_answer TVWALL_GUARDED_BY(m_lock);
+    std::optional<Exchange> m_exchange TVWALL_GUARDED_BY(m_lock); // once answered or released
 };
 
 struct ReleaseCommand {

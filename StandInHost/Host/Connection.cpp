@@ -68,6 +68,9 @@ bool Connection::Send(std::string_view bytes)
     if (m_settings.trace != nullptr) {
         m_settings.trace->Sent(bytes);
     }
+    if (m_settings.exchanges != nullptr) {
+        m_settings.exchanges->Sent(bytes);
+    }
     m_queue.emplace_back(bytes);
     m_queued += bytes.size();
     if (m_queue.size() == 1) {
@@ -143,6 +146,9 @@ void Connection::OnRead(std::string_view bytes)
 {
     if (m_settings.trace != nullptr) {
         m_settings.trace->Received(bytes);
+    }
+    if (m_settings.exchanges != nullptr) {
+        m_settings.exchanges->Received(bytes);
     }
     const TMutexGuard guard(m_receiveLock);
     m_kept.append(bytes);

@@ -9,7 +9,8 @@
 
 #include <asio/ip/tcp.hpp>
 
-#include "Host/FrameTrace.h"
+#include "Host/Frames/ExchangeWatch.h"
+#include "Host/Frames/FrameTrace.h"
 #include "Mutex.h"
 
 class CSocketDataObserver;
@@ -23,7 +24,9 @@ class IoThread;
 struct ConnectionSettings {
     bool bufferedReceive = false;      // the observer keeps unconsumed bytes itself (null needLen)
     std::shared_ptr<FrameTrace> trace; // null: no trace
-    HostEvents* events = nullptr;      // told of a lost connection; null when nobody listens
+    // Told of each frame before the plug-in or the decoder gets it; null when nobody asks for replies.
+    std::shared_ptr<ExchangeWatch> exchanges;
+    HostEvents* events = nullptr; // told of a lost connection; null when nobody listens
 };
 
 // Permanent send failure; NET_SOCKET_ERROR_NOBUFS is the only transient one.
@@ -54,6 +57,9 @@ public:
     void Fail(const std::string& reason);
     // Ends the connection on purpose.
     void Close();
+
+    // Null when the settings have none.
+    const std::shared_ptr<ExchangeWatch>& Exchanges() const { return m_settings.exchanges; }
 
     static constexpr std::size_t kMaxQueued = 1024UL * 1024;
     // Most bytes that an observer may leave unconsumed; a peer that causes more is cut off.

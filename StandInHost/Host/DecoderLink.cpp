@@ -51,6 +51,7 @@ DecoderLink::~DecoderLink()
 
 void DecoderLink::Queue(HostCommand& command, std::vector<uint8_t> payload)
 {
+    command.WatchExchanges(m_connection->Exchanges());
     m_processor->AddOneCmd(&command, payload.data(), static_cast<unsigned int>(payload.size()));
     {
         const TMutexGuard guard(m_lock);
@@ -83,11 +84,23 @@ void DecoderLink::RunQueuedCommands()
         return m_stopping; // the processor's Stop handles what is left
     };
     try {
-        while (!stopping() && m_processor->ProcDevCmd()) {
+        while (!stopping() && RunQueuedCommand()) {
         }
     } catch (const std::exception& error) {
         Log(LogLevel::Error, std::string("the plug-in threw an exception: ") + error.what());
     }
+}
+
+bool DecoderLink::RunQueuedCommand()
+{
+    const auto& exchanges = m_connection->Exchanges();
+    if (exchanges == nullptr) {
+        return m_processor->ProcDevCmd();
+    }
+    exchanges->Forget();
+    const bool ran = m_processor->ProcDevCmd();
+    exchanges->Forget();
+    return ran;
 }
 
 void DecoderLink::SendHeartbeat()

@@ -44,6 +44,7 @@ private:
     void Work();
     bool AwaitQueued(); // false when the link ends
     void RunQueuedCommands();
+    bool RunQueuedCommand(); // false when none was queued
     void SendHeartbeat();
     void CheckOnline();
 

@@ -33,17 +33,29 @@ private:
     const locale_t m_before;
 };
 
+struct Character {
+    wchar_t code;
+    std::size_t size; // in bytes; 0 when the text does not begin with one
+};
+
+// The character at the start of the text. Inside a Utf8Scope.
+Character FirstOf(std::string_view text)
+{
+    if (static_cast<std::uint8_t>(text.front()) < 0x80) {
+        return {static_cast<wchar_t>(text.front()), 1};
+    }
+    std::mbstate_t state{};
+    wchar_t code = 0;
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): unsafe only without a state of its own
+    const std::size_t size = std::mbrtowc(&code, text.data(), text.size(), &state);
+    return {code, size <= text.size() ? size : 0};
+}
+
 // Size in bytes of the printable character at the start of the text; 0 when there is none.
 std::size_t PrintableBytes(std::string_view text)
 {
-    if (static_cast<std::uint8_t>(text.front()) < 0x80) {
-        return text.front() >= 0x20 && text.front() != 0x7F ? 1 : 0;
-    }
-    std::mbstate_t state{};
-    wchar_t character = 0;
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): unsafe only without a state of its own
-    const std::size_t size = std::mbrtowc(&character, text.data(), text.size(), &state);
-    return size <= text.size() && std::iswprint(static_cast<std::wint_t>(character)) != 0 ? size : 0;
+    const Character first = FirstOf(text);
+    return first.size != 0 && std::iswprint(static_cast<std::wint_t>(first.code)) != 0 ? first.size : 0;
 }
 
 } // namespace
@@ -68,6 +80,19 @@ std::string OneLine(std::string_view text)
         text.remove_prefix(std::max<std::size_t>(printable, 1));
     }
     return line;
+}
+
+bool IsUtf8(std::string_view text)
+{
+    const Utf8Scope utf8;
+    while (!text.empty()) {
+        const std::size_t size = FirstOf(text).size;
+        if (size == 0) {
+            return false;
+        }
+        text.remove_prefix(size);
+    }
+    return true;
 }
 
 } // namespace tools

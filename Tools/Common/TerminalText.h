@@ -10,4 +10,7 @@ namespace tools {
 // character, becomes "\xNN" byte by byte. Any thread, whatever the locale.
 std::string OneLine(std::string_view text);
 
+// Whether the text is UTF-8 throughout. Any thread, whatever the locale.
+bool IsUtf8(std::string_view text);
+
 } // namespace tools

@@ -58,7 +58,8 @@ class Programs(unittest.TestCase):
     def setUp(self):
         self.folder = self.enterContext(tempfile.TemporaryDirectory())
         self.address = "127.0.0.1:1"  # nobody listens there
-        for name, content in FILES.items():
+        codes = subprocess.check_output([DECODER, "--list-codes"], text=True)
+        for name, content in {**FILES, "codes": codes}.items():
             with open(f"{self.folder}/{name}", "w") as file:
                 file.write(content if isinstance(content, str) else json.dumps(content))
 
@@ -95,8 +96,8 @@ class Programs(unittest.TestCase):
             self.assertNotIn(secret.encode().hex(), out)
         return [json.loads(line) for line in out.splitlines()] if "--json" in arguments else out
 
-    def fail_in_one_line(self, status, *arguments, **how):
-        self.run_host(status, *arguments, **how)
+    def fail_in_one_line(self, status, *arguments, told="", **how):
+        self.assertIn(told, self.run_host(status, *arguments, **how) + self.errors())
         self.assertEqual(self.errors().count("\n"), 1, self.errors())
 
     def errors(self):
@@ -141,7 +142,7 @@ class Programs(unittest.TestCase):
     def test_answers_are_told_in_words_and_as_json(self):
         script, *wanted = data("answers.txt").split("\n\n")
         self.start_decoder()
-        words = self.run_host(1, "script", "-", script=script)
+        words = self.run_host(1, "--device-codes", self.folder + "/codes", "script", "-", script=script)
         self.start_decoder()
         lines = self.run_host(1, "--json", "script", "-", script=script)
         told = [words, "".join(json.dumps(line["fields"], ensure_ascii=False) + "\n" for line in lines if line.get("fields"))]
@@ -163,16 +164,29 @@ class Programs(unittest.TestCase):
         self.fail_in_one_line(3, "login")  # nobody there
         self.address = "h:0x50"
         self.fail_in_one_line(2, "login")
-        self.start_decoder("silent@dowallclear", "error=77@dowindowtop", "garbage@dosplitwindow", "wrong-seq@dodestroywindow")
-        self.fail_in_one_line(5, "login", password="wrong")
-        self.fail_in_one_line(1, "window", "raise", "1")
-        self.fail_in_one_line(1, "--no-login", "wall", "clear")
+        self.start_decoder("silent@dowallclear", "error=77@dowindowtop", "garbage@dosplitwindow", "wrong-seq@dodestroywindow",
+                           "error=106@dofullscreen")
+        codes = ["--device-codes", self.folder + "/codes"]
+        self.fail_in_one_line(5, "login", password="wrong", told="word (0x2000005C); the decoder's code is 106, wrong password")
+        self.fail_in_one_line(1, *codes, "window", "raise", "1", told="device error (0x20000002); the decoder's code is 77\n")
+        self.fail_in_one_line(1, "zoom", "1", "0", "on", told="device error (0x20000002); the decoder's code is 106\n")
+        self.fail_in_one_line(1, "--no-login", "wall", "clear", told="stopped or not logged in (0x20000013)\n")
+        self.fail_in_one_line(4, "raw", "3", told="raw 3: no answer; nothing was sent\n")
         for command in "wall clear", "window delete 1", "window split 1 0 0 5 5 --mode 4":
-            self.fail_in_one_line(4, "--answer-timeout", "0.5", *command.split())
+            self.fail_in_one_line(4, "--answer-timeout", "0.5", *command.split(), told=": no reply in 0.5 s\n")
         for wrong in "", "--nonsense login", "--plugin /no/such/plugin.so login", f"--plugin {HOST} login", "script /no/such/script":
             self.fail_in_one_line(2, *wrong.split())
+        for text, fault in (b"201 unknown window\n202\n", "line 2"), (b"201x y\n", "line 1"), (b"1 a\n\n1 b", "line 3"), (b"1 \xff", "UTF-8"):
+            with open(self.folder + "/torn", "wb") as file:
+                file.write(text)
+            self.fail_in_one_line(2, "--device-codes", self.folder + "/torn", "login", told=fault)
+        self.fail_in_one_line(2, "--device-codes", self.folder, "login", told="directory")
         self.run_host(2, "script", "-", script="window raise 1\nwall clean\n")
         self.assertIn("line 2", self.errors())
+        self.start_decoder("error=52@dologin")
+        self.fail_in_one_line(5, *codes, "login", told="no answer; the decoder's code is 52, wrong token\n")
+        self.start_decoder("error=51@dologin")
+        self.fail_in_one_line(5, *codes, "login", told="device error (0x20000002); the decoder's code is 51, device error\n")
 
     def test_what_is_wrong_is_said_before_anything_is_opened(self):
         wall = self.folder + "/wall.json"
@@ -202,6 +216,7 @@ class Programs(unittest.TestCase):
                 pass
             if dies:
                 self.decoder.kill()
+                self.assertEqual(host.stdout.readline(), "wall clear: link lost\n")
             self.end(host, 3 if dies else 128 + signal.SIGINT, None if dies else signal.SIGINT)
 
     def test_a_signal_ends_a_decoder_that_stands_at_a_full_pipe(self):

@@ -58,7 +58,7 @@ with tempfile.TemporaryDirectory() as home:
 
     # What was mistyped comes back to be mended; the file keeps neither it nor payloads.
     shell.type("window rise 1\n", "unknown command 'window rise'; there is create", ready)
-    shell.type("raw 0x50001 --hex 00\n", "raw 0x50001 got no answer", ready)
+    shell.type("raw 0x50001 --hex 00\n", "raw 0x50001: no answer; nothing was sent", ready)
     shell.type(2 * "\x1b[A" + 6 * "\x7f" + "raise 1\n", "window raise 1: done", ready)
     shell.type("logout\n", "logout: done", f"127.0.0.1:{port} (not logged in)> ")
     shell.type("login\n", "logged in", ready)
@@ -71,7 +71,7 @@ with tempfile.TemporaryDirectory() as home:
     shell.expect(offline + "window del")
     shell.type("ete 1\n", "cannot connect", offline)
     decoder, _ = start_decoder(port, "--fault", "silent@dowallclear", "--fault", "beat-every=50")
-    shell.type("window raise 1\n", "logged in", "window raise 1: device error", ready)
+    shell.type("window raise 1\n", "logged in", "window raise 1: device error (0x20000002); the decoder's code is 201", ready)
     shell.end("exit\n", 0)
 
     history = home + "/tvwall/history"

@@ -12,9 +12,12 @@ namespace {
 
 using namespace ORVA_NET_PROTOCOL;
 
+constexpr uint32_t kWrongSession = 51; // in the reply to a login
+
 constexpr FailureCode kCodes[] = {
-    {KEST_RESULT_DEVICE_ERROR, 0, "device error", "the decoder's own code says why, see its log or --trace"},
-    {KEST_RESULT_TIMEOUT, 0, "no reply in time",
+    {KEST_RESULT_DEVICE_ERROR, kWrongSession, "device error",
+     "the decoder's code says why; --device-codes gives its maker's words for it"},
+    {KEST_RESULT_TIMEOUT, 0, "timeout",
      "the decoder is connected but silent; it may yet have carried the command out, so read before you "
      "repeat"},
     {KEST_RESULT_NOT_READY, 0, "stopped or not logged in", "log in, or leave out --no-login"},
@@ -36,6 +39,15 @@ const FailureCode& FailureOf(uint32_t hostCode)
     return found == std::end(kCodes) ? kUnknown : *found;
 }
 
+const char* LoginMeaning(uint32_t deviceCode)
+{
+    const auto* found =
+        std::find_if(std::begin(kCodes), std::end(kCodes), [deviceCode](const FailureCode& code) {
+            return deviceCode != 0 && code.deviceCode == deviceCode;
+        });
+    return found == std::end(kCodes) ? nullptr : found->meaning;
+}
+
 std::string CodeText(uint32_t hostCode)
 {
     char digits[11];
@@ -49,7 +61,7 @@ std::string FailureTable()
     for (const FailureCode& code : kCodes) {
         table += "  " + CodeText(code.hostCode) + "  " + code.meaning;
         if (code.deviceCode != 0) {
-            table += " (the decoder's " + std::to_string(code.deviceCode) + ')';
+            table += " (at a login, the decoder's " + std::to_string(code.deviceCode) + ')';
         }
         table += std::string("\n              ") + code.hint + '\n';
     }

@@ -8,6 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Commands/Records/DeviceCodes.h"
 #include "Console/AnswerText.h"
 #include "Console/WordSplitting.h"
 #include "Host/MemPool.h"
@@ -37,7 +38,10 @@ TEST(HostAnswers, HoldNoPasswordWhereverTheyEnd)
 TEST(HostAnswers, AreReadableWhateverTheyHold)
 {
     const auto text = [](const char* typed, ByteWriter& answer) {
-        return ReadAnswer(Parse(typed), {HostAnswer::Kind::Buffer, 0, answer.Take().bytes}).text;
+        return ReadEnding(Parse(typed),
+                          {HostAnswer{HostAnswer::Kind::Buffer, 0, answer.Take().bytes}, {}, false, false},
+                          {})
+            .text;
     };
     const Record head = ByteWriter().U32(0x60010).U32(8).Zeros(8).Take();
     EXPECT_EQ(text("config", ByteWriter().Append(head).Zeros(16).U32(2).U32(3).Text("e\x1b", 3)),
@@ -50,6 +54,19 @@ TEST(HostAnswers, AreReadableWhateverTheyHold)
          {"wall clear", "info", "config", "layout get", "window-config get", "audio get", "group get"}) {
         EXPECT_NE(text(typed, ByteWriter().Zeros(5)).find("no whole record"), std::string::npos) << typed;
     }
+}
+
+TEST(HostAnswers, SayHowLongThereWasNoReply)
+{
+    using namespace std::chrono_literals;
+    const auto text = [](std::optional<HostAnswer> answer, std::chrono::milliseconds waited) {
+        return ReadEnding(Parse("wall clear"),
+                          {std::move(answer), {true, "dowallclear", {}, waited}, false, false}, {})
+            .text;
+    };
+    EXPECT_EQ(text(HostAnswer{HostAnswer::Kind::Failure, 0x2000000F, {}}, 30'040ms),
+              "timeout (0x2000000F); no reply in 30 s");
+    EXPECT_EQ(text({}, 1'460ms), "no reply in 1.5 s");
 }
 
 TEST(MemPool, RefusesWhatAnUnfinishedMessageTakesBeyondItsLimit)

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -11,11 +13,13 @@
 #include <asio/read.hpp>
 #include <asio/use_future.hpp>
 #include <asio/write.hpp>
+#include <malloc.h>
 
 #include "Console/Output.h"
 #include "Host/Command.h"
 #include "Host/Connection.h"
 #include "Host/DecoderLink.h"
+#include "Host/Frames/ExchangeWatch.h"
 #include "Host/HostEvents.h"
 #include "Host/HostLog.h"
 #include "Host/IoThread.h"
@@ -49,6 +53,89 @@ TEST(HostCommand, KeepsTheFirstAnswerAndReportsBrokenRules)
     }
     EXPECT_EQ(HostCommand::Misuses(), misusesBefore + 2);
     EXPECT_EQ(HostCommand::Live(), 0);
+}
+
+std::string Frame(const std::string& payload)
+{
+    const auto size = static_cast<uint32_t>(payload.size());
+    return "1111" + std::string(reinterpret_cast<const char*>(&size), sizeof size) + payload;
+}
+
+std::string Message(const char* url, const std::string& seq, const std::string& code)
+{
+    return Frame("<td_command><td_header><seq>1</seq><url>" + std::string(url) + "</url><seq>" + seq +
+                 "</seq><errorcode>" + code + "</errorcode></td_header><td_body>");
+}
+
+void Receive(ExchangeWatch& watch, std::string_view bytes, std::size_t piece)
+{
+    for (; !bytes.empty(); bytes.remove_prefix(std::min(piece, bytes.size()))) {
+        watch.Received(bytes.substr(0, piece));
+    }
+}
+
+// Runs a story of requests (s7), replies (r7=201), notifications (n7=201), the answer (a), and the end of the
+// command (e); gives the decoder's code that the last command is told.
+std::string CodeTold(const char* story)
+{
+    const auto watch = std::make_shared<ExchangeWatch>();
+    HostCommandHolder command;
+    std::istringstream steps(story);
+    for (std::string step; steps >> step;) {
+        if (step == "e" || command == nullptr) {
+            watch->Forget();
+            command = MakeCommand(1, true, nullptr);
+            command->WatchExchanges(watch);
+        }
+        const std::size_t equals = step.find('=');
+        const std::string seq = step.substr(1, equals - 1);
+        if (step == "a") {
+            command->ReplyRecord({});
+        } else if (step[0] == 's') {
+            watch->Sent(Message("dowindowtop", seq, ""));
+        } else if (step[0] != 'e') {
+            const char* url = step[0] == 'r' ? "dowindowtop" : "notifychannelstate";
+            Receive(*watch, Frame("") + std::string(64, 'h') + Message(url, seq, step.substr(equals + 1)), 5);
+        }
+    }
+    const auto code = command->LastExchange().deviceCode;
+    return code ? std::to_string(*code) : "none";
+}
+
+TEST(ExchangeWatch, JoinsAnAnswerWithTheReplyToTheLastRequestBeforeIt)
+{
+    const std::pair<const char*, const char*> stories[] = {
+        {"s7 r7=201 a", "201"},         {"s7 r7= a", "0"},
+        {"s7 r7=5 s8 r8=105 a", "105"}, {"s7 r7=5 s8 r7=6 a", "none"},
+        {"s7 r7=0 a s8 r8=77", "0"}, // a question of the plug-in's own, after the answer
+        {"s7 a r7=201", "none"},        {"s7 a e r7=201 s8 r7=201 a", "none"},
+        {"s7 r7=201 a e a", "none"}, // refused before anything was sent
+        {"s7 n7=201 a", "none"},        {"s7 n7=201 r8=202 r7=3 r7=4 n7=5 a", "3"},
+        {"s7 r4294967303=9 a", "9"}, // 7 in 32 bits
+        {"s7 r7=201", "201"},
+    };
+    for (const auto& [story, code] : stories) {
+        EXPECT_EQ(CodeTold(story), code) << story;
+    }
+}
+
+TEST(ExchangeWatch, KeepsLittleOfALongMessageAndFindsTheNext)
+{
+    ExchangeWatch watch;
+    const std::string late = std::string(ExchangeWatch::kMostRead, ' ') + "<td_command><td_header>";
+    std::string longReply = Message("dowindowtop", "7", "201");
+    longReply.replace(0, longReply.size(), Frame(longReply.substr(8) + std::string(64UL << 20U, '<')));
+    const auto before = ::mallinfo2().uordblks + ::mallinfo2().hblkhd;
+    watch.Sent(Message("dowindowtop", "7", ""));
+    Receive(watch, Frame(late + Message("dowindowtop", "7", "1").substr(31)), 65536);
+    Receive(watch, std::string_view(longReply).substr(0, longReply.size() - 1), 65536);
+    EXPECT_EQ(watch.Last().deviceCode, std::nullopt); // it has not come yet
+    EXPECT_LT(::mallinfo2().uordblks + ::mallinfo2().hblkhd, before + 4 * ExchangeWatch::kMostRead);
+    Receive(watch, std::string_view(longReply).substr(longReply.size() - 1), 1);
+    EXPECT_EQ(watch.Last().deviceCode, 201U);
+    watch.Sent(Message("dowindowtop", "8", ""));
+    Receive(watch, Message("dowindowtop", "8", "202"), 3);
+    EXPECT_EQ(watch.Last().deviceCode, 202U);
 }
 
 // What a decoder writes reaches a terminal through lines of text, through JSON and through the log.
@@ -93,7 +180,7 @@ protected:
         std::string reason;
         auto connection =
             Connect(m_thread, m_events, "127.0.0.1", std::to_string(m_acceptor.local_endpoint().port()), 10s,
-                    {false, nullptr, &m_events}, reason);
+                    {false, nullptr, nullptr, &m_events}, reason);
         EXPECT_NE(connection, nullptr) << reason;
         m_peer = m_acceptor.accept();
         return connection;

@@ -1,4 +1,4 @@
-#include "Host/FrameTrace.h"
+#include "Host/Frames/FrameTrace.h"
 
 #include <chrono>
 #include <cstdio>
@@ -12,16 +12,6 @@ namespace standin_host {
 namespace {
 
 constexpr std::size_t kFrameHead = 8;
-constexpr std::size_t kDeviceHead = 64;
-
-std::size_t AnnouncedLength(std::string_view head)
-{
-    std::size_t length = 0;
-    for (int i = 3; i >= 0; --i) {
-        length = length << 8 | static_cast<uint8_t>(head[4 + static_cast<std::size_t>(i)]);
-    }
-    return length;
-}
 
 std::string TimeOfDay()
 {
@@ -47,40 +37,10 @@ std::string Describe(const FrameSplitter::Frame& frame)
     case FrameSplitter::Kind::Frame:
         break;
     }
-    return std::to_string(frame.payload.size() + kFrameHead) + " bytes: " + tools::OneLine(frame.payload);
+    return std::to_string(frame.size + kFrameHead) + " bytes: " + tools::OneLine(frame.payload);
 }
 
 } // namespace
-
-void FrameSplitter::Feed(std::string_view bytes)
-{
-    m_buffer.erase(0, m_taken);
-    m_taken = 0;
-    m_buffer.append(bytes);
-}
-
-bool FrameSplitter::Next(Frame& frame)
-{
-    const std::string_view left = std::string_view(m_buffer).substr(m_taken);
-    if (left.size() < kFrameHead) {
-        return false;
-    }
-    if (!left.starts_with("1111")) {
-        if (left.size() < kDeviceHead) {
-            return false;
-        }
-        frame = {Kind::DeviceHead, left.substr(0, kDeviceHead)};
-        m_taken += kDeviceHead;
-        return true;
-    }
-    const std::size_t length = AnnouncedLength(left);
-    if (left.size() - kFrameHead < length) {
-        return false;
-    }
-    frame = {length == 0 ? Kind::Heartbeat : Kind::Frame, left.substr(kFrameHead, length)};
-    m_taken += kFrameHead + length;
-    return true;
-}
 
 void FrameTrace::Sent(std::string_view bytes) { Print(m_sent, "sent", bytes); }
 
