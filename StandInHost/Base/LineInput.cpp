@@ -1,5 +1,6 @@
 #include "Base/LineInput.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <system_error>
 
@@ -37,6 +38,9 @@ void LineInput::Close() const
 bool LineInput::Take(std::string& line)
 {
     const std::size_t end = m_buffer.find('\n');
+    if (std::min(end, m_buffer.size()) > kMaxLine) {
+        throw UsageError(kLongLine);
+    }
     if (end == std::string::npos && (!m_end || m_buffer.empty())) {
         return false;
     }

@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include "Base/ExitStatus.h"
+#include "Base/Nearest.h"
 #include "Commands/CommandFamilies.h"
 
 namespace standin_host {
@@ -107,20 +108,45 @@ CLI::App& GroupOf(CLI::App& app, const std::string& group)
     return *app.add_subcommand(group, group + " commands");
 }
 
+std::vector<std::string> NamesOf(const CLI::App& app)
+{
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+        names.push_back(command->get_name());
+    }
+    return names;
+}
+
 // Where to find the possible words; for a group, its few commands themselves.
 std::string Choices(const CLI::App& app)
 {
-    const auto commands = app.get_subcommands([](const CLI::App*) { return true; });
+    const auto names = NamesOf(app);
     if (app.get_parent() == nullptr) {
-        const bool help = std::any_of(commands.begin(), commands.end(),
-                                      [](const CLI::App* command) { return command->get_name() == "help"; });
+        const bool help = std::find(names.begin(), names.end(), "help") != names.end();
         return help ? "; see help" : "; see tvwall-host --help";
     }
     std::string choices;
-    for (const CLI::App* command : commands) {
-        choices += (choices.empty() ? "; there is " : ", ") + command->get_name();
+    for (const std::string& name : names) {
+        choices += (choices.empty() ? "; there is " : ", ") + name;
     }
     return choices;
+}
+
+// What to do about an unknown word after the words that lead to these commands.
+std::string Remedy(const CLI::App& commands, const std::string& path, const std::string& word)
+{
+    const std::string nearest = Nearest(word, NamesOf(commands));
+    return nearest.empty() ? Choices(commands) : "; did you mean '" + path + nearest + "'?";
+}
+
+CLI::App& AddCommand(CLI::App& group, ConsoleCommand& command, const Row& row)
+{
+    CLI::App& line = *group.add_subcommand(row.name, row.help);
+    line.preparse_callback([&command, &row](std::size_t) {
+        command.title = *row.group == '\0' ? row.name : std::string(row.group) + ' ' + row.name;
+    });
+    row.setUp(line, command);
+    return line;
 }
 
 } // namespace
@@ -134,16 +160,11 @@ void AddConsoleCommands(CLI::App& app, ConsoleCommand& command, Place place)
             continue;
         }
         CLI::App& group = GroupOf(app, row.group);
-        CLI::App& line = *group.add_subcommand(row.name, row.help);
-        line.footer("Example:" + Example(row, place));
+        AddCommand(group, command, row).footer("Example:" + Example(row, place));
         if (*row.group != '\0') {
             group.footer((group.get_footer().empty() ? "Examples:" : group.get_footer()) +
                          Example(row, place));
         }
-        line.preparse_callback([&command, &row](std::size_t) {
-            command.title = *row.group == '\0' ? row.name : std::string(row.group) + ' ' + row.name;
-        });
-        row.setUp(line, command);
     }
 }
 
@@ -167,7 +188,8 @@ void CheckParsedCommand(const CLI::App& app)
         throw UsageError("unexpected argument '" + left.front().substr(0, left.front().find('=')) + "'");
     }
     if (!left.empty()) {
-        throw UsageError("unknown command '" + path + left.front() + "'" + Choices(*command));
+        throw UsageError("unknown command '" + path + left.front() + "'" +
+                         Remedy(*command, path, left.front()));
     }
     if (!complete) {
         throw UsageError((path.empty() ? "no command given" : "'" + path + "...' needs one more word") +
@@ -199,14 +221,31 @@ std::string ShellHelp(const CLI::App& app)
     return command->help(name == std::string::npos ? "" : path.substr(0, name));
 }
 
-ConsoleCommand ParseLine(const std::vector<std::string>& words, Place place)
+// The row of the command that a script's line begins with; null when there is none.
+const Row* RowOf(const Words& words)
+{
+    const auto* found = std::find_if(std::begin(kRows), std::end(kRows), [&words](const Row& row) {
+        const bool inGroup = *row.group != '\0';
+        return (row.places & kPlaceScript) != 0 && words.size() > (inGroup ? 1 : 0) &&
+               (!inGroup || words[0] == row.group) && words[inGroup ? 1 : 0] == row.name;
+    });
+    return found == std::end(kRows) ? nullptr : found;
+}
+
+// Parses words as one of all commands, or, where there is a row, as that one only.
+ConsoleCommand ParseLine(const Words& words, Place place, const Row* only = nullptr)
 {
     ConsoleCommand command;
     CLI::App app;
     if (place == kPlaceScript) {
         app.set_help_flag();
     }
-    AddConsoleCommands(app, command, place);
+    if (only != nullptr) {
+        app.allow_extras()->fallthrough();
+        AddCommand(GroupOf(app, only->group), command, *only);
+    } else {
+        AddConsoleCommands(app, command, place);
+    }
     try {
         // The parser takes its words in reverse order.
         app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
@@ -223,8 +262,16 @@ ConsoleCommand ParseLine(const std::vector<std::string>& words, Place place)
 
 } // namespace
 
-ConsoleCommand ParseScriptLine(const std::vector<std::string>& words)
+ConsoleCommand ParseScriptLine(const Words& words)
 {
+    // A parser of one command is built much faster than one of all, but only that knows all that can be
+    // wrong.
+    if (const Row* row = RowOf(words)) {
+        try {
+            return ParseLine(words, kPlaceScript, row);
+        } catch (const UsageError&) { // told below, in better words
+        }
+    }
     return ParseLine(words, kPlaceScript);
 }
 

@@ -13,7 +13,7 @@ class App;
 namespace standin_host {
 
 // Adds the commands available in a place to a command line. Parsing it fills the command, or throws
-// UsageError or the parser's own errors.
+// UsageError or the parser's own errors. The command outlives the parsing.
 void AddConsoleCommands(CLI::App& app, ConsoleCommand& command, Place place);
 
 // Throws UsageError when the parsed line has words left over, or names no command or only part of one.
@@ -23,5 +23,8 @@ void CheckParsedCommand(const CLI::App& app);
 ConsoleCommand ParseScriptLine(const std::vector<std::string>& words);
 // The same for the shell, where --help after a command, or help before it, asks for its help.
 ConsoleCommand ParseShellLine(std::vector<std::string> words);
+
+// The login with an account.
+ConsoleCommand LoginCommand(const std::string& user, const std::string& password);
 
 } // namespace standin_host

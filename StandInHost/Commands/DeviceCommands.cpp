@@ -1,4 +1,5 @@
 #include "Commands/CommandFamilies.h"
+#include "Commands/ConsoleCommands.h"
 #include "Commands/Records/AnswerForms.h"
 #include "TvwallProtocol.h"
 
@@ -26,6 +27,15 @@ void SetUpConfig(CLI::App& app, ConsoleCommand& command)
 void SetUpLogin(CLI::App& app, ConsoleCommand& command)
 {
     app.callback([&command] { command.kind = ConsoleCommand::Kind::Login; });
+}
+
+ConsoleCommand LoginCommand(const std::string& user, const std::string& password)
+{
+    ConsoleCommand login;
+    Request(login, KEST_CMD_REQUEST_LOGIN, LoginRecord(user, password), kLoginForm);
+    login.kind = ConsoleCommand::Kind::Login;
+    login.title = "login " + user;
+    return login;
 }
 
 void SetUpLogout(CLI::App& app, ConsoleCommand& command)

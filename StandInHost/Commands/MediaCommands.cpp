@@ -42,7 +42,7 @@ struct MediaArguments {
         media.begin = static_cast<uint64_t>(Number(begin, Time("--begin")));
         media.end = static_cast<uint64_t>(Number(end, Time("--end")));
         media.user = Fitting(user, kMaxSourceCredential, "the source's user name");
-        media.password = user.empty() ? "" : SourcePassword(passwordFile);
+        media.password = user.empty() ? "" : SourcePassword(passwordFile).value_or("");
         return media;
     }
 
@@ -81,6 +81,7 @@ void SetUpMediaPlay(CLI::App& app, ConsoleCommand& command)
                                       Signed(*arguments->indexWord, "the sub-window index"),
                                       arguments->Read()));
         command.title += Join({*arguments->window, *arguments->indexWord, *arguments->addressWord});
+        command.readsFiles = !arguments->passwordFile.empty();
     });
 }
 

@@ -1,14 +1,18 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "Commands/Records/Bytes.h"
+#include "TvwallProtocol.h"
 
 namespace standin_host {
 
 struct AnswerForm;
+class SourcePasswords;
 
 // A parsed console line: what the program does, or what it asks of the plug-in.
 struct ConsoleCommand {
@@ -36,10 +40,32 @@ struct ConsoleCommand {
     Record payload;
     const AnswerForm* form = nullptr; // how to read a good answer; null: print it as is
 
+    bool readsFiles = false; // the payload was read from files, which may change
+    // Puts passwords that are still missing into the payload; null: it is complete.
+    std::function<void(ConsoleCommand& command, SourcePasswords& passwords)> complete;
+
     std::optional<std::size_t> notifications; // Watch: ends after that many
     std::string scriptFile;                   // Script: "-" is standard input
+    bool stream = false;                      // Script: runs each line as it comes
+    bool stopOnFailure = false;               // Script: ends at the first failure
     std::string help;                         // Help: the text
+
+    // Whether the command is one of those that carry an option.
+    bool CarriesOption() const
+    {
+        using namespace ORVA_NET_PROTOCOL;
+        return cmdID == KEST_CMD_TVWALL_DECODE_OPTION || cmdID == KEST_CMD_TVWALL_DECODE_SAVE_CONFIG ||
+               cmdID == KEST_CMD_TVWALL_DECODE_GET_CONFIG;
+    }
 };
+
+// Asks for the passwords that are still missing.
+inline void Complete(ConsoleCommand& command, SourcePasswords& passwords)
+{
+    if (const auto complete = std::exchange(command.complete, nullptr)) {
+        complete(command, passwords);
+    }
+}
 
 // Where a command can be given; each place has the commands that make sense there.
 enum Place : unsigned { kPlaceCommandLine = 1, kPlaceScript = 2, kPlaceShell = 4 };

@@ -22,6 +22,9 @@ void SetUpWatch(CLI::App& app, ConsoleCommand& command)
 void SetUpScript(CLI::App& app, ConsoleCommand& command)
 {
     app.add_option("FILE", command.scriptFile, "script file; - is standard input")->required();
+    app.add_flag("--stream", command.stream,
+                 "run each line as it comes, instead of checking all of them first");
+    app.add_flag("--stop-on-failure", command.stopOnFailure, "end at the first command that fails");
     app.callback([&command] { command.kind = ConsoleCommand::Kind::Script; });
 }
 
@@ -70,6 +73,7 @@ void SetUpRaw(CLI::App& app, ConsoleCommand& command)
         command.optType = ByteReader(command.payload.bytes).U32(); // the user's bytes may include the head
         command.cmdID = Unsigned(arguments->id, "the command id");
         command.hasReply = !arguments->noReply;
+        command.readsFiles = !arguments->path.empty();
         command.title += ' ' + arguments->id;
         if (!arguments->option.empty()) {
             command.title += " option " + arguments->option;

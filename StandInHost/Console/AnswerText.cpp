@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Base/ExitStatus.h"
 #include "Commands/Records/DeviceCodes.h"
 #include "Commands/Records/FailureCodes.h"
 #include "Tools/Common/Hex.h"
@@ -142,6 +143,26 @@ ReadableAnswer ReadEnding(const ConsoleCommand& command, const Ending& ending, c
                     tools::HexText(bytes.data(), bytes.size());
     }
     return read;
+}
+
+int StatusOf(Outcome outcome)
+{
+    switch (outcome) {
+    case Outcome::Done:
+    case Outcome::Queued:
+        return kExitAllAnswered;
+    case Outcome::Refused:
+    case Outcome::Malformed:
+        return kExitCommandFailed;
+    case Outcome::Timeout:
+    case Outcome::Unanswered:
+        return kExitNoAnswer;
+    case Outcome::Lost:
+        return kExitConnection;
+    case Outcome::LoginRefused:
+        return kExitLoginRefused;
+    }
+    return kExitCommandFailed;
 }
 
 void HideSecrets(const ConsoleCommand& command, HostAnswer& answer)

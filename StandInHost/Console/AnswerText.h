@@ -46,6 +46,9 @@ struct ReadableAnswer {
 
 ReadableAnswer ReadEnding(const ConsoleCommand& command, const Ending& ending, const DeviceCodes& codes);
 
+// The exit status that an outcome stands for.
+int StatusOf(Outcome outcome);
+
 // Blanks the passwords in the request's record, which most answers repeat, so that they are never printed.
 void HideSecrets(const ConsoleCommand& command, HostAnswer& answer);
 

@@ -5,8 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "Base/WordSplitting.h"
 #include "Commands/ConsoleCommands.h"
-#include "Console/WordSplitting.h"
 
 namespace standin_host {
 

@@ -27,10 +27,8 @@ std::shared_ptr<Connection> ConnectOrExit(const SessionGround& ground, const Con
     std::string reason;
     auto connection = Connect(ground.ioThread, ground.events, options.host, options.port, kConnectTimeout,
                               std::move(settings), reason);
-    if (connection == nullptr && ground.events.Interrupted() != 0) {
-        throw ExitError(kExitSignalBase + ground.events.Interrupted(), "interrupted");
-    }
     if (connection == nullptr) {
+        ground.events.CheckInterrupted();
         throw ExitError(kExitConnection, "cannot connect to " + options.host + " port " + options.port +
                                              ": " + reason +
                                              "; does the decoder run, and is --decoder right?");

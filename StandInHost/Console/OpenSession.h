@@ -6,6 +6,7 @@
 namespace standin_host {
 
 class Plugin;
+class SourcePasswords;
 
 // What every session of the program needs; all of it outlives them.
 struct SessionGround {
@@ -14,6 +15,7 @@ struct SessionGround {
     IoThread& ioThread;
     HostEvents& events;
     Credentials& credentials;
+    SourcePasswords& sourcePasswords;
     Output& output;
 };
 

@@ -42,16 +42,6 @@ Files:
 Failure codes:
 )";
 
-constexpr char kExitStatus[] = R"(
-Exit status:
-  0        all answered; a shell on a terminal has ended
-  1        a command was answered with a failure
-  2        wrong usage, or no usable plug-in
-  3        cannot connect, or connection lost
-  4        no answer in time
-  5        login refused
-  128 + n  ended by signal n)";
-
 // Option texts that need more than CLI11's own conversion.
 struct RawOptions {
     std::string decoder;
@@ -60,6 +50,7 @@ struct RawOptions {
     std::string logLevel = "abnormal";
     std::string deviceCodes;
     bool noLogin = false;
+    bool stopOnFailure = false;
 };
 
 void AddOptions(CLI::App& app, Options& options, RawOptions& raw)
@@ -75,6 +66,10 @@ void AddOptions(CLI::App& app, Options& options, RawOptions& raw)
                    "file with the maker's words for the decoder's error codes, in lines NUMBER WORDS")
         ->type_name("FILE");
     app.add_flag("--json", options.json, "one JSON object a line for each answer and notification");
+    app.add_flag("-q,--quiet", options.quiet, "print failures only");
+    app.add_flag("--dry-run", options.dryRun,
+                 "print what the commands would queue, without connecting; passwords are blanked");
+    app.add_flag("--stop-on-failure", raw.stopOnFailure, "end a script at the first command that fails");
     app.add_flag("--trace", options.trace, "print every frame of the link to standard error");
     app.add_option("--answer-timeout", raw.answerTimeout, "seconds to wait for an answer")
         ->type_name("S")
@@ -95,6 +90,9 @@ void AddOptions(CLI::App& app, Options& options, RawOptions& raw)
 
 void InterpretDecoder(const std::string& decoder, Options& options)
 {
+    if (decoder.empty() && options.dryRun) {
+        return;
+    }
     if (decoder.empty()) {
         throw UsageError("--decoder HOST:PORT is required");
     }
@@ -122,7 +120,8 @@ LogLevel ReadLogLevel(const std::string& name)
 
 void CheckUser(const Options& options)
 {
-    if (options.user.empty() && (options.login || options.command.kind == ConsoleCommand::Kind::Login)) {
+    const bool needed = options.login || options.command.kind == ConsoleCommand::Kind::Login;
+    if (options.user.empty() && needed && !options.dryRun) {
         throw UsageError("--user NAME is required to log in");
     }
     if (options.user.size() > kMaxCredential) {
@@ -133,6 +132,10 @@ void CheckUser(const Options& options)
 void Interpret(const RawOptions& raw, Options& options)
 {
     options.login = !raw.noLogin;
+    options.command.stopOnFailure |= raw.stopOnFailure;
+    if (options.dryRun && options.command.kind == ConsoleCommand::Kind::Shell) {
+        throw UsageError("--dry-run is for scripts and single commands");
+    }
     InterpretDecoder(raw.decoder, options);
     CheckUser(options);
     const auto nodeID = ParseGuid(raw.nodeId);
@@ -178,7 +181,8 @@ Options ParseOptions(int argc, const char* const* argv)
     app.set_help_all_flag("--help-all", "print this help and that of every command below");
     AddOptions(app, options, raw);
     AddConsoleCommands(app, options.command, kPlaceCommandLine);
-    app.footer(kExamples + FailureTable() + kExitStatus); // after the commands, which would inherit it
+    // After the commands, which would inherit it.
+    app.footer(kExamples + FailureTable() + "\nExit status:\n" + ExitStatusTable());
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForVersion& version) {

@@ -18,6 +18,8 @@ struct Options {
     std::string user;
     std::string passwordFile;
     bool json = false;
+    bool quiet = false;  // prints failures only
+    bool dryRun = false; // prints commands instead of sending them; host and user may then be empty
     bool trace = false;
     bool bufferedReceive = false;
     bool login = true;

@@ -1,10 +1,13 @@
 #include "Console/Output.h"
 
+#include <csignal>
+#include <cstdio>
 #include <utility>
 
 #include <nlohmann/json.hpp>
 #include <unistd.h>
 
+#include "Base/ExitStatus.h"
 #include "Base/GuidText.h"
 #include "Console/AnswerText.h"
 #include "Tools/Common/Hex.h"
@@ -31,6 +34,13 @@ std::string EscapeControls(const std::string& json)
     return printable;
 }
 
+std::string IdText(uint32_t id)
+{
+    char digits[11];
+    (void)std::snprintf(digits, sizeof digits, "0x%X", id);
+    return digits;
+}
+
 class TextOutput final : public Output {
 public:
     explicit TextOutput(HostEvents& events) : Output(events) {}
@@ -38,6 +48,17 @@ public:
     void PrintCommand(const EndedCommand& ended) override
     {
         Line(tools::OneLine(ended.command.title) + ": " + ended.read.text);
+    }
+
+    void PrintQueued(const ConsoleCommand& command, std::size_t /*line*/) override
+    {
+        std::string text = tools::OneLine(command.title) + ": command " + IdText(command.cmdID);
+        if (command.CarriesOption()) {
+            text += ", option " + IdText(command.optType);
+        }
+        const auto& bytes = command.payload.bytes;
+        text += ", payload " + (bytes.empty() ? "empty" : tools::HexText(bytes.data(), bytes.size()));
+        Line(text + (command.hasReply ? "" : ", no answer wanted"));
     }
 
     void PrintNotification(const Notification& notification) override
@@ -79,6 +100,17 @@ public:
         Print(object);
     }
 
+    void PrintQueued(const ConsoleCommand& command, std::size_t line) override
+    {
+        Json object{{"command", command.title}, {"id", IdText(command.cmdID)}};
+        if (command.CarriesOption()) {
+            object["option"] = IdText(command.optType);
+        }
+        object["payload"] = tools::HexText(command.payload.bytes.data(), command.payload.bytes.size());
+        object["line"] = line;
+        Print(object);
+    }
+
     void PrintNotification(const Notification& notification) override
     {
         Print({{"notification", notification.cmdID},
@@ -106,6 +138,14 @@ std::unique_ptr<Output> Output::Create(bool json, HostEvents& events)
         return std::make_unique<JsonOutput>(events);
     }
     return std::make_unique<TextOutput>(events);
+}
+
+void Output::CheckWritten() const
+{
+    if (m_failed) {
+        m_events.CheckInterrupted();
+        throw ExitError(kExitSignalBase + SIGPIPE, "cannot write to standard output");
+    }
 }
 
 void Output::Line(std::string line)

@@ -31,10 +31,14 @@ public:
     Output& operator=(const Output&) = delete;
 
     virtual void PrintCommand(const EndedCommand& ended) = 0;
+    // What a command would queue; its passwords are already blanked. line is its script's, 0 outside one.
+    virtual void PrintQueued(const ConsoleCommand& command, std::size_t line) = 0;
     virtual void PrintNotification(const Notification& notification) = 0;
     // True once a line could not be written, such as to a closed pipe, or was given up on a signal. Nothing
     // more is written then.
     bool Failed() const { return m_failed; }
+    // Throws ExitError with status 128 + n when it has failed.
+    void CheckWritten() const;
 
 protected:
     explicit Output(HostEvents& events) : m_events(events) {}

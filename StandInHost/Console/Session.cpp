@@ -6,13 +6,11 @@
 
 #include "Base/ErrorLines.h"
 #include "Base/ExitStatus.h"
-#include "Base/LineInput.h"
 #include "Commands/Records/Credentials.h"
-#include "Commands/Records/Payloads.h"
+#include "Commands/Script.h"
 #include "Console/AnswerText.h"
 #include "Console/Options.h"
 #include "Console/Output.h"
-#include "Console/WordSplitting.h"
 #include "Host/Command.h"
 #include "Host/DecoderLink.h"
 #include "Tools/Common/TerminalText.h"
@@ -35,26 +33,6 @@ bool IsMissingReply(const HostAnswer& answer)
            answer.hostCode == ORVA_NET_PROTOCOL::KEST_RESULT_TIMEOUT;
 }
 
-int StatusOf(Outcome outcome)
-{
-    switch (outcome) {
-    case Outcome::Done:
-    case Outcome::Queued:
-        return kExitAllAnswered;
-    case Outcome::Refused:
-    case Outcome::Malformed:
-        return kExitCommandFailed;
-    case Outcome::Timeout:
-    case Outcome::Unanswered:
-        return kExitNoAnswer;
-    case Outcome::Lost:
-        return kExitConnection;
-    case Outcome::LoginRefused:
-        return kExitLoginRefused;
-    }
-    return kExitCommandFailed;
-}
-
 } // namespace
 
 Session::Session(const Options& options, HostEvents& events, DecoderLink& link, Credentials& credentials,
@@ -70,16 +48,22 @@ void Session::Begin(const ConsoleCommand& first)
     }
 }
 
-int Session::Run(const ConsoleCommand& command, LineInput* scriptInput)
+int Session::Run(const ConsoleCommand& command, Script* script)
 {
-    m_line = 0;
-    if (scriptInput != nullptr) {
-        RunScript(*scriptInput);
-    } else {
-        Execute(command);
+    m_script = script;
+    try {
+        const Next next = script != nullptr ? RunScript(*script, command.stopOnFailure) : Execute(command);
+        if (next == Next::GoOn) {
+            PrintNotifications();
+        }
+        m_script = nullptr;
+        return m_status;
+    } catch (const UsageError&) { // nothing is graver, and no command is left unanswered
+        m_script = nullptr;
+        throw;
+    } catch (const ExitError& error) {
+        throw ExitError(Graver(m_status, error.Status()), error.what());
     }
-    PrintNotifications();
-    return m_status;
 }
 
 Session::Next Session::Execute(const ConsoleCommand& command)
@@ -99,20 +83,11 @@ Session::Next Session::Execute(const ConsoleCommand& command)
     return Next::GoOn;
 }
 
-void Session::Login()
-{
-    ConsoleCommand login;
-    login.kind = Kind::Login;
-    login.title = "login " + m_credentials.User();
-    login.cmdID = ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN;
-    login.payload = LoginRecord(m_credentials.User(), m_credentials.Password());
-    login.form = &kLoginForm;
-    Request(login);
-}
+void Session::Login() { Request(LoginCommand(m_credentials.User(), m_credentials.Password())); }
 
 void Session::Request(const ConsoleCommand& command)
 {
-    CheckInterrupted();
+    m_events.CheckInterrupted();
     const auto host = MakeCommand(command.cmdID, command.hasReply, &m_events);
     m_link.Queue(*host, command.payload.bytes);
     const bool inTime = Await(*host);
@@ -139,13 +114,16 @@ void Session::AwaitEnd(const ConsoleCommand& command, const HostCommand& host)
 {
     const auto deadline = HostEvents::Clock::now() + m_options.answerTimeout;
     while (!host.IsReleased() && !m_events.Lost()) {
-        CheckInterrupted();
+        m_events.CheckInterrupted();
         if (HostEvents::Clock::now() >= deadline) {
             throw ExitError(kExitNoAnswer, Where() + tools::OneLine(command.title) +
                                                " was answered, but the plug-in still works on it");
         }
         m_events.Wait(deadline);
         PrintNotifications();
+    }
+    if (!host.IsReleased()) {
+        CheckLost();
     }
 }
 
@@ -155,17 +133,19 @@ bool Session::AwaitStep(const HostCommand& command, HostEvents::Clock::time_poin
     if (command.IsReleased() || command.Answer()) {
         return false;
     }
-    CheckInterrupted();
+    m_events.CheckInterrupted();
     if (m_events.Lost()) {
         deadline = std::min(deadline, HostEvents::Clock::now() + kGraceAfterLoss);
     }
     return true;
 }
 
+// A failure is told once: by JSON on standard output, else on standard error.
 void Session::Judge(const ConsoleCommand& command, const HostCommand& host, bool inTime)
 {
+    const auto lost = m_events.Lost();
     Ending ending{host.Answer(), host.LastExchange(), false, !inTime};
-    ending.lost = m_events.Lost() && (!ending.answer || IsMissingReply(*ending.answer));
+    ending.lost = lost && (!ending.answer || IsMissingReply(*ending.answer));
     if (ending.lost) {
         ending.answer.reset();
     }
@@ -173,24 +153,34 @@ void Session::Judge(const ConsoleCommand& command, const HostCommand& host, bool
         HideSecrets(command, *ending.answer);
     }
     const ReadableAnswer read = ReadEnding(command, ending, m_options.deviceCodes);
-    m_progress.Clear();
-    m_output.PrintCommand({command, ending, read, m_line});
-    CheckOutput();
-    if (read.outcome == Outcome::Lost) {
-        CheckLost();
-    }
     if (ending.answer) {
         NoteLogin(command, read.Good());
     }
-    const std::string text = tools::OneLine(command.title) +
-                             (read.outcome == Outcome::LoginRefused ? " was refused: " : " failed: ") +
-                             read.text + (read.hint.empty() ? "" : "; " + read.hint);
-    if (ending.atWork) {
-        // Nothing is queued after a command that may yet be carried out.
-        throw ExitError(kExitNoAnswer, Where() + text);
+    m_progress.Clear();
+    if (read.Good() ? !m_options.quiet : m_options.json) {
+        m_output.PrintCommand({command, ending, read, m_script == nullptr ? 0 : m_script->Line()});
+        m_output.CheckWritten();
     }
     if (!read.Good()) {
-        Complain(command, StatusOf(read.outcome), text);
+        const std::string text = Where() + tools::OneLine(command.title) + ": " + read.text +
+                                 (ending.lost ? ", " + *lost : "") +
+                                 (read.hint.empty() ? "" : "; " + read.hint);
+        Fail(StatusOf(read.outcome), m_options.json ? "" : text,
+             ending.atWork || ending.lost || command.kind == Kind::Login);
+    }
+}
+
+// Nothing is queued after a command that the plug-in may still be working on, over a lost link, or after a
+// failed login; after any other failure a script goes on.
+void Session::Fail(int status, const std::string& text, bool ends)
+{
+    ++m_failures;
+    m_status = Graver(m_status, status);
+    if (ends) {
+        throw ExitError(status, text);
+    }
+    if (!text.empty()) {
+        PrintErrorLines("tvwall-host: " + text + '\n');
     }
 }
 
@@ -212,72 +202,62 @@ Session::Next Session::Watch(const ConsoleCommand& command)
     const auto enough = [&] {
         return command.notifications && m_notified - before >= *command.notifications;
     };
-    PrintNotifications();
+    ShowNotifications();
     while (!enough()) {
         if (m_events.Interrupted() == SIGINT) {
             return Next::End;
         }
-        CheckInterrupted();
+        m_output.CheckWritten();
+        m_events.CheckInterrupted();
         CheckLost();
         m_events.Wait(kForever);
-        PrintNotifications();
+        ShowNotifications();
     }
     return Next::GoOn;
 }
 
-void Session::RunScript(LineInput& script)
+Session::Next Session::RunScript(Script& script, bool stopOnFailure)
 {
-    std::string line;
+    const std::size_t failuresBefore = m_failures;
+    ConsoleCommand command;
     auto next = Next::GoOn;
-    while (next == Next::GoOn && NextLine(script, line)) {
-        ++m_line;
-        try {
-            const auto words = SplitLine(line);
-            if (!words.empty()) {
-                m_progress.Show("line " + std::to_string(m_line) + script.PositionText());
-                next = Execute(ParseScriptLine(words));
-            }
-        } catch (const UsageError& error) {
-            m_progress.Clear();
-            throw UsageError(Where() + error.what());
-        }
+    while (next == Next::GoOn && (!stopOnFailure || m_failures == failuresBefore) &&
+           script.Next(command, [this](int descriptor) { return AwaitInput(descriptor); })) {
+        m_progress.Show("line " + std::to_string(script.Line()) + script.Position());
+        next = Execute(command);
     }
     m_progress.Clear();
+    return next;
 }
 
-bool Session::NextLine(LineInput& script, std::string& line)
+// Waits for the next line of a script that is streamed.
+bool Session::AwaitInput(int descriptor)
 {
-    while (!script.Take(line)) {
-        if (script.AtEnd()) {
-            return false;
-        }
-        CheckInterrupted();
-        PrintNotifications();
-        // Reads what is there even when the connection is lost: it may be the end of the input.
-        const auto deadline = m_events.Lost() ? HostEvents::Clock::now() : kForever;
-        if (m_events.Wait(deadline, script.Descriptor()).hasInput) {
-            script.Fill();
-        } else {
-            CheckLost();
-        }
+    m_events.CheckInterrupted();
+    PrintNotifications();
+    // Reads what is there even when the connection is lost: it may be the end of the input.
+    const auto deadline = m_events.Lost() ? HostEvents::Clock::now() : kForever;
+    const bool hasInput = m_events.Wait(deadline, descriptor).hasInput;
+    if (!hasInput) {
+        CheckLost();
     }
-    return true;
+    return hasInput;
 }
 
 void Session::PrintNotifications()
 {
-    for (const Notification& notification : m_events.TakeNotifications()) {
-        m_progress.Clear();
-        m_output.PrintNotification(notification);
-        ++m_notified;
-    }
-    CheckOutput();
+    ShowNotifications();
+    m_output.CheckWritten();
 }
 
-void Session::CheckInterrupted() const
+void Session::ShowNotifications()
 {
-    if (const int signal = m_events.Interrupted()) {
-        throw ExitError(kExitSignalBase + signal, "interrupted");
+    for (const Notification& notification : m_events.TakeNotifications()) {
+        m_progress.Clear();
+        if (!m_options.quiet) {
+            m_output.PrintNotification(notification);
+        }
+        ++m_notified;
     }
 }
 
@@ -288,25 +268,7 @@ void Session::CheckLost() const
     }
 }
 
-void Session::CheckOutput() const
-{
-    if (m_output.Failed()) {
-        CheckInterrupted();
-        throw ExitError(kExitSignalBase + SIGPIPE, "cannot write to standard output");
-    }
-}
-
-// A failed login ends the session; after any other command a script goes on.
-void Session::Complain(const ConsoleCommand& command, int status, const std::string& text)
-{
-    if (command.kind == Kind::Login) {
-        throw ExitError(status, Where() + text);
-    }
-    m_progress.Clear();
-    PrintErrorLines("tvwall-host: " + Where() + text + '\n');
-    m_status = std::max(m_status, status);
-}
-
-std::string Session::Where() const { return m_line == 0 ? "" : "line " + std::to_string(m_line) + ": "; }
+// Of the command in its script.
+std::string Session::Where() const { return m_script == nullptr ? "" : m_script->Place() + ": "; }
 
 } // namespace standin_host

@@ -1,18 +1,19 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "Commands/ConsoleCommands.h"
 #include "Console/Progress.h"
+#include "Host/Command.h"
 #include "Host/HostEvents.h"
 
 namespace standin_host {
 
 class Credentials;
 class DecoderLink;
-class HostCommand;
-class LineInput;
 class Output;
+class Script;
 struct Options;
 
 // The console's session with one decoder: queues commands one at a time, waits for each answer and prints it.
@@ -24,9 +25,9 @@ public:
 
     // Logs in, unless told otherwise or the first command does. Throws ExitError when that fails.
     void Begin(const ConsoleCommand& first);
-    // Runs the command; scriptInput holds the lines of a script. Returns the worst status of the session so
-    // far. Throws ExitError when the session ends early.
-    int Run(const ConsoleCommand& command, LineInput* scriptInput);
+    // Runs the command, or that script's commands. Returns the gravest status of the session so far. Throws
+    // ExitError with it when the session ends early.
+    int Run(const ConsoleCommand& command, Script* script);
     // As far as the answers show.
     bool LoggedIn() const { return m_loggedIn; }
     // Prints the notifications that have come in the meantime.
@@ -39,18 +40,17 @@ private:
     void Login();
     void Request(const ConsoleCommand& command);
     Next Watch(const ConsoleCommand& command);
-    void RunScript(LineInput& script);
-    bool NextLine(LineInput& script, std::string& line);
+    Next RunScript(Script& script, bool stopOnFailure);
+    bool AwaitInput(int descriptor);
 
     bool Await(const HostCommand& command);
     bool AwaitStep(const HostCommand& command, HostEvents::Clock::time_point& deadline);
     void AwaitEnd(const ConsoleCommand& command, const HostCommand& host);
     void Judge(const ConsoleCommand& command, const HostCommand& host, bool inTime);
+    void Fail(int status, const std::string& text, bool ends);
     void NoteLogin(const ConsoleCommand& command, bool good);
-    void CheckInterrupted() const;
     void CheckLost() const;
-    void CheckOutput() const;
-    void Complain(const ConsoleCommand& command, int status, const std::string& text);
+    void ShowNotifications();
     std::string Where() const;
 
     const Options& m_options;
@@ -60,9 +60,10 @@ private:
     Output& m_output;
     Progress m_progress;
     bool m_loggedIn = false;
-    int m_status = 0;           // the worst status of the commands so far
-    std::size_t m_line = 0;     // line of the script, 0 outside one
-    std::size_t m_notified = 0; // notifications printed
+    std::size_t m_failures = 0;       // of commands
+    int m_status = 0;                 // the gravest status of the commands so far
+    const Script* m_script = nullptr; // that the command comes from; null: from none
+    std::size_t m_notified = 0;       // notifications that came
 };
 
 } // namespace standin_host

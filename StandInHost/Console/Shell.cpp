@@ -1,17 +1,17 @@
 #include "Console/Shell.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <iostream>
 
 #include <unistd.h>
 
 #include "Base/ExitStatus.h"
+#include "Base/WordSplitting.h"
 #include "Commands/Records/Credentials.h"
 #include "Commands/Records/FailureCodes.h"
+#include "Commands/Script.h"
 #include "Console/Options.h"
 #include "Console/Output.h"
-#include "Console/WordSplitting.h"
 #include "Tools/Common/TerminalText.h"
 
 namespace standin_host {
@@ -126,21 +126,23 @@ void Shell::RunCommand(const ConsoleCommand& command)
     }
 }
 
-void Shell::RunInSession(const ConsoleCommand& command)
+void Shell::RunInSession(ConsoleCommand command)
 {
     try {
-        std::optional<LineInput> script;
+        std::unique_ptr<Script> script;
         if (command.kind == Kind::Script) {
             if (command.scriptFile == "-") {
                 throw UsageError("standard input is the shell's own; name a file");
             }
-            script.emplace(command.scriptFile);
+            command.stopOnFailure |= m_ground.options.command.stopOnFailure;
+            script = OpenScript(command, m_ground.events, &m_ground.sourcePasswords);
         }
+        Complete(command, m_ground.sourcePasswords);
         Meanwhile(); // shows a lost connection before sending it a command
         if (!m_session) {
             Open(command);
         }
-        m_status = std::max(m_status, m_session->Get().Run(command, script ? &*script : nullptr));
+        m_status = Graver(m_status, m_session->Get().Run(command, script.get()));
     } catch (const UsageError& error) {
         Complain(error.Status(), error.what()); // no command is left unanswered
     } catch (const ExitError& error) {
@@ -189,8 +191,10 @@ void Shell::Remember(const std::string& line, bool understood)
 
 void Shell::Complain(int status, const std::string& text)
 {
-    std::cerr << "tvwall-host: " + text + '\n';
-    m_status = std::max(m_status, status);
+    if (!text.empty()) {
+        std::cerr << "tvwall-host: " + text + '\n';
+    }
+    m_status = Graver(m_status, status);
 }
 
 std::string Shell::Prompt() const

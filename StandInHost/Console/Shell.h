@@ -17,7 +17,7 @@ class Shell {
 public:
     explicit Shell(const SessionGround& ground);
 
-    // Until exit or the end of the input. Returns 0 for a terminal, the worst status of the commands for a
+    // Until exit or the end of the input. Returns 0 for a terminal, the gravest status of the commands for a
     // pipe, and 128 + n after a signal.
     int Run();
 
@@ -26,7 +26,7 @@ private:
     bool ReadPipedLine(std::string& line);
     void RunLine(const std::string& line);
     void RunCommand(const ConsoleCommand& command);
-    void RunInSession(const ConsoleCommand& command);
+    void RunInSession(ConsoleCommand command);
     void Open(const ConsoleCommand& first);
     void Meanwhile();
     void Remember(const std::string& line, bool understood);

@@ -9,8 +9,9 @@
 
 #include "Base/ErrorLines.h"
 #include "Base/ExitStatus.h"
-#include "Base/LineInput.h"
 #include "Commands/Records/Credentials.h"
+#include "Commands/Script.h"
+#include "Console/DryRun.h"
 #include "Console/OpenSession.h"
 #include "Console/Options.h"
 #include "Console/Output.h"
@@ -34,19 +35,26 @@ int Run(const Options& options)
     IoThread ioThread;
     ioThread.WatchSignals([&events](int signal) { events.Interrupt(signal); });
 
-    const Plugin plugin(options.pluginFile);
-    std::unique_ptr<LineInput> scriptInput;
-    if (options.command.kind == ConsoleCommand::Kind::Script) {
-        scriptInput = std::make_unique<LineInput>(options.command.scriptFile);
+    SourcePasswords sourcePasswords(events);
+    ConsoleCommand command = options.command;
+    std::unique_ptr<Script> script;
+    if (command.kind == ConsoleCommand::Kind::Script) {
+        script = OpenScript(command, events, options.dryRun ? nullptr : &sourcePasswords);
     }
-    Credentials credentials(options.user, options.passwordFile, events);
     const auto output = Output::Create(options.json, events);
-    const SessionGround ground{options, plugin, ioThread, events, credentials, *output};
-    if (options.command.kind == ConsoleCommand::Kind::Shell) {
+    if (options.dryRun) {
+        DryRun(options, events, script.get(), *output);
+        return kExitAllAnswered;
+    }
+    Complete(command, sourcePasswords);
+    const Plugin plugin(options.pluginFile);
+    Credentials credentials(options.user, options.passwordFile, events);
+    const SessionGround ground{options, plugin, ioThread, events, credentials, sourcePasswords, *output};
+    if (command.kind == ConsoleCommand::Kind::Shell) {
         return Shell(ground).Run();
     }
-    OpenSession open(ground, options.command);
-    return open.Get().Run(options.command, scriptInput.get());
+    OpenSession open(ground, command);
+    return open.Get().Run(command, script.get());
 }
 
 // Everything has ended: anything still counted was leaked.

@@ -11,6 +11,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include "Base/ExitStatus.h"
 #include "Host/HostLog.h"
 
 namespace standin_host {
@@ -117,6 +118,13 @@ int HostEvents::Interrupted() const
     return m_signal;
 }
 
+void HostEvents::CheckInterrupted() const
+{
+    if (const int signal = Interrupted()) {
+        throw ExitError(kExitSignalBase + signal, "interrupted");
+    }
+}
+
 bool HostEvents::TakeKeyboardInterrupt()
 {
     const TMutexGuard guard(m_lock);
@@ -164,6 +172,14 @@ HostEvents::Wake HostEvents::Wait(Clock::time_point deadline, int input)
     eventfd_t reports = 0;
     const bool event = ::eventfd_read(m_wakeDescriptor, &reports) == 0;
     return {event, descriptors[1].revents != 0};
+}
+
+void HostEvents::AwaitInput(int descriptor)
+{
+    do {
+        CheckInterrupted();
+    } while (!Wait(Clock::time_point::max(), descriptor).hasInput);
+    CheckInterrupted();
 }
 
 } // namespace standin_host

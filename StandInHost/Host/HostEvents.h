@@ -49,6 +49,8 @@ public:
     // --- driving thread ---
 
     int Interrupted() const; // the signal, or 0
+    // Throws ExitError with status 128 + n after a signal.
+    void CheckInterrupted() const;
     // Clears a keyboard interrupt and says whether there was one; other signals stay.
     bool TakeKeyboardInterrupt();
     // Clears a lost connection, so that another can be watched. The lost one must be closed.
@@ -62,6 +64,8 @@ public:
     };
     // Blocks until a report, input or the deadline. A negative descriptor is ignored.
     Wake Wait(Clock::time_point deadline, int inputDescriptor = -1);
+    // Blocks until the descriptor can be read. Throws ExitError after a signal.
+    void AwaitInput(int descriptor);
 
 private:
     static constexpr std::size_t kMaxWaiting = 4096;

@@ -15,6 +15,7 @@
 #include "Commands/Records/Payloads.h"
 #include "Host/HostEvents.h"
 #include "Tools/Common/PasswordFile.h"
+#include "Tools/Common/TerminalText.h"
 
 namespace standin_host {
 
@@ -23,11 +24,12 @@ namespace {
 // The process's terminal with echo off; echo is restored however the prompt ends.
 class SilentTerminal {
 public:
-    SilentTerminal() : m_descriptor(::open("/dev/tty", O_RDWR | O_CLOEXEC))
+    // Throws UsageError with this text when there is no terminal.
+    explicit SilentTerminal(const std::string& missing) : m_descriptor(::open("/dev/tty", O_RDWR | O_CLOEXEC))
     {
         if (m_descriptor < 0 || ::tcgetattr(m_descriptor, &m_before) != 0) {
             ::close(m_descriptor);
-            throw UsageError("no password: give --password-file or set TVWALL_PASSWORD");
+            throw UsageError(missing);
         }
         termios silent = m_before;
         silent.c_lflag &= static_cast<tcflag_t>(~static_cast<tcflag_t>(ECHO));
@@ -53,6 +55,22 @@ private:
     int m_descriptor;
     termios m_before{};
 };
+
+std::string Prompt(HostEvents& events, const std::string& whose, const std::string& missing)
+{
+    const SilentTerminal terminal(missing);
+    terminal.Print("Password for " + tools::OneLine(whose) + ": ");
+    LineInput input(terminal.Descriptor());
+    std::string line;
+    while (!input.Take(line)) {
+        if (input.AtEnd()) {
+            throw UsageError("no password was given");
+        }
+        events.AwaitInput(input.Descriptor());
+        input.Fill();
+    }
+    return line;
+}
 
 std::string FromFile(const std::string& path)
 {
@@ -98,36 +116,30 @@ std::string Credentials::Find() const
         return FromFile(m_passwordFile);
     }
     const char* variable = std::getenv("TVWALL_PASSWORD");
-    return variable != nullptr ? variable : Prompt();
+    return variable != nullptr
+               ? variable
+               : Prompt(m_events, User(), "no password: give --password-file or set TVWALL_PASSWORD");
 }
 
-std::string Credentials::Prompt() const
+const std::string& SourcePasswords::Of(const std::string& user)
 {
-    const SilentTerminal terminal;
-    terminal.Print("Password for " + User() + ": ");
-    LineInput input(terminal.Descriptor());
-    std::string line;
-    while (!input.Take(line)) {
-        if (input.AtEnd()) {
-            throw UsageError("no password was given");
-        }
-        const bool hasInput =
-            m_events.Wait(HostEvents::Clock::time_point::max(), input.Descriptor()).hasInput;
-        if (m_events.Interrupted() != 0) {
-            throw ExitError(kExitSignalBase + m_events.Interrupted(), "interrupted");
-        }
-        if (hasInput) {
-            input.Fill();
-        }
+    const auto [found, isNew] = m_passwords.try_emplace(user);
+    if (isNew) {
+        found->second = Prompt(m_events, "the sources' user " + user,
+                               "no password for the sources' user " + user +
+                                   ": give --source-password-file or set TVWALL_SOURCE_PASSWORD");
+        CheckPassword(found->second, kMaxSourceCredential, "source's ");
     }
-    return line;
+    return found->second;
 }
 
-std::string SourcePassword(const std::string& path)
+std::optional<std::string> SourcePassword(const std::string& path)
 {
     const char* variable = std::getenv("TVWALL_SOURCE_PASSWORD");
-    const std::string fromVariable = variable == nullptr ? "" : variable;
-    std::string password = path.empty() ? fromVariable : FromFile(path);
+    if (path.empty() && variable == nullptr) {
+        return std::nullopt;
+    }
+    std::string password = path.empty() ? variable : FromFile(path);
     CheckPassword(password, kMaxSourceCredential, "source's ");
     return password;
 }

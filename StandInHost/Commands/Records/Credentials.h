@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -26,7 +27,6 @@ public:
 
 private:
     std::string Find() const;
-    std::string Prompt() const;
 
     const std::string m_user;
     const std::string m_passwordFile;
@@ -34,8 +34,22 @@ private:
     std::optional<std::string> m_password;
 };
 
-// The password of a video source: the first line of a file, or TVWALL_SOURCE_PASSWORD when no file is named,
-// or empty when neither is given. Throws UsageError when it does not fit.
-std::string SourcePassword(const std::string& path);
+// Passwords that a wall file leaves out and that nothing else gives: each user's is asked for once, without
+// echo on the terminal.
+class SourcePasswords {
+public:
+    explicit SourcePasswords(HostEvents& events) : m_events(events) {}
+
+    // Throws UsageError when there is no terminal or the password does not fit, ExitError after a signal.
+    const std::string& Of(const std::string& user);
+
+private:
+    HostEvents& m_events;
+    std::map<std::string, std::string> m_passwords; // by user
+};
+
+// The password of a video source: the first line of a file, or TVWALL_SOURCE_PASSWORD when no file is named;
+// nothing when neither is given. Throws UsageError when it does not fit.
+std::optional<std::string> SourcePassword(const std::string& path);
 
 } // namespace standin_host

@@ -19,6 +19,7 @@ struct Media {
     GUID channel{};             // all zero: none
     std::string user;           // at most kMaxSourceCredential bytes, like the password
     std::string password;
+    bool passwordMissing = false; // there is a user, and no password was given
     int64_t streamType = 0;
     int64_t recordMask = 0; // this and selector: only with a single source
     int64_t selector = 0;

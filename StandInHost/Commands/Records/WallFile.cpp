@@ -30,7 +30,7 @@ void ReadChannel(const JsonObject& object, Media& media)
     }
 }
 
-Media ReadMedia(const Json& value, const std::string& place, const std::string& password)
+Media ReadMedia(const Json& value, const std::string& place, const std::optional<std::string>& password)
 {
     const JsonObject object(value, place,
                             {"address", "port", "channel", "user", "password", "type", "requestMode",
@@ -40,7 +40,9 @@ Media ReadMedia(const Json& value, const std::string& place, const std::string& 
     media.port = object.Number("port", 0, kMax16);
     ReadChannel(object, media);
     media.user = object.Text("user", kMaxSourceCredential, "");
-    media.password = object.Text("password", kMaxSourceCredential, media.user.empty() ? "" : password);
+    media.password =
+        object.Text("password", kMaxSourceCredential, media.user.empty() ? "" : password.value_or(""));
+    media.passwordMissing = !media.user.empty() && !password && object.Find("password") == nullptr;
     media.type = object.Number("type", 0, kMax16, 0);
     media.requestMode = object.Number("requestMode", 0, kMax16, media.requestMode);
     media.streamType = object.Number("streamType", 0, kMax32, 0);
@@ -49,7 +51,8 @@ Media ReadMedia(const Json& value, const std::string& place, const std::string& 
     return media;
 }
 
-WallSubWindow ReadSubWindow(const Json& value, const std::string& place, const std::string& password)
+WallSubWindow ReadSubWindow(const Json& value, const std::string& place,
+                            const std::optional<std::string>& password)
 {
     const JsonObject object(value, place, {"index", "osd", "media"});
     WallSubWindow sub;
@@ -61,7 +64,7 @@ WallSubWindow ReadSubWindow(const Json& value, const std::string& place, const s
     return sub;
 }
 
-WallWindow ReadWindow(const Json& value, const std::string& place, const std::string& password)
+WallWindow ReadWindow(const Json& value, const std::string& place, const std::optional<std::string>& password)
 {
     const JsonObject object(value, place, {"id", "x", "y", "width", "height", "layer", "mode", "subWindows"});
     const Json& subWindows = object.List("subWindows", false);
@@ -85,7 +88,7 @@ WallWindow ReadWindow(const Json& value, const std::string& place, const std::st
 
 } // namespace
 
-std::vector<WallWindow> ReadWallFile(const std::string& path, const std::string& password)
+std::vector<WallWindow> ReadWallFile(const std::string& path, const std::optional<std::string>& password)
 {
     const Json root = ParseJson(ReadWholeFile(path, "wall"), path);
     const JsonObject object(root, path + ':', {"windows"});

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,8 +16,9 @@ inline constexpr char kWallFileHelp[] = R"(JSON file with the whole wall:
               "type": 0, "requestMode": 6, "streamType": 0, "begin": 0, "end": 0}}]}]}
 Only id, the rectangle, index, address, port and channel are required; channel is a number or a GUID)";
 
-// The windows that a file describes. A source with a user and no password of its own gets password.
+// The windows that a file describes. A source with a user and no password of its own gets password, if there
+// is one, or is marked as missing it.
 // Throws UsageError that names the place of the fault and repeats no value of the file.
-std::vector<WallWindow> ReadWallFile(const std::string& path, const std::string& password);
+std::vector<WallWindow> ReadWallFile(const std::string& path, const std::optional<std::string>& password);
 
 } // namespace standin_host

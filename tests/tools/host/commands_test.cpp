@@ -8,9 +8,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Base/WordSplitting.h"
 #include "Commands/Records/DeviceCodes.h"
 #include "Console/AnswerText.h"
-#include "Console/WordSplitting.h"
 #include "Host/MemPool.h"
 
 namespace standin_host {

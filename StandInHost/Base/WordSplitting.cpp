@@ -1,4 +1,4 @@
-#include "Console/WordSplitting.h"
+#include "Base/WordSplitting.h"
 
 #include "Base/ExitStatus.h"
 
