@@ -17,8 +17,12 @@ constexpr Field kFields[] = {FieldOf<int32_t>("the window id"), FieldOf<int32_t>
 void SetUpAudioPlay(CLI::App& app, ConsoleCommand& command)
 {
     SetUpSubWindows(app, command,
-                    {kFields, "WINDOW INDEX CHANNEL", KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_PLAY_AUDIO,
-                     AudioRecord});
+                    {kFields,
+                     "WINDOW INDEX CHANNEL",
+                     KEST_CMD_TVWALL_DECODE_OPTION,
+                     TVWALL_DECODE_PLAY_AUDIO,
+                     AudioRecord,
+                     {"channel"}});
 }
 
 void SetUpAudioStop(CLI::App& app, ConsoleCommand& command)

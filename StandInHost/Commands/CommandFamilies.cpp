@@ -33,14 +33,37 @@ void RequestOption(ConsoleCommand& command, unsigned int cmdID, uint32_t optType
     command.optType = optType;
 }
 
+namespace {
+
+Fields SubWindowArgs(const std::vector<SubWindows>& windows, const SubWindowCommand& subWindows)
+{
+    Fields list = Fields::array();
+    for (const SubWindows& window : windows) {
+        for (const SubWindow& sub : window.subWindows) {
+            Fields item{{"window", window.window}, {"index", sub.index}};
+            const int64_t values[] = {sub.first, sub.second};
+            for (std::size_t i = 2; i < subWindows.fields.size(); ++i) {
+                const int64_t value = values[i - 2];
+                item[subWindows.keys[i - 2]] =
+                    subWindows.fields[i].isSwitch ? Fields(value != 0) : Fields(value);
+            }
+            list.push_back(std::move(item));
+        }
+    }
+    return list;
+}
+
+} // namespace
+
 void SetUpSubWindows(CLI::App& app, ConsoleCommand& command, const SubWindowCommand& subWindows)
 {
     const std::string help = std::string(subWindows.group) + "; repeat for several sub-windows";
     auto words = AddWords(app, "SUBWINDOW", help.c_str());
     app.callback([&command, words, subWindows] {
         const std::string shape = std::string("each sub-window takes ") + subWindows.group;
-        RequestOption(command, subWindows.cmdID, subWindows.optType,
-                      subWindows.makeRecord(ReadSubWindows(*words, subWindows.fields, shape.c_str())));
+        const auto windows = ReadSubWindows(*words, subWindows.fields, shape.c_str());
+        RequestOption(command, subWindows.cmdID, subWindows.optType, subWindows.makeRecord(windows));
+        command.args["subWindows"] = SubWindowArgs(windows, subWindows);
         command.title += Join(*words);
     });
 }

@@ -45,6 +45,7 @@ struct SubWindowCommand {
     unsigned int cmdID;
     uint32_t optType;
     Record (*makeRecord)(const std::vector<SubWindows>& windows);
+    const char* keys[2] = {}; // names of the arguments after window and index
 };
 
 void SetUpSubWindows(CLI::App& app, ConsoleCommand& command, const SubWindowCommand& subWindows);

@@ -8,6 +8,7 @@
 #include "Base/ExitStatus.h"
 #include "Base/Nearest.h"
 #include "Commands/CommandFamilies.h"
+#include "Commands/TypedCommand.h"
 
 namespace standin_host {
 
@@ -257,6 +258,7 @@ ConsoleCommand ParseLine(const Words& words, Place place, const Row* only = null
         throw UsageError(error.what());
     }
     CheckParsedCommand(app);
+    command.typed = TypedCommand(app);
     return command;
 }
 

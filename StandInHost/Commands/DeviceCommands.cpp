@@ -35,6 +35,8 @@ ConsoleCommand LoginCommand(const std::string& user, const std::string& password
     Request(login, KEST_CMD_REQUEST_LOGIN, LoginRecord(user, password), kLoginForm);
     login.kind = ConsoleCommand::Kind::Login;
     login.title = "login " + user;
+    login.typed = "login";
+    login.args["user"] = user;
     return login;
 }
 

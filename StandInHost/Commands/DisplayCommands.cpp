@@ -12,8 +12,12 @@ void SetUpBorder(CLI::App& app, ConsoleCommand& command)
     static constexpr Field kFields[] = {FieldOf<int16_t>("the window id"),
                                         FieldOf<int16_t>("the sub-window index"), SwitchOf("the border")};
     SetUpSubWindows(app, command,
-                    {kFields, "WINDOW INDEX on|off", KEST_CMD_TVWALL_DECODE_SAVE_CONFIG,
-                     TVWALL_DECODE_DRAWBODER, BorderRecord});
+                    {kFields,
+                     "WINDOW INDEX on|off",
+                     KEST_CMD_TVWALL_DECODE_SAVE_CONFIG,
+                     TVWALL_DECODE_DRAWBODER,
+                     BorderRecord,
+                     {"border"}});
 }
 
 void SetUpZoom(CLI::App& app, ConsoleCommand& command)
@@ -26,6 +30,8 @@ void SetUpZoom(CLI::App& app, ConsoleCommand& command)
             static_cast<uint16_t>(Number(*indexWord, FieldOf<uint16_t>("the sub-window index")));
         RequestOption(command, KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_ZOOMOUT,
                       ZoomRecord(Unsigned(*window, "the window id"), index, OnOrOff(*zoom, "ZOOM")));
+        command.args = {
+            {"window", Unsigned(*window, "the window id")}, {"index", index}, {"zoom", *zoom == "on"}};
         command.title += Join({*window, *indexWord, *zoom});
     });
 }
@@ -46,6 +52,7 @@ void SetUpWindowConfigSet(CLI::App& app, ConsoleCommand& command)
         RequestOption(command, KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_SET_WINDOW_CONFIG,
                       WindowConfigRecord(OnOrOff(*borders, "BORDERS"), OnOrOff(*windowIds, "IDS")),
                       kWindowConfigForm);
+        command.args = {{"borders", *borders == "on"}, {"windowIds", *windowIds == "on"}};
         command.title += Join({*borders, *windowIds});
     });
 }

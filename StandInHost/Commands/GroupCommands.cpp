@@ -49,7 +49,13 @@ void SetUpGroupRecord(CLI::App& app, ConsoleCommand& command, unsigned int cmdID
     app.add_option("--count", arguments->countWord, "number of channels (default: as many as are listed)")
         ->type_name("N");
     app.callback([&command, arguments, cmdID, optType] {
-        RequestOption(command, cmdID, optType, GroupRecord(arguments->Group()));
+        const ChannelGroup group = arguments->Group();
+        RequestOption(command, cmdID, optType, GroupRecord(group));
+        command.args = {{"id", group.id},
+                        {"name", group.name},
+                        {"channels", group.channelList},
+                        {"count", group.channelCount},
+                        {"interval", group.interval}};
         command.title += ' ' + *arguments->idWord;
     });
 }
@@ -76,6 +82,7 @@ void SetUpGroupDelete(CLI::App& app, ConsoleCommand& command)
         }
         RequestOption(command, KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DELETE_CHANNEL_GROUP,
                       DeleteGroupsRecord(ids));
+        command.args["ids"] = ids;
         command.title += Join(*idWords);
     });
 }
@@ -88,6 +95,9 @@ void SetUpGroupGet(CLI::App& app, ConsoleCommand& command)
         const int32_t id = idWord->empty() ? 0 : Signed(*idWord, "the group id");
         RequestOption(command, KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_CHANNEL_GROUP,
                       GetGroupRecord(id), kGroupsForm);
+        if (!idWord->empty()) {
+            command.args["id"] = id;
+        }
         command.title += idWord->empty() ? "" : ' ' + *idWord;
     });
 }
@@ -98,8 +108,12 @@ void SetUpPollingStart(CLI::App& app, ConsoleCommand& command)
                                         FieldOf<uint32_t>("the sub-window index"),
                                         FieldOf<uint32_t>("the group id")};
     SetUpSubWindows(app, command,
-                    {kFields, "WINDOW INDEX GROUP", KEST_CMD_TVWALL_DECODE_OPTION,
-                     TVWALL_DECODE_START_CHLGROUP_POLLING, PollingRecord});
+                    {kFields,
+                     "WINDOW INDEX GROUP",
+                     KEST_CMD_TVWALL_DECODE_OPTION,
+                     TVWALL_DECODE_START_CHLGROUP_POLLING,
+                     PollingRecord,
+                     {"group"}});
 }
 
 void SetUpPollingStop(CLI::App& app, ConsoleCommand& command)

@@ -6,6 +6,23 @@ namespace standin_host {
 
 using namespace ORVA_NET_PROTOCOL;
 
+namespace {
+
+// Without an output's id where screens are freed.
+Fields ScreenArgs(const std::vector<Screen>& screens, bool bound)
+{
+    Fields list = Fields::array();
+    for (const Screen& screen : screens) {
+        Fields item = bound ? Fields{{"id", screen.id}} : Fields::object();
+        item["x"] = screen.x;
+        item["y"] = screen.y;
+        list.push_back(std::move(item));
+    }
+    return list;
+}
+
+} // namespace
+
 void SetUpLayoutGet(CLI::App& app, ConsoleCommand& command)
 {
     app.callback([&command] { Request(command, KEST_CMD_TVWALL_DECODE_GET_WALL_LAYOUT, {}, kLayoutForm); });
@@ -18,6 +35,7 @@ void SetUpLayoutSet(CLI::App& app, ConsoleCommand& command)
     app.callback([&command, rows, columns] {
         Request(command, KEST_CMD_TVWALL_DECODE_SET_WALL_LAYOUT,
                 LayoutRecord(Unsigned(*rows, "ROWS"), Unsigned(*columns, "COLUMNS"), {}), kEmptyForm);
+        command.args = {{"rows", Unsigned(*rows, "ROWS")}, {"columns", Unsigned(*columns, "COLUMNS")}};
         command.title += ' ' + *rows + ' ' + *columns;
     });
 }
@@ -33,6 +51,7 @@ void SetUpLayoutBind(CLI::App& app, ConsoleCommand& command)
             screens.push_back(
                 {Unsigned(group[0], "the output's id"), Unsigned(group[1], "X"), Unsigned(group[2], "Y")});
         }
+        command.args["screens"] = ScreenArgs(screens, true);
         Request(command, KEST_CMD_TVWALL_DECODE_DO_BIND_WALL, LayoutRecord(0, 0, screens), kEmptyForm);
         command.title += Join(*words);
     });
@@ -47,6 +66,7 @@ void SetUpLayoutUnbind(CLI::App& app, ConsoleCommand& command)
         for (const WordGroup& group : Groups(*words, 2, "each screen takes two numbers: X Y")) {
             screens.push_back({0, Unsigned(group[0], "X"), Unsigned(group[1], "Y")});
         }
+        command.args["screens"] = ScreenArgs(screens, false);
         Request(command, KEST_CMD_TVWALL_DECODE_DO_UNBIND_WALL, LayoutRecord(0, 0, screens), kEmptyForm);
         command.title += Join(*words);
     });

@@ -1,6 +1,7 @@
 #include <limits>
 
 #include "Base/ExitStatus.h"
+#include "Base/GuidText.h"
 #include "Commands/CommandFamilies.h"
 #include "Commands/Records/Credentials.h"
 #include "Commands/Records/Media.h"
@@ -52,6 +53,26 @@ private:
 
 } // namespace
 
+namespace {
+
+Fields MediaArgs(int32_t window, int32_t index, const Media& media)
+{
+    Fields args{{"window", window}, {"index", index}, {"address", media.address}, {"port", media.port}};
+    args["channel"] =
+        media.channelNumber >= 0 ? Fields(media.channelNumber) : Fields(GuidText(media.channel));
+    args["user"] = media.user;
+    args["type"] = media.type;
+    args["requestMode"] = media.requestMode;
+    args["stream"] = media.streamType;
+    args["begin"] = media.begin;
+    args["end"] = media.end;
+    args["recordMask"] = media.recordMask;
+    args["selector"] = media.selector;
+    return args;
+}
+
+} // namespace
+
 void SetUpMediaPlay(CLI::App& app, ConsoleCommand& command)
 {
     const auto arguments = std::make_shared<MediaArguments>();
@@ -76,10 +97,12 @@ void SetUpMediaPlay(CLI::App& app, ConsoleCommand& command)
     add("--record-mask", arguments->recordMask, "N", "record types of recorded video");
     add("--selector", arguments->selector, "N", "source selector");
     app.callback([&command, arguments] {
+        const int32_t window = Signed(*arguments->window, "the window id");
+        const int32_t index = Signed(*arguments->indexWord, "the sub-window index");
+        const Media media = arguments->Read();
+        command.args = MediaArgs(window, index, media);
         RequestOption(command, KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DO_PLAY_MEDIA,
-                      PlayMediaRecord(Signed(*arguments->window, "the window id"),
-                                      Signed(*arguments->indexWord, "the sub-window index"),
-                                      arguments->Read()));
+                      PlayMediaRecord(window, index, media));
         command.title += Join({*arguments->window, *arguments->indexWord, *arguments->addressWord});
         command.readsFiles = !arguments->passwordFile.empty();
     });
@@ -100,8 +123,12 @@ void SetUpPlayback(CLI::App& app, ConsoleCommand& command)
         FieldOf<uint16_t>("the window id"), FieldOf<uint16_t>("the sub-window index"),
         FieldOf<uint16_t>("the control type"), FieldOf<uint16_t>("the control value")};
     SetUpSubWindows(app, command,
-                    {kFields, "WINDOW INDEX TYPE VALUE", KEST_CMD_TVWALL_DECODE_OPTION,
-                     TVWALL_DECODE_PLAYBACK_CTRL, PlaybackRecord});
+                    {kFields,
+                     "WINDOW INDEX TYPE VALUE",
+                     KEST_CMD_TVWALL_DECODE_OPTION,
+                     TVWALL_DECODE_PLAYBACK_CTRL,
+                     PlaybackRecord,
+                     {"type", "value"}});
 }
 
 } // namespace standin_host

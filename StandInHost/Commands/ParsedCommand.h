@@ -6,12 +6,14 @@
 #include <string>
 #include <utility>
 
+#include <nlohmann/json.hpp>
+
+#include "Commands/Records/AnswerForms.h"
 #include "Commands/Records/Bytes.h"
 #include "TvwallProtocol.h"
 
 namespace standin_host {
 
-struct AnswerForm;
 class SourcePasswords;
 
 // A parsed console line: what the program does, or what it asks of the plug-in.
@@ -32,7 +34,9 @@ struct ConsoleCommand {
     };
 
     Kind kind = Kind::None;
-    std::string title; // as the user reads it, such as "window delete 3"
+    std::string title;              // as the user reads it, such as "window delete 3"
+    std::string typed;              // as the user would type it, without what may be a password
+    Fields args = Fields::object(); // its arguments by name, likewise
 
     unsigned int cmdID = 0;
     bool hasReply = true;

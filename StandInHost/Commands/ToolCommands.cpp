@@ -50,6 +50,22 @@ struct RawArguments {
         }
         return option.empty() ? record : OptionPayload(Unsigned(option, "--option"), record);
     }
+
+    // Without the bytes, which may hold a password.
+    Fields Args() const
+    {
+        Fields args{{"id", tools::HexNumber(Unsigned(id, "the command id"))}};
+        if (!option.empty()) {
+            args["option"] = tools::HexNumber(Unsigned(option, "--option"));
+        }
+        if (!path.empty()) {
+            args["payload"] = path;
+        }
+        if (noReply) {
+            args["noReply"] = true;
+        }
+        return args;
+    }
 };
 
 } // namespace
@@ -69,6 +85,7 @@ void SetUpRaw(CLI::App& app, ConsoleCommand& command)
     app.add_flag("--no-reply", arguments->noReply, "queue a command that wants no answer");
     app.callback([&command, arguments] {
         command.kind = ConsoleCommand::Kind::Request;
+        command.args = arguments->Args();
         command.payload = arguments->Payload();
         command.optType = ByteReader(command.payload.bytes).U32(); // the user's bytes may include the head
         command.cmdID = Unsigned(arguments->id, "the command id");

@@ -53,6 +53,7 @@ void SetUpWallApply(CLI::App& app, ConsoleCommand& command)
                    "(else TVWALL_SOURCE_PASSWORD is taken, else a prompt asks)")
         ->type_name("FILE");
     app.callback([&command, file, passwordFile] {
+        command.args["file"] = *file;
         auto windows = ReadWallFile(*file, SourcePassword(*passwordFile));
         RequestOption(command, KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, TVWALL_DECODE_SET_WALL_INFO,
                       WallRecord(windows));

@@ -23,6 +23,22 @@ struct WindowArguments {
     Words osdIds;
     std::string layer = "0";
 
+    Fields Args(const std::vector<Window>& windows) const
+    {
+        Fields list = Fields::array();
+        for (const Window& window : windows) {
+            list.push_back({{"id", window.id},
+                            {"x", window.x},
+                            {"y", window.y},
+                            {"width", window.width},
+                            {"height", window.height}});
+        }
+        return {{"windows", list},
+                {"mode", Number(modeWord, {"--mode", 0, kMaxMode})},
+                {"osd", windows.empty() ? std::vector<uint32_t>() : windows.front().osdIds},
+                {"layer", Unsigned(layer, "--layer")}};
+    }
+
     std::vector<Window> Windows() const
     {
         const auto groups = Groups(words, kWindowWords, kWindowShape);
@@ -66,7 +82,9 @@ void SetUpWindowRecord(CLI::App& app, ConsoleCommand& command, unsigned int cmdI
         ->type_name("N")
         ->capture_default_str();
     app.callback([&command, arguments, cmdID, optType] {
-        RequestOption(command, cmdID, optType, CreateRecord(arguments->Windows()));
+        const auto windows = arguments->Windows();
+        RequestOption(command, cmdID, optType, CreateRecord(windows));
+        command.args = arguments->Args(windows);
         command.title += Join(arguments->words) + " mode " + arguments->modeWord;
     });
 }
@@ -89,9 +107,16 @@ void SetUpWindowMove(CLI::App& app, ConsoleCommand& command)
         AddWords(app, "WINDOW", "ID X Y WIDTH HEIGHT, X and Y may be negative; repeat for several windows");
     app.callback([&command, words] {
         std::vector<WindowMove> moves;
+        Fields& windows = command.args["windows"] = Fields::array();
         for (const WordGroup& group : Groups(*words, kWindowWords, kWindowShape)) {
             moves.push_back({Signed(group[0], "the window id"), Signed(group[1], "X"), Signed(group[2], "Y"),
                              Signed(group[3], "the width"), Signed(group[4], "the height")});
+            const WindowMove& move = moves.back();
+            windows.push_back({{"id", move.id},
+                               {"x", move.x},
+                               {"y", move.y},
+                               {"width", move.width},
+                               {"height", move.height}});
         }
         RequestOption(command, KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_MODIFY_CANVAS, MoveRecord(moves));
         command.title += Join(*words);
@@ -102,8 +127,9 @@ void SetUpWindowRaise(CLI::App& app, ConsoleCommand& command)
 {
     const auto idWord = AddWord(app, "ID", "window id");
     app.callback([&command, idWord] {
-        RequestOption(command, KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_TOP_CANVAS,
-                      RaiseRecord(Unsigned(*idWord, "the window id")));
+        const uint32_t id = Unsigned(*idWord, "the window id");
+        RequestOption(command, KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_TOP_CANVAS, RaiseRecord(id));
+        command.args["id"] = id;
         command.title += ' ' + *idWord;
     });
 }
@@ -117,6 +143,7 @@ void SetUpWindowDelete(CLI::App& app, ConsoleCommand& command)
             ids.push_back(Unsigned(id, "the window id"));
         }
         RequestOption(command, KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_DEL_CANVAS, DeleteRecord(ids));
+        command.args["ids"] = ids;
         command.title += Join(*idWords);
     });
 }

@@ -9,6 +9,7 @@
 #include "Base/GuidText.h"
 #include "Commands/Records/FailureCodes.h"
 #include "Commands/Records/Payloads.h"
+#include "Commands/TypedCommand.h"
 #include "Host/Plugin.h"
 #include "Tools/Common/Address.h"
 
@@ -195,6 +196,7 @@ Options ParseOptions(int argc, const char* const* argv)
         throw UsageError(error.what());
     }
     CheckParsedCommand(app);
+    options.command.typed = TypedCommand(app);
     Interpret(raw, options);
     return options;
 }

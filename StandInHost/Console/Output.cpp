@@ -1,7 +1,7 @@
 #include "Console/Output.h"
 
+#include <chrono>
 #include <csignal>
-#include <cstdio>
 #include <utility>
 
 #include <nlohmann/json.hpp>
@@ -9,6 +9,9 @@
 
 #include "Base/ExitStatus.h"
 #include "Base/GuidText.h"
+#include "Base/TimeText.h"
+#include "Commands/Records/FailureCodes.h"
+#include "Commands/Records/NotificationFields.h"
 #include "Console/AnswerText.h"
 #include "Tools/Common/Hex.h"
 #include "Tools/Common/TerminalText.h"
@@ -34,13 +37,6 @@ std::string EscapeControls(const std::string& json)
     return printable;
 }
 
-std::string IdText(uint32_t id)
-{
-    char digits[11];
-    (void)std::snprintf(digits, sizeof digits, "0x%X", id);
-    return digits;
-}
-
 class TextOutput final : public Output {
 public:
     explicit TextOutput(HostEvents& events) : Output(events) {}
@@ -52,9 +48,9 @@ public:
 
     void PrintQueued(const ConsoleCommand& command, std::size_t /*line*/) override
     {
-        std::string text = tools::OneLine(command.title) + ": command " + IdText(command.cmdID);
+        std::string text = tools::OneLine(command.title) + ": command " + tools::HexNumber(command.cmdID);
         if (command.CarriesOption()) {
-            text += ", option " + IdText(command.optType);
+            text += ", option " + tools::HexNumber(command.optType);
         }
         const auto& bytes = command.payload.bytes;
         text += ", payload " + (bytes.empty() ? "empty" : tools::HexText(bytes.data(), bytes.size()));
@@ -72,6 +68,33 @@ public:
     }
 };
 
+const char* ResultName(Outcome outcome)
+{
+    switch (outcome) {
+    case Outcome::Done:
+        return "done";
+    case Outcome::Queued:
+        return "queued";
+    case Outcome::Refused:
+        return "refused";
+    case Outcome::Malformed:
+        return "malformed";
+    case Outcome::Timeout:
+        return "timeout";
+    case Outcome::Lost:
+        return "lost";
+    case Outcome::Unanswered:
+        return "unanswered";
+    case Outcome::LoginRefused:
+        break;
+    }
+    return "loginRefused";
+}
+
+// The form of a line: docs/tvwall-host.schema.json. A field may be added; any other change needs a new
+// number.
+constexpr int kFormVersion = 1;
+
 class JsonOutput final : public Output {
 public:
     explicit JsonOutput(HostEvents& events) : Output(events) {}
@@ -79,17 +102,10 @@ public:
     void PrintCommand(const EndedCommand& ended) override
     {
         const auto& [command, ending, read, line] = ended;
-        const auto& answer = ending.answer;
-        Json object{{"command", command.cmdID}, {"answer", "none"}, {"code", 0}, {"hex", ""}};
-        if (answer) {
-            object["answer"] = answer->kind == HostAnswer::Kind::Buffer ? "buffer" : "failure";
-            object["code"] = answer->hostCode;
-            object["hex"] = tools::HexText(answer->bytes.data(), answer->bytes.size());
-        }
-        if (read.fields != nullptr) {
-            object["fields"] = *read.fields;
-        } else if (!read.Good()) {
-            object["problem"] = read.text;
+        Json object = BeginCommand(command, line);
+        object["result"] = ResultName(read.outcome);
+        if (ending.answer && ending.answer->kind == HostAnswer::Kind::Failure) {
+            object["code"] = CodeText(ending.answer->hostCode);
         }
         if (read.deviceCode) {
             object["deviceCode"] = *read.deviceCode;
@@ -97,31 +113,76 @@ public:
         if (!read.deviceMeaning.empty()) {
             object["deviceMeaning"] = read.deviceMeaning;
         }
+        if (read.fields != nullptr) {
+            object["fields"] = *read.fields;
+        }
+        if (!read.Good()) {
+            object["problem"] = read.text;
+        }
+        if (command.form == nullptr) {
+            AddBytes(object, ending.answer);
+        }
         Print(object);
     }
 
     void PrintQueued(const ConsoleCommand& command, std::size_t line) override
     {
-        Json object{{"command", command.title}, {"id", IdText(command.cmdID)}};
+        Json object = BeginCommand(command, line);
+        object["result"] = "dryRun";
+        object["id"] = tools::HexNumber(command.cmdID);
         if (command.CarriesOption()) {
-            object["option"] = IdText(command.optType);
+            object["option"] = tools::HexNumber(command.optType);
         }
         object["payload"] = tools::HexText(command.payload.bytes.data(), command.payload.bytes.size());
-        object["line"] = line;
         Print(object);
     }
 
     void PrintNotification(const Notification& notification) override
     {
-        Print({{"notification", notification.cmdID},
-               {"optType", notification.info.nOptType},
-               {"nLen", notification.info.nLen},
-               {"destination", GuidText(notification.destination)},
-               {"data", notification.data}});
+        using namespace ORVA2_DECODER_TVW;
+        const uint32_t type = notification.info.nOptType;
+        Json object = Begin(notification.time);
+        object["event"] = type == TVWALL_DECODE_NOTIFY_IORES          ? "channels"
+                          : type == TVWALL_DECODE_NOTIFY_IORES_STATUS ? "channelStates"
+                                                                      : "unknown";
+        if (Json fields = NotificationFields(notification.data); !fields.empty()) {
+            object["fields"] = std::move(fields);
+        }
+        object["data"] = notification.data;
+        object["nLen"] = notification.info.nLen;
+        object["destination"] = GuidText(notification.destination);
+        Print(object);
     }
 
 private:
     using Json = nlohmann::ordered_json;
+
+    static Json Begin(std::chrono::system_clock::time_point time)
+    {
+        return {{"v", kFormVersion}, {"time", UtcText(time)}};
+    }
+
+    static Json BeginCommand(const ConsoleCommand& command, std::size_t line)
+    {
+        Json object = Begin(std::chrono::system_clock::now());
+        if (line != 0) {
+            object["line"] = line;
+        }
+        object["command"] = command.typed;
+        object["args"] = command.args;
+        return object;
+    }
+
+    // An answer as it is, where nobody but the user knows what was asked.
+    static void AddBytes(Json& object, const std::optional<HostAnswer>& answer)
+    {
+        object["answer"] = !answer                                     ? "none"
+                           : answer->kind == HostAnswer::Kind::Failure ? "failure"
+                                                                       : "buffer";
+        if (answer) {
+            object["hex"] = tools::HexText(answer->bytes.data(), answer->bytes.size());
+        }
+    }
 
     // Bytes that are not valid UTF-8 become replacement characters.
     void Print(const Json& object)

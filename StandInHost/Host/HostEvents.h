@@ -18,6 +18,7 @@ struct Notification {
     ORVA_NET_PROTOCOL::TVWALL_OPT_INFO info;
     GUID destination;
     std::string data;
+    std::chrono::system_clock::time_point time = std::chrono::system_clock::now(); // of its delivery
 };
 
 // What the host's threads report to the one thread that drives the session. That thread waits only here, so

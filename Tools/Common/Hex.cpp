@@ -1,5 +1,7 @@
 #include "Tools/Common/Hex.h"
 
+#include <cstdio>
+
 namespace tools {
 
 namespace {
@@ -25,6 +27,13 @@ std::string HexText(const void* data, std::size_t size, HexCase letters)
         text += digits[static_cast<std::uint8_t>(byte) & 0xF];
     }
     return text;
+}
+
+std::string HexNumber(std::uint32_t number)
+{
+    char digits[11];
+    (void)std::snprintf(digits, sizeof digits, "0x%X", number);
+    return digits;
 }
 
 std::optional<std::vector<std::uint8_t>> ParseHex(std::string_view text)

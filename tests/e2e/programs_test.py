@@ -14,9 +14,10 @@ import tempfile
 import time
 import unittest
 
+import jsonschema
+
 HOST, DECODER, PLUGIN = sys.argv[1:4]
 PATIENCE = 60  # seconds
-DEVICE_ERROR = 0x20000002
 SCRIPT = """# a wall
 window create 1 0 0 960 540 --mode 4 --osd 11,12,13,14
 window create 2 960 0 960 540  3 0 540 400 300
@@ -29,8 +30,7 @@ window raise 1
 window raise 77
 window delete 3
 """
-SCRIPT_ANSWERS = ["buffer", "buffer", "buffer", DEVICE_ERROR, "buffer", DEVICE_ERROR, "buffer", "buffer", DEVICE_ERROR,
-                  "buffer"]
+SCRIPT_RESULTS = ["done", "done", "done", "refused", "done", "refused", "done", "done", "refused", "done"]
 
 
 def window(number, layer, **sub_window):
@@ -49,9 +49,28 @@ def data(name):
         return file.read()
 
 
-def answers(lines):
-    """One for each answer: "buffer", "none", or the failure code."""
-    return [line["code"] if line["answer"] == "failure" else line["answer"] for line in lines if "command" in line]
+def closed(schema):
+    """The schema without room for what it does not name; a reader of an older form needs that room."""
+    if isinstance(schema, dict) and schema.get("type") == "object":
+        schema = {**schema, "additionalProperties": False}
+    parts = schema.items() if isinstance(schema, dict) else enumerate(schema) if isinstance(schema, list) else ()
+    made = {key: closed(part) for key, part in parts}
+    return made if isinstance(schema, dict) else list(made.values()) if isinstance(schema, list) else schema
+
+
+FORM = jsonschema.Draft202012Validator(closed(json.loads(data("../../docs/tvwall-host.schema.json"))))
+
+
+def read_line(text):
+    """A line of JSON, which must have the promised form."""
+    line = json.loads(text)
+    FORM.validate(line)
+    assert list(line)[:2] == ["v", "time"], text
+    return line
+
+
+def results(lines):
+    return [line["result"] for line in lines if "command" in line]
 
 
 class Programs(unittest.TestCase):
@@ -94,7 +113,7 @@ class Programs(unittest.TestCase):
         for secret in "secret", "hidden-1":
             self.assertNotIn(secret, out + self.errors())
             self.assertNotIn(secret.encode().hex(), out)
-        return [json.loads(line) for line in out.splitlines()] if "--json" in arguments else out
+        return [read_line(line) for line in out.splitlines()] if "--json" in arguments else out
 
     def fail_in_one_line(self, status, *arguments, told="", **how):
         self.assertIn(told, self.run_host(status, *arguments, **how) + self.errors())
@@ -114,13 +133,19 @@ class Programs(unittest.TestCase):
         wanted = data("requests.txt").replace("FOLDER", self.folder)
         self.start_decoder()
         os.environ["TVWALL_SOURCE_PASSWORD"] = "secret"
-        self.run_host(1, "--json", "script", "-", script="\n".join(re.findall(r"^\$ (.*)", wanted, re.M)))
+        lines = self.run_host(1, "--json", "script", "-", script="\n".join(re.findall(r"^\$ (.*)", wanted, re.M)))[1:]
+        told = [line for line in lines if "command" in line]
+        self.assertEqual([line["args"] for line in told], [json.loads(args) for args in re.findall(r"^= (.*)", wanted, re.M)])
+        again = [line["command"].replace("***", "0aff") for line in told]
+        self.assertEqual([line["command"].replace("***", "0aff") for line in
+                          self.run_host(1, "--json", "script", "-", script="\n".join(again)) if "command" in line][1:], again)
         sent = ""
         for url, text in list(zip(self.requests("url"), self.requests("request")))[2:]:
             body = re.sub(r"[\w+/]{171}=", "#", text.replace("\r\n", ""))  # what is enciphered
             sent += f"{url} {body.split('</td_header>')[1].removesuffix('</td_command>')}".strip() + "\n"
         # The system information is followed by a question for the channels.
-        self.assertEqual(sent.replace("getchannelinfo <td_body/>\n", ""), re.sub(r"^\$.*\n", "", wanted, flags=re.M))
+        wanted = re.sub(r"^[$=].*\n", "", wanted, flags=re.M)
+        self.assertEqual(sent.replace("getchannelinfo <td_body/>\n", ""), wanted + "dooption <td_body><encryption>1</encryption></td_body>\ndologin\n" + wanted)
 
     def test_the_decoder_takes_commands_or_refuses_them_and_draws_what_they_make(self):
         self.start_decoder(options=["--source-accounts", self.folder + "/accounts", "--wall-text", self.folder + "/wall.txt"])
@@ -144,8 +169,10 @@ class Programs(unittest.TestCase):
         self.start_decoder()
         words = self.run_host(1, "--device-codes", self.folder + "/codes", "script", "-", script=script)
         self.start_decoder()
-        lines = self.run_host(1, "--json", "script", "-", script=script)
-        told = [words, "".join(json.dumps(line["fields"], ensure_ascii=False) + "\n" for line in lines if line.get("fields"))]
+        lines = self.run_host(1, "--json", "--device-codes", self.folder + "/codes", "script", "-", script=script)
+        for line, number, code, device, meaning in ((lines[-3], 12, "0x20000002", 502, "unknown channel group"), (lines[-2], 13, None, 0, "success")):
+            self.assertEqual([line.get(key) for key in ("line", "code", "deviceCode", "deviceMeaning")], [number, code, device, meaning])
+        told = [words, "".join(json.dumps(line["fields"], ensure_ascii=False) + "\n" for line in lines if "result" in line and "fields" in line)]
         for varying in r"^notification.*\n", r"(?<=version:  ).*", r'(?<=Version": )"[^"]*"':
             told = [re.sub(varying, "", text, flags=re.M) for text in told]
         self.assertEqual(told, [wanted[0] + "\n", wanted[1]])
@@ -157,7 +184,7 @@ class Programs(unittest.TestCase):
             for options in [], ["--buffered-receive"]:
                 with self.subTest(faults=faults, options=options):
                     lines = self.run_host(1, "--json", *options, "script", "-", script=SCRIPT)
-                    self.assertEqual(answers(lines), SCRIPT_ANSWERS)
+                    self.assertEqual(results(lines), SCRIPT_RESULTS)
                     self.run_host(0, "wall", "clear")
 
     def test_every_way_to_fail_has_its_status_and_one_line(self):
@@ -234,12 +261,15 @@ class Programs(unittest.TestCase):
     def test_watch_prints_notifications_until_it_is_interrupted(self):
         self.start_decoder("notify-every=20")
         host = self.start_host("--json", "watch")
-        lines = [json.loads(host.stdout.readline()) for _ in range(12)]
-        told = [line for line in lines if "notification" in line]
+        lines = [read_line(host.stdout.readline()) for _ in range(12)]
+        told = [line for line in lines if "event" in line]
         self.assertGreater(len(told), 10, "all but the answer to the login")
         for i, line in enumerate(told):
-            state = (told[0]["optType"] - 0x60000) ^ i % 2  # in turn
-            self.assertEqual([line["notification"], line["optType"], len(line["destination"])], [0x50003, 0x60000 + state, 38])
+            state = (told[0]["event"] == "channelStates") ^ i % 2  # in turn
+            self.assertEqual(line["event"], ["channels", "channelStates"][state])
+            online = re.findall("<id>(.*?)</id>(?:<name>.*?</name>)?<state>(.*?)</state>", line["data"])
+            self.assertEqual([(str(channel["id"]), channel["online"]) for channel in line["fields"]["channels"]],
+                             [(number, state == "online") for number, state in online])
             self.assertGreater(line["nLen"], 0, "the length of the login request")
             self.assertIn(["notifychannelchange", "notifychannelstate"][state], line["data"])
         self.end(host, 0, signal.SIGINT)
@@ -268,7 +298,8 @@ class Programs(unittest.TestCase):
                               "raw 0x50002 --option 0x60009\n"  # raises window 0
                               "raw 0x50002 --option 0x50000\n"  # logs out
                               "raw 0x50003\n")  # no command of the plug-in: no answer
-        self.assertEqual(answers(lines), ["buffer", "buffer", "none", DEVICE_ERROR, "buffer", "none"])
+        self.assertEqual(results(lines), ["done", "done", "queued", "refused", "done", "unanswered"])
+        self.assertEqual([line.get("answer") for line in lines], [None, "buffer", "none", "failure", "buffer", "none"])
         self.assertEqual(lines[1]["hex"], "110006000800020000000000000000000102")
 
 

@@ -7,6 +7,7 @@
 
 #include "Base/GuidText.h"
 #include "Commands/Records/TextTable.h"
+#include "TvwallProtocol.h"
 
 namespace standin_host {
 
@@ -22,14 +23,11 @@ void ReadNothing(ByteReader&, Fields&) {}
 
 std::string ShowDone(const Fields&) { return "done"; }
 
-// The result record that begins the answer to an option command.
-void ReadHead(ByteReader& reader, Fields& fields)
+// The result record that begins the answer to an option command. It says nothing that the command and the
+// kind of the answer do not: option type, lengths, and two zeros.
+void ReadHead(ByteReader& reader, Fields& /*fields*/)
 {
-    fields["optType"] = reader.U32();
-    reader.U16(); // its length
-    reader.U16(); // length of what follows; the answer's own length is more reliable
-    fields["result"] = reader.U32();
-    fields["errorCode"] = reader.U32();
+    reader.Text(sizeof(ORVA2_DECODER_TVW::S_Decoder_Default_Result));
 }
 
 // --- login ---

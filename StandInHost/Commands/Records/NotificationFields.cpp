@@ -1,0 +1,67 @@
+#include "Commands/Records/NotificationFields.h"
+
+#include <nlohmann/json.hpp>
+#include <tinyxml2.h>
+
+namespace standin_host {
+
+namespace {
+
+using Fields = nlohmann::ordered_json;
+using tinyxml2::XMLElement;
+
+const XMLElement* Child(const XMLElement* parent, const char* name)
+{
+    return parent == nullptr ? nullptr : parent->FirstChildElement(name);
+}
+
+std::string ChildText(const XMLElement& parent, const char* name)
+{
+    const XMLElement* child = parent.FirstChildElement(name);
+    return child == nullptr || child->GetText() == nullptr ? "" : child->GetText();
+}
+
+Fields Channel(const XMLElement& item)
+{
+    Fields channel = Fields::object();
+    int64_t id = 0;
+    if (const XMLElement* element = item.FirstChildElement("id");
+        element != nullptr && element->QueryInt64Text(&id) == tinyxml2::XML_SUCCESS) {
+        channel["id"] = id;
+    }
+    if (item.FirstChildElement("name") != nullptr) {
+        channel["name"] = ChildText(item, "name");
+    }
+    const std::string state = ChildText(item, "state");
+    if (state == "online" || state == "offline") {
+        channel["online"] = state == "online";
+    } else if (!state.empty()) {
+        channel["state"] = state;
+    }
+    return channel;
+}
+
+} // namespace
+
+Fields NotificationFields(const std::string& xml)
+{
+    Fields fields = Fields::object();
+    tinyxml2::XMLDocument document;
+    if (xml.size() > kMostNoticeRead || document.Parse(xml.data(), xml.size()) != tinyxml2::XML_SUCCESS) {
+        return fields;
+    }
+    const XMLElement* body = Child(document.FirstChildElement("td_command"), "td_body");
+    const XMLElement* list = Child(body, "td_channellist");
+    list = list == nullptr ? Child(body, "td_channelstatelist") : list;
+    if (list == nullptr) {
+        return fields;
+    }
+    Fields& channels = fields["channels"] = Fields::array();
+    for (const XMLElement* item = Child(list, "item"); item != nullptr;
+         item = item->NextSiblingElement("item")) {
+        channels.push_back(Channel(*item));
+    }
+    return fields;
+}
+
+} // namespace standin_host
