@@ -41,23 +41,27 @@ DeviceCodes::DeviceCodes(const std::string& path)
     std::string_view left = content;
     for (std::size_t number = 1; !left.empty(); ++number) {
         const std::size_t end = left.find('\n');
-        const std::string_view line = Trimmed(left.substr(0, end));
+        const char* problem = AddLine(Trimmed(left.substr(0, end)));
+        if (problem != nullptr) {
+            throw UsageError(path + ": line " + std::to_string(number) + ": " + problem);
+        }
         left.remove_prefix(end == std::string_view::npos ? left.size() : end + 1);
-        const std::string place = path + ": line " + std::to_string(number) + ": ";
-        if (!tools::IsUtf8(line)) {
-            throw UsageError(place + "this is not UTF-8");
-        }
-        if (line.empty() || line.front() == '#') {
-            continue;
-        }
-        auto code = ReadCode(line);
-        if (!code) {
-            throw UsageError(place + "a line takes a number and words, such as \"201 unknown window\"");
-        }
-        if (!m_words.insert(*std::move(code)).second) {
-            throw UsageError(place + "this number was given before");
-        }
     }
+}
+
+const char* DeviceCodes::AddLine(std::string_view line)
+{
+    if (!tools::IsUtf8(line)) {
+        return "this is not UTF-8";
+    }
+    if (line.empty() || line.front() == '#') {
+        return nullptr;
+    }
+    auto code = ReadCode(line);
+    if (!code) {
+        return "a line takes a number and words, such as \"201 unknown window\"";
+    }
+    return m_words.insert(*std::move(code)).second ? nullptr : "this number was given before";
 }
 
 std::string DeviceCodes::Words(uint32_t code) const

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 
 namespace standin_host {
 
@@ -18,6 +19,8 @@ public:
     std::string Words(uint32_t code) const;
 
 private:
+    const char* AddLine(std::string_view line); // what is wrong with it, or null
+
     std::map<uint32_t, std::string> m_words;
 };
 
