@@ -57,6 +57,12 @@ int Run(const Options& options)
     return open.Get().Run(command, script.get());
 }
 
+// An interrupt is how to end a watch, from its first moment.
+bool EndsWatch(const ConsoleCommand& command, int status)
+{
+    return command.kind == ConsoleCommand::Kind::Watch && status == kExitSignalBase + SIGINT;
+}
+
 // Everything has ended: anything still counted was leaked.
 void CheckBalance(const char* what, long count)
 {
@@ -84,9 +90,14 @@ bool CanWrite(int output)
 
 int RunToStatus(int argc, const char* const* argv)
 {
+    Options options;
     try {
-        return Run(ParseOptions(argc, argv));
+        options = ParseOptions(argc, argv);
+        return Run(options);
     } catch (const ExitError& error) {
+        if (EndsWatch(options.command, error.Status())) {
+            return kExitAllAnswered;
+        }
         if (error.Status() == kExitAllAnswered) {
             std::cout << error.what() << '\n';
         } else if (*error.what() != '\0' && (error.Status() < kExitSignalBase || CanWrite(STDERR_FILENO))) {

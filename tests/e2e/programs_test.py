@@ -4,6 +4,7 @@ Usage: programs_test.py HOST DECODER PLUGIN [Programs.TEST...]
 """
 import json
 import os
+import pty
 import re
 import select
 import shlex
@@ -85,7 +86,7 @@ class Programs(unittest.TestCase):
     def start(self, *command, password="secret", output=None):
         passwords = {"TVWALL_DECODER_PASSWORD": password, "TVWALL_PASSWORD": password}
         with open(self.folder + "/errors-" + os.path.basename(command[0]), "w") as errors:
-            program = subprocess.Popen(command, env={**os.environ, **passwords}, text=True, stdin=subprocess.PIPE,
+            program = subprocess.Popen(command, env={**os.environ, **passwords}, text=True, stdin=subprocess.PIPE, start_new_session=True,
                                        stdout=output or subprocess.PIPE, stderr=output or errors)
         self.addCleanup(program.communicate)
         self.addCleanup(program.kill)
@@ -195,12 +196,12 @@ class Programs(unittest.TestCase):
                            "error=106@dofullscreen")
         codes = ["--device-codes", self.folder + "/codes"]
         self.fail_in_one_line(5, "login", password="wrong", told="word (0x2000005C); the decoder's code is 106, wrong password")
-        self.fail_in_one_line(1, *codes, "window", "raise", "1", told="device error (0x20000002); the decoder's code is 77\n")
-        self.fail_in_one_line(1, "zoom", "1", "0", "on", told="device error (0x20000002); the decoder's code is 106\n")
-        self.fail_in_one_line(1, "--no-login", "wall", "clear", told="stopped or not logged in (0x20000013)\n")
+        self.fail_in_one_line(1, *codes, "window", "raise", "1", told="device error (0x20000002); the decoder's code is 77; --device")
+        self.fail_in_one_line(1, "zoom", "1", "0", "on", told="device error (0x20000002); the decoder's code is 106; --device")
+        self.fail_in_one_line(1, "--no-login", "wall", "clear", told="stopped or not logged in (0x20000013);")
         self.fail_in_one_line(4, "raw", "3", told="raw 3: no answer; nothing was sent\n")
         for command in "wall clear", "window delete 1", "window split 1 0 0 5 5 --mode 4":
-            self.fail_in_one_line(4, "--answer-timeout", "0.5", *command.split(), told=": no reply in 0.5 s\n")
+            self.fail_in_one_line(4, "--answer-timeout", "0.5", *command.split(), told=": no reply in 0.5 s;")
         for wrong in "", "--nonsense login", "--plugin /no/such/plugin.so login", f"--plugin {HOST} login", "script /no/such/script":
             self.fail_in_one_line(2, *wrong.split())
         for text, fault in (b"201 unknown window\n202\n", "line 2"), (b"201x y\n", "line 1"), (b"1 a\n\n1 b", "line 3"), (b"1 \xff", "UTF-8"):
@@ -208,8 +209,17 @@ class Programs(unittest.TestCase):
                 file.write(text)
             self.fail_in_one_line(2, "--device-codes", self.folder + "/torn", "login", told=fault)
         self.fail_in_one_line(2, "--device-codes", self.folder, "login", told="directory")
-        self.run_host(2, "script", "-", script="window raise 1\nwall clean\n")
-        self.assertIn("line 2", self.errors())
+        # Several failures: the gravest counts.
+        for status, first, then in (4, "window raise 1", "wall clear"), (4, "raw 3", "window raise 1"), (2, "raw 3", "typo"), \
+                (5, "raw 257", "wall clear"):
+            self.run_host(status, "--answer-timeout", "0.5", "script", "--stream", "-", script=f"{first}\n{then}\n")
+        for fault in "silent@setwalllayout", "silent@dologin":
+            self.start_decoder(fault)
+            self.fail_in_one_line(4, "--answer-timeout", "0.5", "layout", "set", "1", "1", told=": no reply in 0.")
+        self.start_decoder("cut-after=3")
+        self.fail_in_one_line(3, "layout", "set", "1", "1", told="layout set 1 1: link lost, the decoder closed the connection")
+        self.assertEqual(self.run_host(3, "--json", "layout", "set", "1", "1")[-1]["answer"], "none")
+        self.assertEqual(self.errors(), "")
         self.start_decoder("error=52@dologin")
         self.fail_in_one_line(5, *codes, "login", told="no answer; the decoder's code is 52, wrong token\n")
         self.start_decoder("error=51@dologin")
@@ -224,6 +234,71 @@ class Programs(unittest.TestCase):
                 self.fail_in_one_line(2, *shlex.split(line or "wall apply " + wall))
                 self.assertEqual(self.errors(), f"tvwall-host: {refusal.replace('FILE', wall)}\n")
 
+    def test_a_script_is_checked_whole_before_anything_is_opened(self):
+        script = self.folder + "/script"
+        wrong = [f"{script}:{line}: unknown command 'wnidow'; did you mean 'window'?" for line in range(1, 21)]
+        for text, refusals in (
+                (b"window raise 1\nwindow rise 2 # x\n\n'\nfoo", [
+                    f"{script}:2: unknown command 'window rise'; did you mean 'window raise'?",
+                    f"{script}:4: the line ends inside a quotation", f"{script}:5: unknown command 'foo'; see tvwall-host --help"]),
+                (b"wnidow raise 1\n" * 20, wrong),
+                (b"wnidow raise 1\n" * 5000, wrong + [f"{script}: 5000 lines are wrong, these are the first 20"]),
+                (b"info\n\xff\n", [f"{script}:2: the line is not UTF-8 text"]),
+                (b"window delete" + b" 1" * 32762, [f"{script}:1: the line is longer than 64 KiB"]),
+                (b"wall apply " + script.encode(), [f"{script}:1: {script}: line 1, column 1: this is no valid JSON"]),
+                (b"#" * (2**26 + 1), [f"the script {script} is longer than 64 MiB"])):
+            with open(script, "wb") as file:
+                file.write(text)
+            self.run_host(2, "script", script)
+            self.assertEqual(self.errors().splitlines(), [f"tvwall-host: {line}" for line in refusals])
+
+    def test_a_hundred_thousand_lines_run_and_the_last_failure_is_told(self):
+        script = self.folder + "/script"
+        with open(script, "w") as file:
+            file.write("raw 3 --no-reply\n" * 99999 + "wall clear\n")
+        self.start_decoder()
+        self.fail_in_one_line(1, "-q", "--no-login", "script", script, told=f"{script}:100000: wall clear: stopped or not logged in")
+
+    def test_a_dry_run_prints_what_would_be_queued_and_opens_nothing(self):
+        head = "login admin: command 0x101, payload "
+        told = self.run_host(0, "--dry-run", "script", "-", script="window raise 42\nwatch\nlayout get\nraw 3 --hex 0a --no-reply\n"
+                             f"media play 1 0 a:1 --channel 1 --source-user u --source-password-file {self.folder}/password\n")
+        login, *lines, media = told.splitlines()
+        self.assertEqual([login[:len(head)], len(login) - len(head)], [head, 1488])
+        self.assertEqual(lines, ["window raise 42: command 0x50002, option 0x60009, payload 0900060024000000" + 64 * "0" + "2a000000",
+                                 "layout get: command 0x50006, payload empty", "raw 3: command 0x3, payload 0a, no answer wanted"])
+        self.assertTrue(media.endswith(256 * "2a"))
+        self.assertEqual(self.run_host(0, "--dry-run", "--json", "--no-login", "layout", "get")[0]["id"], "0x50006")
+        self.fail_in_one_line(2, "--dry-run", "shell")
+
+    def test_a_script_goes_on_after_a_failure_unless_it_is_to_stop(self):
+        self.start_decoder()
+        script = "window raise 7\nwall clear\nwindow raise 8\n"
+        for options, done, failed in ((), ["login", "wall"], [1, 3]), (["--stop-on-failure"], ["login"], [1]), (["-q"], [], [1, 3]):
+            out = self.run_host(1, *options, "script", "-", script=script)
+            self.assertEqual([line.split()[0] for line in out.splitlines()], done)
+            self.assertEqual([int(line.split(":")[2]) for line in self.errors().splitlines()], failed)
+
+    def test_passwords_that_a_wall_file_leaves_out_are_asked_for_before_connecting(self):
+        os.environ.pop("TVWALL_SOURCE_PASSWORD", None)
+        wall = self.folder + "/asking.json"
+        with open(wall, "w") as file:
+            source = {"address": "10.0.0.7", "port": 554, "channel": 3, "user": "cam"}
+            json.dump({"windows": [window(8, 9, media=source), window(9, 1, media=source)]}, file)
+        self.fail_in_one_line(2, "wall", "apply", wall, told="no password for the sources' user cam: give --source-password-file")
+        self.start_decoder(options=["--source-accounts", self.folder + "/accounts"])
+        child, terminal = pty.fork()
+        if child == 0:
+            os.environ["TVWALL_PASSWORD"] = "secret"
+            os.execv(HOST, [HOST, "--plugin", PLUGIN, "--decoder", self.address, "--user", "admin", "wall", "apply", wall])
+        shown = ""
+        while "user cam: " not in shown:
+            shown += os.read(terminal, 1000).decode()
+        self.assertFalse(os.path.exists(self.folder + "/requests.json") and self.requests("url"))
+        os.write(terminal, b"hidden-1\n")
+        self.assertEqual(os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]), 0)
+        self.assertEqual(sum(self.requests("credentials")), 2)
+
     def test_help_shows_the_options_of_commands_in_groups(self):
         for words, wanted in (("window --help", "admin window raise 1"), ("--help-all", "\n  --osd ID,"),
                               ("media --help-all", "Usage: tvwall-host media play [OPTIONS] WINDOW")):
@@ -236,14 +311,13 @@ class Programs(unittest.TestCase):
         self.run_host(3, "wall", "clear")
         for dies in True, False:
             self.start_decoder("silent@dowallclear")
-            host = self.start_host("script", "-")
+            host = self.start_host("script", "--stream", "-")
             host.stdin.write("window create 1 0 0 10 10\nwall clear\n")
             host.stdin.flush()
             while not host.stdout.readline().startswith("window create"):
                 pass
             if dies:
                 self.decoder.kill()
-                self.assertEqual(host.stdout.readline(), "wall clear: link lost\n")
             self.end(host, 3 if dies else 128 + signal.SIGINT, None if dies else signal.SIGINT)
 
     def test_a_signal_ends_a_decoder_that_stands_at_a_full_pipe(self):
@@ -287,7 +361,7 @@ class Programs(unittest.TestCase):
             while select.select([], [full], [], 0)[1]:
                 time.sleep(0.01)
             host.send_signal(number)
-            self.assertEqual(host.wait(PATIENCE), 128 + number)
+            self.assertEqual(host.wait(PATIENCE), 0 if number == signal.SIGINT else 128 + number)
             os.close(unread)
             os.close(full)
 

@@ -57,7 +57,7 @@ with tempfile.TemporaryDirectory() as home:
     shell.type("\x03", "^C", ready)  # gives the line up and not the shell
 
     # What was mistyped comes back to be mended; the file keeps neither it nor payloads.
-    shell.type("window rise 1\n", "unknown command 'window rise'; there is create", ready)
+    shell.type("window rise 1\n", "unknown command 'window rise'; did you mean 'window raise'?", ready)
     shell.type("raw 0x50001 --hex 00\n", "raw 0x50001: no answer; nothing was sent", ready)
     shell.type(2 * "\x1b[A" + 6 * "\x7f" + "raise 1\n", "window raise 1: done", ready)
     shell.type("logout\n", "logout: done", f"127.0.0.1:{port} (not logged in)> ")

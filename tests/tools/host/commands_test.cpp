@@ -60,9 +60,10 @@ TEST(HostAnswers, SayHowLongThereWasNoReply)
 {
     using namespace std::chrono_literals;
     const auto text = [](std::optional<HostAnswer> answer, std::chrono::milliseconds waited) {
-        return ReadEnding(Parse("wall clear"),
-                          {std::move(answer), {true, "dowallclear", {}, waited}, false, false}, {})
-            .text;
+        const auto read = ReadEnding(Parse("wall clear"),
+                                     {std::move(answer), {true, "dowallclear", {}, waited}, false, false}, {});
+        EXPECT_EQ(StatusOf(read.outcome), 4);
+        return read.text;
     };
     EXPECT_EQ(text(HostAnswer{HostAnswer::Kind::Failure, 0x2000000F, {}}, 30'040ms),
               "timeout (0x2000000F); no reply in 30 s");
