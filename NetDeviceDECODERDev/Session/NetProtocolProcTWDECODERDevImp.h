@@ -9,7 +9,7 @@
 #include "Link/NetPacketProcTWDecoderDev.h"
 #include "Link/ReplyHandOver.h"
 #include "Lock.h"
-#include "Session/CommandTable.h"
+#include "Link/CommandTable.h"
 #include "SocketDataObserver.h"
 
 class CCmdProcObject;
