@@ -9,7 +9,7 @@
 int main()
 {
     for (const CommandSample& sample : CommandSamples()) {
-        printf("%s\t%u\t%s\t%s\t%s\n", sample.szName, sample.nCmdID, Hex(sample.Payload()).c_str(),
+        printf("%s\t%u\t%s\t%s\t%s\n", sample.name, sample.cmdID, Hex(sample.Payload()).c_str(),
                Hex(sample.record).c_str(), Hex(sample.replyBody).c_str());
     }
     return 0;

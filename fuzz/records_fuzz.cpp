@@ -17,8 +17,8 @@ template <class Record>
 std::vector<char> Encode(const Record& record)
 {
     std::vector<char> bytes(record.GetLength());
-    char* pData = bytes.data();
-    Require(record.GetData(pData) == bytes.size());
+    char* data = bytes.data();
+    Require(record.GetData(data) == bytes.size());
     return bytes;
 }
 
@@ -35,9 +35,9 @@ template <class Record>
 void Exercise(const std::vector<char>& payload)
 {
     Record record;
-    const bool bWhole = Decode(record, payload);
+    const bool whole = Decode(record, payload);
     const auto bytes = Encode(record);
-    Require(!bWhole ||
+    Require(!whole ||
             (bytes.size() <= payload.size() && std::equal(bytes.begin(), bytes.end(), payload.begin())));
     record.Dump();
     record.VerifyData();
@@ -52,14 +52,14 @@ void ExerciseImage(const std::vector<char>& payload)
 {
     const Image before{};
     Image image = before;
-    const bool bWhole = ReadImage(payload.data(), static_cast<unsigned int>(payload.size()), image);
-    Require(bWhole == (payload.size() >= sizeof(Image)));
-    Require(std::memcmp(&image, bWhole ? static_cast<const void*>(payload.data()) : &before, sizeof(Image)) ==
+    const bool whole = ReadImage(payload.data(), static_cast<unsigned int>(payload.size()), image);
+    Require(whole == (payload.size() >= sizeof(Image)));
+    Require(std::memcmp(&image, whole ? static_cast<const void*>(payload.data()) : &before, sizeof(Image)) ==
             0);
 }
 
 // The first byte of a corpus file is a place in this table; new ones go to its end.
-constexpr void (*RECORDS[])(const std::vector<char>&) = {
+constexpr void (*kRecords[])(const std::vector<char>&) = {
     Exercise<ORVA2_CLIENT_TVW::S_MTvw_Create_CavansWindow>,
     Exercise<ORVA2_CLIENT_TVW::S_MTvw_Del_CavansWindow>,
     Exercise<ORVA2_CLIENT_TVW::S_MTvw_Modyfy_CavansWindow>,
@@ -91,12 +91,12 @@ constexpr void (*RECORDS[])(const std::vector<char>&) = {
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pInput, size_t nSize)
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* input, size_t size)
 {
     fake_host::SetLogRecording(false);
-    if (nSize != 0) {
+    if (size != 0) {
         // A payload of its own size, so that the sanitizer sees reads behind its end.
-        RECORDS[pInput[0] % std::size(RECORDS)](std::vector<char>(pInput + 1, pInput + nSize));
+        kRecords[input[0] % std::size(kRecords)](std::vector<char>(input + 1, input + size));
     }
     return 0;
 }

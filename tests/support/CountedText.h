@@ -18,13 +18,13 @@ public:
         ++m_looks[n];
         return m_text.At(n);
     }
-    size_t Find(char c, size_t nFrom, size_t nEnd)
+    size_t Find(char c, size_t from, size_t end)
     {
-        const size_t nFound = m_text.Find(c, nFrom, nEnd);
-        for (size_t n = nFrom; n < std::min(nFound + 1, nEnd); ++n) {
+        const size_t found = m_text.Find(c, from, end);
+        for (size_t n = from; n < std::min(found + 1, end); ++n) {
             ++m_looks[n];
         }
-        return nFound;
+        return found;
     }
 
     // The most looks that any byte got.

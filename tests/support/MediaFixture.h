@@ -10,8 +10,8 @@ protected:
     ~MediaFixture() override
     {
         for (const auto& log : fake_host::Logs()) {
-            EXPECT_EQ(log.text.find(SOURCE_USER), std::string::npos) << log.text;
-            EXPECT_EQ(log.text.find(SOURCE_PASSWORD), std::string::npos) << log.text;
+            EXPECT_EQ(log.text.find(kSourceUser), std::string::npos) << log.text;
+            EXPECT_EQ(log.text.find(kSourcePassword), std::string::npos) << log.text;
         }
     }
 
@@ -29,8 +29,8 @@ private:
         const std::string tag = "<" + name + ">";
         for (auto at = xml.find(tag); at != std::string::npos; at = xml.find(tag, at)) {
             at += tag.size();
-            const auto nLen = xml.find('<', at) - at;
-            xml.replace(at, nLen, tdcrypto::RsaPriDecrypt(xml.substr(at, nLen), m_keys[1]));
+            const auto len = xml.find('<', at) - at;
+            xml.replace(at, len, tdcrypto::RsaPriDecrypt(xml.substr(at, len), m_keys[1]));
         }
         return xml;
     }

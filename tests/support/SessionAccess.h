@@ -7,13 +7,13 @@
 
 #include "Session/NetProtocolProcTWDECODERDevImp.h"
 
-class CSessionAccess {
+class SessionAccess {
 public:
     using Session = CNetProtocolProcTWDECODERDevImp;
 
-    static bool WaitProc(Session& session, unsigned int nSeq, unsigned int ms)
+    static bool WaitProc(Session& session, unsigned int seq, unsigned int ms)
     {
-        return session.WaitProc(nSeq, ms);
+        return session.WaitProc(seq, ms);
     }
     // The text of the last message, and the number of the last one that had any.
     static std::string Stored(const Session& session)

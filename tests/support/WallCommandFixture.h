@@ -10,26 +10,26 @@
 class WallCommandFixture : public SessionFixture {
 protected:
     // A command that the decoder accepts, and whose answer the host wants or not.
-    void Check(const CommandSample& sample, bool bHasReply = true)
+    void Check(const CommandSample& sample, bool hasReply = true)
     {
-        EXPECT_EQ(Ask(sample, bHasReply), bHasReply ? sample.Answer() : "none");
+        EXPECT_EQ(Ask(sample, hasReply), hasReply ? sample.Answer() : "none");
         EXPECT_EQ(SentBody(), sample.body);
     }
 
     // The same command with another record, which comes back in its answer.
-    void Check(const char* what, const char* szHandler, const std::string& record, const std::string& body)
+    void Check(const char* what, const char* handler, const std::string& record, const std::string& body)
     {
         SCOPED_TRACE(what);
-        CommandSample sample = CommandSampleOf(szHandler);
+        CommandSample sample = CommandSampleOf(handler);
         sample.record = record;
         sample.body = body;
         Check(sample);
     }
 
     // The host's answer to the command with this record when the decoder's reply has this body.
-    std::string Ask(const char* szHandler, const std::string& record, const std::string& replyBody)
+    std::string Ask(const char* handler, const std::string& record, const std::string& replyBody)
     {
-        CommandSample sample = CommandSampleOf(szHandler);
+        CommandSample sample = CommandSampleOf(handler);
         sample.record = record;
         sample.replyBody = replyBody;
         return Ask(sample, true);
@@ -39,7 +39,7 @@ protected:
     virtual std::string SentBody() const { return node.frames.empty() ? "" : BodyOf(node.frames.front()); }
 
 private:
-    std::string Ask(const CommandSample& sample, bool bHasReply)
+    std::string Ask(const CommandSample& sample, bool hasReply)
     {
         node.frames.clear();
         std::istringstream urls(sample.urls);
@@ -47,7 +47,7 @@ private:
             ReplyWith(
                 ReplyText(url, "%SEQ%", "0", "<session>SID</session><token>TOK</token>", sample.replyBody));
         }
-        const std::string answer = Run(sample.nCmdID, sample.Payload(), bHasReply);
+        const std::string answer = Run(sample.cmdID, sample.Payload(), hasReply);
         std::string sent;
         for (const std::string& frame : node.frames) {
             sent += (sent.empty() ? "" : " ") + Element(frame, "url");

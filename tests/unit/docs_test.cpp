@@ -16,38 +16,38 @@ std::string Page(const std::string& name)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-const std::string LINK = Page("link-protocol.md");
+const std::string kLink = Page("link-protocol.md");
 
 TEST(DocsTest, TheTableOfCommandsIsThatOfTheSamples)
 {
     const std::string page = Page("host-records.md");
     // Command, option type, handler, record, requests, answer type.
     const std::regex row(R"(\| (0x\w+) \| (0x\w+|none) \| `(\w+)` \| [^|]+ \| (`[^|]+`) \| ([^|]+) \|)");
-    size_t nRows = 0;
-    for (std::sregex_iterator cells(page.begin(), page.end(), row), end; cells != end; ++cells, ++nRows) {
+    size_t rows = 0;
+    for (std::sregex_iterator cells(page.begin(), page.end(), row), end; cells != end; ++cells, ++rows) {
         const auto number = [&](size_t n) {
             const std::string cell = (*cells)[n];
             return cell.starts_with("0x") ? std::stoul(cell, nullptr, 16) : 0;
         };
         const CommandSample& sample = CommandSampleOf((*cells)[3]);
-        EXPECT_EQ(number(1), sample.nCmdID) << sample;
-        EXPECT_EQ(number(2), sample.nOptType) << sample;
+        EXPECT_EQ(number(1), sample.cmdID) << sample;
+        EXPECT_EQ(number(2), sample.optType) << sample;
         EXPECT_EQ(std::regex_replace(cells->str(4), std::regex("[`,]"), ""), sample.urls);
-        EXPECT_EQ(number(5), sample.nAnswerType) << sample;
+        EXPECT_EQ(number(5), sample.answerType) << sample;
         std::istringstream urls(sample.urls);
         for (std::string url; urls >> url;) {
-            EXPECT_NE(LINK.find("`" + url + "`"), std::string::npos) << url;
+            EXPECT_NE(kLink.find("`" + url + "`"), std::string::npos) << url;
         }
     }
-    EXPECT_EQ(nRows, CommandSamples().size());
+    EXPECT_EQ(rows, CommandSamples().size());
 }
 
 // The text of the first code block of this language.
 std::string Block(const std::string& language)
 {
     const std::string fence = "```" + language + "\n";
-    const auto begin = LINK.find(fence) + fence.size();
-    return LINK.substr(begin, LINK.find("```", begin) - begin);
+    const auto begin = kLink.find(fence) + fence.size();
+    return kLink.substr(begin, kLink.find("```", begin) - begin);
 }
 
 using LinkDocTest = SessionFixture;

@@ -23,11 +23,11 @@ void OneRound()
 
     fake_host::Get().calls.clear();
     EXPECT_EQ(Initial(), 0);
-    std::unique_ptr<CNetProtocolProc> processor(fake_host::Get().pCreated);
+    std::unique_ptr<CNetProtocolProc> processor(fake_host::Get().created);
     FakeNode node;
     FakeCommand command(0x50006);
     processor->Initial(&node, 3, 0, 0);
-    CSocketDataObserver* observer = fake_host::Get().calls.back().pObserver;
+    CSocketDataObserver* observer = fake_host::Get().calls.back().observer;
     processor->Start(nullptr, 0);
     Offer(*observer, Frame(ReplyText("notifychannelstate", "1")) + "1111", true); // and half a head is left
     EXPECT_EQ(node.notifications.size(), 1U);
@@ -38,7 +38,7 @@ void OneRound()
     Quit();
     EXPECT_EQ(dlclose(library), 0);
     EXPECT_EQ(command.Answer(), "failure 20000013");
-    EXPECT_EQ(command.nReferences, 0);
+    EXPECT_EQ(command.references, 0);
 }
 
 TEST(LoadTest, AThousandRoundsFromLoadingToUnloadingLeaveNothingBehind)

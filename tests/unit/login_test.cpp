@@ -10,7 +10,7 @@ using namespace ORVA2_DECODER_TVW;
 
 namespace {
 
-const char SOURCE[] = "NetProtocolProcTWDECODERDevImp";
+const char kSource[] = "NetProtocolProcTWDECODERDevImp";
 
 class LoginTest : public SessionFixture {
 protected:
@@ -56,7 +56,7 @@ TEST_F(LoginTest, TwoExchangesBringKeysSessionAndTokenAndTheAnswerNamesTheNode)
                                             Elem("session", "S&lt;1") + Elem("token", "") +
                                                 Elem("account", Element(second, "account")) +
                                                 Elem("authentication", Element(second, "authentication")))) +
-                  NO_BODY);
+                  kNoBody);
     EXPECT_EQ(Deciphered("account"), "admin");
     EXPECT_EQ(Deciphered("authentication"),
               "2BB80D537B1DA3E38BD30361AA855686BDE0EACD7162FEF6A25FE97BF527A25B");
@@ -105,7 +105,7 @@ TEST_F(LoginTest, AReplyIsNoneUntilAMessageWithAKnownUrlHasCome)
         FakeCommand command(KEST_CMD_REQUEST_LOGIN);
         fresh.ProcOneCommand(&command, nullptr, 0);
         EXPECT_EQ(node.frames.size(), i < 2 ? 1U : 2U) << urls[i];
-        EXPECT_EQ(command.nAnswers, i < 2 ? 0 : 1) << urls[i];
+        EXPECT_EQ(command.answers, i < 2 ? 0 : 1) << urls[i];
     }
 }
 
@@ -134,8 +134,8 @@ TEST_F(LoginTest, WrongPayloadLengthsAreReportedTwiceAndReadAsFarAsTheyGo)
     ReplyToDooption();
     ReplyToDologin("0");
     EXPECT_EQ(Login(LoginPayload("admin", "").substr(0, 39)), SuccessAnswer());
-    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 549), 1);
-    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 594), 1);
+    EXPECT_EQ(fake_host::CountAsserts(kSource, 549), 1);
+    EXPECT_EQ(fake_host::CountAsserts(kSource, 594), 1);
     EXPECT_EQ(Deciphered("account"), "adm");
 }
 
@@ -145,7 +145,7 @@ TEST_F(LoginTest, FieldsWithoutATerminatorEndWithTheirSize)
     ReplyToDologin("0");
     Login(LoginPayload(std::string(64, 'u'), "secret"));
     EXPECT_EQ(Deciphered("account"), std::string(64, 'u'));
-    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 549), 0);
+    EXPECT_EQ(fake_host::CountAsserts(kSource, 549), 0);
 }
 
 TEST_F(LoginTest, ALongSessionIdOrTokenIsADeviceErrorAndNothingOfItsReplyIsKept)
