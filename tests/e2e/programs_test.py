@@ -141,9 +141,11 @@ class Programs(unittest.TestCase):
     def test_answers_are_told_in_words_and_as_json(self):
         script, *wanted = data("answers.txt").split("\n\n")
         self.start_decoder()
-        words = self.run_host(1, "script", "-", script=script)
+        words = self.run_host(4, "script", "-", script=script)
         self.start_decoder()
-        lines = self.run_host(1, "--json", "script", "-", script=script)
+        lines = self.run_host(4, "--json", "script", "-", script=script)
+        self.assertEqual(answers(lines)[-5:], [DEVICE_ERROR, "buffer", "none", "buffer", "none"])
+        self.assertEqual(lines[-4]["hex"], "110006000800020000000000000000000102")
         told = [words, "".join(json.dumps(line["fields"], ensure_ascii=False) + "\n" for line in lines if line.get("fields"))]
         for varying in r"^notification.*\n", r"(?<=version:  ).*", r'(?<=Version": )"[^"]*"':
             told = [re.sub(varying, "", text, flags=re.M) for text in told]
@@ -245,16 +247,6 @@ class Programs(unittest.TestCase):
             self.assertEqual(host.wait(PATIENCE), 128 + number)
             os.close(unread)
             os.close(full)
-
-    def test_raw_commands_go_in_as_they_are(self):
-        self.start_decoder()
-        lines = self.run_host(4, "--json", "script", "-", script="raw 0x50001 --option 0x60011 --hex 0102\n"
-                              "raw 0x50001 --option 0x60011 --no-reply\n"
-                              "raw 0x50002 --option 0x60009\n"  # raises window 0
-                              "raw 0x50002 --option 0x50000\n"  # logs out
-                              "raw 0x50003\n")  # no command of the plug-in: no answer
-        self.assertEqual(answers(lines), ["buffer", "buffer", "none", DEVICE_ERROR, "buffer", "none"])
-        self.assertEqual(lines[1]["hex"], "110006000800020000000000000000000102")
 
 
 if __name__ == "__main__":
