@@ -1,14 +1,29 @@
 #pragma once
-// Wall commands: the record that goes in, the request that goes out, the answer that comes back.
+// Wall commands after a login: the record that goes in, the request that goes out, the answer that comes
+// back.
 
 #include <sstream>
 #include <string>
 
 #include "CommandSamples.h"
+#include "Crypto/tdcrypto.h"
 #include "SessionFixture.h"
 
 class WallCommandFixture : public SessionFixture {
 protected:
+    WallCommandFixture()
+    {
+        tdcrypto::GenerateRsaKey(m_mediaKeys);
+        LogIn(m_mediaKeys[0]);
+    }
+    ~WallCommandFixture() override
+    {
+        for (const auto& log : fake_host::Logs()) {
+            EXPECT_EQ(log.text.find(kSourceUser), std::string::npos) << log.text;
+            EXPECT_EQ(log.text.find(kSourcePassword), std::string::npos) << log.text;
+        }
+    }
+
     // A command that the decoder accepts, and whose answer the host wants or not.
     void Check(const CommandSample& sample, bool hasReply = true)
     {
@@ -26,6 +41,17 @@ protected:
         Check(sample);
     }
 
+    // The sample's record with its window twice, the second time cut: the first one is sent. The count of the
+    // windows stands before them.
+    void CheckSecondWindowCut(const char* handler, size_t countAt, size_t countSize = 4)
+    {
+        const CommandSample& sample = CommandSampleOf(handler);
+        std::string record = sample.record + sample.record.substr(countAt + countSize);
+        record[countAt] = 2;
+        record.pop_back();
+        Check("second window cut", handler, record, sample.body);
+    }
+
     // The host's answer to the command with this record when the decoder's reply has this body.
     std::string Ask(const char* handler, const std::string& record, const std::string& replyBody)
     {
@@ -35,10 +61,23 @@ protected:
         return Ask(sample, true);
     }
 
-    // The body of the first request, as the rows of a test write it.
-    virtual std::string SentBody() const { return node.frames.empty() ? "" : BodyOf(node.frames.front()); }
+    // The body of the first request, with the credentials of video sources as the decoder reads them.
+    std::string SentBody() const
+    {
+        return node.frames.empty() ? "" : Deciphered("user", Deciphered("pwd", BodyOf(node.frames.front())));
+    }
 
 private:
+    std::string Deciphered(const std::string& name, std::string xml) const
+    {
+        const std::string tag = "<" + name + ">";
+        for (auto at = xml.find(tag); at != std::string::npos; at = xml.find(tag, at)) {
+            at += tag.size();
+            const auto len = xml.find('<', at) - at;
+            xml.replace(at, len, tdcrypto::RsaPriDecrypt(xml.substr(at, len), m_mediaKeys[1]));
+        }
+        return xml;
+    }
     std::string Ask(const CommandSample& sample, bool hasReply)
     {
         node.frames.clear();
@@ -55,4 +94,5 @@ private:
         EXPECT_EQ(sent, sample.urls);
         return answer;
     }
+    std::string m_mediaKeys[2];
 };

@@ -1,13 +1,12 @@
 // What can be said of every command, by its sample: the request, the answer, and what follows when the
 // decoder does not play along. A family's own test adds what is special to it.
 
-#include "MediaFixture.h"
+#include "WallCommandFixture.h"
 
 namespace {
 
-class CommandTest : public MediaFixture, public testing::WithParamInterface<CommandSample> {
+class CommandTest : public WallCommandFixture, public testing::WithParamInterface<CommandSample> {
 protected:
-    CommandTest() { LogInWithMediaKey(); }
     std::string Run() { return SessionFixture::Run(GetParam().cmdID, GetParam().Payload()); }
 };
 

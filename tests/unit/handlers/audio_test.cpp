@@ -9,11 +9,7 @@ using AudioTest = WallCommandFixture;
 
 TEST_F(AudioTest, SwitchesTheSoundOfTheWindowsThatWereRead)
 {
-    LogIn();
-    const CommandSample& on = CommandSampleOf("PlayAudio");
-    const std::string window = on.record.substr(36); // behind two GUIDs and a count
-    const std::string two = Guids().U32(2).Text(window + window);
-    Check("second window cut", "PlayAudio", two.substr(0, two.size() - 1), on.body);
+    CheckSecondWindowCut("PlayAudio", 32);
     Check("two windows without sub-windows", "PlayAudio", Guids().U32(2).U32(4).U32(0).U32(5).U32(0),
           Windows(WindowItem(4, "") + WindowItem(5, "")));
     Check("no windows", "PlayAudio", Guids().U32(0), Windows(""));
@@ -22,7 +18,6 @@ TEST_F(AudioTest, SwitchesTheSoundOfTheWindowsThatWereRead)
 
 TEST_F(AudioTest, TheAnswerHoldsTheHostsGuidsAndTheDecodersWindows)
 {
-    LogIn();
     const auto ask = [this](const std::string& record, const std::string& body) {
         return Ask("GetAudioConfig", record, body);
     };

@@ -8,17 +8,13 @@ using ChannelGroupTest = WallCommandFixture;
 
 TEST_F(ChannelGroupTest, ShortRecordsSendWhatWasReadOfThem)
 {
-    LogIn();
     const std::string group = CommandSampleOf("AddChannelGroup").record;
     Check("add cut", "AddChannelGroup", group.substr(0, group.size() - 1),
           Body(Elem("channelgroup", Elem("id", 0) + Elem("name", "") + Elem("channelnum", 0) +
                                         Elem("interval", 0) + Elem("td_channellist", ""))));
     Check("delete more than there are bytes", "DeleteChannelGroup",
           Bytes().Text(kWall).U32(0x40000001).U32(8), Body(Elem("channelgrouplist", "")));
-    const CommandSample& start = CommandSampleOf("StartChlGroupPolling");
-    const std::string window = start.record.substr(20); // behind a GUID and a count
-    const std::string two = Bytes().Text(kWall).U32(2).Text(window + window);
-    Check("start cut", "StartChlGroupPolling", two.substr(0, two.size() - 1), start.body);
+    CheckSecondWindowCut("StartChlGroupPolling", 16);
     Check("start two windows without sub-windows", "StartChlGroupPolling",
           Bytes().Text(kWall).U32(2).U32(5).U32(0).U32(6).U32(0),
           Windows(WindowItem(5, "") + WindowItem(6, "")));
@@ -27,7 +23,6 @@ TEST_F(ChannelGroupTest, ShortRecordsSendWhatWasReadOfThem)
 
 TEST_F(ChannelGroupTest, AsksForAllGroupsWhereNoneIsNamed)
 {
-    LogIn();
     for (const std::string& bytes : {kWall + std::string(4, '\0'), kWall, kWall + "\1\1\1", std::string()}) {
         EXPECT_EQ(Ask("GetChannelGroup", bytes, ""), ResultOf(0x6000E, Bytes().U32(0)));
         EXPECT_EQ(SentBody(), Body(""));
@@ -36,7 +31,6 @@ TEST_F(ChannelGroupTest, AsksForAllGroupsWhereNoneIsNamed)
 
 TEST_F(ChannelGroupTest, TheAnswerHoldsTheDecodersGroups)
 {
-    LogIn();
     const auto texts = [](const std::string& name, const std::string& channels) {
         return Item(Elem("name", name) + Elem("td_channellist", channels));
     };

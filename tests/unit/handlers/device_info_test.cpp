@@ -10,7 +10,6 @@ using DeviceInfoTest = WallCommandFixture;
 
 TEST_F(DeviceInfoTest, TheBasicConfigurationEndsWithTheNameAsLongAsItIs)
 {
-    LogIn();
     for (const std::string& name : {std::string(300, 'n'), std::string()}) {
         EXPECT_EQ(Ask("GetBasicCfg", "", Elem("devicename", name) + Elem("runmode", 2)),
                   ResultOf(0x50002, Bytes().Zeros(20).U32(2).Text(name)));
@@ -19,7 +18,6 @@ TEST_F(DeviceInfoTest, TheBasicConfigurationEndsWithTheNameAsLongAsItIs)
 
 TEST_F(DeviceInfoTest, TheSystemInformationIsFollowedByTheChannels)
 {
-    LogIn();
     ReplyWith(ReplyText("getsysteminfo", "%SEQ%", "0", "",
                         Elem("dataversion", "d") + Elem("kernelversion", "k") + Elem("builddate", "b") +
                             Elem("softversion", "s") + Elem("devicetype", "t") + Elem("model", -1) +
@@ -48,7 +46,6 @@ TEST_F(DeviceInfoTest, TheSystemInformationIsFollowedByTheChannels)
 
 TEST_F(DeviceInfoTest, WithoutChannelsTheHostIsNotNotified)
 {
-    LogIn();
     for (const std::string& channels :
          {ReplyText("getchannelinfo", "%SEQ%", "5"),
           ReplyText("getchannelinfo", "%SEQ%", "0", "", "</not-well-formed>"), std::string("no message")}) {

@@ -10,7 +10,6 @@ using DisplayTest = WallCommandFixture;
 
 TEST_F(DisplayTest, BordersAreSentAsFarAsTheyWereRead)
 {
-    LogIn();
     const std::string one = Window(7, 2).U16(0).U16(3).U16(4).U16(1);
     const std::string oneSent = WindowItem(7, Border(0, 3) + Border(4, 1));
     const auto checkBorders = [this](const char* what, unsigned long count, const std::string& windows,
@@ -32,7 +31,6 @@ TEST_F(DisplayTest, BordersAreSentAsFarAsTheyWereRead)
 
 TEST_F(DisplayTest, ShortRecordsOfZoomAndSwitchesAreRefused)
 {
-    LogIn();
     EXPECT_EQ(Run(0x50002, Option(0x50014, std::string(39, '\0'))), "failure 20000002");
     EXPECT_EQ(Run(0x50001, Option(0x60012, std::string(35, '\0'))), "failure 20000002");
     EXPECT_TRUE(node.frames.empty());

@@ -14,7 +14,6 @@ using LayoutTest = WallCommandFixture;
 
 TEST_F(LayoutTest, ShortRecordsSendWhatWasReadOfThem)
 {
-    LogIn();
     const std::string nothing = Body(Elem("row", 0) + Elem("col", 0));
     const std::string empty = Body(Elem("td_channellist", ""));
     const std::string two = Layout(3, 4, 2, kTwo);
@@ -34,7 +33,6 @@ TEST_F(LayoutTest, ShortRecordsSendWhatWasReadOfThem)
 
 TEST_F(LayoutTest, TheAnswerHoldsTheScreensAsTheyStandInTheReply)
 {
-    LogIn();
     const auto get = [this](const std::string& body) { return Ask("GetWallLayout", "", body); };
     const auto answer = [](const std::string& bytes) { return "buffer " + Hex(bytes); };
     EXPECT_EQ(get("<row>2</row><td_channellist/>"), answer(Layout(2, 0, 1, ScreenRecord(0, "", 0, 0))))

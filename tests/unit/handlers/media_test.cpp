@@ -1,8 +1,8 @@
-#include "MediaFixture.h"
+#include "WallCommandFixture.h"
 
 namespace {
 
-using MediaTest = MediaFixture;
+using MediaTest = WallCommandFixture;
 
 // A window with one sub-window.
 std::string Window(unsigned long id, unsigned long mediaCount, const std::string& media)
@@ -17,7 +17,6 @@ std::string MediaItem(long id, const std::string& mediaInfo)
 
 TEST_F(MediaTest, SendsEveryStreamThatCouldBeReadWithItsCredentialsEnciphered)
 {
-    LogInWithMediaKey();
     const std::string full(85, 'p'); // all that the key takes; a longer text leaves its element empty
     const std::string media1 =
         StreamRecord(kGuidBytes, 5, kSourceUser, kSourcePassword) + StreamRecord(kNoGuid, 0, "", full);

@@ -1,13 +1,12 @@
-#include "MediaFixture.h"
+#include "WallCommandFixture.h"
 #include <tuple>
 
 namespace {
 
-using WallInfoTest = MediaFixture;
+using WallInfoTest = WallCommandFixture;
 
 TEST_F(WallInfoTest, TheRequestModeChoosesTheChannel)
 {
-    LogInWithMediaKey();
     const std::string zeroText = "{00000000-0000-0000-0000-000000000000}";
     const std::tuple<std::string, unsigned long, int, std::string> rows[] = {
         {kNoGuid, -1UL, 6, ""},      {kNoGuid, -1UL, 5, ""},         {kNoGuid, -2UL, 6, "-2"},
