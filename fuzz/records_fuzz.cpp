@@ -13,18 +13,9 @@
 
 namespace {
 
-template <class Record>
-std::vector<char> Encode(const Record& record)
-{
-    std::vector<char> bytes(record.GetLength());
-    char* data = bytes.data();
-    Require(record.GetData(data) == bytes.size());
-    return bytes;
-}
-
 // Through the base: one record's own SetData says nothing.
-template <class Record, class Reader>
-bool Decode(CTvwRecord<Record, Reader>& record, const std::vector<char>& bytes)
+template <class Record, class Reader, class Bytes>
+bool Decode(CTvwRecord<Record, Reader>& record, const Bytes& bytes)
 {
     return record.SetData(bytes.data(), static_cast<unsigned int>(bytes.size()));
 }
@@ -36,14 +27,16 @@ void Exercise(const std::vector<char>& payload)
 {
     Record record;
     const bool whole = Decode(record, payload);
-    const auto bytes = Encode(record);
+    std::string bytes = record.Encode();
+    char* data = bytes.data();
+    Require(record.GetData(data) == bytes.size());
     Require(!whole ||
             (bytes.size() <= payload.size() && std::equal(bytes.begin(), bytes.end(), payload.begin())));
     record.Dump();
     record.VerifyData();
-    const auto verified = Encode(record);
+    const std::string verified = record.Encode();
     Require(Decode(record, verified));
-    Require(Encode(record) == verified);
+    Require(record.Encode() == verified);
 }
 
 // A record without lists: read whole when there are bytes enough, else left as it was.

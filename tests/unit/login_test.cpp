@@ -31,18 +31,14 @@ protected:
     {
         return tdcrypto::RsaPriDecrypt(Element(LastRequest(), element), DecoderKeys().privateKey);
     }
-    std::string SuccessAnswer() const
-    {
-        const std::string id(reinterpret_cast<const char*>(&node.id), sizeof(node.id));
-        return "buffer " + Hex(Bytes().Text(id).U32(513).Zeros(112));
-    }
+    const std::string successAnswer = CommandSampleOf("ProcDoOptionCmd").Answer();
 };
 
 TEST_F(LoginTest, TwoExchangesBringKeysSessionAndTokenAndTheAnswerNamesTheNode)
 {
     ReplyToDooption();
     ReplyToDologin("0");
-    EXPECT_EQ(Login(), SuccessAnswer());
+    EXPECT_EQ(Login(), successAnswer);
 
     ASSERT_EQ(node.frames.size(), 2U);
     const auto header = [](const std::string& url, const std::string& request, const std::string& tail) {
@@ -118,7 +114,7 @@ TEST_F(LoginTest, WhatAReplyDoesNotNameIsKeptFromBefore)
     Login();
     ReplyWith(ReplyText("dooption", "%SEQ%"));
     ReplyWith(ReplyText("dologin", "%SEQ%"));
-    EXPECT_EQ(Login(), SuccessAnswer());
+    EXPECT_EQ(Login(), successAnswer);
     EXPECT_EQ(Element(LastRequest(), "session"), "S&lt;1");
     EXPECT_EQ(Element(LastRequest(), "token"), "T&lt;/K"); // even that of a refused login
     EXPECT_EQ(Deciphered("account"), "admin");
@@ -133,7 +129,7 @@ TEST_F(LoginTest, WrongPayloadLengthsAreReportedTwiceAndReadAsFarAsTheyGo)
 {
     ReplyToDooption();
     ReplyToDologin("0");
-    EXPECT_EQ(Login(LoginPayload("admin", "").substr(0, 39)), SuccessAnswer());
+    EXPECT_EQ(Login(LoginPayload("admin", "").substr(0, 39)), successAnswer);
     EXPECT_EQ(fake_host::CountAsserts(kSource, 549), 1);
     EXPECT_EQ(fake_host::CountAsserts(kSource, 594), 1);
     EXPECT_EQ(Deciphered("account"), "adm");
@@ -160,7 +156,7 @@ TEST_F(LoginTest, ALongSessionIdOrTokenIsADeviceErrorAndNothingOfItsReplyIsKept)
     EXPECT_EQ(Login(), "failure 20000002");
     ReplyWith(ReplyText("dooption", "%SEQ%"));
     ReplyWith(ReplyText("dologin", "%SEQ%", "0", Elem("token", most)));
-    EXPECT_EQ(Login(), SuccessAnswer());
+    EXPECT_EQ(Login(), successAnswer);
     EXPECT_EQ(Deciphered("account"), "admin");
     EXPECT_EQ(Element(LastRequest(), "session") + Element(LastRequest(), "token"), most);
     Run(0x50000, Option(0x50002, ""));

@@ -4,10 +4,27 @@
 #include "CommandSamples.h"
 #include "HostFunctions.h"
 #include "Session/Envelope.h"
-#include "SessionAccess.h"
 
 using namespace ORVA_NET_PROTOCOL;
 using namespace ORVA2_DECODER_TVW;
+
+// What the session keeps and none of its seams shows.
+class SessionAccess {
+public:
+    using Session = CNetProtocolProcTWDECODERDevImp;
+
+    static bool WaitProc(Session& session, unsigned int seq, unsigned int ms)
+    {
+        return session.WaitProc(seq, ms);
+    }
+    // The text of the last message, and the number of the last one that had any.
+    static std::string Stored(const Session& session)
+    {
+        EXPECT_EQ(session.m_BufReplayValidLen, session.m_BufValidLenReply);
+        return {session.m_pBufferReply, session.m_BufReplayValidLen};
+    }
+    static int LastNumber(const Session& session) { return session.m_recvCmdID; }
+};
 
 namespace {
 
