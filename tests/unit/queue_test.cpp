@@ -4,13 +4,8 @@
 
 #include "FakeCommand.h"
 #include "FakeHost.h"
-#include "FakeNode.h"
-#include "HostCalls.h"
-#include "LinkTexts.h"
 #include "NetProtocolProcDevice.h"
 #include "NetProtocolProcTWDECODERDev.h"
-#include "PluginExports.h"
-#include "Session/NetProtocolProcTWDECODERDevImp.h"
 
 namespace {
 
@@ -81,55 +76,6 @@ TEST(QueueTest, CommandsLeftInTheQueueAreReportedOnce)
     }
     EXPECT_EQ(fake_host::CountAsserts("NetProtocolProcDevice", 16), 1);
     EXPECT_EQ(command.references, 2); // dropped, not repaired
-}
-
-TEST(FacadeTest, IsRegisteredUnderTheDecoderTypeAndLivesThroughTheHostsCalls)
-{
-    fake_host::Reset();
-    fake_host::Get().registDevResult = 42;
-    fake_host::Get().registerNodeResult = 5;
-    fake_host::Get().startResult = -1; // is not the session's result
-    EXPECT_EQ(NET_DEV_DECODERDEVSDK_Initial(), 42);
-    EXPECT_EQ(fake_host::Get().registeredType, 513U);
-
-    std::unique_ptr<CNetProtocolProc> processor(fake_host::Get().created);
-    FakeNode node;
-    EXPECT_EQ(processor->Initial(&node, 7, 8, 9), 5);
-    fake_host::Get().onCall = [&](const fake_host::Call& call) {
-        if (call.name == "Start") { // bytes may come at once
-            Offer(*fake_host::Get().calls[0].observer, Frame(ReplyText("notifychannelstate", "1")), true);
-        }
-    };
-    EXPECT_EQ(processor->Start(nullptr, 0), 0);
-    EXPECT_EQ(node.notifications.size(), 1U);
-    EXPECT_FALSE(processor->IsWorking());
-    EXPECT_TRUE(processor->IsOnline());
-    unsigned long len = 0;
-    EXPECT_EQ(std::string(processor->GetBeatData(len), 8), std::string("1111\0\0\0\0", 8));
-    EXPECT_EQ(len, 8U);
-
-    FakeCommand commands[] = {FakeCommand(0x50006), FakeCommand(0x50006)};
-    for (FakeCommand& command : commands) {
-        command.onReference = [](const char* what) { fake_host::Get().calls.push_back({what, 7}); };
-        command.onAnswer = [] { fake_host::Get().calls.push_back({"answer", 7}); };
-        processor->AddOneCmd(&command, nullptr, 0);
-    }
-    processor->Stop(); // drains the queue
-    EXPECT_EQ(commands[0].Answer() + commands[1].Answer(), "failure 20000013failure 20000013");
-    processor->Quit();
-    NET_DEV_DECODERDEVSDK_Quit();
-
-    const auto& calls = fake_host::Get().calls;
-    std::string names;
-    for (const auto& call : calls) {
-        EXPECT_EQ(call.netCommunication, 7);
-        names += call.name + " ";
-    }
-    EXPECT_EQ(names, "RegisterNode Start take take answer give back answer give back Stop UnRegisterNode "
-                     "DestroyHNetCommunication ");
-    EXPECT_EQ(calls[0].observer, calls[0].context);
-    EXPECT_EQ(calls[0].a, 8);
-    EXPECT_EQ(calls[0].b, 9);
 }
 
 TEST(FacadeTest, StopAsksItsOwnProcDevCmdUntilTheQueueIsEmpty)
