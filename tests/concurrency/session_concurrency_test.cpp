@@ -26,7 +26,7 @@ using namespace ORVA_NET_PROTOCOL;
 namespace {
 
 // Hands every frame that is sent to the thread that plays the decoder.
-class QueueingNode final : public CNetNode {
+class QueueingNode final : public FakeNode {
 public:
     void DeliverCommand(unsigned int, CCmdProcParam* param) override
     {
@@ -41,9 +41,6 @@ public:
         sends.notify_all();
         return true;
     }
-    bool IsDropRecvData() override { return false; }
-    void Disconnect() override {}
-    GUID GetNodeID() const override { return {}; }
 
     // The next frame; "" once the node is closed.
     std::string Take()

@@ -9,9 +9,10 @@
 #include "CmdProcObject.h"
 
 // A host command that records its references and every answer it gets.
-class FakeCommand final : public CCmdProcObject {
+class FakeCommand : public CCmdProcObject {
 public:
     explicit FakeCommand(unsigned int cmdID, bool hasReply = true) : m_cmdID(cmdID), m_hasReply(hasReply) {}
+    virtual ~FakeCommand() = default;
 
     unsigned int GetRequestCommand() const override { return m_cmdID; }
     bool HasReply() const override { return m_hasReply; }

@@ -9,8 +9,10 @@
 #include "NetNode.h"
 
 // A host node that records what is sent and delivered, and fails on order. Not locked.
-class FakeNode final : public CNetNode {
+class FakeNode : public CNetNode {
 public:
+    virtual ~FakeNode() = default;
+
     struct Notification {
         unsigned int cmdID;
         unsigned int optType;

@@ -28,21 +28,11 @@ std::string InLists(std::string items, const std::vector<std::string>& lists)
 }
 
 // Takes the answer without a copy, which would be the host's.
-class MeasuredCommand final : public CCmdProcObject {
-public:
-    explicit MeasuredCommand(unsigned int cmdID) : m_cmdID(cmdID) {}
-
-    unsigned int GetRequestCommand() const override { return m_cmdID; }
-    bool HasReply() const override { return true; }
-    void AddReference(int) override {}
-    void DecReference(int) override {}
-    void ReplyRecord(const ORVA_NET_PROTOCOL::_kest_net_reply&) override {}
+struct MeasuredCommand : FakeCommand {
+    using FakeCommand::FakeCommand;
     void ReplyBuffer(const char*, unsigned long len) override { answerLen = len; }
 
     size_t answerLen = 0; // 0: a failure
-
-private:
-    unsigned int m_cmdID;
 };
 
 class ReplyLimitsTest : public SessionFixture {
