@@ -22,12 +22,8 @@ std::string Rect(long x, long y, long width, long height)
 // Two screens, of which the second one has no name.
 std::string Layout()
 {
-    return Bytes()
-        .U32(3)
-        .U32(0xFFFFFFFF)
-        .U32(2)
-        .Text(ScreenRecord(0xFFFFFFFF, "left", 1, 0x80000000))
-        .Text(ScreenRecord(8, "", 0, 2));
+    const std::string left = ScreenRecord(0xFFFFFFFF, "left", 1, 0x80000000);
+    return Bytes().U32(3).U32(0xFFFFFFFF).U32(2).Text(left + ScreenRecord(8, "", 0, 2));
 }
 
 std::string Coordinate(long x, long y) { return Elem("coordinate", Elem("xpos", x) + Elem("ypos", y)); }

@@ -80,12 +80,8 @@ TEST_F(HostileDecoderTest, AnAnnouncedGiantTakesNoMemoryBeforeItsBytesCome)
         SCOPED_TRACE(buffered);
         const std::string head = Bytes().Text("1111").U32(0xFFFFFFFF);
         const long taken = allocation_fault::TakenBytes();
-        unsigned int need = 0;
         for (const std::string& bytes : {head, head + std::string(1000, 'x')}) {
-            const auto len = static_cast<unsigned int>(bytes.size());
-            EXPECT_EQ(session.OnSocketRecvData(0, bytes.data(), len, buffered ? nullptr : &need, nullptr),
-                      buffered ? len : 0);
-            EXPECT_EQ(need, buffered ? 0 : 0xFFFFFFFF - (len - head.size()));
+            EXPECT_EQ(Offer(session, bytes, buffered), buffered ? bytes.size() : 0);
         }
         EXPECT_LT(allocation_fault::TakenBytes() - taken, 10000);
         EXPECT_TRUE(node.notifications.empty());

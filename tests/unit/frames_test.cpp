@@ -1,9 +1,10 @@
 #include <gtest/gtest.h>
 
+#include "FakeCommand.h"
 #include "FakeHost.h"
 #include "HostFunctions.h"
 #include "Link/NetPacketProcTWDecoderDev.h"
-#include "SessionFixture.h"
+#include "LinkTexts.h"
 #include <tuple>
 
 namespace {

@@ -1,4 +1,3 @@
-#include <ctime>
 #include <gtest/gtest.h>
 #include <string>
 #include <tuple>

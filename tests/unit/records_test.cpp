@@ -1,3 +1,4 @@
+#include <bit>
 #include <regex>
 #include <set>
 #include <tuple>
@@ -52,14 +53,11 @@ std::string LogicScreen(unsigned long id) { return Bytes().U32(id).U16(-1U).U16(
 
 std::string ScreenWindow(unsigned long id)
 {
-    constexpr unsigned long kFloats[] = {0x3F000000, 0x3FC00000, 0x40200000, 0x40600000};
-    return Bytes()
-        .U32(id)
-        .U32(kFloats[0])
-        .U32(kFloats[1])
-        .U32(kFloats[2])
-        .U32(kFloats[3])
-        .Text("twenty bytes of more");
+    Bytes window = Bytes().U32(id);
+    for (const float corner : {0.5F, 1.5F, 2.5F, 3.5F}) {
+        window.U32(std::bit_cast<uint32_t>(corner));
+    }
+    return window.Text("twenty bytes of more");
 }
 const std::string kCorners = " SX1=0.500000 SY1:1.500000 SX2:2.500000 SY2:3.500000 ";
 

@@ -2,7 +2,6 @@
 #include <tuple>
 
 #include "CommandSamples.h"
-#include "HostFunctions.h"
 #include "Session/Envelope.h"
 
 using namespace ORVA_NET_PROTOCOL;

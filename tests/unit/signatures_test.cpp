@@ -2,8 +2,6 @@
 // the file compiles, or something has changed that must not. Whether an operation is const, static or
 // noexcept is free.
 
-#include <pthread.h>
-#include <semaphore.h>
 #include <type_traits>
 
 #include "CmdProcParam.h"

@@ -1,7 +1,6 @@
 // What the platform layer asks of the system, call by call, and what it makes of the results.
 
 #include <cerrno>
-#include <cstring>
 #include <ctime>
 #include <fcntl.h>
 #include <functional>
