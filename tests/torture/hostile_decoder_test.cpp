@@ -2,13 +2,10 @@
 
 #include "AllocationFault.h"
 #include "Base64Coder.h"
-#include "SessionFixture.h"
+#include "WallCommandFixture.h"
 #include <tuple>
 
 namespace {
-
-constexpr unsigned int kGetConfig = 0x50000;
-constexpr unsigned int kBasicConfig = 0x50002;
 
 // Attributes of different names, whose values look like other things.
 std::string Attributes(int n)
@@ -20,15 +17,12 @@ std::string Attributes(int n)
     return all;
 }
 
-class HostileDecoderTest : public SessionFixture {
+class HostileDecoderTest : public WallCommandFixture {
 protected:
-    HostileDecoderTest() { LogIn(); }
-
     // The device name that the host gets for this body, or the failure.
     std::string NameFrom(const std::string& body)
     {
-        ReplyWith(ReplyText("getbasicconfig", "%SEQ%", "0", "", body));
-        const std::string answer = Run(kGetConfig, Option(kBasicConfig, ""));
+        const std::string answer = Ask("GetBasicCfg", "", body);
         constexpr size_t kBeforeName = 7 + 2 * (16 + 24); // "buffer ", head and record in hexadecimal
         return answer.starts_with("buffer") ? answer.substr(kBeforeName) : answer;
     }
