@@ -102,12 +102,15 @@ void CNetProtocolProcTWDECODERDevImp::ProcDoOptionCmd(CCmdProcObject* cmd, char*
         return;
     }
     const CDeviceReply& reply = Reply();
-    const bool bSession = TakeSessionText(m_replyMessage.s_sessionId, reply, "td_command/td_header/session");
+    if (!TakeSessionText(m_replyMessage.s_sessionId, reply, "td_command/td_header/session")) {
+        DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
+        return;
+    }
     TakeKey(m_replyMessage.s_pubkey1, reply, "td_command/td_body/pubkey1");
     TakeKey(m_replyMessage.s_pubkey2, reply, "td_command/td_body/pubkey2");
     const unsigned int nErrorCode = reply.ErrorCode();
     CloseReply(); // makes room for the second request
-    if (nErrorCode != 0 || !bSession) {
+    if (nErrorCode != 0) {
         DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
         return;
     }
