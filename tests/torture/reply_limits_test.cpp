@@ -76,6 +76,13 @@ TEST_F(ReplyLimitsTest, TheLargestRepliesStayBelowTheirBound)
     }
 }
 
+TEST_F(ReplyLimitsTest, AnotherMessageThatIsKeptCountsToo)
+{
+    const std::string body = Elem("devicename", std::string(44000000, 'x'));
+    node.onSend = [this] { Receive(Frame(ReplyText("", "1", "0", "", std::string(4000000, 'x')))); };
+    EXPECT_EQ(Ask("GetBasicCfg", body), 0U);
+}
+
 TEST_F(ReplyLimitsTest, WhatFollowsAZeroByteIsReceivedButNotParsed)
 {
     const std::string name = Elem("devicename", "n");

@@ -91,6 +91,11 @@ TEST_F(CryptoTest, Base64IsOneLineAndComesBack)
                   bytes + std::string(exact.size() - decodedLen, '\0'));
         std::free(decodedBytes);
     }
+    std::string kept = "kept";
+    for (const char* bad : {"A", "AA", "AAA", "A===", "====", "AA=A", "AA\n=", "AAA AAAA", "AA==AAAA"}) {
+        EXPECT_FALSE(CBase64Coder::Decode(bad, kept)) << bad;
+    }
+    EXPECT_EQ(kept, "kept");
 }
 
 TEST_F(CryptoTest, WhatThePublicKeyEnciphersThePrivateKeyReads)

@@ -152,6 +152,9 @@ TEST_F(LoginTest, ALongSessionIdOrTokenIsADeviceErrorAndNothingOfItsReplyIsKept)
     ReplyWith(ReplyText("dologin", "%SEQ%", "0", Elem("token", most + "s")));
     EXPECT_EQ(Login(), "failure 20000002");
     EXPECT_EQ(Run(0x50006, ""), "failure 20000013");
+    ReplyWith(ReplyText("dooption", "%SEQ%"));
+    ReplyWith(ReplyText("dologin", "%SEQ%", "103", Elem("token", most + "s")));
+    EXPECT_EQ(Login(), "failure 20000024") << "a refusal has its own code";
     ReplyWith(ReplyText("dooption", "%SEQ%", "0", Elem("session", most + "s"), Elem("pubkey1", "other")));
     EXPECT_EQ(Login(), "failure 20000002");
     ReplyWith(ReplyText("dooption", "%SEQ%"));

@@ -155,6 +155,10 @@ TEST(Markup, ReportsWhatIsWrongAndKeepsWhatItRecognises)
         {"</a>", "No start tag for end tag 'a' at offset 0, No root element", ""},
         {"<a/><!DOCTYPE [", "Doctype at offset 4 unterminated", "a"},
         {"<a/><b c='>", "Element tag at offset 4 unterminated", "a"},
+        {"<a><a><c></b></a><d></a>",
+         "No start tag for end tag 'b' at offset 9, End tag 'a' at offset 13 does not match start tag 'c' at "
+         "offset 6, End tag 'a' at offset 20 does not match start tag 'd' at offset 17",
+         "a[a[c] d]"},
         {"<a/><", "Element tag at offset 4 unterminated", "a"},
         {"<a><b//></a>", "Incorrect Element tag at offset 3", "a"},
         {"<a></a <b/>", "Element end tag at offset 3 unterminated, Element 'a' at offset 0 not ended",
