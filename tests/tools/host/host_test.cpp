@@ -96,6 +96,8 @@ std::string CodeTold(const char* story)
             Receive(*watch, Frame("") + std::string(64, 'h') + Message(url, seq, step.substr(equals + 1)), 5);
         }
     }
+    command->AddReference(2);
+    command->DecReference(2); // the plug-in is done with it
     const auto code = command->LastExchange().deviceCode;
     return code ? std::to_string(*code) : "none";
 }
