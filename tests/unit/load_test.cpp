@@ -17,13 +17,13 @@ void OneRound()
 {
     void* library = dlopen(TVWALL_PLUGIN_PATH, RTLD_NOW | RTLD_LOCAL);
     ASSERT_NE(library, nullptr) << dlerror();
-    const auto Initial = reinterpret_cast<int (*)()>(dlsym(library, "NET_DEV_DECODERDEVSDK_Initial"));
-    const auto Quit = reinterpret_cast<void (*)()>(dlsym(library, "NET_DEV_DECODERDEVSDK_Quit"));
-    ASSERT_TRUE(Initial != nullptr && Quit != nullptr);
+    const auto initial = reinterpret_cast<int (*)()>(dlsym(library, "NET_DEV_DECODERDEVSDK_Initial"));
+    const auto quit = reinterpret_cast<void (*)()>(dlsym(library, "NET_DEV_DECODERDEVSDK_Quit"));
+    ASSERT_TRUE(initial != nullptr && quit != nullptr);
 
     auto& host = fake_host::Get();
     host.calls.clear();
-    EXPECT_EQ(Initial(), 42);
+    EXPECT_EQ(initial(), 42);
     EXPECT_EQ(host.registeredType, 513U);
 
     std::unique_ptr<CNetProtocolProc> processor(host.created);
@@ -52,7 +52,7 @@ void OneRound()
     EXPECT_EQ(commands[0].Answer() + commands[1].Answer(), "failure 20000013failure 20000013");
     processor->Quit();
     processor.reset();
-    Quit();
+    quit();
     EXPECT_EQ(dlclose(library), 0);
 
     std::string names;
