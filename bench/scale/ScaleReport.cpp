@@ -219,37 +219,37 @@ Json ToJson(const ScaleOptions& options, const ScaleResult& result)
 void PrintTable(std::ostream& out, const Json& report)
 {
     out << std::fixed << std::setprecision(1);
-    const auto Row = [&out](const char* name, auto value, const char* unit) {
+    const auto row = [&out](const char* name, auto value, const char* unit) {
         out << "  " << std::left << std::setw(44) << name << std::right << std::setw(12) << value << ' '
             << unit << '\n';
     };
-    const auto KiB = [](const Json& bytes) { return bytes.get<double>() / 1024; };
-    const auto Milliseconds = [](const Json& microseconds) { return microseconds.get<double>() / 1000; };
+    const auto inKiB = [](const Json& bytes) { return bytes.get<double>() / 1024; };
+    const auto inMilliseconds = [](const Json& microseconds) { return microseconds.get<double>() / 1000; };
     const Json& commands = report["commands"];
     const Json& latency = report["latency_us"];
-    Row("decoders", report["decoders"].get<uint32_t>(), "");
-    Row("all logged in after", report["login_seconds"].get<double>(), "s");
-    Row("load", report["load_seconds"].get<double>(), "s");
-    Row("commands answered", commands["answered"].get<uint64_t>(), "");
-    Row("  of these refused by the decoder", commands["refused"].get<uint64_t>(), "");
-    Row("answers lost", commands["lost"].get<uint64_t>(), "");
-    Row("answers twice", commands["doubled"].get<uint64_t>(), "");
-    Row("answers of another command", commands["foreign"].get<uint64_t>(), "");
-    Row("commands without a reply in time", commands["timed_out"].get<uint64_t>(), "");
-    Row("notifications", report["notifications"].get<uint64_t>(), "");
-    Row("latency beyond the polling step, p50", Milliseconds(latency["p50"]), "ms");
-    Row("latency beyond the polling step, p99", Milliseconds(latency["p99"]), "ms");
-    Row("processor time of the host a command", report["processor_us_per_command"].get<double>(), "us");
-    Row("threads of the plug-in", report["plugin_threads"].get<long>(), "");
-    Row("session: heap when created", KiB(report["session_heap"]["created"]), "KiB");
-    Row("session: heap after the load", KiB(report["session_heap"]["after_load"]), "KiB");
-    Row("session: resident memory in all", KiB(report["session_resident"]), "KiB");
-    Row("  of these stack of the worker", KiB(report["session_stack"]), "KiB");
-    Row("host's own part a decoder: heap", KiB(report["host_heap"]), "KiB");
-    Row("  and held by it after the load", KiB(report["host_heap_gained"]), "KiB");
-    Row("host's own part a decoder: resident", KiB(report["host_resident"]), "KiB");
-    Row("  of these stack of the worker", KiB(report["host_stack"]), "KiB");
-    Row("heap left when all is gone, in all", KiB(report["left_heap"]), "KiB");
+    row("decoders", report["decoders"].get<uint32_t>(), "");
+    row("all logged in after", report["login_seconds"].get<double>(), "s");
+    row("load", report["load_seconds"].get<double>(), "s");
+    row("commands answered", commands["answered"].get<uint64_t>(), "");
+    row("  of which refused by the decoder", commands["refused"].get<uint64_t>(), "");
+    row("answers lost", commands["lost"].get<uint64_t>(), "");
+    row("answers doubled", commands["doubled"].get<uint64_t>(), "");
+    row("answers of another command", commands["foreign"].get<uint64_t>(), "");
+    row("commands without a reply in time", commands["timed_out"].get<uint64_t>(), "");
+    row("notifications", report["notifications"].get<uint64_t>(), "");
+    row("latency beyond the polling step, p50", inMilliseconds(latency["p50"]), "ms");
+    row("latency beyond the polling step, p99", inMilliseconds(latency["p99"]), "ms");
+    row("processor time of the host per command", report["processor_us_per_command"].get<double>(), "us");
+    row("threads started by the plug-in", report["plugin_threads"].get<long>(), "");
+    row("session: heap when created", inKiB(report["session_heap"]["created"]), "KiB");
+    row("session: heap after the load", inKiB(report["session_heap"]["after_load"]), "KiB");
+    row("session: resident in total", inKiB(report["session_resident"]), "KiB");
+    row("  of which worker's stack", inKiB(report["session_stack"]), "KiB");
+    row("host per decoder: heap", inKiB(report["host_heap"]), "KiB");
+    row("  held in addition after the load", inKiB(report["host_heap_gained"]), "KiB");
+    row("host per decoder: resident", inKiB(report["host_resident"]), "KiB");
+    row("  of which worker's stack", inKiB(report["host_stack"]), "KiB");
+    row("heap left when all is gone, in total", inKiB(report["left_heap"]), "KiB");
 }
 
 } // namespace scale

@@ -218,7 +218,7 @@ TEST_F(Loopback, KeepsTheUnconsumedTailUntilEnoughHasCome)
     connection->Start(1);
     // Between two tasks the receive thread looks at its sockets: after some of them it has read what was
     // written.
-    const auto Read = [&](std::size_t callCount) {
+    const auto read = [&](std::size_t callCount) {
         Calls calls;
         for (int task = 0; task < 3 || (calls.size() < callCount && task < 1'000'000); ++task) {
             calls = asio::post(m_thread.Context(), asio::use_future([&] { return recorder.calls; })).get();
@@ -226,11 +226,11 @@ TEST_F(Loopback, KeepsTheUnconsumedTailUntilEnoughHasCome)
         return calls;
     };
     Write("a.b");
-    EXPECT_EQ(Read(1), Calls{"a.b"});
+    EXPECT_EQ(read(1), Calls{"a.b"});
     Write("c");
-    EXPECT_EQ(Read(1), Calls{"a.b"});
+    EXPECT_EQ(read(1), Calls{"a.b"});
     Write("d.");
-    EXPECT_EQ(Read(2), (Calls{"a.b", "bcd."}));
+    EXPECT_EQ(read(2), (Calls{"a.b", "bcd."}));
     connection->ClearObserver();
     connection->Close();
 }
