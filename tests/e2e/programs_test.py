@@ -18,7 +18,7 @@ import unittest
 import jsonschema
 
 HOST, DECODER, PLUGIN = sys.argv[1:4]
-PATIENCE = 60  # seconds
+PATIENCE = 200  # seconds; on a busy machine
 SCRIPT = """# a wall
 window create 1 0 0 960 540 --mode 4 --osd 11,12,13,14
 window create 2 960 0 960 540  3 0 540 400 300
@@ -218,7 +218,7 @@ class Programs(unittest.TestCase):
             self.fail_in_one_line(4, "--answer-timeout", "0.5", "layout", "set", "1", "1", told=": no reply in 0.")
         self.start_decoder("cut-after=3")
         self.fail_in_one_line(3, "layout", "set", "1", "1", told="layout set 1 1: link lost, the decoder closed the connection")
-        self.assertEqual(self.run_host(3, "--json", "layout", "set", "1", "1")[-1]["answer"], "none")
+        self.assertEqual(self.run_host(3, "--json", "layout", "set", "1", "1")[-1]["result"], "lost")
         self.assertEqual(self.errors(), "")
         self.start_decoder("error=52@dologin")
         self.fail_in_one_line(5, *codes, "login", told="no answer; the decoder's code is 52, wrong token\n")
