@@ -17,11 +17,11 @@
 class BenchNode final : public CNetNode {
 public:
     void DeliverCommand(unsigned int, CCmdProcParam*) override {}
-    bool SendData(const void* pData, unsigned long nLen) override
+    bool SendData(const void* data, unsigned long len) override
     {
-        constexpr unsigned long ENVELOPE_LEN = 300;
-        envelope.assign(static_cast<const char*>(pData), std::min(nLen, ENVELOPE_LEN));
-        nRequestLen = nLen;
+        constexpr unsigned long kEnvelopeLen = 300;
+        envelope.assign(static_cast<const char*>(data), std::min(len, kEnvelopeLen));
+        requestLen = len;
         return true;
     }
     bool IsDropRecvData() override { return false; }
@@ -29,31 +29,31 @@ public:
     GUID GetNodeID() const override { return {}; }
 
     std::string envelope; // of the last request
-    unsigned long nRequestLen = 0;
+    unsigned long requestLen = 0;
 };
 
 // Takes the answer without copying it.
 class BenchCommand final : public CCmdProcObject {
 public:
-    explicit BenchCommand(unsigned int nCmdID) : m_nCmdID(nCmdID) {}
+    explicit BenchCommand(unsigned int cmdID) : m_cmdID(cmdID) {}
 
-    unsigned int GetRequestCommand() const override { return m_nCmdID; }
+    unsigned int GetRequestCommand() const override { return m_cmdID; }
     bool HasReply() const override { return true; }
     void AddReference(int) override {}
     void DecReference(int) override {}
     void ReplyRecord(const ORVA_NET_PROTOCOL::_kest_net_reply&) override {}
-    void ReplyBuffer(const char* pData, unsigned long nLen) override
+    void ReplyBuffer(const char* data, unsigned long len) override
     {
-        benchmark::DoNotOptimize(pData);
-        bSucceeded = true;
-        nAnswerLen = nLen;
+        benchmark::DoNotOptimize(data);
+        succeeded = true;
+        answerLen = len;
     }
 
-    bool bSucceeded = false;
-    size_t nAnswerLen = 0;
+    bool succeeded = false;
+    size_t answerLen = 0;
 
 private:
-    unsigned int m_nCmdID;
+    unsigned int m_cmdID;
 };
 
 // A logged-in session whose decoder gives every request, the login included, the same reply at the first
@@ -61,7 +61,7 @@ private:
 class BenchSession {
 public:
     explicit BenchSession(const std::string& body)
-        : m_text(ReplyText("dologin", std::string(SEQ_WIDTH, '0'), "0", "", body))
+        : m_text(ReplyText("dologin", std::string(kSeqWidth, '0'), "0", "", body))
     {
         fake_host::SetLogRecording(false);
         m_session.Start(&m_node, nullptr, 0);
@@ -74,33 +74,33 @@ public:
     BenchSession& operator=(const BenchSession&) = delete;
 
     // Returns the seconds until the reply has been received.
-    double Run(unsigned int nCmdID, std::string& payload)
+    double Run(unsigned int cmdID, std::string& payload)
     {
         const double start = ThreadSeconds();
-        BenchCommand command(nCmdID);
+        BenchCommand command(cmdID);
         m_session.ProcOneCommand(&command, reinterpret_cast<unsigned char*>(payload.data()),
                                  static_cast<unsigned int>(payload.size()));
-        m_bSucceeded = command.bSucceeded;
-        m_nAnswerLen = command.nAnswerLen;
+        m_succeeded = command.succeeded;
+        m_answerLen = command.answerLen;
         return m_received - start;
     }
 
     // Of the last command.
-    bool Succeeded() const { return m_bSucceeded; }
-    size_t RequestLen() const { return m_node.nRequestLen; }
-    size_t AnswerLen() const { return m_nAnswerLen; }
+    bool Succeeded() const { return m_succeeded; }
+    size_t RequestLen() const { return m_node.requestLen; }
+    size_t AnswerLen() const { return m_answerLen; }
     const std::string& ReplySent() const { return m_text; }
 
 private:
-    static constexpr size_t SEQ_WIDTH = 10; // of the longest number, so that all replies have the same length
+    static constexpr size_t kSeqWidth = 10; // of the longest number, so that all replies have the same length
 
     void Reply()
     {
         const std::string seq = Element(m_node.envelope, "seq");
         m_text.replace(m_text.find("</seq>") - seq.size(), seq.size(), seq);
         const std::string frame = Frame(m_text);
-        unsigned int nNeed = 0;
-        m_session.OnSocketRecvData(0, frame.data(), static_cast<unsigned int>(frame.size()), &nNeed, nullptr);
+        unsigned int need = 0;
+        m_session.OnSocketRecvData(0, frame.data(), static_cast<unsigned int>(frame.size()), &need, nullptr);
         m_received = ThreadSeconds();
     }
 
@@ -108,6 +108,6 @@ private:
     BenchNode m_node;
     CNetProtocolProcTWDECODERDevImp m_session;
     double m_received = 0;
-    bool m_bSucceeded = false;
-    size_t m_nAnswerLen = 0;
+    bool m_succeeded = false;
+    size_t m_answerLen = 0;
 };

@@ -17,9 +17,9 @@ inline double ThreadSeconds()
 // work's, the counter the work's time divided by the yardstick's. Seconds returned by the work are not
 // counted.
 template <class Work, class Yardstick>
-void RunRatio(benchmark::State& state, const char* szCounter, Work work, Yardstick yardstick)
+void RunRatio(benchmark::State& state, const char* counter, Work work, Yardstick yardstick)
 {
-    const auto Seconds = [](auto run) {
+    const auto seconds = [](auto run) {
         const double start = ThreadSeconds();
         double uncounted = 0;
         if constexpr (std::is_void_v<decltype(run())>) {
@@ -32,10 +32,10 @@ void RunRatio(benchmark::State& state, const char* szCounter, Work work, Yardsti
     double workTime = 0;
     double yardstickTime = 0;
     for ([[maybe_unused]] auto _ : state) {
-        const double elapsed = Seconds(work);
+        const double elapsed = seconds(work);
         workTime += elapsed;
-        yardstickTime += Seconds(yardstick);
+        yardstickTime += seconds(yardstick);
         state.SetIterationTime(elapsed);
     }
-    state.counters[szCounter] = workTime / yardstickTime;
+    state.counters[counter] = workTime / yardstickTime;
 }

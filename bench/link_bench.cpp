@@ -21,23 +21,23 @@ unsigned int CountPayload(tagNET_PACKETTYPE, const char*, unsigned long len, voi
 
 void ParseInPlace(benchmark::State& state)
 {
-    const auto nFrameLen = static_cast<size_t>(state.range(0));
-    constexpr size_t STREAM_LEN = 1 << 20;
+    const auto frameLen = static_cast<size_t>(state.range(0));
+    constexpr size_t kStreamLen = 1 << 20;
     std::string stream;
-    while (stream.size() < STREAM_LEN) {
-        stream += Frame(std::string(nFrameLen - 8, 'x'));
+    while (stream.size() < kStreamLen) {
+        stream += Frame(std::string(frameLen - 8, 'x'));
     }
     std::string copy(stream.size(), '\0');
-    unsigned long nPayload = 0;
+    unsigned long payload = 0;
     CNetPacketProcTWDECODERDev parser;
-    parser.Initial(&CountPayload, &nPayload);
+    parser.Initial(&CountPayload, &payload);
     RunRatio(
         state, "vs_copy",
         [&] {
-            unsigned int nConsumed = 0;
-            unsigned int nNeed = 0;
-            parser.RecvProc(stream.data(), stream.size(), nConsumed, &nNeed);
-            benchmark::DoNotOptimize(nPayload);
+            unsigned int consumed = 0;
+            unsigned int need = 0;
+            parser.RecvProc(stream.data(), stream.size(), consumed, &need);
+            benchmark::DoNotOptimize(payload);
         },
         [&] {
             memcpy(copy.data(), stream.data(), stream.size());

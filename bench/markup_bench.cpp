@@ -16,21 +16,21 @@
 
 namespace {
 
-size_t g_nAllocated = 0; // bytes, by operator new, which pugixml and tinyxml2 do not use
+size_t g_allocated = 0; // bytes, by operator new, which pugixml and tinyxml2 do not use
 
 } // namespace
 
 // Not inlined, or the compiler warns about a mismatched pair.
-[[gnu::noinline]] void* operator new(std::size_t nSize)
+[[gnu::noinline]] void* operator new(std::size_t size)
 {
-    g_nAllocated += nSize;
-    if (void* pBytes = std::malloc(nSize)) {
-        return pBytes;
+    g_allocated += size;
+    if (void* bytes = std::malloc(size)) {
+        return bytes;
     }
     throw std::bad_alloc();
 }
-[[gnu::noinline]] void operator delete(void* pBytes) noexcept { std::free(pBytes); }
-[[gnu::noinline]] void operator delete(void* pBytes, std::size_t) noexcept { std::free(pBytes); }
+[[gnu::noinline]] void operator delete(void* bytes) noexcept { std::free(bytes); }
+[[gnu::noinline]] void operator delete(void* bytes, std::size_t) noexcept { std::free(bytes); }
 
 namespace {
 
@@ -39,7 +39,7 @@ constexpr unsigned int kSmallWall = 16;
 
 // Elements of a request: the header and body, and for each window its item, six values, two lists and the
 // sub-windows.
-constexpr double Elems(unsigned int nWindows) { return 11 + nWindows * (9.0 + 3 * kSubWindows); }
+constexpr double Elems(unsigned int windows) { return 11 + windows * (9.0 + 3 * kSubWindows); }
 
 class RequestSink {
 public:
@@ -47,16 +47,16 @@ public:
         : m_request(session), m_doc(m_request.Doc())
     {
     }
-    void Open(const char* szName)
+    void Open(const char* name)
     {
-        m_doc.AddElem(szName);
+        m_doc.AddElem(name);
         m_doc.IntoElem();
     }
     void Close() { m_doc.OutOfElem(); }
     template <class Value>
-    void Leaf(const char* szName, Value value)
+    void Leaf(const char* name, Value value)
     {
-        m_doc.AddElem(szName, value);
+        m_doc.AddElem(name, value);
     }
     const std::string& Text() { return m_doc.GetDoc(); }
 
@@ -73,54 +73,54 @@ private:
 
 class StringWriter : public pugi::xml_writer {
 public:
-    explicit StringWriter(std::string& strText) : m_strText(strText) {}
-    void write(const void* pData, size_t nSize) override
+    explicit StringWriter(std::string& text) : m_text(text) {}
+    void write(const void* data, size_t size) override
     {
-        m_strText.append(static_cast<const char*>(pData), nSize);
+        m_text.append(static_cast<const char*>(data), size);
     }
 
 private:
-    std::string& m_strText;
+    std::string& m_text;
 };
 
-template <unsigned int nFormat>
+template <unsigned int format>
 class PugiSink {
 public:
-    void Open(const char* szName) { m_current = m_current.append_child(szName); }
+    void Open(const char* name) { m_current = m_current.append_child(name); }
     void Close() { m_current = m_current.parent(); }
     template <class Value>
-    void Leaf(const char* szName, Value value)
+    void Leaf(const char* name, Value value)
     {
-        m_current.append_child(szName).text().set(value);
+        m_current.append_child(name).text().set(value);
     }
     const std::string& Text()
     {
-        StringWriter writer(m_strText);
-        m_doc.save(writer, "\t", nFormat | pugi::format_no_declaration);
-        return m_strText;
+        StringWriter writer(m_text);
+        m_doc.save(writer, "\t", format | pugi::format_no_declaration);
+        return m_text;
     }
 
 private:
     pugi::xml_document m_doc;
     pugi::xml_node m_current = m_doc;
-    std::string m_strText;
+    std::string m_text;
 };
 
 class TinySink {
 public:
-    void Open(const char* szName)
+    void Open(const char* name)
     {
-        auto* pElem = m_doc.NewElement(szName);
-        m_pCurrent->InsertEndChild(pElem);
-        m_pCurrent = pElem;
+        auto* elem = m_doc.NewElement(name);
+        m_current->InsertEndChild(elem);
+        m_current = elem;
     }
-    void Close() { m_pCurrent = m_pCurrent->Parent(); }
+    void Close() { m_current = m_current->Parent(); }
     template <class Value>
-    void Leaf(const char* szName, Value value)
+    void Leaf(const char* name, Value value)
     {
-        auto* pElem = m_doc.NewElement(szName);
-        pElem->SetText(value);
-        m_pCurrent->InsertEndChild(pElem);
+        auto* elem = m_doc.NewElement(name);
+        elem->SetText(value);
+        m_current->InsertEndChild(elem);
     }
     std::string Text()
     {
@@ -130,18 +130,18 @@ public:
 
 private:
     tinyxml2::XMLDocument m_doc;
-    tinyxml2::XMLNode* m_pCurrent = &m_doc;
+    tinyxml2::XMLNode* m_current = &m_doc;
     tinyxml2::XMLPrinter m_printer{nullptr, true};
 };
 
 template <class Sink>
-void WriteWindow(Sink& sink, unsigned int nID)
+void WriteWindow(Sink& sink, unsigned int id)
 {
     sink.Open("item");
-    sink.Leaf("id", nID);
+    sink.Leaf("id", id);
     sink.Open("rect");
-    sink.Leaf("xpos", nID * 37U);
-    sink.Leaf("ypos", nID * 11U);
+    sink.Leaf("xpos", id * 37U);
+    sink.Leaf("ypos", id * 11U);
     sink.Leaf("width", 1920U);
     sink.Leaf("height", 1080U);
     sink.Close();
@@ -150,7 +150,7 @@ void WriteWindow(Sink& sink, unsigned int nID)
     for (unsigned int n = 0; n < kSubWindows; ++n) {
         sink.Open("item");
         sink.Leaf("index", n);
-        sink.Leaf("osdid", nID * kSubWindows + n);
+        sink.Leaf("osdid", id * kSubWindows + n);
         sink.Close();
     }
     sink.Close();
@@ -158,7 +158,7 @@ void WriteWindow(Sink& sink, unsigned int nID)
 }
 
 template <class Sink>
-void WriteRequest(Sink& sink, unsigned int nWindows)
+void WriteRequest(Sink& sink, unsigned int windows)
 {
     sink.Open("td_command");
     sink.Open("td_header");
@@ -172,8 +172,8 @@ void WriteRequest(Sink& sink, unsigned int nWindows)
     sink.Close();
     sink.Open("td_body");
     sink.Open("td_windowlist");
-    for (unsigned int nID = 1; nID <= nWindows; ++nID) {
-        WriteWindow(sink, nID);
+    for (unsigned int id = 1; id <= windows; ++id) {
+        WriteWindow(sink, id);
     }
     sink.Close();
     sink.Close();
@@ -181,21 +181,21 @@ void WriteRequest(Sink& sink, unsigned int nWindows)
 }
 
 template <class Sink>
-std::string Compose(unsigned int nWindows)
+std::string Compose(unsigned int windows)
 {
     Sink sink;
-    WriteRequest(sink, nWindows);
+    WriteRequest(sink, windows);
     return sink.Text();
 }
 
 // From an empty document to its text, including destruction of both.
 template <class Sink>
-double ComposeSeconds(unsigned int nWindows)
+double ComposeSeconds(unsigned int windows)
 {
     const double start = ThreadSeconds();
     {
         Sink sink;
-        WriteRequest(sink, nWindows);
+        WriteRequest(sink, windows);
         benchmark::DoNotOptimize(sink.Text().size());
     }
     return ThreadSeconds() - start;
@@ -210,63 +210,63 @@ double Median(std::vector<double> values)
 
 // Median of at least five runs and 20 ms.
 template <class Sink>
-double TypicalSeconds(unsigned int nWindows)
+double TypicalSeconds(unsigned int windows)
 {
     std::vector<double> seconds;
     for (double total = 0; seconds.size() < 5 || total < 0.02; total += seconds.back()) {
-        seconds.push_back(ComposeSeconds<Sink>(nWindows));
+        seconds.push_back(ComposeSeconds<Sink>(windows));
     }
     return Median(seconds);
 }
 
 // Compares one library or size with another. The two are measured in turn, as a machine's speed changes.
 template <class Sink, class OtherSink>
-double Ratio(unsigned int nWindows, unsigned int nOtherWindows)
+double Ratio(unsigned int windows, unsigned int otherWindows)
 {
     std::vector<double> ratios;
     for (int n = 0; n < 7; ++n) {
-        ratios.push_back(TypicalSeconds<Sink>(nWindows) / TypicalSeconds<OtherSink>(nOtherWindows));
+        ratios.push_back(TypicalSeconds<Sink>(windows) / TypicalSeconds<OtherSink>(otherWindows));
     }
     return Median(ratios);
 }
 
 // Bytes allocated for each byte of a request's text.
-double AllocatedPerByte(CNetProtocolProcTWDECODERDevImp& session, unsigned int nWindows)
+double AllocatedPerByte(CNetProtocolProcTWDECODERDevImp& session, unsigned int windows)
 {
-    const size_t nBefore = g_nAllocated;
+    const size_t before = g_allocated;
     RequestSink sink(session);
-    WriteRequest(sink, nWindows);
-    return static_cast<double>(g_nAllocated - nBefore) / static_cast<double>(sink.Text().size());
+    WriteRequest(sink, windows);
+    return static_cast<double>(g_allocated - before) / static_cast<double>(sink.Text().size());
 }
 
-bool ComposesSameTree(unsigned int nWindows)
+bool ComposesSameTree(unsigned int windows)
 {
-    std::string strText = Compose<RequestSink>(nWindows);
-    std::erase_if(strText, [](char c) { return c == '\r' || c == '\n'; });
-    return strText == Compose<PugiSink<pugi::format_raw>>(nWindows) && strText == Compose<TinySink>(nWindows);
+    std::string text = Compose<RequestSink>(windows);
+    std::erase_if(text, [](char c) { return c == '\r' || c == '\n'; });
+    return text == Compose<PugiSink<pugi::format_raw>>(windows) && text == Compose<TinySink>(windows);
 }
 
 void ComposeCreateWindow(benchmark::State& state)
 {
-    const auto nWindows = static_cast<unsigned int>(state.range(0));
-    if (!ComposesSameTree(nWindows)) {
+    const auto windows = static_cast<unsigned int>(state.range(0));
+    if (!ComposesSameTree(windows)) {
         state.SkipWithError("the libraries compose different trees");
         return;
     }
     for (auto _ : state) {
-        state.SetIterationTime(ComposeSeconds<RequestSink>(nWindows));
+        state.SetIterationTime(ComposeSeconds<RequestSink>(windows));
     }
-    const double dVsRaw = Ratio<RequestSink, PugiSink<pugi::format_raw>>(nWindows, nWindows);
-    const double dVsIndented = Ratio<RequestSink, PugiSink<pugi::format_default>>(nWindows, nWindows);
-    state.counters["vs_pugixml"] = std::max(dVsRaw, dVsIndented);
-    state.counters["vs_tinyxml2"] = Ratio<RequestSink, TinySink>(nWindows, nWindows);
+    const double vsRaw = Ratio<RequestSink, PugiSink<pugi::format_raw>>(windows, windows);
+    const double vsIndented = Ratio<RequestSink, PugiSink<pugi::format_default>>(windows, windows);
+    state.counters["vs_pugixml"] = std::max(vsRaw, vsIndented);
+    state.counters["vs_tinyxml2"] = Ratio<RequestSink, TinySink>(windows, windows);
     state.counters["elem_vs_16_windows"] =
-        Ratio<RequestSink, RequestSink>(nWindows, kSmallWall) * Elems(kSmallWall) / Elems(nWindows);
+        Ratio<RequestSink, RequestSink>(windows, kSmallWall) * Elems(kSmallWall) / Elems(windows);
     CNetProtocolProcTWDECODERDevImp session;
-    state.counters["alloc_per_byte_first"] = AllocatedPerByte(session, nWindows);
-    state.counters["alloc_per_byte_next"] = AllocatedPerByte(session, nWindows);
+    state.counters["alloc_per_byte_first"] = AllocatedPerByte(session, windows);
+    state.counters["alloc_per_byte_next"] = AllocatedPerByte(session, windows);
     state.counters["per_elem"] = benchmark::Counter(
-        Elems(nWindows), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+        Elems(windows), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 // The middle size comes last: its growth must hold even after the largest. A filter runs it alone.
 BENCHMARK(ComposeCreateWindow)->Arg(16)->Arg(4096)->Arg(256)->UseManualTime()->Unit(benchmark::kMicrosecond);

@@ -20,26 +20,26 @@
 
 namespace {
 
-constexpr unsigned int WINDOWS = 16;
-constexpr unsigned int SUB_WINDOWS = 16;
-constexpr int CREDENTIALS = 2 * WINDOWS * SUB_WINDOWS;
+constexpr unsigned int kWindows = 16;
+constexpr unsigned int kSubWindows = 16;
+constexpr int kCredentials = 2 * kWindows * kSubWindows;
 
-const std::string USER = "operator";
-const std::string PASSWORD = "a password of a camera";
+const std::string kUser = "operator";
+const std::string kPassword = "a password of a camera";
 
-constexpr int DECODER_KEY_BITS = 1024; // size of the decoder's keys
+constexpr int kDecoderKeyBits = 1024; // size of the decoder's keys
 
 // A public key without a private one; enciphering takes as long as with any other.
 class DecoderKey {
 public:
-    DecoderKey(int nBits, unsigned long nExponent)
-        : m_key(RSA_new(), &RSA_free), m_cipher(static_cast<size_t>(nBits) / 8)
+    DecoderKey(int bits, unsigned long exponent)
+        : m_key(RSA_new(), &RSA_free), m_cipher(static_cast<size_t>(bits) / 8)
     {
-        BIGNUM* pModulus = BN_new();
-        BIGNUM* pExponent = BN_new();
-        BN_rand(pModulus, nBits, BN_RAND_TOP_ONE, BN_RAND_BOTTOM_ODD);
-        BN_set_word(pExponent, nExponent);
-        RSA_set0_key(m_key.get(), pModulus, pExponent, nullptr);
+        BIGNUM* modulus = BN_new();
+        BIGNUM* bigExponent = BN_new();
+        BN_rand(modulus, bits, BN_RAND_TOP_ONE, BN_RAND_BOTTOM_ODD);
+        BN_set_word(bigExponent, exponent);
+        RSA_set0_key(m_key.get(), modulus, bigExponent, nullptr);
     }
 
     // Length of an enciphered text, in characters.
@@ -50,16 +50,16 @@ public:
         const std::unique_ptr<BIO, decltype(&BIO_free)> text(BIO_new(BIO_s_mem()), &BIO_free);
         PEM_write_bio_RSAPublicKey(text.get(), m_key.get());
         const char* data = nullptr;
-        const long nLen = BIO_get_mem_data(text.get(), &data);
-        return {data, static_cast<size_t>(nLen)};
+        const long len = BIO_get_mem_data(text.get(), &data);
+        return {data, static_cast<size_t>(len)};
     }
 
     void Encipher(const std::string& text)
     {
         const auto* data = reinterpret_cast<const unsigned char*>(text.data());
-        const int nLen = RSA_public_encrypt(static_cast<int>(text.size()), data, m_cipher.data(), m_key.get(),
-                                            RSA_PKCS1_PADDING);
-        benchmark::DoNotOptimize(nLen);
+        const int len = RSA_public_encrypt(static_cast<int>(text.size()), data, m_cipher.data(), m_key.get(),
+                                           RSA_PKCS1_PADDING);
+        benchmark::DoNotOptimize(len);
     }
 
 private:
@@ -67,14 +67,14 @@ private:
     std::vector<unsigned char> m_cipher;
 };
 
-std::string Credentials() { return Field("10.0.0.9", 32) + Field(USER, 256) + Field(PASSWORD, 256); }
+std::string Credentials() { return Field("10.0.0.9", 32) + Field(kUser, 256) + Field(kPassword, 256); }
 
 std::string Media()
 {
-    Bytes record = Bytes().U32(WINDOWS);
-    for (unsigned int id = 0; id < WINDOWS; ++id) {
-        record.U32(id).U32(SUB_WINDOWS);
-        for (unsigned int index = 0; index < SUB_WINDOWS; ++index) {
+    Bytes record = Bytes().U32(kWindows);
+    for (unsigned int id = 0; id < kWindows; ++id) {
+        record.U32(id).U32(kSubWindows);
+        for (unsigned int index = 0; index < kSubWindows; ++index) {
             record.U32(index).U32(1).U32(0).Text("ABCDEFGHIJKLMNOP").U32(1).U32(0).U32(554).U32(0).Zeros(28);
             record.Text(Credentials());
         }
@@ -84,10 +84,10 @@ std::string Media()
 
 std::string Wall()
 {
-    Bytes record = Bytes().U32(WINDOWS);
-    for (unsigned int id = 0; id < WINDOWS; ++id) {
-        record.U16(id).U16(1).U16(SUB_WINDOWS).Zeros(4).U16(1920).U16(1080).U32(SUB_WINDOWS);
-        for (unsigned int index = 0; index < SUB_WINDOWS; ++index) {
+    Bytes record = Bytes().U32(kWindows);
+    for (unsigned int id = 0; id < kWindows; ++id) {
+        record.U16(id).U16(1).U16(kSubWindows).Zeros(4).U16(1920).U16(1080).U32(kSubWindows);
+        for (unsigned int index = 0; index < kSubWindows; ++index) {
             record.U16(index).U16(index).U16(1).U16(0).U16(554).Zeros(14).Text("ABCDEFGHIJKLMNOP");
             record.Text(Credentials()).U32(0);
         }
@@ -95,22 +95,22 @@ std::string Wall()
     return Option(0x60010, record);
 }
 
-void RunBeside(benchmark::State& state, unsigned int nCmdID, std::string payload,
-               int nKeyBits = DECODER_KEY_BITS, unsigned long nExponent = RSA_F4)
+void RunBeside(benchmark::State& state, unsigned int cmdID, std::string payload,
+               int keyBits = kDecoderKeyBits, unsigned long exponent = RSA_F4)
 {
-    DecoderKey key(nKeyBits, nExponent);
+    DecoderKey key(keyBits, exponent);
     BenchSession session("<pubkey1>" + key.Pem() + "</pubkey1><pubkey2>" + key.Pem() + "</pubkey2>");
-    session.Run(nCmdID, payload);
-    if (!session.Succeeded() || session.RequestLen() < size_t{CREDENTIALS} * key.TextLen()) {
+    session.Run(cmdID, payload);
+    if (!session.Succeeded() || session.RequestLen() < size_t{kCredentials} * key.TextLen()) {
         state.SkipWithError("the credentials were not sent");
         return;
     }
     RunRatio(
-        state, "vs_rsa", [&] { session.Run(nCmdID, payload); },
+        state, "vs_rsa", [&] { session.Run(cmdID, payload); },
         [&] {
-            for (int i = 0; i < CREDENTIALS; i += 2) {
-                key.Encipher(USER);
-                key.Encipher(PASSWORD);
+            for (int i = 0; i < kCredentials; i += 2) {
+                key.Encipher(kUser);
+                key.Encipher(kPassword);
             }
         });
 }

@@ -58,8 +58,8 @@ private:
 
 void AddAndRun(benchmark::State& state)
 {
-    constexpr int ROUNDS = 1000; // so that the cost of reading the clock does not count
-    const auto nDepth = static_cast<int>(state.range(0));
+    constexpr int kRounds = 1000; // so that the cost of reading the clock does not count
+    const auto depth = static_cast<int>(state.range(0));
     unsigned char payload[256] = {};
     FakeCommand command(1);
     IdleQueue queue;
@@ -67,8 +67,8 @@ void AddAndRun(benchmark::State& state)
     RunRatio(
         state, "vs_deque",
         [&] {
-            for (int i = 0; i < ROUNDS; i += nDepth) {
-                for (int k = 0; k < nDepth; ++k) {
+            for (int i = 0; i < kRounds; i += depth) {
+                for (int k = 0; k < depth; ++k) {
                     queue.AddOneCmd(&command, payload, sizeof(payload));
                 }
                 while (queue.ProcDevCmd()) {
@@ -76,11 +76,11 @@ void AddAndRun(benchmark::State& state)
             }
         },
         [&] {
-            for (int i = 0; i < ROUNDS; i += nDepth) {
-                for (int k = 0; k < nDepth; ++k) {
+            for (int i = 0; i < kRounds; i += depth) {
+                for (int k = 0; k < depth; ++k) {
                     deque.Add(&command, payload, sizeof(payload));
                 }
-                for (int k = 0; k < nDepth; ++k) {
+                for (int k = 0; k < depth; ++k) {
                     deque.Run();
                 }
             }

@@ -14,26 +14,26 @@
 namespace {
 
 // A list that repeats one item.
-std::string List(const std::string& name, const std::string& item, int64_t nItems)
+std::string List(const std::string& name, const std::string& item, int64_t items)
 {
     std::string text = "<" + name + ">";
-    for (int64_t i = 0; i < nItems; ++i) {
+    for (int64_t i = 0; i < items; ++i) {
         text += item;
     }
     return text + "</" + name + ">";
 }
 
-void RunBeside(benchmark::State& state, const std::string& body, unsigned int nCmdID, std::string payload,
-               size_t nItemLen)
+void RunBeside(benchmark::State& state, const std::string& body, unsigned int cmdID, std::string payload,
+               size_t itemLen)
 {
     BenchSession session(body);
-    session.Run(nCmdID, payload);
-    if (session.AnswerLen() < static_cast<size_t>(state.range(0)) * nItemLen) {
+    session.Run(cmdID, payload);
+    if (session.AnswerLen() < static_cast<size_t>(state.range(0)) * itemLen) {
         state.SkipWithError("the answer does not hold every item");
         return;
     }
     RunRatio(
-        state, "vs_parse", [&] { return session.Run(nCmdID, payload); },
+        state, "vs_parse", [&] { return session.Run(cmdID, payload); },
         [&] {
             tinyxml2::XMLDocument document;
             document.Parse(session.ReplySent().data(), session.ReplySent().size());

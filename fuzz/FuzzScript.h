@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-inline void Require(bool bHolds)
+inline void Require(bool holds)
 {
-    if (!bHolds) {
+    if (!holds) {
         std::abort();
     }
 }

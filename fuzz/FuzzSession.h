@@ -16,7 +16,7 @@
 class FuzzSession {
 public:
     // onSleep is called with the session instead of each sleep.
-    FuzzSession(bool bBuffered, std::function<void(FuzzSession&)> onSleep) : m_bBuffered(bBuffered)
+    FuzzSession(bool buffered, std::function<void(FuzzSession&)> onSleep) : m_buffered(buffered)
     {
         fake_host::SetLogRecording(false);
         m_session.Start(&m_node, nullptr, 0);
@@ -30,20 +30,20 @@ public:
     FuzzSession(const FuzzSession&) = delete;
     FuzzSession& operator=(const FuzzSession&) = delete;
 
-    void Run(unsigned int nCmdID, const std::string& payload, bool bHasReply = true)
+    void Run(unsigned int cmdID, const std::string& payload, bool hasReply = true)
     {
-        FakeCommand command(nCmdID, bHasReply);
+        FakeCommand command(cmdID, hasReply);
         Process(m_session, command, payload);
-        Require(command.nAnswers <= (bHasReply ? 1 : 0));
+        Require(command.answers <= (hasReply ? 1 : 0));
     }
 
     // As a host's socket does it: what is not consumed is offered again with what comes next.
     void Receive(const std::string& bytes)
     {
         m_kept += bytes;
-        const unsigned int nConsumed = Offer(m_session, m_kept, m_bBuffered);
-        Require(nConsumed <= m_kept.size());
-        m_kept.erase(0, nConsumed);
+        const unsigned int consumed = Offer(m_session, m_kept, m_buffered);
+        Require(consumed <= m_kept.size());
+        m_kept.erase(0, consumed);
     }
 
     // The last request; "" before the first.
@@ -57,7 +57,7 @@ public:
     }
 
 private:
-    bool m_bBuffered;
+    bool m_buffered;
     std::string m_kept;
     FakeNode m_node;
     CNetProtocolProcTWDECODERDevImp m_session;

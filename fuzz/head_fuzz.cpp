@@ -8,17 +8,17 @@ namespace {
 
 std::string Message(FuzzScript& script)
 {
-    constexpr size_t MANY = 80; // of one piece, more than are open in any decoder's message
-    constexpr size_t LONG = 8192;
+    constexpr size_t kMany = 80; // of one piece, more than are open in any decoder's message
+    constexpr size_t kLong = 8192;
     if (script.Number() % 2 == 0) {
         return script.Rest();
     }
-    static const std::vector<std::string_view> pieces = MessagePieces();
+    static const std::vector<std::string_view> kPieces = MessagePieces();
     std::string message;
-    while (!script.AtEnd() && message.size() < LONG) {
+    while (!script.AtEnd() && message.size() < kLong) {
         const unsigned int n = script.Number();
-        const std::string_view piece = pieces[n % pieces.size()];
-        for (size_t i = 0; i < (n / pieces.size() == 3 ? MANY : 1); ++i) {
+        const std::string_view piece = kPieces[n % kPieces.size()];
+        for (size_t i = 0; i < (n / kPieces.size() == 3 ? kMany : 1); ++i) {
             message += piece;
         }
     }

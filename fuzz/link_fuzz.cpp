@@ -12,33 +12,33 @@ using Frames = std::vector<std::string>;
 
 unsigned int Collect(tagNET_PACKETTYPE type, const char* data, unsigned long len, void* param)
 {
-    const bool bPooled = len == MEM_POOL_HANDLE_LEN;
+    const bool pooled = len == MEM_POOL_HANDLE_LEN;
     const std::string bytes =
-        bPooled ? std::string(MEM_POOL_GetData(data), MEM_POOL_GetLen(data)) : std::string(data, len);
+        pooled ? std::string(MEM_POOL_GetData(data), MEM_POOL_GetLen(data)) : std::string(data, len);
     static_cast<Frames*>(param)->push_back(std::to_string(type) + bytes);
     return 0;
 }
 
 // The pieces are as long as the bytes of cuts say, over and over; without cuts the stream comes whole.
-Frames Parse(const std::string& stream, const std::string& cuts, bool bBuffered)
+Frames Parse(const std::string& stream, const std::string& cuts, bool buffered)
 {
     Frames frames;
     CNetPacketProcTWDECODERDev parser;
     parser.Initial(&Collect, &frames);
     std::string kept;
-    size_t nCut = 0;
+    size_t cut = 0;
     for (size_t at = 0; at < stream.size();) {
-        const size_t nPiece =
-            cuts.empty() ? stream.size() : 1 + static_cast<unsigned char>(cuts[nCut++ % cuts.size()]);
-        kept += stream.substr(at, nPiece);
-        at += nPiece;
-        unsigned int nConsumed = 0;
-        unsigned int nNeed = 0;
+        const size_t piece =
+            cuts.empty() ? stream.size() : 1 + static_cast<unsigned char>(cuts[cut++ % cuts.size()]);
+        kept += stream.substr(at, piece);
+        at += piece;
+        unsigned int consumed = 0;
+        unsigned int need = 0;
         // In memory of its own, so that the sanitizer sees reads behind its end.
         const std::vector<char> exact(kept.begin(), kept.end());
-        Require(parser.RecvProc(exact.data(), exact.size(), nConsumed, bBuffered ? nullptr : &nNeed));
-        Require(nConsumed <= kept.size() && (!bBuffered || nConsumed == kept.size()));
-        kept.erase(0, nConsumed);
+        Require(parser.RecvProc(exact.data(), exact.size(), consumed, buffered ? nullptr : &need));
+        Require(consumed <= kept.size() && (!buffered || consumed == kept.size()));
+        kept.erase(0, consumed);
     }
     return frames;
 }

@@ -26,17 +26,17 @@ std::string Outline(CMarkupSTL& doc)
 }
 
 // False when an element without end tag was added: the text is no longer well formed.
-bool Step(CMarkupSTL& doc, unsigned int nStep)
+bool Step(CMarkupSTL& doc, unsigned int step)
 {
     using M = CMarkupSTL;
     constexpr int kFlags[] = {
         0, M::MNF_WITHNOLINES, M::MNF_WITHCDATA, M::MNF_WITHREFS, M::MNF_WITHXHTMLSPACE, M::MNF_WITHNOEND};
     constexpr const char* kData[] = {nullptr, "1", "<&amp;]]>'\"", "&#x"};
-    const unsigned int nChoice = nStep / 6;
-    const int nFlags = kFlags[nChoice % std::size(kFlags)];
-    switch (nStep % 6) {
+    const unsigned int choice = step / 6;
+    const int flags = kFlags[choice % std::size(kFlags)];
+    switch (step % 6) {
     case 0:
-        doc.FindElem(nChoice % 2 == 0 ? nullptr : "a");
+        doc.FindElem(choice % 2 == 0 ? nullptr : "a");
         return true;
     case 1:
         doc.IntoElem();
@@ -45,30 +45,30 @@ bool Step(CMarkupSTL& doc, unsigned int nStep)
         doc.OutOfElem();
         return true;
     case 3:
-        if (nChoice == 0) {
+        if (choice == 0) {
             doc.ResetPos();
         }
         return true;
     case 4:
-        doc.AddElem("b", nChoice, nFlags);
+        doc.AddElem("b", choice, flags);
         return true;
     default:
-        return !doc.AddElem("a", kData[nChoice % std::size(kData)], nFlags) || nFlags != M::MNF_WITHNOEND;
+        return !doc.AddElem("a", kData[choice % std::size(kData)], flags) || flags != M::MNF_WITHNOEND;
     }
 }
 
-void Exercise(CMarkupSTL& doc, bool bWellFormed, const std::vector<uint8_t>& steps)
+void Exercise(CMarkupSTL& doc, bool wellFormed, const std::vector<uint8_t>& steps)
 {
-    for (const unsigned int nStep : steps) {
-        bWellFormed = Step(doc, nStep) && bWellFormed;
+    for (const unsigned int step : steps) {
+        wellFormed = Step(doc, step) && wellFormed;
     }
     CMarkupSTL copy;
     copy = doc;
-    const std::string strOutline = Outline(doc);
-    Require(Outline(copy) == strOutline);
-    const bool bOneRoot = copy.IsWellFormed();
-    const bool bParses = copy.SetDoc(doc.GetDoc().data(), static_cast<unsigned int>(doc.GetDoc().size()));
-    Require(!bWellFormed || (bParses == bOneRoot && Outline(copy) == strOutline));
+    const std::string outline = Outline(doc);
+    Require(Outline(copy) == outline);
+    const bool oneRoot = copy.IsWellFormed();
+    const bool parses = copy.SetDoc(doc.GetDoc().data(), static_cast<unsigned int>(doc.GetDoc().size()));
+    Require(!wellFormed || (parses == oneRoot && Outline(copy) == outline));
 }
 
 } // namespace
@@ -78,10 +78,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     if (size == 0) {
         return 0;
     }
-    const size_t nSteps = std::min<size_t>(data[0], size - 1);
-    const std::vector<uint8_t> steps(data + 1, data + 1 + nSteps);
-    CMarkupSTL parsed(reinterpret_cast<const char*>(data + 1 + nSteps),
-                      static_cast<unsigned int>(size - 1 - nSteps));
+    const size_t stepCount = std::min<size_t>(data[0], size - 1);
+    const std::vector<uint8_t> steps(data + 1, data + 1 + stepCount);
+    CMarkupSTL parsed(reinterpret_cast<const char*>(data + 1 + stepCount),
+                      static_cast<unsigned int>(size - 1 - stepCount));
     Outline(parsed);
     parsed.ResetPos();
     Exercise(parsed, parsed.IsWellFormed(), steps);

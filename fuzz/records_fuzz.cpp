@@ -13,18 +13,9 @@
 
 namespace {
 
-template <class Record>
-std::vector<char> Encode(const Record& record)
-{
-    std::vector<char> bytes(record.GetLength());
-    char* pData = bytes.data();
-    Require(record.GetData(pData) == bytes.size());
-    return bytes;
-}
-
 // Through the base: one record's own SetData says nothing.
-template <class Record, class Reader>
-bool Decode(CTvwRecord<Record, Reader>& record, const std::vector<char>& bytes)
+template <class Record, class Reader, class Bytes>
+bool Decode(CTvwRecord<Record, Reader>& record, const Bytes& bytes)
 {
     return record.SetData(bytes.data(), static_cast<unsigned int>(bytes.size()));
 }
@@ -35,15 +26,17 @@ template <class Record>
 void Exercise(const std::vector<char>& payload)
 {
     Record record;
-    const bool bWhole = Decode(record, payload);
-    const auto bytes = Encode(record);
-    Require(!bWhole ||
+    const bool whole = Decode(record, payload);
+    std::string bytes = record.Encode();
+    char* data = bytes.data();
+    Require(record.GetData(data) == bytes.size());
+    Require(!whole ||
             (bytes.size() <= payload.size() && std::equal(bytes.begin(), bytes.end(), payload.begin())));
     record.Dump();
     record.VerifyData();
-    const auto verified = Encode(record);
+    const std::string verified = record.Encode();
     Require(Decode(record, verified));
-    Require(Encode(record) == verified);
+    Require(record.Encode() == verified);
 }
 
 // A record without lists: read whole when there are bytes enough, else left as it was.
@@ -52,14 +45,14 @@ void ExerciseImage(const std::vector<char>& payload)
 {
     const Image before{};
     Image image = before;
-    const bool bWhole = ReadImage(payload.data(), static_cast<unsigned int>(payload.size()), image);
-    Require(bWhole == (payload.size() >= sizeof(Image)));
-    Require(std::memcmp(&image, bWhole ? static_cast<const void*>(payload.data()) : &before, sizeof(Image)) ==
+    const bool whole = ReadImage(payload.data(), static_cast<unsigned int>(payload.size()), image);
+    Require(whole == (payload.size() >= sizeof(Image)));
+    Require(std::memcmp(&image, whole ? static_cast<const void*>(payload.data()) : &before, sizeof(Image)) ==
             0);
 }
 
 // The first byte of a corpus file is a place in this table; new ones go to its end.
-constexpr void (*RECORDS[])(const std::vector<char>&) = {
+constexpr void (*kRecords[])(const std::vector<char>&) = {
     Exercise<ORVA2_CLIENT_TVW::S_MTvw_Create_CavansWindow>,
     Exercise<ORVA2_CLIENT_TVW::S_MTvw_Del_CavansWindow>,
     Exercise<ORVA2_CLIENT_TVW::S_MTvw_Modyfy_CavansWindow>,
@@ -91,12 +84,12 @@ constexpr void (*RECORDS[])(const std::vector<char>&) = {
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pInput, size_t nSize)
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* input, size_t size)
 {
     fake_host::SetLogRecording(false);
-    if (nSize != 0) {
+    if (size != 0) {
         // A payload of its own size, so that the sanitizer sees reads behind its end.
-        RECORDS[pInput[0] % std::size(RECORDS)](std::vector<char>(pInput + 1, pInput + nSize));
+        kRecords[input[0] % std::size(kRecords)](std::vector<char>(input + 1, input + size));
     }
     return 0;
 }

@@ -12,14 +12,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace {
 
-int g_nInputs = 0;
+int g_inputs = 0;
 
 void Replay(const std::filesystem::path& path)
 {
     std::ifstream file(path, std::ios::binary);
     const std::string bytes{std::istreambuf_iterator<char>(file), {}};
     LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size());
-    ++g_nInputs;
+    ++g_inputs;
 }
 
 } // namespace
@@ -35,6 +35,6 @@ int main(int argc, char** argv)
             Replay(argv[i]);
         }
     }
-    printf("%d inputs replayed\n", g_nInputs);
-    return g_nInputs > 0 ? 0 : 1;
+    printf("%d inputs replayed\n", g_inputs);
+    return g_inputs > 0 ? 0 : 1;
 }

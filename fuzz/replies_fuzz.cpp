@@ -7,16 +7,16 @@
 namespace {
 
 // A session that has logged in and then hears the same text for every request.
-void AnswerWith(const CommandSample& sample, unsigned int nWay, const std::string& text)
+void AnswerWith(const CommandSample& sample, unsigned int way, const std::string& text)
 {
     const std::string keys = CommandSamples().front().replyBody;
-    bool bLoggedIn = false;
+    bool loggedIn = false;
     FuzzSession session(false, [&](FuzzSession& s) {
-        if (!bLoggedIn) {
+        if (!loggedIn) {
             s.Receive(s.Reply("0", "<session>SID</session><token>TOK</token>", keys));
-        } else if (nWay % 4 == 0) {
+        } else if (way % 4 == 0) {
             s.Receive(s.Reply("0", text, sample.replyBody));
-        } else if (nWay % 4 == 1) { // whole, but for url and number, which the session wants in this order
+        } else if (way % 4 == 1) { // whole, but for url and number, which the session wants in this order
             const std::string request = s.LastRequest();
             s.Receive(Frame("<td_command><td_header><url>" + Element(request, "url") + "</url><seq>" +
                             Element(request, "seq") + "</seq>" + text));
@@ -24,9 +24,9 @@ void AnswerWith(const CommandSample& sample, unsigned int nWay, const std::strin
             s.Receive(s.Reply("0", "", text));
         }
     });
-    session.Run(CommandSamples().front().nCmdID, CommandSamples().front().Payload());
-    bLoggedIn = true;
-    session.Run(sample.nCmdID, sample.Payload());
+    session.Run(CommandSamples().front().cmdID, CommandSamples().front().Payload());
+    loggedIn = true;
+    session.Run(sample.cmdID, sample.Payload());
 }
 
 } // namespace
@@ -36,7 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     FuzzScript script(data, size);
     const auto& samples = CommandSamples();
     const CommandSample& sample = samples[script.Number() % samples.size()];
-    const unsigned int nWay = script.Number();
-    AnswerWith(sample, nWay, script.Rest());
+    const unsigned int way = script.Number();
+    AnswerWith(sample, way, script.Rest());
     return 0;
 }

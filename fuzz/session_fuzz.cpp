@@ -24,11 +24,11 @@ public:
 private:
     void Command(FuzzSession& session)
     {
-        static constexpr unsigned int IDS[] = {0x101,   0x50000, 0x50001, 0x50002, 0x50003,
-                                               0x50005, 0x50006, 0x50007, 0x50008};
-        const unsigned int nCmdID = IDS[m_script.Number() % std::size(IDS)];
-        const bool bHasReply = m_script.Number() % 8 != 0;
-        session.Run(nCmdID, m_script.Text(m_script.Number() * 4), bHasReply);
+        static constexpr unsigned int kIds[] = {0x101,   0x50000, 0x50001, 0x50002, 0x50003,
+                                                0x50005, 0x50006, 0x50007, 0x50008};
+        const unsigned int cmdID = kIds[m_script.Number() % std::size(kIds)];
+        const bool hasReply = m_script.Number() % 8 != 0;
+        session.Run(cmdID, m_script.Text(m_script.Number() * 4), hasReply);
     }
 
     void StepOfLink(FuzzSession& session)

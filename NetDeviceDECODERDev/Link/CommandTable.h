@@ -44,8 +44,8 @@
     OPTION(KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_PLAY_AUDIO, PlayAudio)                               \
     OPTION(KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_STOP_AUDIO, StopAudio)
 
-// Requests to the decoder and its two notifications, which it sends unasked: name, text of td_header/url. Some
-// names differ deliberately from their texts; polling stops under the URL that stops media, on purpose.
+// Requests to the decoder and its two notifications, which it sends unasked: name, text of td_header/url.
+// Some names differ deliberately from their texts; polling stops under the URL that stops media, on purpose.
 #define TVWALL_DEVICE_URLS(URL)                                                                              \
     URL(HTTP_CMDX_DOOPTION, "dooption")                                                                      \
     URL(HTTP_CMDX_LOGIN, "dologin")                                                                          \

@@ -14,8 +14,9 @@ public:
     // Means that the reply is not an XML document; no decoder sends this code.
     static constexpr unsigned int UNREADABLE = 0xFFFFFFFF;
 
-    // Copies what it needs from the text. Throws nothing but std::bad_alloc.
-    explicit CDeviceReply(std::string_view text);
+    // Copies what it needs from the text; nBeside bytes of other messages are held meanwhile. Throws nothing
+    // but std::bad_alloc.
+    explicit CDeviceReply(std::string_view text, size_t nBeside = 0);
 
     // The decoder's error code: 0 is success, and also stands for a reply without one.
     unsigned int ErrorCode() const;

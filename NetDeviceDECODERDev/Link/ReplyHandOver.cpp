@@ -44,6 +44,9 @@ std::unique_ptr<S_DeviceReply> CReplyHandOver::Take()
         m_nReceives.wait(nReceives, std::memory_order_acquire);
     }
     const CAutoLock lock(m_lock);
+    if (m_pAwaited && m_pOther) {
+        m_pAwaited->nBeside = m_pOther->strText.size();
+    }
     return std::move(m_pAwaited);
 }
 

@@ -12,6 +12,7 @@
 struct S_DeviceReply {
     int nSeq;
     std::string strText;
+    size_t nBeside = 0; // bytes of another message that was kept when this one was taken
 };
 
 // Passes the reply that the worker waits for from the receive thread to the worker. The lock is held while

@@ -134,11 +134,12 @@ std::string_view CNetProtocolProcTWDECODERDevImp::ReplyText() const
 
 const CDeviceReply& CNetProtocolProcTWDECODERDevImp::Reply()
 {
-    auto& pOpenReply = Running().pOpenReply;
-    if (!pOpenReply) {
-        pOpenReply = std::make_unique<CDeviceReply>(ReplyText());
+    S_RunningCommand& running = Running();
+    if (!running.pOpenReply) {
+        const size_t nBeside = running.pReply ? running.pReply->nBeside : 0;
+        running.pOpenReply = std::make_unique<CDeviceReply>(ReplyText(), nBeside);
     }
-    return *pOpenReply;
+    return *running.pOpenReply;
 }
 
 void CNetProtocolProcTWDECODERDevImp::CloseReply()

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <stdexcept>
 
 #include "AtomicAccess.h"
 #include "Crypto/CredentialCipher.h"
@@ -28,18 +27,19 @@ constexpr int REQUEST_RSA_ENCRYPTION = 1;
 // Every request carries both; decoders send a few dozen characters.
 constexpr size_t MAX_SESSION_TEXT = size_t{64} << 10U;
 
-// Replaces the session id or the token by the element's text, if the element exists. Throws std::length_error
-// for a text that is too long.
-void TakeSessionText(std::string& value, const CDeviceReply& reply, const char* szPath)
+// Replaces the session id or the token by the element's text, if the element exists. False for a text that is
+// too long.
+bool TakeSessionText(std::string& value, const CDeviceReply& reply, const char* szPath)
 {
     const char* szText = reply.TextIfThere(szPath);
     if (szText == nullptr) {
-        return;
+        return true;
     }
     if (strnlen(szText, MAX_SESSION_TEXT + 1) > MAX_SESSION_TEXT) {
-        throw std::length_error("a session id or token that is too long");
+        return false;
     }
     value = szText;
+    return true;
 }
 
 // The same for a key. A text too long for a key is kept only far enough to show that it is.
@@ -102,7 +102,10 @@ void CNetProtocolProcTWDECODERDevImp::ProcDoOptionCmd(CCmdProcObject* cmd, char*
         return;
     }
     const CDeviceReply& reply = Reply();
-    TakeSessionText(m_replyMessage.s_sessionId, reply, "td_command/td_header/session");
+    if (!TakeSessionText(m_replyMessage.s_sessionId, reply, "td_command/td_header/session")) {
+        DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
+        return;
+    }
     TakeKey(m_replyMessage.s_pubkey1, reply, "td_command/td_body/pubkey1");
     TakeKey(m_replyMessage.s_pubkey2, reply, "td_command/td_body/pubkey2");
     const unsigned int nErrorCode = reply.ErrorCode();
@@ -128,7 +131,11 @@ void CNetProtocolProcTWDECODERDevImp::ProcLoginCmd(CCmdProcObject* cmd, char* da
         return;
     }
     const CDeviceReply& reply = Reply();
-    TakeSessionText(m_replyMessage.s_token, reply, "td_command/td_header/token");
+    const bool bToken = TakeSessionText(m_replyMessage.s_token, reply, "td_command/td_header/token");
+    if (reply.ErrorCode() == 0 && !bToken) {
+        DevToKSETFailReturn(cmd, KEST_RESULT_DEVICE_ERROR);
+        return;
+    }
     ReplyLogin(cmd, reply.ErrorCode());
 }
 

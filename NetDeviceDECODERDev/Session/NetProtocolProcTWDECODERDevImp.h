@@ -6,10 +6,10 @@
 
 #include "AtomicAccess.h"
 #include "Interlocked.h"
+#include "Link/CommandTable.h"
 #include "Link/NetPacketProcTWDecoderDev.h"
 #include "Link/ReplyHandOver.h"
 #include "Lock.h"
-#include "Link/CommandTable.h"
 #include "SocketDataObserver.h"
 
 class CCmdProcObject;
@@ -91,7 +91,7 @@ public:
     static unsigned int CmdIDAfter(unsigned int nCmdID);
 
 private:
-    friend class CSessionAccess; // tests
+    friend class SessionAccess; // tests
 
     class CRunningScope;
     enum class E_Exchange {

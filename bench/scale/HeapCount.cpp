@@ -17,11 +17,11 @@ void __libc_free(void* block);
 
 namespace {
 
-constinit std::atomic<std::size_t> nInUse{0};
+constinit std::atomic<std::size_t> g_inUse{0};
 
 void* Counted(void* block)
 {
-    nInUse.fetch_add(malloc_usable_size(block), std::memory_order_relaxed);
+    g_inUse.fetch_add(malloc_usable_size(block), std::memory_order_relaxed);
     return block;
 }
 
@@ -43,7 +43,7 @@ REPLACES_LIBRARY void* realloc(void* block, std::size_t len) noexcept
     const std::size_t before = malloc_usable_size(block);
     void* moved = __libc_realloc(block, len);
     if (moved != nullptr || len == 0) {
-        nInUse.fetch_sub(before, std::memory_order_relaxed);
+        g_inUse.fetch_sub(before, std::memory_order_relaxed);
     }
     return Counted(moved);
 }
@@ -58,19 +58,19 @@ REPLACES_LIBRARY void* aligned_alloc(std::size_t alignment, std::size_t len) noe
     return Counted(__libc_memalign(alignment, len));
 }
 
-REPLACES_LIBRARY int posix_memalign(void** ppBlock, std::size_t alignment, std::size_t len) noexcept
+REPLACES_LIBRARY int posix_memalign(void** result, std::size_t alignment, std::size_t len) noexcept
 {
     void* block = Counted(__libc_memalign(alignment, len));
     if (block == nullptr) {
         return ENOMEM;
     }
-    *ppBlock = block;
+    *result = block;
     return 0;
 }
 
 REPLACES_LIBRARY void free(void* block) noexcept
 {
-    nInUse.fetch_sub(malloc_usable_size(block), std::memory_order_relaxed);
+    g_inUse.fetch_sub(malloc_usable_size(block), std::memory_order_relaxed);
     __libc_free(block);
 }
 
@@ -78,6 +78,6 @@ REPLACES_LIBRARY void free(void* block) noexcept
 
 namespace scale {
 
-std::size_t HeapInUse() { return nInUse.load(std::memory_order_relaxed); }
+std::size_t HeapInUse() { return g_inUse.load(std::memory_order_relaxed); }
 
 } // namespace scale

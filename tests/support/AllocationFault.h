@@ -8,44 +8,44 @@
 
 namespace allocation_fault {
 
-inline thread_local long t_nAllowed = -1;    // allocations until the one that fails; -1: none fails
-inline thread_local bool t_bForGood = false; // those behind it fail, too
-inline thread_local int t_nPauses = 0;
-inline std::atomic<long> g_nTaken = 0;
-inline std::atomic<long> g_nGivenBack = 0;
-inline std::atomic<long> g_nPeak = 0;
+inline thread_local long g_allowed = -1;    // allocations until the one that fails; -1: none fails
+inline thread_local bool g_forGood = false; // those behind it fail, too
+inline thread_local int g_pauses = 0;
+inline std::atomic<long> g_taken = 0;
+inline std::atomic<long> g_givenBack = 0;
+inline std::atomic<long> g_peak = 0;
 
 // Bytes that the whole program has allocated so far, and those of them that are not freed yet.
-inline long TakenBytes() { return g_nTaken; }
-inline long LiveBytes() { return g_nTaken - g_nGivenBack; }
+inline long TakenBytes() { return g_taken; }
+inline long LiveBytes() { return g_taken - g_givenBack; }
 // The most that was live since the last call of ResetPeak; from one thread at a time.
-inline long PeakBytes() { return g_nPeak; }
-inline void ResetPeak() { g_nPeak = LiveBytes(); }
+inline long PeakBytes() { return g_peak; }
+inline void ResetPeak() { g_peak = LiveBytes(); }
 
-// The allocation behind the next nAllowed ones on this thread fails, once or for good.
-inline void Arm(long nAllowed, bool bForGood = false)
+// The allocation behind the next allowed ones on this thread fails, once or for good.
+inline void Arm(long allowed, bool forGood = false)
 {
-    t_nAllowed = nAllowed;
-    t_bForGood = bForGood;
+    g_allowed = allowed;
+    g_forGood = forGood;
 }
 // True when it has failed, or when none was to fail.
 inline bool Disarm()
 {
-    const bool bFailed = t_nAllowed < 0;
+    const bool failed = g_allowed < 0;
     Arm(-1);
-    return bFailed;
+    return failed;
 }
 
 // While they are watched, no block of the plug-in may hold one of the secrets when it is freed.
 inline std::array<std::string_view, 4> g_secrets; // set before the first watch; empty ones are not looked for
-inline std::atomic<bool> g_bWatched = false;
-inline std::atomic<long> g_nUnwiped = 0; // blocks that held one all the same
+inline std::atomic<bool> g_watched = false;
+inline std::atomic<long> g_unwiped = 0; // blocks that held one all the same
 
 // What the test itself allocates and frees on the way does not count.
 class Pause {
 public:
-    Pause() { ++t_nPauses; }
-    ~Pause() { --t_nPauses; }
+    Pause() { ++g_pauses; }
+    ~Pause() { --g_pauses; }
     Pause(const Pause&) = delete;
     Pause& operator=(const Pause&) = delete;
 };

@@ -8,30 +8,25 @@
 
 namespace {
 
-constexpr unsigned int GET = 0x50000;
-constexpr unsigned int SAVE = 0x50001;
-constexpr unsigned int OPTION = 0x50002;
-constexpr unsigned int NO_OPTION = CommandSample::NO_OPTION;
-constexpr unsigned int NO_HEAD = CommandSample::NO_HEAD;
+constexpr unsigned int kGet = 0x50000;
+constexpr unsigned int kSave = 0x50001;
+constexpr unsigned int kOption = 0x50002;
+constexpr unsigned int kNoOption = CommandSample::kNoOption;
+constexpr unsigned int kNoHead = CommandSample::kNoHead;
 
-std::string Rect(long nX, long nY, long nWidth, long nHeight)
+std::string Rect(long x, long y, long width, long height)
 {
-    return Elem("rect",
-                Elem("xpos", nX) + Elem("ypos", nY) + Elem("width", nWidth) + Elem("height", nHeight));
+    return Elem("rect", Elem("xpos", x) + Elem("ypos", y) + Elem("width", width) + Elem("height", height));
 }
 
 // Two screens, of which the second one has no name.
 std::string Layout()
 {
-    return Bytes()
-        .U32(3)
-        .U32(0xFFFFFFFF)
-        .U32(2)
-        .Text(ScreenRecord(0xFFFFFFFF, "left", 1, 0x80000000))
-        .Text(ScreenRecord(8, "", 0, 2));
+    const std::string left = ScreenRecord(0xFFFFFFFF, "left", 1, 0x80000000);
+    return Bytes().U32(3).U32(0xFFFFFFFF).U32(2).Text(left + ScreenRecord(8, "", 0, 2));
 }
 
-std::string Coordinate(long nX, long nY) { return Elem("coordinate", Elem("xpos", nX) + Elem("ypos", nY)); }
+std::string Coordinate(long x, long y) { return Elem("coordinate", Elem("xpos", x) + Elem("ypos", y)); }
 
 // One window that is split in two.
 std::string Canvas()
@@ -41,20 +36,20 @@ std::string Canvas()
     return window.U32(0).U32(100).U32(1).U32(101);
 }
 
-const std::string CANVAS =
+const std::string kCanvas =
     Windows(Item(Elem("id", 3) + Rect(1, 2, 4294967295, 4) + Elem("mode", 2) +
                  Elem("td_subwindowlist", Item(Elem("index", 0) + Elem("osdid", 100)) +
                                               Item(Elem("index", 1) + Elem("osdid", 101)))));
 
-std::string Switches(long nBorder, long nShowID)
+std::string Switches(long border, long showID)
 {
-    return Elem("enableborder", nBorder) + Elem("enableshowwinid", nShowID);
+    return Elem("enableborder", border) + Elem("enableshowwinid", showID);
 }
 
 // The text that the host gets for them, with its terminating zero.
-std::string SwitchesText(long nBorder, long nShowID, const std::string& operation)
+std::string SwitchesText(long border, long showID, const std::string& operation)
 {
-    const std::string values = Elem("errorcode", 0) + Switches(nBorder, nShowID) + Elem(operation, 1);
+    const std::string values = Elem("errorcode", 0) + Switches(border, showID) + Elem(operation, 1);
     return Lines(Elem("response",
                       Elem("id", "{01234567-89AB-CDEF-1020-304050607080}") + Elem("baseInfo", values))) +
            '\0';
@@ -63,18 +58,18 @@ std::string SwitchesText(long nBorder, long nShowID, const std::string& operatio
 // One sub-window with one stream.
 std::string Media()
 {
-    const std::string stream = StreamRecord(GUID_BYTES, 5, SOURCE_USER, SOURCE_PASSWORD);
+    const std::string stream = StreamRecord(kGuidBytes, 5, kSourceUser, kSourcePassword);
     return Bytes().U32(1).U32(-8UL).U32(1).U32(-9UL).U32(1).Text(stream);
 }
 
-const std::string WALL(16, 'W'); // its GUID
+const std::string kWall(16, 'W'); // its GUID
 
 // A group whose name fills its field.
-const std::string GROUP_NAME(256, 'n');
-std::string Group() { return GroupRecord(WALL, -7UL, 0xFFFFFFFF, 0x80000000, GROUP_NAME, "1,2,3 & <4>"); }
+const std::string kGroupName(256, 'n');
+std::string Group() { return GroupRecord(kWall, -7UL, 0xFFFFFFFF, 0x80000000, kGroupName, "1,2,3 & <4>"); }
 
-const std::string GROUP = Body(
-    Elem("channelgroup", Elem("id", -7) + Elem("name", GROUP_NAME) + Elem("channelnum", 4294967295) +
+const std::string kGroup = Body(
+    Elem("channelgroup", Elem("id", -7) + Elem("name", kGroupName) + Elem("channelnum", 4294967295) +
                              Elem("interval", 2147483648) + Elem("td_channellist", "1,2,3 &amp; &lt;4&gt;")));
 
 std::string Sound() { return Guids().U32(1).U32(-3UL).U32(1).U32(6).U32(-5UL); }
@@ -97,86 +92,86 @@ std::vector<CommandSample> MakeSamples()
     const std::string groups =
         Elem("channelgrouplist", Item(Elem("id", -2000000004) + Elem("name", "entrances") +
                                       Elem("interval", 30) + Elem("td_channellist", "1,2")));
-    const std::string stream = StreamElements(Elem("channelid", GUID_TEXT), SOURCE_USER, SOURCE_PASSWORD);
+    const std::string stream = StreamElements(Elem("channelid", kGuidText), kSourceUser, kSourcePassword);
     const std::string wall =
-        Bytes().U32(1).Text(WallWindowRecord(8, 1)).Text(WallStreamRecord(GUID_BYTES, 12, 6));
+        Bytes().U32(1).Text(WallWindowRecord(8, 1)).Text(WallStreamRecord(kGuidBytes, 12, 6));
     return {
-        {"ProcDoOptionCmd", 0x101, NO_OPTION, LoginPayload("admin", "secret"), "dooption dologin",
-         Body(Elem("encryption", 1)), NO_HEAD, keys, Bytes().Text(node).U32(513).Zeros(112)},
-        {"SetWallLayout", 0x50005, NO_OPTION, Layout(), "setwalllayout",
-         Body(Elem("row", 3) + Elem("col", 4294967295)), NO_HEAD, "", ""},
-        {"GetWallLayout", 0x50006, NO_OPTION, "not read", "getwalllayout", NO_BODY, NO_HEAD, screens,
+        {"ProcDoOptionCmd", 0x101, kNoOption, LoginPayload("admin", "secret"), "dooption dologin",
+         Body(Elem("encryption", 1)), kNoHead, keys, Bytes().Text(node).U32(513).Zeros(112)},
+        {"SetWallLayout", 0x50005, kNoOption, Layout(), "setwalllayout",
+         Body(Elem("row", 3) + Elem("col", 4294967295)), kNoHead, "", ""},
+        {"GetWallLayout", 0x50006, kNoOption, "not read", "getwalllayout", kNoBody, kNoHead, screens,
          Bytes().U32(1).U32(2).U32(1).Text(ScreenRecord(4294967287, "left <1>", 0, 1))},
-        {"BindWall", 0x50007, NO_OPTION, Layout(), "dobindwall",
+        {"BindWall", 0x50007, kNoOption, Layout(), "dobindwall",
          Body(Elem("td_channellist", Item(Elem("id", 4294967295) + Coordinate(1, 2147483648)) +
                                          Item(Elem("id", 8) + Coordinate(0, 2)))),
-         NO_HEAD, "", ""},
-        {"unBindWall", 0x50008, NO_OPTION, Layout(), "dounbindwall",
-         Body(Elem("td_channellist", Item(Coordinate(1, 2147483648)) + Item(Coordinate(0, 2)))), NO_HEAD, "",
+         kNoHead, "", ""},
+        {"unBindWall", 0x50008, kNoOption, Layout(), "dounbindwall",
+         Body(Elem("td_channellist", Item(Coordinate(1, 2147483648)) + Item(Coordinate(0, 2)))), kNoHead, "",
          ""},
-        {"GetBasicCfg", GET, 0x50002, "not read", "getbasicconfig", NO_BODY, 0x50002,
+        {"GetBasicCfg", kGet, 0x50002, "not read", "getbasicconfig", kNoBody, 0x50002,
          Elem("identidy", 4294967295) + Elem("runmode", 2) + Elem("devicename", "wall"),
          Bytes().Zeros(16).U32(0xFFFFFFFF).U32(2).Text("wall")},
-        {"GetDecSystemInfo", GET, 0x5000A, "not read", "getsysteminfo getchannelinfo", NO_BODY, 0x5000A,
+        {"GetDecSystemInfo", kGet, 0x5000A, "not read", "getsysteminfo getchannelinfo", kNoBody, 0x5000A,
          system, Bytes().Zeros(16).Text(Field("wall", 64)).U32(-2000000001UL).Text(systemTexts)},
-        {"GetChannelGroup", GET, 0x6000D, Bytes().Text(WALL).U32(-2000000002UL), "setchannelgroup",
+        {"GetChannelGroup", kGet, 0x6000D, Bytes().Text(kWall).U32(-2000000002UL), "setchannelgroup",
          Body(Elem("channelgroup", Elem("id", -2000000002))), 0x6000E, groups,
-         Bytes().U32(1).Text(GroupRecord(NO_GUID, -2000000004UL, 0, 30, "entrances", "1,2"))},
-        {"GetWindowConfig", GET, 0x60013, "not read", "getwindowconfig", NO_BODY, 0x60013,
+         Bytes().U32(1).Text(GroupRecord(kNoGuid, -2000000004UL, 0, 30, "entrances", "1,2"))},
+        {"GetWindowConfig", kGet, 0x60013, "not read", "getwindowconfig", kNoBody, 0x60013,
          Switches(4294967295, 70000), SwitchesText(4294967295, 70000, "getWindowConfig")},
-        {"GetAudioConfig", GET, 0x60016, Sound(), "getaudioconfig", Body(""), 0x60016,
+        {"GetAudioConfig", kGet, 0x60016, Sound(), "getaudioconfig", Body(""), 0x60016,
          Elem("td_windowlist",
               WindowItem(-2000000002, Item(Elem("index", 2000000004) + Elem("channelid", -2000000009)))),
          Guids().U32(1).U32(-2000000002UL).U32(1).U32(2000000004).U32(-2000000009UL)},
-        {"doSetCanvasSplit", SAVE, 0x5000E, Canvas(), "dosplitwindow", CANVAS, 0x60006},
-        {"DrawBorder", SAVE, 0x60003, Bytes().U32(1).U16(65535).U32(2).U16(0).U16(65535).U16(0x8000).U16(1),
+        {"doSetCanvasSplit", kSave, 0x5000E, Canvas(), "dosplitwindow", kCanvas, 0x60006},
+        {"DrawBorder", kSave, 0x60003, Bytes().U32(1).U16(65535).U32(2).U16(0).U16(65535).U16(0x8000).U16(1),
          "dodrawborder",
          Windows(WindowItem(-1, Item(Elem("index", 0) + Elem("drawborder", -1)) +
                                     Item(Elem("index", -32768) + Elem("drawborder", 1)))),
          0x60003},
-        {"SetChannelGroup", SAVE, 0x6000C, Group(), "setchannelgroup", GROUP, 0x6000E},
-        {"SetWallInfo", SAVE, 0x60010, wall, "setwallinfo",
+        {"SetChannelGroup", kSave, 0x6000C, Group(), "setchannelgroup", kGroup, 0x6000E},
+        {"SetWallInfo", kSave, 0x60010, wall, "setwallinfo",
          Windows(WallWindowItem("8", WallStreamItem("12", 6))), 0x60010},
-        {"doClearWall", SAVE, 0x60011, "not read", "dowallclear", Body(""), 0x60011},
-        {"SetWindowConfig", SAVE, 0x60012, Guids().U16(65535).U16(1), "setwindowconfig",
+        {"doClearWall", kSave, 0x60011, "not read", "dowallclear", Body(""), 0x60011},
+        {"SetWindowConfig", kSave, 0x60012, Guids().U16(65535).U16(1), "setwindowconfig",
          Body(Switches(65535, 1)), 0x60012, Switches(7, 8), SwitchesText(65535, 1, "setWindowConfig")},
-        {"ProcLoginOutCmd", OPTION, 0x50000, "not read", "dologout", NO_BODY, NO_HEAD, "", ""},
-        {"PlanWndZoom", OPTION, 0x50014, Guids().U32(0xFFFFFFFE).U16(65535).U16(65535), "dofullscreen",
+        {"ProcLoginOutCmd", kOption, 0x50000, "not read", "dologout", kNoBody, kNoHead, "", ""},
+        {"PlanWndZoom", kOption, 0x50014, Guids().U32(0xFFFFFFFE).U16(65535).U16(65535), "dofullscreen",
          Body(Elem("enable", 65535) +
               Elem("td_window", Elem("id", 4294967294) + Elem("td_subwindow", Elem("index", 65535)))),
          0x50014},
-        {"PlayBackCtrl", OPTION, 0x5001D,
+        {"PlayBackCtrl", kOption, 0x5001D,
          Bytes().U16(1).U16(3).U16(2).U16(0).U16(7).U16(65535).U16(1).U16(8).U16(9), "doplaybackcontrol",
          Windows(WindowItem(3, Item(Elem("index", 0) + Elem("pbctrltype", 7) + Elem("pbctrlval", 65535)) +
                                    Item(Elem("index", 1) + Elem("pbctrltype", 8) + Elem("pbctrlval", 9)))),
          0x5001D},
-        {"PlayMedia", OPTION, 0x60004, Media(), "doplaymedia",
+        {"PlayMedia", kOption, 0x60004, Media(), "doplaymedia",
          Windows(WindowItem(-8, Item(Elem("index", -9) + Elem("mediainfo", stream)))), 0x60004},
-        {"StopPlayMedia", OPTION, 0x60005, Media(), "dostopplaymedia",
+        {"StopPlayMedia", kOption, 0x60005, Media(), "dostopplaymedia",
          Windows(WindowItem(-8, Item(Elem("index", -9)))), 0x60005},
-        {"CreateCanvas", OPTION, 0x60006, Canvas(), "docreatewindow", CANVAS, 0x60006},
-        {"DelCanvas", OPTION, 0x60007, Guids().U32(2).U32(7).U32(0x80000000), "dodestroywindow",
+        {"CreateCanvas", kOption, 0x60006, Canvas(), "docreatewindow", kCanvas, 0x60006},
+        {"DelCanvas", kOption, 0x60007, Guids().U32(2).U32(7).U32(0x80000000), "dodestroywindow",
          Windows(Item(Elem("id", 7)) + Item(Elem("id", 2147483648))), 0x60007},
-        {"ChangeCanvas", OPTION, 0x60008,
+        {"ChangeCanvas", kOption, 0x60008,
          Guids().U32(1).U32(-7UL).U32(-10UL).U32(-20UL).U32(-30UL).U32(-40UL), "domodifywindow",
          Windows(Item(Elem("id", -7) + Rect(-10, -20, -30, -40))), 0x60008},
-        {"TopCanvas", OPTION, 0x60009, Guids().U32(0xFFFFFFFE), "dowindowtop",
+        {"TopCanvas", kOption, 0x60009, Guids().U32(0xFFFFFFFE), "dowindowtop",
          Body(Elem("td_window", Elem("id", 4294967294))), 0x60009},
-        {"AddChannelGroup", OPTION, 0x6000A, Group(), "doaddchannelgroup", GROUP, 0x6000A},
-        {"DeleteChannelGroup", OPTION, 0x6000B, Bytes().Text(WALL).U32(2).U32(-7UL).U32(8),
+        {"AddChannelGroup", kOption, 0x6000A, Group(), "doaddchannelgroup", kGroup, 0x6000A},
+        {"DeleteChannelGroup", kOption, 0x6000B, Bytes().Text(kWall).U32(2).U32(-7UL).U32(8),
          "dodeletechannelgroup", Body(Elem("channelgrouplist", Item(Elem("id", -7)) + Item(Elem("id", 8)))),
          0x6000B},
-        {"StartChlGroupPolling", OPTION, 0x6000E,
-         Bytes().Text(WALL).U32(1).U32(-1UL).U32(2).U32(0).U32(8).U32(0xFFFFFFFF).U32(9),
+        {"StartChlGroupPolling", kOption, 0x6000E,
+         Bytes().Text(kWall).U32(1).U32(-1UL).U32(2).U32(0).U32(8).U32(0xFFFFFFFF).U32(9),
          "dostartchlgrouppolling",
          Windows(WindowItem(-1, Item(Elem("index", 0) + Elem("channelgroup", 8)) +
                                     Item(Elem("index", 4294967295) + Elem("channelgroup", 9)))),
          0x6000E},
-        {"StopChlGroupPolling", OPTION, 0x6000F, Media(), "dostopplaymedia",
+        {"StopChlGroupPolling", kOption, 0x6000F, Media(), "dostopplaymedia",
          Windows(WindowItem(-8, Item(Elem("index", -9)))), 0x60005},
-        {"PlayAudio", OPTION, 0x60014, Sound(), "doopensound",
+        {"PlayAudio", kOption, 0x60014, Sound(), "doopensound",
          Windows(WindowItem(-3, Item(Elem("index", 6) + Elem("td_channel", -5)))), 0x60014},
-        {"StopAudio", OPTION, 0x60015, Sound(), "doclosesound",
+        {"StopAudio", kOption, 0x60015, Sound(), "doclosesound",
          Windows(WindowItem(-3, Item(Elem("index", 6)))), 0x60015},
     };
 }
@@ -188,17 +183,17 @@ std::string ScreenRecord(unsigned long id, const std::string& name, unsigned lon
     return Bytes().U32(id).Text(Field(name, 256)).U32(x).U32(y);
 }
 
-std::string GroupRecord(const std::string& guid, unsigned long id, unsigned long nChannels,
-                        unsigned long nInterval, const std::string& name, const std::string& channels)
+std::string GroupRecord(const std::string& guid, unsigned long id, unsigned long channelCount,
+                        unsigned long interval, const std::string& name, const std::string& channels)
 {
-    Bytes group = Bytes().Text(guid).U32(id).U32(nChannels).U32(nInterval);
+    Bytes group = Bytes().Text(guid).U32(id).U32(channelCount).U32(interval);
     return group.Text(Field(name, 256)).Text(Field(channels, 16));
 }
 
-std::string StreamRecord(const std::string& guid, unsigned long nChannel, const std::string& user,
+std::string StreamRecord(const std::string& guid, unsigned long channel, const std::string& user,
                          const std::string& pwd, const std::string& gap)
 {
-    Bytes media = Bytes().U32(nChannel).Text(guid).U32(-1UL).U32(2).U32(-3UL).U32(-4UL).U32(0x80000000);
+    Bytes media = Bytes().U32(channel).Text(guid).U32(-1UL).U32(2).U32(-3UL).U32(-4UL).U32(0x80000000);
     media.U32(-6UL).Text(gap).U32(-1UL).U32(-1UL).U32(7).U32(1).Text(Field("10.0.0.<1>", 32));
     return media.Text(Field(user, 256)).Text(Field(pwd, 256));
 }
@@ -211,9 +206,9 @@ std::string StreamElements(const std::string& channel, const std::string& user, 
            Elem("source", -6);
 }
 
-std::string WallWindowRecord(unsigned int id, unsigned long nSubWindows)
+std::string WallWindowRecord(unsigned int id, unsigned long subWindows)
 {
-    return Bytes().U16(id).U16(2).U16(3).U16(40000).U16(5).U16(0xFFFF).U16(7).U32(nSubWindows);
+    return Bytes().U16(id).U16(2).U16(3).U16(40000).U16(5).U16(0xFFFF).U16(7).U32(subWindows);
 }
 
 std::string WallWindowItem(const std::string& id, const std::string& subItems)
@@ -222,43 +217,40 @@ std::string WallWindowItem(const std::string& id, const std::string& subItems)
                 Elem("td_subwindowlist", subItems));
 }
 
-std::string WallStreamRecord(const std::string& guid, unsigned long nChannel, unsigned int nReqMode)
+std::string WallStreamRecord(const std::string& guid, unsigned long channel, unsigned int reqMode)
 {
-    Bytes media = Bytes().U16(0xFFFF).U16(9).U16(60000).U16(nReqMode).U16(50000).Text("gp").U32(-1UL).U32(2);
+    Bytes media = Bytes().U16(0xFFFF).U16(9).U16(60000).U16(reqMode).U16(50000).Text("gp").U32(-1UL).U32(2);
     media.U32(0xFFFFFFFF).Text(guid).Text(Field("10.0.0.1", 32));
-    return media.Text(Field(SOURCE_USER, 256)).Text(Field(SOURCE_PASSWORD, 256)).U32(nChannel);
+    return media.Text(Field(kSourceUser, 256)).Text(Field(kSourcePassword, 256)).U32(channel);
 }
 
-std::string WallStreamItem(const std::string& channelid, int nReqMode)
+std::string WallStreamItem(const std::string& channelid, int reqMode)
 {
-    const std::string media = Elem("type", 60000) + Elem("reqmode", nReqMode) + Elem("addr", "10.0.0.1") +
-                              Elem("port", 50000) + Elem("channelid", channelid) + Elem("user", SOURCE_USER) +
-                              Elem("pwd", SOURCE_PASSWORD) + Elem("streamtype", 4294967295);
+    const std::string media = Elem("type", 60000) + Elem("reqmode", reqMode) + Elem("addr", "10.0.0.1") +
+                              Elem("port", 50000) + Elem("channelid", channelid) + Elem("user", kSourceUser) +
+                              Elem("pwd", kSourcePassword) + Elem("streamtype", 4294967295);
     return Item(Elem("index", 65535) + Elem("osdid", 9) +
                 (channelid.empty() ? "" : Elem("mediainfo", media)));
 }
 
-std::string CommandSample::Payload() const
-{
-    return nOptType == NO_OPTION ? record : Option(nOptType, record);
-}
+std::string CommandSample::Payload() const { return optType == kNoOption ? record : Option(optType, record); }
 
 std::string CommandSample::Answer() const
 {
     const std::string data = answerData.value_or(record);
-    return nAnswerType == NO_HEAD ? "buffer " + Hex(data) : ResultOf(nAnswerType, data);
+    return answerType == kNoHead ? "buffer " + Hex(data) : ResultOf(answerType, data);
 }
 
 const std::vector<CommandSample>& CommandSamples()
 {
-    static const std::vector<CommandSample> samples = MakeSamples();
-    return samples;
+    static const std::vector<CommandSample> kSamples = MakeSamples();
+    return kSamples;
 }
 
 const CommandSample& CommandSampleOf(const std::string& handler)
 {
     for (const CommandSample& sample : CommandSamples()) {
-        if (sample.szName == handler) {
+        if (sample.name == handler) {
             return sample;
         }
     }

@@ -9,10 +9,10 @@ struct TestKeys {
 };
 inline const TestKeys& DecoderKeys() // made once
 {
-    static const TestKeys keys = [] {
+    static const TestKeys kKeys = [] {
         std::string texts[2];
         tdcrypto::GenerateRsaKey(texts);
         return TestKeys{texts[0], texts[1]};
     }();
-    return keys;
+    return kKeys;
 }

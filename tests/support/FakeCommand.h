@@ -3,35 +3,32 @@
 #include <atomic>
 #include <functional>
 #include <string>
-#include <vector>
 
 #include "AllocationFault.h"
 #include "CmdProcObject.h"
 
 // A host command that records its references and every answer it gets.
-class FakeCommand final : public CCmdProcObject {
+class FakeCommand : public CCmdProcObject {
 public:
-    explicit FakeCommand(unsigned int nCmdID, bool bHasReply = true)
-        : m_nCmdID(nCmdID), m_bHasReply(bHasReply)
-    {
-    }
+    explicit FakeCommand(unsigned int cmdID, bool hasReply = true) : m_cmdID(cmdID), m_hasReply(hasReply) {}
+    virtual ~FakeCommand() = default;
 
-    unsigned int GetRequestCommand() const override { return m_nCmdID; }
-    bool HasReply() const override { return m_bHasReply; }
-    void AddReference(int nHolderTag) override { Count(nHolderTag, 1); }
-    void DecReference(int nHolderTag) override { Count(nHolderTag, -1); }
+    unsigned int GetRequestCommand() const override { return m_cmdID; }
+    bool HasReply() const override { return m_hasReply; }
+    void AddReference(int holderTag) override { Count(holderTag, 1); }
+    void DecReference(int holderTag) override { Count(holderTag, -1); }
     void ReplyRecord(const ORVA_NET_PROTOCOL::_kest_net_reply& reply) override
     {
-        ++nAnswers;
-        bFailed = true;
+        ++answers;
+        failed = true;
         record = reply;
         onAnswer();
     }
-    void ReplyBuffer(const char* pData, unsigned long nLen) override
+    void ReplyBuffer(const char* data, unsigned long len) override
     {
         const allocation_fault::Pause pause;
-        ++nAnswers;
-        buffer.assign(pData == nullptr ? "" : pData, nLen);
+        ++answers;
+        buffer.assign(data == nullptr ? "" : data, len);
         onAnswer();
     }
 
@@ -40,23 +37,23 @@ public:
 
     std::function<void()> onAnswer = [] {};                                 // runs inside the answer
     std::function<void(const char* what)> onReference = [](const char*) {}; // "take", "give back"
-    std::atomic<int> nAnswers = 0;
-    bool bFailed = false;
+    std::atomic<int> answers = 0;
+    bool failed = false;
     ORVA_NET_PROTOCOL::_kest_net_reply record{};
     std::string buffer;
-    std::atomic<int> nReferences = 0; // of the queue's holder tag
-    std::atomic<int> nOtherTags = 0;  // calls with any other tag
+    std::atomic<int> references = 0; // of the queue's holder tag
+    std::atomic<int> otherTags = 0;  // calls with any other tag
 
 private:
-    void Count(int nHolderTag, int n)
+    void Count(int holderTag, int n)
     {
-        constexpr int QUEUE_HOLDER_TAG = 11;
-        nHolderTag == QUEUE_HOLDER_TAG ? nReferences += n : ++nOtherTags;
+        constexpr int kQueueHolderTag = 11;
+        holderTag == kQueueHolderTag ? references += n : ++otherTags;
         onReference(n > 0 ? "take" : "give back");
     }
 
-    unsigned int m_nCmdID;
-    bool m_bHasReply;
+    unsigned int m_cmdID;
+    bool m_hasReply;
 };
 
 std::string Hex(const std::string& bytes);

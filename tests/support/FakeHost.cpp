@@ -18,32 +18,32 @@ struct PoolBuffer {
 
 std::mutex g_logMutex;
 std::vector<fake_host::LogLine> g_logs;
-std::atomic<bool> g_bRecord{true};
+std::atomic<bool> g_recording{true};
 std::atomic<long> g_liveBuffers{0};
 std::atomic<long> g_poolBytes{0};
 std::atomic<int> g_failPoolAllocation{0};
-thread_local unsigned int t_lastError = 0;
+thread_local unsigned int g_lastError = 0;
 
-PoolBuffer& FromHandle(const char* hBuffer)
+PoolBuffer& FromHandle(const char* buffer)
 {
-    return *reinterpret_cast<PoolBuffer*>(const_cast<char*>(hBuffer));
+    return *reinterpret_cast<PoolBuffer*>(const_cast<char*>(buffer));
 }
 
 bool PoolFails() { return g_failPoolAllocation > 0 && --g_failPoolAllocation == 0; }
 
-void Record(fake_host::LogLevel level, const char* szText, const char* szSource, int nLine)
+void Record(fake_host::LogLevel level, const char* text, const char* source, int line)
 {
-    if (g_bRecord) {
+    if (g_recording) {
         std::lock_guard lock(g_logMutex);
-        g_logs.push_back({level, szText, szSource, nLine});
+        g_logs.push_back({level, text, source, line});
     }
 }
 
-int RecordCall(fake_host::Call call, int nResult = 0)
+int RecordCall(fake_host::Call call, int result = 0)
 {
     fake_host::Get().onCall(call);
     fake_host::Get().calls.push_back(std::move(call));
-    return nResult;
+    return result;
 }
 
 } // namespace
@@ -85,110 +85,109 @@ int CountAsserts(const std::string& source, int line)
     return CountLogs(LogLevel::Abnormal, source, line, "ASSERT");
 }
 
-void SetLogRecording(bool bOn) { g_bRecord = bOn; }
+void SetLogRecording(bool on) { g_recording = on; }
 long LiveBuffers() { return g_liveBuffers; }
 long PoolBytes() { return g_poolBytes; }
 void FailPoolAllocation(int n) { g_failPoolAllocation = n; }
-void SetLastError(unsigned int nError) { t_lastError = nError; }
+void SetLastError(unsigned int error) { g_lastError = error; }
 
 } // namespace fake_host
 
 extern "C" {
 
-int NET_COMM_RegistDevProtocolProcObject(unsigned int nType, CNetProtocolProc* pPrototype)
+int NET_COMM_RegistDevProtocolProcObject(unsigned int type, CNetProtocolProc* prototype)
 {
     auto& state = fake_host::Get();
-    state.registeredType = nType;
-    state.pCreated = pPrototype->CreateSelf();
+    state.registeredType = type;
+    state.created = prototype->CreateSelf();
     return state.registDevResult;
 }
 
 GUID NET_COMM_GetCurrentAppNodeID() { return fake_host::Get().appNodeID; }
 
-int NET_SOCKET_RegisterNode(int hNetCommunication, CSocketDataObserver* pObserver, void* pContext, int a,
-                            int b)
+int NET_SOCKET_RegisterNode(int netCommunication, CSocketDataObserver* observer, void* context, int a, int b)
 {
-    return RecordCall({"RegisterNode", hNetCommunication, pObserver, pContext, a, b},
+    return RecordCall({"RegisterNode", netCommunication, observer, context, a, b},
                       fake_host::Get().registerNodeResult);
 }
 
-int NET_SOCKET_UnRegisterNode(int hNetCommunication)
+int NET_SOCKET_UnRegisterNode(int netCommunication)
 {
-    return RecordCall({"UnRegisterNode", hNetCommunication});
+    return RecordCall({"UnRegisterNode", netCommunication});
 }
 
-int NET_SOCKET_Start(int hNetCommunication)
+int NET_SOCKET_Start(int netCommunication)
 {
-    return RecordCall({"Start", hNetCommunication}, fake_host::Get().startResult);
+    return RecordCall({"Start", netCommunication}, fake_host::Get().startResult);
 }
 
-int NET_SOCKET_Stop(int hNetCommunication) { return RecordCall({"Stop", hNetCommunication}); }
+int NET_SOCKET_Stop(int netCommunication) { return RecordCall({"Stop", netCommunication}); }
 
-int NET_SOCKET_DestroyHNetCommunication(int hNetCommunication)
+int NET_SOCKET_DestroyHNetCommunication(int netCommunication)
 {
-    return RecordCall({"DestroyHNetCommunication", hNetCommunication});
+    return RecordCall({"DestroyHNetCommunication", netCommunication});
 }
 
-unsigned int GetLastError() { return t_lastError; }
+unsigned int GetLastError() { return g_lastError; }
 
-char* MEM_POOL_New(const char* pData, unsigned long nLen)
+char* MEM_POOL_New(const char* data, unsigned long len)
 try {
     if (PoolFails()) {
         return nullptr;
     }
-    auto pBuffer = std::make_unique<PoolBuffer>();
-    pBuffer->bytes.assign(pData, nLen);
-    g_poolBytes += static_cast<long>(nLen);
+    auto buffer = std::make_unique<PoolBuffer>();
+    buffer->bytes.assign(data, len);
+    g_poolBytes += static_cast<long>(len);
     ++g_liveBuffers;
-    return reinterpret_cast<char*>(pBuffer.release());
+    return reinterpret_cast<char*>(buffer.release());
 } catch (const std::bad_alloc&) { // a host's pool throws nothing
     return nullptr;
 }
 
-void MEM_POOL_AddRef(const char* hBuffer) { ++FromHandle(hBuffer).references; }
+void MEM_POOL_AddRef(const char* buffer) { ++FromHandle(buffer).references; }
 
-void MEM_POOL_Delete(const char* hBuffer)
+void MEM_POOL_Delete(const char* buffer)
 {
-    if (--FromHandle(hBuffer).references == 0) {
-        delete &FromHandle(hBuffer);
+    if (--FromHandle(buffer).references == 0) {
+        delete &FromHandle(buffer);
         --g_liveBuffers;
     }
 }
 
-const char* MEM_POOL_GetData(const char* hBuffer) { return FromHandle(hBuffer).bytes.data(); }
-unsigned long MEM_POOL_GetLen(const char* hBuffer) { return FromHandle(hBuffer).bytes.size(); }
+const char* MEM_POOL_GetData(const char* buffer) { return FromHandle(buffer).bytes.data(); }
+unsigned long MEM_POOL_GetLen(const char* buffer) { return FromHandle(buffer).bytes.size(); }
 
-bool MEM_POOL_Append(const char* hBuffer, const char* pData, unsigned long nLen)
+bool MEM_POOL_Append(const char* buffer, const char* data, unsigned long len)
 try {
     if (PoolFails()) {
         return false;
     }
-    FromHandle(hBuffer).bytes.append(pData, nLen);
-    g_poolBytes += static_cast<long>(nLen);
+    FromHandle(buffer).bytes.append(data, len);
+    g_poolBytes += static_cast<long>(len);
     return true;
 } catch (const std::bad_alloc&) {
     return false;
 }
 
-void MEM_POOL_TruncateFront(const char* hBuffer, unsigned long nLen)
+void MEM_POOL_TruncateFront(const char* buffer, unsigned long len)
 {
-    auto& bytes = FromHandle(hBuffer).bytes;
-    bytes.erase(0, std::min<size_t>(nLen, bytes.size()));
+    auto& bytes = FromHandle(buffer).bytes;
+    bytes.erase(0, std::min<size_t>(len, bytes.size()));
 }
 
-void SHARESDK_NormalOutput(const char* szText, const char* szSource, int nLine)
+void SHARESDK_NormalOutput(const char* text, const char* source, int line)
 {
-    Record(fake_host::LogLevel::Normal, szText, szSource, nLine);
+    Record(fake_host::LogLevel::Normal, text, source, line);
 }
 
-void SHARESDK_AbnormalOutput(const char* szText, const char* szSource, int nLine)
+void SHARESDK_AbnormalOutput(const char* text, const char* source, int line)
 {
-    Record(fake_host::LogLevel::Abnormal, szText, szSource, nLine);
+    Record(fake_host::LogLevel::Abnormal, text, source, line);
 }
 
-void SHARESDK_DebugOutput(const char* szText, const char* szSource, int nLine)
+void SHARESDK_DebugOutput(const char* text, const char* source, int line)
 {
-    Record(fake_host::LogLevel::Debug, szText, szSource, nLine);
+    Record(fake_host::LogLevel::Debug, text, source, line);
 }
 
 } // extern "C"

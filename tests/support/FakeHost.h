@@ -24,9 +24,9 @@ struct LogLine {
 // One call of a NET_* function.
 struct Call {
     std::string name;
-    int hNetCommunication = 0;
-    CSocketDataObserver* pObserver = nullptr;
-    void* pContext = nullptr;
+    int netCommunication = 0;
+    CSocketDataObserver* observer = nullptr;
+    void* context = nullptr;
     int a = 0;
     int b = 0;
 };
@@ -38,7 +38,7 @@ struct State {
     int startResult = 0;
     int registDevResult = 0;
     unsigned int registeredType = 0;
-    CNetProtocolProc* pCreated = nullptr; // CreateSelf of the registered prototype; the test owns it
+    CNetProtocolProc* created = nullptr; // CreateSelf of the registered prototype; the test owns it
     std::vector<Call> calls;
     std::function<void(const Call&)> onCall = [](const Call&) {};
 };
@@ -53,7 +53,7 @@ int CountLogs(LogLevel level, const std::string& source, int line, const std::st
 // "ASSERT" reports of this source and line number.
 int CountAsserts(const std::string& source, int line);
 // Off in benchmarks, fuzz targets and stress tests.
-void SetLogRecording(bool bOn);
+void SetLogRecording(bool on);
 
 // Memory-pool buffers that are alive now.
 long LiveBuffers();
@@ -63,6 +63,6 @@ long PoolBytes();
 void FailPoolAllocation(int n);
 
 // What GetLastError answers on the calling thread.
-void SetLastError(unsigned int nError);
+void SetLastError(unsigned int error);
 
 } // namespace fake_host

@@ -8,15 +8,15 @@
 #include "LinkTexts.h"
 
 struct HeavyMessage {
-    const char* szWhat;
+    const char* what;
     std::string text;
 };
 
 // Pieces with a number each, one after another.
-inline std::string Numbered(const std::string& before, const std::string& after, size_t nBytes)
+inline std::string Numbered(const std::string& before, const std::string& after, size_t bytes)
 {
     std::string text;
-    for (size_t n = 0; text.size() < nBytes; ++n) {
+    for (size_t n = 0; text.size() < bytes; ++n) {
         text += before + std::to_string(n) + after;
     }
     return text;

@@ -15,9 +15,9 @@ void Process(Processor& processor, CCmdProcObject& command, std::string payload)
 }
 
 // The bytes that are consumed of these, which lie in the host's buffer or are kept by the session.
-inline unsigned int Offer(CSocketDataObserver& observer, const std::string& bytes, bool bBuffered = false)
+inline unsigned int Offer(CSocketDataObserver& observer, const std::string& bytes, bool buffered = false)
 {
-    unsigned int nNeed = 0;
+    unsigned int need = 0;
     return observer.OnSocketRecvData(0, bytes.data(), static_cast<unsigned int>(bytes.size()),
-                                     bBuffered ? nullptr : &nNeed, nullptr);
+                                     buffered ? nullptr : &need, nullptr);
 }

@@ -57,14 +57,14 @@ std::string Repeat(const std::string& text, size_t n)
     return all;
 }
 
-std::string Field(const std::string& text, size_t nSize)
+std::string Field(const std::string& text, size_t size)
 {
-    return text + std::string(nSize - text.size(), '\0');
+    return text + std::string(size - text.size(), '\0');
 }
 
-std::string Option(unsigned int nOptType, const std::string& record)
+std::string Option(unsigned int optType, const std::string& record)
 {
-    return Bytes().U32(nOptType).U32(record.size()).Text(record);
+    return Bytes().U32(optType).U32(record.size()).Text(record);
 }
 
 std::string LoginPayload(const std::string& user, const std::string& password)
@@ -75,8 +75,8 @@ std::string LoginPayload(const std::string& user, const std::string& password)
     return payload;
 }
 
-std::string ResultOf(unsigned int nOptType, const std::string& data)
+std::string ResultOf(unsigned int optType, const std::string& data)
 {
-    const auto nLen = static_cast<unsigned int>(data.size());
-    return "buffer " + Hex(Bytes().U32(nOptType).U16(8).U16(nLen).U32(0).U32(0).Text(data));
+    const auto len = static_cast<unsigned int>(data.size());
+    return "buffer " + Hex(Bytes().U32(optType).U16(8).U16(len).U32(0).U32(0).Text(data));
 }

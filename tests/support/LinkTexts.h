@@ -26,7 +26,7 @@ std::string BodyOf(const std::string& request);
 std::string Body(const std::string& inner);
 
 // The end of a request without a body.
-inline const std::string NO_BODY = "</td_command>\r\n";
+inline const std::string kNoBody = "</td_command>\r\n";
 
 // An element with a text, and one item of a list.
 template <class Value>
@@ -44,9 +44,9 @@ inline std::string Item(const std::string& inner) { return Elem("item", inner); 
 
 // The body with a list of windows, and one window of it by its id and sub-windows.
 inline std::string Windows(const std::string& items) { return Body(Elem("td_windowlist", items)); }
-inline std::string WindowItem(long nID, const std::string& subItems)
+inline std::string WindowItem(long id, const std::string& subItems)
 {
-    return Item(Elem("id", nID) + Elem("td_subwindowlist", subItems));
+    return Item(Elem("id", id) + Elem("td_subwindowlist", subItems));
 }
 
 // n times the same text.
@@ -55,7 +55,7 @@ std::string Repeat(const std::string& text, size_t n);
 // --- the host's bytes ---
 
 // A text field, filled up with zeros.
-std::string Field(const std::string& text, size_t nSize);
+std::string Field(const std::string& text, size_t size);
 
 // Little-endian bytes of numbers, and texts as they are.
 class Bytes {
@@ -71,9 +71,9 @@ public:
     operator std::string() const { return m_bytes; }
 
 private:
-    Bytes& Put(unsigned long n, int nBytes)
+    Bytes& Put(unsigned long n, int width)
     {
-        for (int i = 0; i < nBytes; ++i) {
+        for (int i = 0; i < width; ++i) {
             m_bytes += static_cast<char>(n >> (8 * i));
         }
         return *this;
@@ -85,8 +85,8 @@ private:
 inline Bytes Guids() { return Bytes().Text(std::string(16, 'W')).Text(std::string(16, 'P')); }
 
 // The option envelope with its record.
-std::string Option(unsigned int nOptType, const std::string& record);
+std::string Option(unsigned int optType, const std::string& record);
 std::string LoginPayload(const std::string& user, const std::string& password);
 
 // The answer of success with its data, as FakeCommand tells it.
-std::string ResultOf(unsigned int nOptType, const std::string& data);
+std::string ResultOf(unsigned int optType, const std::string& data);

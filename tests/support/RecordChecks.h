@@ -12,9 +12,9 @@
 
 // Through the base: one record's own SetData says nothing.
 template <class Record, class Reader>
-bool Decode(CTvwRecord<Record, Reader>& record, const char* pData, size_t nLen)
+bool Decode(CTvwRecord<Record, Reader>& record, const char* data, size_t len)
 {
-    return record.SetData(pData, static_cast<unsigned int>(nLen));
+    return record.SetData(data, static_cast<unsigned int>(len));
 }
 
 template <class Record>
@@ -28,9 +28,9 @@ template <class Record>
 std::string Encode(const Record& record)
 {
     std::string bytes(record.GetLength(), '\xEE');
-    char* pData = bytes.data();
-    EXPECT_EQ(record.GetData(pData), bytes.size());
-    EXPECT_EQ(pData, bytes.data());
+    char* data = bytes.data();
+    EXPECT_EQ(record.GetData(data), bytes.size());
+    EXPECT_EQ(data, bytes.data());
     return bytes;
 }
 
@@ -41,10 +41,10 @@ void RoundTrips(const std::string& bytes, const std::string& cleared = Encode(Re
 {
     SCOPED_TRACE(typeid(Record).name());
     Record record;
-    char* pNone = nullptr;
+    char* none = nullptr;
     ASSERT_TRUE(Decode(record, bytes));
     EXPECT_EQ(Encode(record), bytes);
-    EXPECT_EQ(record.GetData(pNone), 0U);
+    EXPECT_EQ(record.GetData(none), 0U);
     for (size_t n = 0; n < bytes.size(); ++n) {
         Record cut;
         EXPECT_FALSE(Decode(cut, bytes.substr(0, n))) << n;
@@ -85,9 +85,9 @@ template <class Record>
 void RefusesCounts(const std::string& head, const std::string& items)
 {
     SCOPED_TRACE(typeid(Record).name());
-    for (const unsigned long nCount : {4UL, 0x40000000UL, 0x33333334UL, 0x20000000UL, 0x08000000UL, -1UL}) {
+    for (const unsigned long count : {4UL, 0x40000000UL, 0x33333334UL, 0x20000000UL, 0x08000000UL, -1UL}) {
         Record record;
-        EXPECT_FALSE(Decode(record, Bytes().Text(head).U32(nCount).Text(items)));
+        EXPECT_FALSE(Decode(record, Bytes().Text(head).U32(count).Text(items)));
         EXPECT_LE(record.GetLength(), head.size() + 4);
     }
 }

@@ -16,11 +16,11 @@ SessionFixture::~SessionFixture() { test_clock::SetSleepHook({}); }
 void SessionFixture::OnSleep(unsigned int ms)
 {
     if (ms != 100) {
-        ++nRetries;
+        ++retries;
         onRetry();
         return;
     }
-    ++nPolls;
+    ++polls;
     if (onPoll) {
         onPoll();
     } else if (!m_replies.empty() && --m_replies.front().second <= 0) {
@@ -33,20 +33,20 @@ void SessionFixture::OnSleep(unsigned int ms)
     }
 }
 
-void SessionFixture::ReplyWith(const std::string& text, int nPollsBefore)
+void SessionFixture::ReplyWith(const std::string& text, int pollsBefore)
 {
-    m_replies.emplace_back(text, nPollsBefore);
+    m_replies.emplace_back(text, pollsBefore);
 }
 
-void SessionFixture::Receive(const std::string& bytes, bool bBuffered)
+void SessionFixture::Receive(const std::string& bytes, bool buffered)
 {
-    EXPECT_EQ(Offer(session, bytes, bBuffered), bytes.size());
+    EXPECT_EQ(Offer(session, bytes, buffered), bytes.size());
 }
 
-std::string SessionFixture::Run(unsigned int nCmdID, const std::string& payload, bool bHasReply)
+std::string SessionFixture::Run(unsigned int cmdID, const std::string& payload, bool hasReply)
 {
-    nPolls = 0;
-    FakeCommand command(nCmdID, bHasReply);
+    polls = 0;
+    FakeCommand command(cmdID, hasReply);
     Process(session, command, payload);
     return command.Answer();
 }

@@ -21,19 +21,19 @@ protected:
     SessionFixture();
     ~SessionFixture() override;
 
-    // Answers the next request when it has been polled for nPolls times. %SEQ% in the text becomes the
+    // Answers the next request when it has been polled for polls times. %SEQ% in the text becomes the
     // request's number.
-    void ReplyWith(const std::string& text, int nPolls = 1);
+    void ReplyWith(const std::string& text, int polls = 1);
     // Runs on each poll of the session, instead of replies.
     std::function<void()> onPoll;
     // Runs before each retry of a send.
     std::function<void()> onRetry = [] {};
 
     // The receive callback, with whole frames, in the host's buffer or kept by the session.
-    void Receive(const std::string& bytes, bool bBuffered = false);
+    void Receive(const std::string& bytes, bool buffered = false);
 
     // Runs one command; the answer as FakeCommand::Answer tells it.
-    std::string Run(unsigned int nCmdID, const std::string& payload, bool bHasReply = true);
+    std::string Run(unsigned int cmdID, const std::string& payload, bool hasReply = true);
     // Logs in with real keys, session "SID" and token "TOK"; forgets the frames sent and the logs.
     // The decoder's second key enciphers the credentials of video sources.
     void LogIn(const std::string& mediaKey = DecoderKeys().publicKey);
@@ -45,8 +45,8 @@ protected:
 
     FakeNode node;
     CNetProtocolProcTWDECODERDevImp session;
-    int nPolls = 0;   // of 100 ms, since the last command was started
-    int nRetries = 0; // sleeps of 1 ms
+    int polls = 0;   // of 100 ms, since the last command was started
+    int retries = 0; // sleeps of 1 ms
 
 private:
     void OnSleep(unsigned int ms);

@@ -1,45 +1,84 @@
 #pragma once
-// Wall commands: the record that goes in, the request that goes out, the answer that comes back.
+// Wall commands after a login: the record that goes in, the request that goes out, the answer that comes
+// back.
 
 #include <sstream>
 #include <string>
 
 #include "CommandSamples.h"
+#include "Crypto/tdcrypto.h"
 #include "SessionFixture.h"
 
 class WallCommandFixture : public SessionFixture {
 protected:
-    // A command that the decoder accepts, and whose answer the host wants or not.
-    void Check(const CommandSample& sample, bool bHasReply = true)
+    WallCommandFixture()
     {
-        EXPECT_EQ(Ask(sample, bHasReply), bHasReply ? sample.Answer() : "none");
+        tdcrypto::GenerateRsaKey(m_mediaKeys);
+        LogIn(m_mediaKeys[0]);
+    }
+    ~WallCommandFixture() override
+    {
+        for (const auto& log : fake_host::Logs()) {
+            EXPECT_EQ(log.text.find(kSourceUser), std::string::npos) << log.text;
+            EXPECT_EQ(log.text.find(kSourcePassword), std::string::npos) << log.text;
+        }
+    }
+
+    // A command that the decoder accepts, and whose answer the host wants or not.
+    void Check(const CommandSample& sample, bool hasReply = true)
+    {
+        EXPECT_EQ(Ask(sample, hasReply), hasReply ? sample.Answer() : "none");
         EXPECT_EQ(SentBody(), sample.body);
     }
 
     // The same command with another record, which comes back in its answer.
-    void Check(const char* what, const char* szHandler, const std::string& record, const std::string& body)
+    void Check(const char* what, const char* handler, const std::string& record, const std::string& body)
     {
         SCOPED_TRACE(what);
-        CommandSample sample = CommandSampleOf(szHandler);
+        CommandSample sample = CommandSampleOf(handler);
         sample.record = record;
         sample.body = body;
         Check(sample);
     }
 
-    // The host's answer to the command with this record when the decoder's reply has this body.
-    std::string Ask(const char* szHandler, const std::string& record, const std::string& replyBody)
+    // The sample's record with its window twice, the second time cut: the first one is sent. The count of the
+    // windows stands before them.
+    void CheckSecondWindowCut(const char* handler, size_t countAt, size_t countSize = 4)
     {
-        CommandSample sample = CommandSampleOf(szHandler);
+        const CommandSample& sample = CommandSampleOf(handler);
+        std::string record = sample.record + sample.record.substr(countAt + countSize);
+        record[countAt] = 2;
+        record.pop_back();
+        Check("second window cut", handler, record, sample.body);
+    }
+
+    // The host's answer to the command with this record when the decoder's reply has this body.
+    std::string Ask(const char* handler, const std::string& record, const std::string& replyBody)
+    {
+        CommandSample sample = CommandSampleOf(handler);
         sample.record = record;
         sample.replyBody = replyBody;
         return Ask(sample, true);
     }
 
-    // The body of the first request, as the rows of a test write it.
-    virtual std::string SentBody() const { return node.frames.empty() ? "" : BodyOf(node.frames.front()); }
+    // The body of the first request, with the credentials of video sources as the decoder reads them.
+    std::string SentBody() const
+    {
+        return node.frames.empty() ? "" : Deciphered("user", Deciphered("pwd", BodyOf(node.frames.front())));
+    }
 
 private:
-    std::string Ask(const CommandSample& sample, bool bHasReply)
+    std::string Deciphered(const std::string& name, std::string xml) const
+    {
+        const std::string tag = "<" + name + ">";
+        for (auto at = xml.find(tag); at != std::string::npos; at = xml.find(tag, at)) {
+            at += tag.size();
+            const auto len = xml.find('<', at) - at;
+            xml.replace(at, len, tdcrypto::RsaPriDecrypt(xml.substr(at, len), m_mediaKeys[1]));
+        }
+        return xml;
+    }
+    std::string Ask(const CommandSample& sample, bool hasReply)
     {
         node.frames.clear();
         std::istringstream urls(sample.urls);
@@ -47,7 +86,7 @@ private:
             ReplyWith(
                 ReplyText(url, "%SEQ%", "0", "<session>SID</session><token>TOK</token>", sample.replyBody));
         }
-        const std::string answer = Run(sample.nCmdID, sample.Payload(), bHasReply);
+        const std::string answer = Run(sample.cmdID, sample.Payload(), hasReply);
         std::string sent;
         for (const std::string& frame : node.frames) {
             sent += (sent.empty() ? "" : " ") + Element(frame, "url");
@@ -55,4 +94,5 @@ private:
         EXPECT_EQ(sent, sample.urls);
         return answer;
     }
+    std::string m_mediaKeys[2];
 };

@@ -16,84 +16,84 @@ namespace {
 bool MayAllocate()
 {
     using namespace allocation_fault;
-    return t_nPauses != 0 || (t_nAllowed < 0 && !t_bForGood) || t_nAllowed-- > 0;
+    return g_pauses != 0 || (g_allowed < 0 && !g_forGood) || g_allowed-- > 0;
 }
 
-long SizeOf(void* pBytes) { return static_cast<long>(malloc_usable_size(pBytes)); } // 0 for null
+long SizeOf(void* bytes) { return static_cast<long>(malloc_usable_size(bytes)); } // 0 for null
 
-void CountTaken(void* pBytes)
+void CountTaken(void* bytes)
 {
-    allocation_fault::g_nTaken += SizeOf(pBytes);
-    allocation_fault::g_nPeak = std::max<long>(allocation_fault::g_nPeak, allocation_fault::LiveBytes());
+    allocation_fault::g_taken += SizeOf(bytes);
+    allocation_fault::g_peak = std::max<long>(allocation_fault::g_peak, allocation_fault::LiveBytes());
 }
 
 // What was in the memory before, a secret of the test itself perhaps, is not to be taken for the plug-in's.
-void* Taken(void* pBytes)
+void* Taken(void* bytes)
 {
-    CountTaken(pBytes);
-    return pBytes == nullptr ? nullptr : std::memset(pBytes, 0xA5, static_cast<std::size_t>(SizeOf(pBytes)));
+    CountTaken(bytes);
+    return bytes == nullptr ? nullptr : std::memset(bytes, 0xA5, static_cast<std::size_t>(SizeOf(bytes)));
 }
 
-void* Allocate(std::size_t nSize)
+void* Allocate(std::size_t size)
 {
-    return Taken(MayAllocate() ? std::malloc(nSize == 0 ? 1 : nSize) : nullptr);
+    return Taken(MayAllocate() ? std::malloc(size == 0 ? 1 : size) : nullptr);
 }
 
-void Free(void* pBytes)
+void Free(void* bytes)
 {
-    allocation_fault::g_nGivenBack += SizeOf(pBytes);
-    std::free(pBytes);
+    allocation_fault::g_givenBack += SizeOf(bytes);
+    std::free(bytes);
 }
 
-void* AllocateOrThrow(std::size_t nSize)
+void* AllocateOrThrow(std::size_t size)
 {
-    if (void* pBytes = Allocate(nSize)) {
-        return pBytes;
+    if (void* bytes = Allocate(size)) {
+        return bytes;
     }
     throw std::bad_alloc();
 }
 
-void FreeWatched(void* pBytes)
+void FreeWatched(void* bytes)
 {
     using namespace allocation_fault;
-    if (pBytes != nullptr && g_bWatched && t_nPauses == 0) {
-        const auto nSize = static_cast<std::size_t>(SizeOf(pBytes));
-        g_nUnwiped += std::any_of(g_secrets.begin(), g_secrets.end(), [&](std::string_view secret) {
-            return !secret.empty() && memmem(pBytes, nSize, secret.data(), secret.size()) != nullptr;
+    if (bytes != nullptr && g_watched && g_pauses == 0) {
+        const auto size = static_cast<std::size_t>(SizeOf(bytes));
+        g_unwiped += std::any_of(g_secrets.begin(), g_secrets.end(), [&](std::string_view secret) {
+            return !secret.empty() && memmem(bytes, size, secret.data(), secret.size()) != nullptr;
         });
     }
-    Free(pBytes);
+    Free(bytes);
 }
 
-void* CryptoAllocate(std::size_t nSize, const char*, int) { return Allocate(nSize); }
-void* CryptoReallocate(void* pBytes, std::size_t nSize, const char*, int)
+void* CryptoAllocate(std::size_t size, const char*, int) { return Allocate(size); }
+void* CryptoReallocate(void* bytes, std::size_t size, const char*, int)
 {
-    if (pBytes == nullptr) {
-        return Allocate(nSize);
+    if (bytes == nullptr) {
+        return Allocate(size);
     }
-    const long nBefore = SizeOf(pBytes);
-    void* pMoved = MayAllocate() ? std::realloc(pBytes, nSize) : nullptr;
-    if (pMoved != nullptr) {
-        allocation_fault::g_nGivenBack += nBefore;
-        CountTaken(pMoved);
+    const long before = SizeOf(bytes);
+    void* moved = MayAllocate() ? std::realloc(bytes, size) : nullptr;
+    if (moved != nullptr) {
+        allocation_fault::g_givenBack += before;
+        CountTaken(moved);
     }
-    return pMoved;
+    return moved;
 }
-void CryptoFree(void* pBytes, const char*, int) { Free(pBytes); }
+void CryptoFree(void* bytes, const char*, int) { Free(bytes); }
 
-[[maybe_unused]] const int g_bCrypto =
+[[maybe_unused]] const int kCryptoHooked =
     CRYPTO_set_mem_functions(CryptoAllocate, CryptoReallocate, CryptoFree) == 1 ? 1 : (std::abort(), 0);
 
 } // namespace
 
-void* operator new(std::size_t nSize) { return AllocateOrThrow(nSize); }
-void* operator new[](std::size_t nSize) { return AllocateOrThrow(nSize); }
-void* operator new(std::size_t nSize, const std::nothrow_t&) noexcept { return Allocate(nSize); }
-void* operator new[](std::size_t nSize, const std::nothrow_t&) noexcept { return Allocate(nSize); }
-void operator delete(void* pBytes) noexcept { FreeWatched(pBytes); }
-void operator delete[](void* pBytes) noexcept { FreeWatched(pBytes); }
-void operator delete(void* pBytes, std::size_t) noexcept { FreeWatched(pBytes); }
-void operator delete[](void* pBytes, std::size_t) noexcept { FreeWatched(pBytes); }
-void operator delete(void* pBytes, const std::nothrow_t&) noexcept { FreeWatched(pBytes); }
-void operator delete[](void* pBytes, const std::nothrow_t&) noexcept { FreeWatched(pBytes); }
-void operator delete[](void* pBytes, std::size_t, std::align_val_t) noexcept { FreeWatched(pBytes); }
+void* operator new(std::size_t size) { return AllocateOrThrow(size); }
+void* operator new[](std::size_t size) { return AllocateOrThrow(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
+void operator delete(void* bytes) noexcept { FreeWatched(bytes); }
+void operator delete[](void* bytes) noexcept { FreeWatched(bytes); }
+void operator delete(void* bytes, std::size_t) noexcept { FreeWatched(bytes); }
+void operator delete[](void* bytes, std::size_t) noexcept { FreeWatched(bytes); }
+void operator delete(void* bytes, const std::nothrow_t&) noexcept { FreeWatched(bytes); }
+void operator delete[](void* bytes, const std::nothrow_t&) noexcept { FreeWatched(bytes); }
+void operator delete[](void* bytes, std::size_t, std::align_val_t) noexcept { FreeWatched(bytes); }

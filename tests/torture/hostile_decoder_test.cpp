@@ -2,13 +2,10 @@
 
 #include "AllocationFault.h"
 #include "Base64Coder.h"
-#include "SessionFixture.h"
+#include "WallCommandFixture.h"
 #include <tuple>
 
 namespace {
-
-constexpr unsigned int GET_CONFIG = 0x50000;
-constexpr unsigned int BASIC_CONFIG = 0x50002;
 
 // Attributes of different names, whose values look like other things.
 std::string Attributes(int n)
@@ -20,24 +17,21 @@ std::string Attributes(int n)
     return all;
 }
 
-class HostileDecoderTest : public SessionFixture {
+class HostileDecoderTest : public WallCommandFixture {
 protected:
-    HostileDecoderTest() { LogIn(); }
-
     // The device name that the host gets for this body, or the failure.
     std::string NameFrom(const std::string& body)
     {
-        ReplyWith(ReplyText("getbasicconfig", "%SEQ%", "0", "", body));
-        const std::string answer = Run(GET_CONFIG, Option(BASIC_CONFIG, ""));
-        constexpr size_t BEFORE_NAME = 7 + 2 * (16 + 24); // "buffer ", head and record in hexadecimal
-        return answer.starts_with("buffer") ? answer.substr(BEFORE_NAME) : answer;
+        const std::string answer = Ask("GetBasicCfg", "", body);
+        constexpr size_t kBeforeName = 7 + 2 * (16 + 24); // "buffer ", head and record in hexadecimal
+        return answer.starts_with("buffer") ? answer.substr(kBeforeName) : answer;
     }
 };
 
 TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
 {
-    constexpr size_t FAR = size_t{1} << 20; // 64 references may look so far for their end
-    const std::string far = Repeat("&#x", 64) + "g" + std::string(FAR - 193, '0');
+    constexpr size_t kFar = size_t{1} << 20; // 64 references may look so far for their end
+    const std::string far = Repeat("&#x", 64) + "g" + std::string(kFar - 193, '0');
     // What, the body, and the name in hexadecimal or the failure.
     const std::tuple<const char*, std::string, std::string> cases[] = {
         {"nested as deep as is followed",
@@ -55,6 +49,9 @@ TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
         {"references far from their end", "<devicename>" + far + ";</devicename>", Hex(far + ";")},
         {"references too far from it", "<devicename>" + far + std::string(193, '0') + ";</devicename>",
          "failure 20000002"},
+        {"references in a value whose marks end none",
+         "<a b='" + Repeat("&#<", 8000) + "' b=''/><devicename>n</devicename>", "failure 20000002"},
+        {"ampersands", "<devicename>" + Repeat("&", 9000000) + "</devicename>", "failure 20000002"},
         {"a zero byte by reference", "<devicename>a&#0;b</devicename>", Hex("a")},
         {"CDATA and comments",
          "<!-- <devicename>no</devicename> --><devicename><![CDATA[<a>&amp;]]></devicename>",
@@ -76,18 +73,14 @@ TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
 
 TEST_F(HostileDecoderTest, AnAnnouncedGiantTakesNoMemoryBeforeItsBytesCome)
 {
-    for (const bool bBuffered : {false, true}) {
-        SCOPED_TRACE(bBuffered);
+    for (const bool buffered : {false, true}) {
+        SCOPED_TRACE(buffered);
         const std::string head = Bytes().Text("1111").U32(0xFFFFFFFF);
-        const long nTaken = allocation_fault::TakenBytes();
-        unsigned int nNeed = 0;
+        const long taken = allocation_fault::TakenBytes();
         for (const std::string& bytes : {head, head + std::string(1000, 'x')}) {
-            const auto nLen = static_cast<unsigned int>(bytes.size());
-            EXPECT_EQ(session.OnSocketRecvData(0, bytes.data(), nLen, bBuffered ? nullptr : &nNeed, nullptr),
-                      bBuffered ? nLen : 0);
-            EXPECT_EQ(nNeed, bBuffered ? 0 : 0xFFFFFFFF - (nLen - head.size()));
+            EXPECT_EQ(Offer(session, bytes, buffered), buffered ? bytes.size() : 0);
         }
-        EXPECT_LT(allocation_fault::TakenBytes() - nTaken, 10000);
+        EXPECT_LT(allocation_fault::TakenBytes() - taken, 10000);
         EXPECT_TRUE(node.notifications.empty());
     }
 }
@@ -140,12 +133,12 @@ TEST_F(HostileDecoderTest, KeysThatAreNoneCostNothing)
 
 TEST_F(HostileDecoderTest, KeysOfAnyUsableLengthAreUsed)
 {
-    for (const size_t nLen : {32U, 512U, 2048U}) {
-        std::string key = PemKey('\0' + std::string(nLen, '\xFF'), '\0' + std::string(4, '\xFF'));
+    for (const size_t len : {32U, 512U, 2048U}) {
+        std::string key = PemKey('\0' + std::string(len, '\xFF'), '\0' + std::string(4, '\xFF'));
         key.insert(0, 65536 - key.size(), '\n'); // the longest text of one
         ReplyWith(ReplyText("dooption", "%SEQ%", "0", "", "<pubkey1>" + key + "</pubkey1>"));
         Run(0x101, LoginPayload("admin", "secret"));
-        EXPECT_EQ(Element(LastRequest(), "account").size(), (nLen + 2) / 3 * 4);
+        EXPECT_EQ(Element(LastRequest(), "account").size(), (len + 2) / 3 * 4);
     }
 }
 

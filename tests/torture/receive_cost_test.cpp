@@ -9,9 +9,9 @@
 namespace {
 
 // Runs the work when the session has no command, or at the first poll of one.
-void RunIn(CNetProtocolProcTWDECODERDevImp& session, bool bCommand, const std::function<void()>& work)
+void RunIn(CNetProtocolProcTWDECODERDevImp& session, bool inCommand, const std::function<void()>& work)
 {
-    if (!bCommand) {
+    if (!inCommand) {
         return work();
     }
     FakeCommand login(ORVA_NET_PROTOCOL::KEST_CMD_REQUEST_LOGIN);
@@ -22,34 +22,34 @@ void RunIn(CNetProtocolProcTWDECODERDevImp& session, bool bCommand, const std::f
 }
 
 // For a message of n bytes: its copies, two while a command runs; url and seq; the elements that may be open.
-long MostTaken(long n, long nCopies)
+long MostTaken(long n, long copies)
 {
-    constexpr long MOST_OPEN = 65535;
-    return nCopies * n + n * 5 / 4 + 9 * std::min(n / 3, MOST_OPEN) + 512;
+    constexpr long kMostOpen = 65535;
+    return copies * n + n * 5 / 4 + 9 * std::min(n / 3, kMostOpen) + 512;
 }
 
 } // namespace
 
 TEST(ReceiveCostTest, AMessageTakesAndKeepsAFewTimesItsSize)
 {
-    for (const size_t nLen : {600U, 4096U, 50'000U, 196'605U, 262'144U, 1U << 20U, 8U << 20U}) {
-        for (const HeavyMessage& message : HeavyMessages(nLen)) {
-            for (const int nMode : {0, 1, 2, 3}) {
-                const long nCopies = 1 + nMode % 2;
-                const bool bBuffered = nMode / 2 == 1;
-                SCOPED_TRACE(message.szWhat + (", mode " + std::to_string(nMode)));
+    for (const size_t len : {600U, 4096U, 50'000U, 196'605U, 262'144U, 1U << 20U, 8U << 20U}) {
+        for (const HeavyMessage& message : HeavyMessages(len)) {
+            for (const int mode : {0, 1, 2, 3}) {
+                const long copies = 1 + mode % 2;
+                const bool buffered = mode / 2 == 1;
+                SCOPED_TRACE(message.what + (", mode " + std::to_string(mode)));
                 const std::string frame = Frame(message.text);
-                const long nFrame = static_cast<long>(frame.size());
+                const long frameLen = static_cast<long>(frame.size());
                 FakeNode node;
                 CNetProtocolProcTWDECODERDevImp session;
                 session.Start(&node, nullptr, 0);
-                RunIn(session, nCopies == 2, [&] {
-                    const long nLive = allocation_fault::LiveBytes();
-                    const long nTaken = allocation_fault::TakenBytes() - fake_host::PoolBytes(); // the host's
-                    EXPECT_EQ(Offer(session, frame, bBuffered), frame.size());
-                    EXPECT_LE(allocation_fault::TakenBytes() - fake_host::PoolBytes() - nTaken,
-                              MostTaken(nFrame, nCopies));
-                    EXPECT_LE(allocation_fault::LiveBytes() - nLive, nCopies * nFrame + 1024);
+                RunIn(session, copies == 2, [&] {
+                    const long live = allocation_fault::LiveBytes();
+                    const long taken = allocation_fault::TakenBytes() - fake_host::PoolBytes(); // the host's
+                    EXPECT_EQ(Offer(session, frame, buffered), frame.size());
+                    EXPECT_LE(allocation_fault::TakenBytes() - fake_host::PoolBytes() - taken,
+                              MostTaken(frameLen, copies));
+                    EXPECT_LE(allocation_fault::LiveBytes() - live, copies * frameLen + 1024);
                 });
             }
         }
@@ -58,18 +58,18 @@ TEST(ReceiveCostTest, AMessageTakesAndKeepsAFewTimesItsSize)
 
 TEST(ReceiveCostTest, ACommandKeepsTheAwaitedReplyAndOneOtherAndOnlyWhileItRuns)
 {
-    constexpr long LEN = 100'000;
+    constexpr long kLen = 100'000;
     FakeNode node;
     CNetProtocolProcTWDECODERDevImp session;
     session.Start(&node, nullptr, 0);
-    const long nBefore = allocation_fault::LiveBytes();
+    const long before = allocation_fault::LiveBytes();
     RunIn(session, true, [&] {
-        const unsigned int nAwaited = CNetProtocolProcTWDECODERDevImp::GetCmdID() - 1;
-        const long nLive = allocation_fault::LiveBytes();
-        for (const unsigned int nSeq : {nAwaited, nAwaited, 1U, 2U, nAwaited + 2}) {
-            Offer(session, Frame(ReplyText("", std::to_string(nSeq), "5", std::string(LEN, 'x'))));
+        const unsigned int awaited = CNetProtocolProcTWDECODERDevImp::GetCmdID() - 1;
+        const long live = allocation_fault::LiveBytes();
+        for (const unsigned int seq : {awaited, awaited, 1U, 2U, awaited + 2}) {
+            Offer(session, Frame(ReplyText("", std::to_string(seq), "5", std::string(kLen, 'x'))));
         }
-        EXPECT_LE(allocation_fault::LiveBytes() - nLive, 3 * LEN + 4096);
+        EXPECT_LE(allocation_fault::LiveBytes() - live, 3 * kLen + 4096);
     });
-    EXPECT_LE(allocation_fault::LiveBytes() - nBefore, LEN + 4096);
+    EXPECT_LE(allocation_fault::LiveBytes() - before, kLen + 4096);
 }

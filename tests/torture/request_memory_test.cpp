@@ -6,65 +6,67 @@
 
 namespace {
 
-constexpr unsigned int SMALL = 4;
-constexpr unsigned int LARGE = 256;
+constexpr unsigned int kSmall = 4;
+constexpr unsigned int kLarge = 256;
 
 class RequestMemoryTest : public SessionFixture {
 protected:
     // Windows with 16 sub-windows each.
-    static void AddWindows(CDeviceRequest& request, unsigned int nWindows)
+    static void AddWindows(CDeviceRequest& request, unsigned int windows)
     {
-        for (unsigned int n = 0; n < 16 * nWindows; ++n) {
+        for (unsigned int n = 0; n < 16 * windows; ++n) {
             CElemScope item(request.Body(), "item");
             request.Body().AddElem("index", n % 16);
             request.Body().AddElem("osdid", n);
         }
     }
-    static std::string BodyFor(CNetProtocolProcTWDECODERDevImp& session, unsigned int nWindows)
+    static std::string BodyFor(CNetProtocolProcTWDECODERDevImp& session, unsigned int windows)
     {
         CDeviceRequest request(session, "docreatewindow");
-        AddWindows(request, nWindows);
+        AddWindows(request, windows);
         return BodyOf(request.Doc().GetDoc());
     }
     // Bytes for one request.
-    long Taken(unsigned int nWindows)
+    long Taken(unsigned int windows)
     {
-        const long nBefore = allocation_fault::TakenBytes();
+        const long before = allocation_fault::TakenBytes();
         CDeviceRequest request(session, "docreatewindow");
-        AddWindows(request, nWindows);
-        return allocation_fault::TakenBytes() - nBefore;
+        AddWindows(request, windows);
+        return allocation_fault::TakenBytes() - before;
     }
     CNetProtocolProcTWDECODERDevImp other;
 };
 
 TEST_F(RequestMemoryTest, ALargeRequestIsComposedInTheMemoryOfTheOneBefore)
 {
-    constexpr long MOST_FOR_EACH_BYTE = 10; // text and index, and what they grow out of
-    constexpr long FOR_ELEMENTS_ENTERED = 64;
-    const std::string body = BodyFor(other, LARGE);
-    EXPECT_LT(Taken(LARGE), MOST_FOR_EACH_BYTE * static_cast<long>(body.size()));
-    EXPECT_LE(Taken(LARGE), FOR_ELEMENTS_ENTERED);
-    Taken(SMALL);
-    EXPECT_EQ(BodyFor(session, LARGE), body);
+    constexpr long kMostForEachByte = 10; // text and index, and what they grow out of
+    constexpr long kForElementsEntered = 64;
+    const std::string body = BodyFor(other, kLarge);
+    EXPECT_LT(Taken(kLarge), kMostForEachByte * static_cast<long>(body.size()));
+    EXPECT_LE(Taken(kLarge), kForElementsEntered);
+    Taken(kSmall);
+    EXPECT_EQ(BodyFor(session, kLarge), body);
     {
         CDeviceRequest outer(session, "dowallclear");
-        AddWindows(outer, LARGE);
-        EXPECT_EQ(BodyFor(session, SMALL), BodyFor(other, SMALL)) << "composed while another request waits";
+        AddWindows(outer, kLarge);
+        EXPECT_EQ(BodyFor(session, kSmall), BodyFor(other, kSmall)) << "composed while another request waits";
         EXPECT_EQ(BodyOf(outer.Doc().GetDoc()), body);
     }
-    EXPECT_LE(Taken(LARGE), FOR_ELEMENTS_ENTERED);
+    EXPECT_LE(Taken(kLarge), kForElementsEntered);
 }
 
 TEST_F(RequestMemoryTest, SmallAndHugeRequestsLeaveNothing)
 {
-    const long nLive = allocation_fault::LiveBytes();
-    Taken(SMALL);
-    EXPECT_EQ(allocation_fault::LiveBytes(), nLive);
-    Taken(LARGE);
-    EXPECT_LE(allocation_fault::LiveBytes(), nLive + (2 << 20) + 4096);
-    EXPECT_GT(allocation_fault::LiveBytes(), nLive);
-    Taken(16 * LARGE);
-    EXPECT_EQ(allocation_fault::LiveBytes(), nLive);
+    const long live = allocation_fault::LiveBytes();
+    Taken(kSmall);
+    EXPECT_EQ(allocation_fault::LiveBytes(), live);
+    Taken(kLarge);
+    EXPECT_LE(allocation_fault::LiveBytes(), live + (2 << 20) + 4096);
+    EXPECT_GT(allocation_fault::LiveBytes(), live);
+    for (const unsigned int times : {3, 16}) { // at first little text, but many elements
+        Taken(times * kLarge);
+        EXPECT_EQ(allocation_fault::LiveBytes(), live);
+    }
 }
 
 } // namespace

@@ -25,14 +25,14 @@
 
 namespace {
 
-constexpr int POLLS_OF_A_TIMEOUT = 300;
+constexpr int kPollsOfATimeout = 300;
 
 // In the samples, with the digest of the login's password.
-constexpr std::array<std::string_view, 4> SECRETS = {
-    SOURCE_PASSWORD, SOURCE_USER, "secret",
+constexpr std::array<std::string_view, 4> kSecrets = {
+    kSourcePassword, kSourceUser, "secret",
     "2BB80D537B1DA3E38BD30361AA855686BDE0EACD7162FEF6A25FE97BF527A25B"};
 
-bool IsLogin(const CommandSample& sample) { return sample.nCmdID == 0x101; }
+bool IsLogin(const CommandSample& sample) { return sample.cmdID == 0x101; }
 
 size_t Exchanges(const CommandSample& sample)
 {
@@ -41,72 +41,72 @@ size_t Exchanges(const CommandSample& sample)
 
 // What the host is told when this exchange of the command brings no reply. The first exchange decides, but
 // for the login, whose second one does so, too.
-std::string AnswerWithout(const CommandSample& sample, size_t nExchange)
+std::string AnswerWithout(const CommandSample& sample, size_t exchange)
 {
-    return nExchange != 0 && !IsLogin(sample) ? sample.Answer() : sample.AnswerWithoutReply();
+    return exchange != 0 && !IsLogin(sample) ? sample.Answer() : sample.AnswerWithoutReply();
 }
 
 // A processor, logged in, between a host that queues its commands and a decoder that answers each request at
 // the next poll. The received bytes are kept by the host or by the processor.
 class Session {
 public:
-    explicit Session(bool bBuffered) : m_bBuffered(bBuffered)
+    explicit Session(bool buffered) : m_buffered(buffered)
     {
         fake_host::Reset();
         fake_host::SetLogRecording(false);
         test_clock::SetSleepHook([this](unsigned int ms) { OnSleep(ms); });
-        m_pProcessor->Initial(&node, 0, 0, 0);
-        m_pReceiver = fake_host::Get().calls.back().pObserver;
-        m_pProcessor->Start(nullptr, 0);
+        m_processor->Initial(&node, 0, 0, 0);
+        m_receiver = fake_host::Get().calls.back().observer;
+        m_processor->Start(nullptr, 0);
         EXPECT_EQ(Run(CommandSamples().front()), CommandSamples().front().Answer());
     }
     ~Session()
     {
-        m_pProcessor.reset();
+        m_processor.reset();
         test_clock::SetSleepHook({});
-        EXPECT_EQ(fake_host::LiveBuffers(), m_nBuffers);
+        EXPECT_EQ(fake_host::LiveBuffers(), m_buffers);
         fake_host::Reset();
         OPENSSL_thread_stop(); // its errors of this thread
     }
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    // Queues and runs it, with a fault behind nAllowed allocations unless that is negative; the answer as
+    // Queues and runs it, with a fault behind allowed allocations unless that is negative; the answer as
     // FakeCommand tells it.
-    std::string Run(const CommandSample& sample, long nAllowed = -1, bool bForGood = false)
+    std::string Run(const CommandSample& sample, long allowed = -1, bool forGood = false)
     {
         node.frames.clear();
-        m_nAnswered = 0;
-        nPolls = 0;
-        nRetries = 0;
+        m_answered = 0;
+        polls = 0;
+        retries = 0;
         m_replyBody = sample.replyBody;
-        FakeCommand command(sample.nCmdID);
+        FakeCommand command(sample.cmdID);
         std::string payload = sample.Payload();
-        bQueued = true;
-        allocation_fault::g_secrets = SECRETS;
-        allocation_fault::g_bWatched = true;
-        allocation_fault::Arm(nAllowed, bForGood);
+        queued = true;
+        allocation_fault::g_secrets = kSecrets;
+        allocation_fault::g_watched = true;
+        allocation_fault::Arm(allowed, forGood);
         try {
-            m_pProcessor->AddOneCmd(&command, reinterpret_cast<unsigned char*>(payload.data()),
-                                    static_cast<unsigned int>(payload.size()));
+            m_processor->AddOneCmd(&command, reinterpret_cast<unsigned char*>(payload.data()),
+                                   static_cast<unsigned int>(payload.size()));
         } catch (const std::bad_alloc&) {
-            bQueued = false;
+            queued = false;
         }
-        const bool bRan = m_pProcessor->ProcDevCmd();
-        bFaulted = allocation_fault::Disarm();
-        EXPECT_EQ(bRan, bQueued);
-        allocation_fault::g_bWatched = false;
-        EXPECT_EQ(allocation_fault::g_nUnwiped.exchange(0), 0) << "a secret in freed memory";
-        EXPECT_EQ(command.nReferences, 0);
+        const bool ran = m_processor->ProcDevCmd();
+        faulted = allocation_fault::Disarm();
+        EXPECT_EQ(ran, queued);
+        allocation_fault::g_watched = false;
+        EXPECT_EQ(allocation_fault::g_unwiped.exchange(0), 0) << "a secret in freed memory";
+        EXPECT_EQ(command.references, 0);
         return command.Answer();
     }
 
     // The decoder's reply to the last request, or to the one so many numbers behind it.
-    std::string Reply(const std::string& errorcode = "0", long nNumbersOff = 0) const
+    std::string Reply(const std::string& errorcode = "0", long numbersOff = 0) const
     {
         const allocation_fault::Pause pause;
         const std::string request = node.frames.back();
-        const std::string seq = std::to_string(std::stol(Element(request, "seq")) + nNumbersOff);
+        const std::string seq = std::to_string(std::stol(Element(request, "seq")) + numbersOff);
         const std::string tail = "<session>SID</session><token>TOK</token>" + padding;
         return Frame(ReplyText(Element(request, "url"), seq, errorcode, tail, m_replyBody));
     }
@@ -115,64 +115,64 @@ public:
     // comes behind a disconnection.
     void Deliver(std::string_view bytes)
     {
-        if (node.nDisconnects != 0) {
+        if (node.disconnects != 0) {
             return;
         }
         {
             const allocation_fault::Pause pause;
             m_kept += bytes;
         }
-        m_kept.erase(0, Offer(*m_pReceiver, m_kept, m_bBuffered));
+        m_kept.erase(0, Offer(*m_receiver, m_kept, m_buffered));
     }
 
     // The reply to the last request, in two pieces.
     void DeliverReply()
     {
-        constexpr size_t FIRST_PIECE = 100;
+        constexpr size_t kFirstPiece = 100;
         const std::string reply = Reply();
-        Deliver(std::string_view(reply).substr(0, FIRST_PIECE));
-        Deliver(std::string_view(reply).substr(FIRST_PIECE));
+        Deliver(std::string_view(reply).substr(0, kFirstPiece));
+        Deliver(std::string_view(reply).substr(kFirstPiece));
     }
 
     // Only so many bytes of one reply come at its time, and they begin a failure.
-    void CutReply(size_t nExchange, size_t nCut)
+    void CutReply(size_t exchange, size_t cut)
     {
-        onRequest = [this, nExchange, nCut](size_t nRequest) {
-            if (nRequest != nExchange) {
+        onRequest = [this, exchange, cut](size_t request) {
+            if (request != exchange) {
                 return DeliverReply();
             }
             const std::string reply = Reply("9");
-            nReplyLen = reply.size();
-            rest = reply.substr(nCut);
-            Deliver(reply.substr(0, nCut));
+            replyLen = reply.size();
+            rest = reply.substr(cut);
+            Deliver(reply.substr(0, cut));
         };
     }
 
     FakeNode node;
     std::string padding; // of each reply's header
-    std::function<void(size_t nRequest)> onRequest = [this](size_t) { DeliverReply(); };
-    std::string rest;     // of the reply that was cut
-    size_t nReplyLen = 0; // of all of it
-    int nPolls = 0;       // of the last command
-    int nRetries = 0;     // likewise
-    bool bQueued = false;
-    bool bFaulted = false;
+    std::function<void(size_t request)> onRequest = [this](size_t) { DeliverReply(); };
+    std::string rest;    // of the reply that was cut
+    size_t replyLen = 0; // of all of it
+    int polls = 0;       // of the last command
+    int retries = 0;     // likewise
+    bool queued = false;
+    bool faulted = false;
 
 private:
     void OnSleep(unsigned int ms)
     {
-        ++(ms == 100 ? nPolls : nRetries);
-        if (ms == 100 && m_nAnswered < node.frames.size()) {
-            onRequest(m_nAnswered++);
+        ++(ms == 100 ? polls : retries);
+        if (ms == 100 && m_answered < node.frames.size()) {
+            onRequest(m_answered++);
         }
     }
 
-    bool m_bBuffered;
-    long m_nBuffers = fake_host::LiveBuffers();
-    std::unique_ptr<CNetProtocolProcTWDECODERDev> m_pProcessor =
+    bool m_buffered;
+    long m_buffers = fake_host::LiveBuffers();
+    std::unique_ptr<CNetProtocolProcTWDECODERDev> m_processor =
         std::make_unique<CNetProtocolProcTWDECODERDev>();
-    CSocketDataObserver* m_pReceiver = nullptr;
-    size_t m_nAnswered = 0;
+    CSocketDataObserver* m_receiver = nullptr;
+    size_t m_answered = 0;
     std::string m_replyBody;
     std::string m_kept;
 };
@@ -184,37 +184,37 @@ TEST_P(TortureTest, EveryCommandSurvivesEveryAllocationThatFails)
 {
     Session{GetParam()}; // what the libraries keep for good is there
     for (const CommandSample& sample : CommandSamples()) {
-        for (const bool bForGood : {false, true}) {
-            SCOPED_TRACE(std::string(sample.szName) + (bForGood ? ", for good" : ", once"));
-            int nDisconnects = 0;
-            bool bFaulted = true;
-            long nAllowed = 0;
-            for (; bFaulted; ++nAllowed) {
-                SCOPED_TRACE(nAllowed);
-                const long nLive = allocation_fault::LiveBytes();
+        for (const bool forGood : {false, true}) {
+            SCOPED_TRACE(std::string(sample.name) + (forGood ? ", for good" : ", once"));
+            int disconnects = 0;
+            bool faulted = true;
+            long allowed = 0;
+            for (; faulted; ++allowed) {
+                SCOPED_TRACE(allowed);
+                const long live = allocation_fault::LiveBytes();
                 {
                     Session session(GetParam());
                     session.padding.assign(2000, ' '); // all buffers have to grow
-                    const std::string answer = session.Run(sample, nAllowed, bForGood);
-                    bFaulted = session.bFaulted;
-                    const bool bTimeout = session.nPolls >= POLLS_OF_A_TIMEOUT;
-                    const std::string failure = !session.bQueued ? "none"
-                                                : bTimeout       ? AnswerWithout(sample, 0)
-                                                                 : "failure 20000002";
-                    EXPECT_TRUE((session.bQueued && answer == sample.Answer()) ||
-                                (bFaulted && answer == failure))
+                    const std::string answer = session.Run(sample, allowed, forGood);
+                    faulted = session.faulted;
+                    const bool timedOut = session.polls >= kPollsOfATimeout;
+                    const std::string failure = !session.queued ? "none"
+                                                : timedOut      ? AnswerWithout(sample, 0)
+                                                                : "failure 20000002";
+                    EXPECT_TRUE((session.queued && answer == sample.Answer()) ||
+                                (faulted && answer == failure))
                         << answer;
                     // A processor that keeps the bytes gives the link up when it has no memory for them.
-                    EXPECT_LE(session.node.nDisconnects, GetParam() && bTimeout ? 1 : 0);
-                    nDisconnects += session.node.nDisconnects;
-                    if (session.node.nDisconnects == 0) {
+                    EXPECT_LE(session.node.disconnects, GetParam() && timedOut ? 1 : 0);
+                    disconnects += session.node.disconnects;
+                    if (session.node.disconnects == 0) {
                         EXPECT_EQ(session.Run(sample), sample.Answer());
                     }
                 }
-                EXPECT_EQ(allocation_fault::LiveBytes(), nLive);
+                EXPECT_EQ(allocation_fault::LiveBytes(), live);
             }
-            EXPECT_GT(nAllowed, 10) << "the fault is not armed";
-            EXPECT_EQ(nDisconnects > 0, GetParam());
+            EXPECT_GT(allowed, 10) << "the fault is not armed";
+            EXPECT_EQ(disconnects > 0, GetParam());
         }
     }
 }
@@ -223,20 +223,20 @@ TEST(FacadeTortureTest, WithoutMemoryNothingIsRegisteredOrMade)
 {
     fake_host::Reset();
     fake_host::Get().registDevResult = 42;
-    bool bFaulted = true;
-    long nAllowed = 0;
-    for (; bFaulted; ++nAllowed) {
-        const long nLive = allocation_fault::LiveBytes();
-        fake_host::Get().pCreated = nullptr;
-        allocation_fault::Arm(nAllowed, true);
-        const int nResult = NET_DEV_DECODERDEVSDK_Initial();
-        bFaulted = allocation_fault::Disarm();
-        EXPECT_TRUE(nResult == 42 || (bFaulted && nResult == -1)) << nAllowed;
-        EXPECT_EQ(fake_host::Get().pCreated == nullptr, bFaulted) << nAllowed;
-        delete fake_host::Get().pCreated;
-        EXPECT_EQ(allocation_fault::LiveBytes(), nLive) << nAllowed;
+    bool faulted = true;
+    long allowed = 0;
+    for (; faulted; ++allowed) {
+        const long live = allocation_fault::LiveBytes();
+        fake_host::Get().created = nullptr;
+        allocation_fault::Arm(allowed, true);
+        const int result = NET_DEV_DECODERDEVSDK_Initial();
+        faulted = allocation_fault::Disarm();
+        EXPECT_TRUE(result == 42 || (faulted && result == -1)) << allowed;
+        EXPECT_EQ(fake_host::Get().created == nullptr, faulted) << allowed;
+        delete fake_host::Get().created;
+        EXPECT_EQ(allocation_fault::LiveBytes(), live) << allowed;
     }
-    EXPECT_GT(nAllowed, 10) << "the fault is not armed";
+    EXPECT_GT(allowed, 10) << "the fault is not armed";
 }
 
 TEST(QueueTortureTest, APayloadIsFreedOnceItsReferenceIsGivenBack)
@@ -244,44 +244,44 @@ TEST(QueueTortureTest, APayloadIsFreedOnceItsReferenceIsGivenBack)
     fake_host::SetLogRecording(false);
     CNetProtocolProcTWDECODERDev processor;
     FakeCommand command(0x50006);
-    long nWhileHeld = 0;
-    command.onReference = [&](const char*) { nWhileHeld = allocation_fault::LiveBytes(); };
+    long whileHeld = 0;
+    command.onReference = [&](const char*) { whileHeld = allocation_fault::LiveBytes(); };
     std::string payload(100'000, 'p');
-    const long nBefore = allocation_fault::LiveBytes();
+    const long before = allocation_fault::LiveBytes();
     processor.AddOneCmd(&command, reinterpret_cast<unsigned char*>(payload.data()), 100'000);
     EXPECT_TRUE(processor.ProcDevCmd());
-    EXPECT_GE(nWhileHeld, nBefore + 100'000);
-    EXPECT_EQ(allocation_fault::LiveBytes(), nBefore);
+    EXPECT_GE(whileHeld, before + 100'000);
+    EXPECT_EQ(allocation_fault::LiveBytes(), before);
 }
 
 TEST_P(TortureTest, EveryCommandSurvivesEverySendThatFails)
 {
-    constexpr unsigned int BROKEN = 1;
-    constexpr unsigned int NO_BUFFERS = 0x20000009;
+    constexpr unsigned int kBroken = 1;
+    constexpr unsigned int kNoBuffers = 0x20000009;
     for (const CommandSample& sample : CommandSamples()) {
         Session session(GetParam());
-        for (size_t nFailing = 0; nFailing < Exchanges(sample); ++nFailing) {
-            SCOPED_TRACE(sample.szName + std::to_string(nFailing));
+        for (size_t failing = 0; failing < Exchanges(sample); ++failing) {
+            SCOPED_TRACE(sample.name + std::to_string(failing));
             std::vector<unsigned int> errors;
-            size_t nSend = 0;
+            size_t sends = 0;
             session.node.onSend = [&] {
-                if (nSend++ == nFailing) {
+                if (sends++ == failing) {
                     session.node.sendErrors = errors;
                 }
             };
-            errors = {NO_BUFFERS, NO_BUFFERS, NO_BUFFERS};
+            errors = {kNoBuffers, kNoBuffers, kNoBuffers};
             EXPECT_EQ(session.Run(sample), sample.Answer());
             EXPECT_EQ(session.node.frames.size(), Exchanges(sample));
-            EXPECT_EQ(session.nRetries, 3);
+            EXPECT_EQ(session.retries, 3);
 
-            errors = {BROKEN};
-            nSend = 0;
-            EXPECT_EQ(session.Run(sample), AnswerWithout(sample, nFailing));
-            EXPECT_EQ(session.node.frames.size(), nFailing);
-            EXPECT_EQ(session.nRetries, 0);
+            errors = {kBroken};
+            sends = 0;
+            EXPECT_EQ(session.Run(sample), AnswerWithout(sample, failing));
+            EXPECT_EQ(session.node.frames.size(), failing);
+            EXPECT_EQ(session.retries, 0);
             // Only a login waits for the reply to what was not sent.
-            const int nWaited = IsLogin(sample) ? POLLS_OF_A_TIMEOUT : 0;
-            EXPECT_EQ(session.nPolls, static_cast<int>(nFailing) + nWaited);
+            const int waited = IsLogin(sample) ? kPollsOfATimeout : 0;
+            EXPECT_EQ(session.polls, static_cast<int>(failing) + waited);
             EXPECT_EQ(session.Run(sample), sample.Answer());
         }
     }
@@ -295,16 +295,16 @@ TEST_P(TortureTest, AReplyThatStopsAnywhereIsATimeoutAndComesTooLate)
         const std::function<void(size_t)> behindTheRest = [&](size_t) {
             session.Deliver(std::exchange(session.rest, "") + session.Reply());
         };
-        for (size_t nExchange = 0; nExchange < Exchanges(sample); ++nExchange) {
-            session.nReplyLen = 1;
-            for (size_t nCut = 0; nCut < session.nReplyLen; ++nCut) {
-                for (const bool bInCompany : {false, true}) {
-                    SCOPED_TRACE(sample.szName + std::to_string(nExchange) + ", " + std::to_string(nCut));
-                    session.CutReply(nExchange, nCut);
-                    EXPECT_EQ(session.Run(sample), AnswerWithout(sample, nExchange));
-                    EXPECT_EQ(session.nPolls, static_cast<int>(nExchange) + POLLS_OF_A_TIMEOUT);
-                    session.onRequest = bInCompany ? behindTheRest : whole;
-                    if (!bInCompany) {
+        for (size_t exchange = 0; exchange < Exchanges(sample); ++exchange) {
+            session.replyLen = 1;
+            for (size_t cut = 0; cut < session.replyLen; ++cut) {
+                for (const bool inCompany : {false, true}) {
+                    SCOPED_TRACE(sample.name + std::to_string(exchange) + ", " + std::to_string(cut));
+                    session.CutReply(exchange, cut);
+                    EXPECT_EQ(session.Run(sample), AnswerWithout(sample, exchange));
+                    EXPECT_EQ(session.polls, static_cast<int>(exchange) + kPollsOfATimeout);
+                    session.onRequest = inCompany ? behindTheRest : whole;
+                    if (!inCompany) {
                         session.Deliver(session.rest);
                     }
                     EXPECT_EQ(session.Run(sample), sample.Answer());
@@ -317,20 +317,20 @@ TEST_P(TortureTest, AReplyThatStopsAnywhereIsATimeoutAndComesTooLate)
 // Memory that is freed is looked at in every run of a command.
 TEST(SecretsTest, TheStackKeepsNone)
 {
-    constexpr size_t STACK_LEN = size_t{1} << 20;
+    constexpr size_t kStackLen = size_t{1} << 20;
     CommandSamples(); // made here: whoever makes them has the secrets on his stack
     const std::unique_ptr<char, decltype(&std::free)> stack(
-        static_cast<char*>(std::aligned_alloc(4096, STACK_LEN)), &std::free);
-    std::fill_n(stack.get(), STACK_LEN, '\0');
-    const auto run = [](void* pStack) -> void* {
+        static_cast<char*>(std::aligned_alloc(4096, kStackLen)), &std::free);
+    std::fill_n(stack.get(), kStackLen, '\0');
+    const auto run = [](void* stackBase) -> void* {
         Session session(false);
-        const auto check = [pStack] {
-            std::string seen(STACK_LEN, '\0'); // by the system, which minds no marks of the sanitizer
+        const auto check = [stackBase] {
+            std::string seen(kStackLen, '\0'); // by the system, which minds no marks of the sanitizer
             const int memory = open("/proc/self/mem", O_RDONLY);
-            ASSERT_EQ(pread(memory, seen.data(), STACK_LEN, reinterpret_cast<off_t>(pStack)),
-                      off_t{STACK_LEN});
+            ASSERT_EQ(pread(memory, seen.data(), kStackLen, reinterpret_cast<off_t>(stackBase)),
+                      off_t{kStackLen});
             close(memory);
-            for (const std::string_view secret : SECRETS) {
+            for (const std::string_view secret : kSecrets) {
                 EXPECT_EQ(seen.find(secret), std::string::npos) << secret;
             }
         };
@@ -343,7 +343,7 @@ TEST(SecretsTest, TheStackKeepsNone)
     };
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
-    pthread_attr_setstack(&attributes, stack.get(), STACK_LEN);
+    pthread_attr_setstack(&attributes, stack.get(), kStackLen);
     pthread_t thread{};
     ASSERT_EQ(pthread_create(&thread, &attributes, run, stack.get()), 0);
     pthread_join(thread, nullptr);

@@ -27,10 +27,10 @@ Byte* Bytes(Text& text)
 }
 
 // Bytes of every value, the same in every run.
-std::string SomeBytes(size_t nLen)
+std::string SomeBytes(size_t len)
 {
-    std::string bytes(nLen, '\0');
-    for (size_t i = 0; i < nLen; ++i) {
+    std::string bytes(len, '\0');
+    for (size_t i = 0; i < len; ++i) {
         bytes[i] = static_cast<char>(i * 7 + i / 256 + 1);
     }
     return bytes;
@@ -72,24 +72,30 @@ TEST_F(CryptoTest, DigestsAreHexadecimalText)
 
 TEST_F(CryptoTest, Base64IsOneLineAndComesBack)
 {
-    for (const size_t nLen : {0U, 1U, 2U, 3U, 100U, 768U, 100'000U}) {
-        const std::string bytes = SomeBytes(nLen);
+    for (const size_t len : {0U, 1U, 2U, 3U, 100U, 768U, 100'000U}) {
+        const std::string bytes = SomeBytes(len);
         std::string text = "stale", decoded;
-        EXPECT_EQ(Base64Encode(Bytes(bytes), nLen, text), 0);
-        EXPECT_EQ(text.size(), (nLen + 2) / 3 * 4);
-        EXPECT_EQ(text, CBase64Coder::Encode(bytes.data(), nLen));
+        EXPECT_EQ(Base64Encode(Bytes(bytes), len, text), 0);
+        EXPECT_EQ(text.size(), (len + 2) / 3 * 4);
+        EXPECT_EQ(text, CBase64Coder::Encode(bytes.data(), len));
         EXPECT_TRUE(CBase64Coder::Decode(text, decoded));
         EXPECT_EQ(decoded, bytes);
 
         const std::vector<char> exact(text.begin(), text.end()); // no terminating zero: nothing is read past
-        unsigned char* pOut = nullptr;
-        unsigned long nOut = 0;
+        unsigned char* decodedBytes = nullptr;
+        unsigned long decodedLen = 0;
         mallopt(M_PERTURB, 0xAA); // what is allocated is zero only where it has been zeroed
-        EXPECT_EQ(Base64Decode(exact.data(), static_cast<int>(exact.size()), &pOut, &nOut), 0);
+        EXPECT_EQ(Base64Decode(exact.data(), static_cast<int>(exact.size()), &decodedBytes, &decodedLen), 0);
         mallopt(M_PERTURB, 0);
-        EXPECT_EQ(std::string(pOut, pOut + exact.size()), bytes + std::string(exact.size() - nOut, '\0'));
-        std::free(pOut);
+        EXPECT_EQ(std::string(decodedBytes, decodedBytes + exact.size()),
+                  bytes + std::string(exact.size() - decodedLen, '\0'));
+        std::free(decodedBytes);
     }
+    std::string kept = "kept";
+    for (const char* bad : {"A", "AA", "AAA", "A===", "====", "AA=A", "AA\n=", "AAA AAAA", "AA==AAAA"}) {
+        EXPECT_FALSE(CBase64Coder::Decode(bad, kept)) << bad;
+    }
+    EXPECT_EQ(kept, "kept");
 }
 
 TEST_F(CryptoTest, WhatThePublicKeyEnciphersThePrivateKeyReads)
@@ -137,11 +143,11 @@ TEST_F(CryptoTest, AesFillsTheLastBlockWithZeros)
     EXPECT_EQ(AesCbcEncrypt("a wall of screens", 17, key, cipher), 32);
     Base64Encode(Bytes(cipher), cipher.size(), text);
     EXPECT_EQ(text, "LgdND6Pvu3tap/0yTx7qsC35bXO3OfchsNQl14fBeFQ=");
-    for (const int nLen : {1, 15, 16, 17, 72}) {
-        const std::string bytes = SomeBytes(static_cast<size_t>(nLen));
-        const int nPadded = AesCbcEncrypt(bytes.data(), nLen, key, cipher);
-        EXPECT_EQ(nPadded, (nLen + 15) / 16 * 16);
-        EXPECT_EQ(AesCbcDecrypt(cipher.data(), nPadded, key, plain), nPadded);
+    for (const int len : {1, 15, 16, 17, 72}) {
+        const std::string bytes = SomeBytes(static_cast<size_t>(len));
+        const int padded = AesCbcEncrypt(bytes.data(), len, key, cipher);
+        EXPECT_EQ(padded, (len + 15) / 16 * 16);
+        EXPECT_EQ(AesCbcDecrypt(cipher.data(), padded, key, plain), padded);
         EXPECT_EQ(plain, bytes);
     }
     AesCbcEncrypt("cut\0here", 8, key, cipher);
@@ -156,8 +162,8 @@ TEST_F(CryptoTest, EncipheredTextHasNoSaltWhenWrittenAndThreeCharactersWhenRead)
     EXPECT_EQ(out, "mAwiAfOugDDCBRJO21Zhrw=="); // the key is filled up with zeros
     EXPECT_TRUE(AesDataDecrypt("abc" + out, "key", out));
     EXPECT_EQ(out, "secret");
-    for (const char* szText : {"", "ab", "abc", "abc!", "abcAAAA"}) {
-        EXPECT_FALSE(AesDataDecrypt(szText, "key", out)) << szText;
+    for (const char* text : {"", "ab", "abc", "abc!", "abcAAAA"}) {
+        EXPECT_FALSE(AesDataDecrypt(text, "key", out)) << text;
     }
     EXPECT_FALSE(AesDataEncrypt("", "key", out) || AesDataEncrypt("secret", "", out));
     std::string other; // without a salt a key has room for 16 characters
@@ -169,16 +175,16 @@ TEST_F(CryptoTest, EncipheredTextHasNoSaltWhenWrittenAndThreeCharactersWhenRead)
 TEST_F(CryptoTest, XorRepeatsItsKey)
 {
     std::string data = "decoder", key = " \1";
-    auto* pData = Bytes<unsigned char>(data);
-    auto* pKey = Bytes<unsigned char>(key);
+    auto* dataBytes = Bytes<unsigned char>(data);
+    auto* keyBytes = Bytes<unsigned char>(key);
     CEncryptXOR cipher;
-    cipher.Encrypt(pData, 7, pKey, 2);
+    cipher.Encrypt(dataBytes, 7, keyBytes, 2);
     EXPECT_EQ(data, "DdCnDdR");
-    cipher.Decrypt(pData, 7, pKey, 2);
-    cipher.Encrypt(pData, 7, pKey, 0);
-    cipher.Encrypt(pData, 7, nullptr, 3);
-    cipher.Encrypt(pData, -1, pKey, 2);
-    cipher.Encrypt(pData, 7, pKey, 1);
+    cipher.Decrypt(dataBytes, 7, keyBytes, 2);
+    cipher.Encrypt(dataBytes, 7, keyBytes, 0);
+    cipher.Encrypt(dataBytes, 7, nullptr, 3);
+    cipher.Encrypt(dataBytes, -1, keyBytes, 2);
+    cipher.Encrypt(dataBytes, 7, keyBytes, 1);
     EXPECT_EQ(data, "DECODER");
 }
 
@@ -208,21 +214,21 @@ TEST_F(CryptoTest, NullPointersAndImpossibleLengthsAreFailures)
     const char key[16] = {};
     char digest[65] = "stale";
     std::string out = "kept";
-    unsigned char* pOut = nullptr;
-    unsigned long nOut = 1;
+    unsigned char* decodedBytes = nullptr;
+    unsigned long decodedLen = 1;
     Sha265_String(nullptr, 1, digest);
     EXPECT_STREQ(digest, "");
     PUB_MD5Encrypt("abc", -1, digest, true);
     EXPECT_STREQ(digest, "");
-    for (const int nLen : {-1, INT_MAX}) {
-        EXPECT_EQ(AesCbcEncrypt(key, nLen, key, out) + AesCbcDecrypt(key, nLen, key, out), 0);
+    for (const int len : {-1, INT_MAX}) {
+        EXPECT_EQ(AesCbcEncrypt(key, len, key, out) + AesCbcDecrypt(key, len, key, out), 0);
     }
     EXPECT_EQ(AesCbcEncrypt(nullptr, 16, key, out) + AesCbcDecrypt(key, 16, nullptr, out), 0);
     EXPECT_FALSE(AesDataEncrypt("x", nullptr, out) || AesDataDecrypt("abcd", nullptr, out));
     EXPECT_EQ(out, "kept");
-    for (const int nLen : {-1, 0, 4}) {
-        Base64Decode(nLen == 4 ? nullptr : "AAAA", nLen, &pOut, &nOut);
-        EXPECT_TRUE(pOut == nullptr && nOut == 0);
+    for (const int len : {-1, 0, 4}) {
+        Base64Decode(len == 4 ? nullptr : "AAAA", len, &decodedBytes, &decodedLen);
+        EXPECT_TRUE(decodedBytes == nullptr && decodedLen == 0);
     }
     Base64Encode(nullptr, 1, out);
     EXPECT_EQ(out, "");

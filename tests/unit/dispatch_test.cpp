@@ -9,7 +9,7 @@ using namespace ORVA2_DECODER_TVW;
 
 namespace {
 
-const char SOURCE[] = "NetProtocolProcTWDECODERDevImp";
+const char kSource[] = "NetProtocolProcTWDECODERDevImp";
 
 using DispatchTest = SessionFixture;
 
@@ -27,14 +27,13 @@ TEST_F(DispatchTest, WhatIsNotListedIsIgnored)
     LogIn();
     std::set<std::pair<unsigned int, unsigned int>> listed;
     for (const CommandSample& sample : CommandSamples()) {
-        listed.emplace(sample.nCmdID, sample.nOptType);
+        listed.emplace(sample.cmdID, sample.optType);
     }
-    for (unsigned int nCmdID = 0x50000; nCmdID < 0x50010; ++nCmdID) {
-        for (unsigned int nType = 0; nType < 0x40; ++nType) { // 0x50000 to 0x5001F and 0x60000 to 0x6001F
-            const unsigned int nOptType = nType < 0x20 ? 0x50000 + nType : 0x60000 + nType - 0x20;
-            if (!listed.contains({nCmdID, nOptType}) &&
-                !listed.contains({nCmdID, CommandSample::NO_OPTION})) {
-                EXPECT_EQ(Run(nCmdID, Option(nOptType, "x")), "none") << nCmdID << " " << nOptType;
+    for (unsigned int cmdID = 0x50000; cmdID < 0x50010; ++cmdID) {
+        for (unsigned int type = 0; type < 0x40; ++type) { // 0x50000 to 0x5001F and 0x60000 to 0x6001F
+            const unsigned int optType = type < 0x20 ? 0x50000 + type : 0x60000 + type - 0x20;
+            if (!listed.contains({cmdID, optType}) && !listed.contains({cmdID, CommandSample::kNoOption})) {
+                EXPECT_EQ(Run(cmdID, Option(optType, "x")), "none") << cmdID << " " << optType;
             }
         }
     }
@@ -59,7 +58,7 @@ TEST_F(DispatchTest, CommandsAndLoggedOptionTypesAppearInTheLog)
                          "**************a=327680\n", "**************pOptType.opt:5******************",
                          "**************a=327681\n", "**************pOptType.opt:6******************",
                          "**************a=327682\n"}));
-    EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Normal, SOURCE, 166), 3);
+    EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Normal, kSource, 166), 3);
 }
 
 TEST_F(DispatchTest, TheOptionRecordEndsWithThePayloadWhateverItsHeadSays)
@@ -70,10 +69,9 @@ TEST_F(DispatchTest, TheOptionRecordEndsWithThePayloadWhateverItsHeadSays)
         {0xFFFFFFFF, "abc", "abc"}, {3, "abc", "abc"}, {2, "abc", "ab"}, {0, "abc", ""},
         {0x10005, large, large},
     };
-    for (const auto& [nLen, record, extra] : cases) {
+    for (const auto& [len, record, extra] : cases) {
         ReplyWith(ReplyText("dowallclear", "%SEQ%"));
-        EXPECT_EQ(Run(0x50001, Bytes().U32(0x60011).U32(nLen).Text(record)), ResultOf(0x60011, extra))
-            << nLen;
+        EXPECT_EQ(Run(0x50001, Bytes().U32(0x60011).U32(len).Text(record)), ResultOf(0x60011, extra)) << len;
     }
 }
 

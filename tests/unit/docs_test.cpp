@@ -1,53 +1,21 @@
-// The two pages that list every command, held against the samples, which CommandTest holds against the
-// session.
+// The example in the description of the link, held against what the session sends.
 
 #include <fstream>
 #include <iterator>
 #include <regex>
 
-#include "CommandSamples.h"
 #include "SessionFixture.h"
 
 namespace {
 
-std::string Page(const std::string& name)
-{
-    std::ifstream file(TVWALL_SOURCE_DIR "/docs/" + name);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-const std::string LINK = Page("link-protocol.md");
-
-TEST(DocsTest, TheTableOfCommandsIsThatOfTheSamples)
-{
-    const std::string page = Page("host-records.md");
-    // Command, option type, handler, record, requests, answer type.
-    const std::regex row(R"(\| (0x\w+) \| (0x\w+|none) \| `(\w+)` \| [^|]+ \| (`[^|]+`) \| ([^|]+) \|)");
-    size_t nRows = 0;
-    for (std::sregex_iterator cells(page.begin(), page.end(), row), end; cells != end; ++cells, ++nRows) {
-        const auto number = [&](size_t n) {
-            const std::string cell = (*cells)[n];
-            return cell.starts_with("0x") ? std::stoul(cell, nullptr, 16) : 0;
-        };
-        const CommandSample& sample = CommandSampleOf((*cells)[3]);
-        EXPECT_EQ(number(1), sample.nCmdID) << sample;
-        EXPECT_EQ(number(2), sample.nOptType) << sample;
-        EXPECT_EQ(std::regex_replace(cells->str(4), std::regex("[`,]"), ""), sample.urls);
-        EXPECT_EQ(number(5), sample.nAnswerType) << sample;
-        std::istringstream urls(sample.urls);
-        for (std::string url; urls >> url;) {
-            EXPECT_NE(LINK.find("`" + url + "`"), std::string::npos) << url;
-        }
-    }
-    EXPECT_EQ(nRows, CommandSamples().size());
-}
-
 // The text of the first code block of this language.
 std::string Block(const std::string& language)
 {
+    std::ifstream file(TVWALL_SOURCE_DIR "/docs/link-protocol.md");
+    const std::string page{std::istreambuf_iterator<char>(file), {}};
     const std::string fence = "```" + language + "\n";
-    const auto begin = LINK.find(fence) + fence.size();
-    return LINK.substr(begin, LINK.find("```", begin) - begin);
+    const auto begin = page.find(fence) + fence.size();
+    return page.substr(begin, page.find("```", begin) - begin);
 }
 
 using LinkDocTest = SessionFixture;

@@ -1,16 +1,17 @@
 #include <gtest/gtest.h>
 
+#include "FakeCommand.h"
 #include "FakeHost.h"
 #include "HostFunctions.h"
 #include "Link/NetPacketProcTWDecoderDev.h"
-#include "SessionFixture.h"
+#include "LinkTexts.h"
 #include <tuple>
 
 namespace {
 
-const char SOURCE[] = "NetPacketProcTWDecoderDev";
-const std::string BEAT = Bytes().Text("1111").U32(0);
-const std::string DEVICE_HEAD = "ABCD" + std::string(60, 'x');
+const char kSource[] = "NetPacketProcTWDecoderDev";
+const std::string kBeat = Bytes().Text("1111").U32(0);
+const std::string kDeviceHead = "ABCD" + std::string(60, 'x');
 
 // A parser with everything it delivered, one word a frame: "beat", "device", or "data:" with the payload.
 class FramesTest : public testing::Test {
@@ -51,36 +52,36 @@ using Words = std::vector<std::string>;
 TEST_F(FramesTest, BothModesDeliverWholeFramesAndDirectModeTellsWhatTheNextOneNeeds)
 {
     const std::tuple<std::string, Words, unsigned int, unsigned int> cases[] = {
-        {BEAT + BEAT + Frame("<a/>"), {"beat", "beat", "data:<a/>"}, 28, 0},
+        {kBeat + kBeat + Frame("<a/>"), {"beat", "beat", "data:<a/>"}, 28, 0},
         {Frame("<a/>") + Frame("<b/>"), {"data:<a/>", "data:<b/>"}, 24, 0},
         {"11111", {}, 0, 3},
         {Frame("<abc/>").substr(0, 8), {}, 0, 6},
-        {BEAT + Frame("<abc/>").substr(0, 10), {"beat"}, 8, 4},
-        {BEAT + "1", {"beat"}, 8, 7},
-        {DEVICE_HEAD, {"device"}, 64, 0},
-        {DEVICE_HEAD.substr(0, 63), {}, 0, 1},
-        {"111x" + DEVICE_HEAD.substr(4), {"device"}, 64, 0},
-        {DEVICE_HEAD + BEAT, {"device", "beat"}, 72, 0},
+        {kBeat + Frame("<abc/>").substr(0, 10), {"beat"}, 8, 4},
+        {kBeat + "1", {"beat"}, 8, 7},
+        {kDeviceHead, {"device"}, 64, 0},
+        {kDeviceHead.substr(0, 63), {}, 0, 1},
+        {"111x" + kDeviceHead.substr(4), {"device"}, 64, 0},
+        {kDeviceHead + kBeat, {"device", "beat"}, 72, 0},
         {Bytes().Text("1111").U32(0xFFFFFFF8), {}, 0, 0xFFFFFFF8},
         {Bytes().Text("1111").U32(0xFFFFFFFF).Text("x"), {}, 0, 0xFFFFFFFE},
     };
-    for (const auto& [bytes, frames, nConsumed, nNeed] : cases) {
+    for (const auto& [bytes, frames, expectedConsumed, expectedNeed] : cases) {
         SCOPED_TRACE(Hex(bytes.substr(0, 12)));
         delivered.clear();
         EXPECT_TRUE(parser.RecvProc(bytes.data(), bytes.size(), consumed, &needLen));
         EXPECT_EQ(delivered, frames);
-        EXPECT_EQ(std::pair(consumed, needLen), std::pair(nConsumed, nNeed));
+        EXPECT_EQ(std::pair(consumed, needLen), std::pair(expectedConsumed, expectedNeed));
 
-        for (size_t nCut = 1; nCut <= bytes.size(); ++nCut) {
+        for (size_t cut = 1; cut <= bytes.size(); ++cut) {
             delivered.clear();
             CNetPacketProcTWDECODERDev keeping;
             keeping.Initial(&FramesTest::Deliver, this);
-            EXPECT_TRUE(keeping.RecvProc(bytes.data(), nCut, consumed, nullptr));
-            EXPECT_EQ(consumed, nCut);
-            for (const char byte : bytes.substr(nCut)) { // then one by one
+            EXPECT_TRUE(keeping.RecvProc(bytes.data(), cut, consumed, nullptr));
+            EXPECT_EQ(consumed, cut);
+            for (const char byte : bytes.substr(cut)) { // then one by one
                 EXPECT_TRUE(keeping.RecvProc(&byte, 1, consumed, nullptr));
             }
-            EXPECT_EQ(delivered, frames) << nCut;
+            EXPECT_EQ(delivered, frames) << cut;
         }
     }
     EXPECT_EQ(fake_host::LiveBuffers(), 0);
@@ -94,7 +95,7 @@ TEST_F(FramesTest, WithoutMemoryAMessageIsDroppedAndLostBytesEndTheStream)
     EXPECT_TRUE(Buffered(Frame("<lost/>").substr(10) + Frame("<next/>")));
     EXPECT_EQ(delivered, Words{"data:<next/>"});
     fake_host::FailPoolAllocation(1);
-    EXPECT_FALSE(Buffered(BEAT));
+    EXPECT_FALSE(Buffered(kBeat));
 }
 
 TEST_F(FramesTest, MissingBytesAreReportedAndNothingElseHappens)
@@ -104,7 +105,7 @@ TEST_F(FramesTest, MissingBytesAreReportedAndNothingElseHappens)
     EXPECT_TRUE(parser.RecvProc("", 0, consumed, &needLen));
     EXPECT_TRUE(parser.RecvProc(nullptr, 0, consumed, nullptr));
     for (const int line : {135, 136, 52, 53}) {
-        EXPECT_EQ(fake_host::CountAsserts(SOURCE, line), 1) << line;
+        EXPECT_EQ(fake_host::CountAsserts(kSource, line), 1) << line;
     }
 }
 
@@ -121,7 +122,7 @@ TEST_F(FramesTest, FragmentsInOrderBecomeOneMessage)
         ++(stranger.*field);
         EXPECT_FALSE(parser.CombineDataProc(stranger, "???", 3));
     }
-    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 265), 3);
+    EXPECT_EQ(fake_host::CountAsserts(kSource, 265), 3);
     char* handle = MEM_POOL_New("def", 3);
     EXPECT_TRUE(parser.CombineDataProcMemPool(live, handle));
     MEM_POOL_Delete(handle);
@@ -136,13 +137,13 @@ TEST_F(FramesTest, FragmentsInOrderBecomeOneMessage)
 TEST_F(FramesTest, FragmentsThatFitNowhereAreRefused)
 {
     EXPECT_FALSE(parser.CombineDataProc({1, 1, 1, 1, 1, 2}, "a", 1));
-    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 239), 1);
+    EXPECT_EQ(fake_host::CountAsserts(kSource, 239), 1);
     EXPECT_FALSE(parser.CombineDataProc({0, 0, 0, 0, 0, 0}, "a", 1)); // equals an empty slot
-    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 265), 1);
+    EXPECT_EQ(fake_host::CountAsserts(kSource, 265), 1);
     EXPECT_TRUE(parser.CombineDataProc({1, 2, 1, 1, 1, 0}, nullptr, 5));
-    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 230), 1);
+    EXPECT_EQ(fake_host::CountAsserts(kSource, 230), 1);
     EXPECT_TRUE(parser.CombineDataProc({2, 2, 0, 1, 1, 0}, "", 0)); // replaces the one before
-    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 231), 1);
+    EXPECT_EQ(fake_host::CountAsserts(kSource, 231), 1);
     EXPECT_EQ(fake_host::LiveBuffers(), 1);
     EXPECT_TRUE(delivered.empty());
 }

@@ -21,30 +21,59 @@ void OneRound()
     const auto Quit = reinterpret_cast<void (*)()>(dlsym(library, "NET_DEV_DECODERDEVSDK_Quit"));
     ASSERT_TRUE(Initial != nullptr && Quit != nullptr);
 
-    fake_host::Get().calls.clear();
-    EXPECT_EQ(Initial(), 0);
-    std::unique_ptr<CNetProtocolProc> processor(fake_host::Get().pCreated);
+    auto& host = fake_host::Get();
+    host.calls.clear();
+    EXPECT_EQ(Initial(), 42);
+    EXPECT_EQ(host.registeredType, 513U);
+
+    std::unique_ptr<CNetProtocolProc> processor(host.created);
     FakeNode node;
-    FakeCommand command(0x50006);
-    processor->Initial(&node, 3, 0, 0);
-    CSocketDataObserver* observer = fake_host::Get().calls.back().pObserver;
-    processor->Start(nullptr, 0);
-    Offer(*observer, Frame(ReplyText("notifychannelstate", "1")) + "1111", true); // and half a head is left
+    EXPECT_EQ(processor->Initial(&node, 7, 8, 9), 5);
+    host.onCall = [&](const fake_host::Call& call) {
+        if (call.name == "Start") { // bytes may come at once; half a head is left
+            Offer(*host.calls[0].observer, Frame(ReplyText("notifychannelstate", "1")) + "1111", true);
+        }
+    };
+    EXPECT_EQ(processor->Start(nullptr, 0), 0);
     EXPECT_EQ(node.notifications.size(), 1U);
-    processor->AddOneCmd(&command, nullptr, 0);
-    processor->Stop();
+    EXPECT_FALSE(processor->IsWorking());
+    EXPECT_TRUE(processor->IsOnline());
+    unsigned long len = 0;
+    EXPECT_EQ(std::string(processor->GetBeatData(len), 8), std::string("1111\0\0\0\0", 8));
+    EXPECT_EQ(len, 8U);
+
+    FakeCommand commands[] = {FakeCommand(0x50006), FakeCommand(0x50006)};
+    for (FakeCommand& command : commands) {
+        command.onReference = [&](const char* what) { host.calls.push_back({what, 7}); };
+        command.onAnswer = [&] { host.calls.push_back({"answer", 7}); };
+        processor->AddOneCmd(&command, nullptr, 0);
+    }
+    processor->Stop(); // drains the queue
+    EXPECT_EQ(commands[0].Answer() + commands[1].Answer(), "failure 20000013failure 20000013");
     processor->Quit();
     processor.reset();
     Quit();
     EXPECT_EQ(dlclose(library), 0);
-    EXPECT_EQ(command.Answer(), "failure 20000013");
-    EXPECT_EQ(command.nReferences, 0);
+
+    std::string names;
+    for (const auto& call : host.calls) {
+        EXPECT_EQ(call.netCommunication, 7);
+        names += call.name + " ";
+    }
+    EXPECT_EQ(names, "RegisterNode Start take take answer give back answer give back Stop UnRegisterNode "
+                     "DestroyHNetCommunication ");
+    EXPECT_EQ(host.calls[0].observer, host.calls[0].context);
+    EXPECT_EQ(host.calls[0].a, 8);
+    EXPECT_EQ(host.calls[0].b, 9);
 }
 
 TEST(LoadTest, AThousandRoundsFromLoadingToUnloadingLeaveNothingBehind)
 {
     fake_host::Reset();
     fake_host::SetLogRecording(false);
+    fake_host::Get().registDevResult = 42;
+    fake_host::Get().registerNodeResult = 5;
+    fake_host::Get().startResult = -1; // is not the session's result
     for (int round = 0; round < 1000; ++round) {
         OneRound();
         ASSERT_FALSE(HasFailure()) << round;

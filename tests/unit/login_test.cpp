@@ -10,7 +10,7 @@ using namespace ORVA2_DECODER_TVW;
 
 namespace {
 
-const char SOURCE[] = "NetProtocolProcTWDECODERDevImp";
+const char kSource[] = "NetProtocolProcTWDECODERDevImp";
 
 class LoginTest : public SessionFixture {
 protected:
@@ -31,18 +31,14 @@ protected:
     {
         return tdcrypto::RsaPriDecrypt(Element(LastRequest(), element), DecoderKeys().privateKey);
     }
-    std::string SuccessAnswer() const
-    {
-        const std::string id(reinterpret_cast<const char*>(&node.id), sizeof(node.id));
-        return "buffer " + Hex(Bytes().Text(id).U32(513).Zeros(112));
-    }
+    const std::string successAnswer = CommandSampleOf("ProcDoOptionCmd").Answer();
 };
 
 TEST_F(LoginTest, TwoExchangesBringKeysSessionAndTokenAndTheAnswerNamesTheNode)
 {
     ReplyToDooption();
     ReplyToDologin("0");
-    EXPECT_EQ(Login(), SuccessAnswer());
+    EXPECT_EQ(Login(), successAnswer);
 
     ASSERT_EQ(node.frames.size(), 2U);
     const auto header = [](const std::string& url, const std::string& request, const std::string& tail) {
@@ -56,7 +52,7 @@ TEST_F(LoginTest, TwoExchangesBringKeysSessionAndTokenAndTheAnswerNamesTheNode)
                                             Elem("session", "S&lt;1") + Elem("token", "") +
                                                 Elem("account", Element(second, "account")) +
                                                 Elem("authentication", Element(second, "authentication")))) +
-                  NO_BODY);
+                  kNoBody);
     EXPECT_EQ(Deciphered("account"), "admin");
     EXPECT_EQ(Deciphered("authentication"),
               "2BB80D537B1DA3E38BD30361AA855686BDE0EACD7162FEF6A25FE97BF527A25B");
@@ -105,7 +101,7 @@ TEST_F(LoginTest, AReplyIsNoneUntilAMessageWithAKnownUrlHasCome)
         FakeCommand command(KEST_CMD_REQUEST_LOGIN);
         fresh.ProcOneCommand(&command, nullptr, 0);
         EXPECT_EQ(node.frames.size(), i < 2 ? 1U : 2U) << urls[i];
-        EXPECT_EQ(command.nAnswers, i < 2 ? 0 : 1) << urls[i];
+        EXPECT_EQ(command.answers, i < 2 ? 0 : 1) << urls[i];
     }
 }
 
@@ -118,7 +114,7 @@ TEST_F(LoginTest, WhatAReplyDoesNotNameIsKeptFromBefore)
     Login();
     ReplyWith(ReplyText("dooption", "%SEQ%"));
     ReplyWith(ReplyText("dologin", "%SEQ%"));
-    EXPECT_EQ(Login(), SuccessAnswer());
+    EXPECT_EQ(Login(), successAnswer);
     EXPECT_EQ(Element(LastRequest(), "session"), "S&lt;1");
     EXPECT_EQ(Element(LastRequest(), "token"), "T&lt;/K"); // even that of a refused login
     EXPECT_EQ(Deciphered("account"), "admin");
@@ -133,9 +129,9 @@ TEST_F(LoginTest, WrongPayloadLengthsAreReportedTwiceAndReadAsFarAsTheyGo)
 {
     ReplyToDooption();
     ReplyToDologin("0");
-    EXPECT_EQ(Login(LoginPayload("admin", "").substr(0, 39)), SuccessAnswer());
-    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 549), 1);
-    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 594), 1);
+    EXPECT_EQ(Login(LoginPayload("admin", "").substr(0, 39)), successAnswer);
+    EXPECT_EQ(fake_host::CountAsserts(kSource, 549), 1);
+    EXPECT_EQ(fake_host::CountAsserts(kSource, 594), 1);
     EXPECT_EQ(Deciphered("account"), "adm");
 }
 
@@ -145,7 +141,7 @@ TEST_F(LoginTest, FieldsWithoutATerminatorEndWithTheirSize)
     ReplyToDologin("0");
     Login(LoginPayload(std::string(64, 'u'), "secret"));
     EXPECT_EQ(Deciphered("account"), std::string(64, 'u'));
-    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 549), 0);
+    EXPECT_EQ(fake_host::CountAsserts(kSource, 549), 0);
 }
 
 TEST_F(LoginTest, ALongSessionIdOrTokenIsADeviceErrorAndNothingOfItsReplyIsKept)
@@ -156,11 +152,14 @@ TEST_F(LoginTest, ALongSessionIdOrTokenIsADeviceErrorAndNothingOfItsReplyIsKept)
     ReplyWith(ReplyText("dologin", "%SEQ%", "0", Elem("token", most + "s")));
     EXPECT_EQ(Login(), "failure 20000002");
     EXPECT_EQ(Run(0x50006, ""), "failure 20000013");
+    ReplyWith(ReplyText("dooption", "%SEQ%"));
+    ReplyWith(ReplyText("dologin", "%SEQ%", "103", Elem("token", most + "s")));
+    EXPECT_EQ(Login(), "failure 20000024") << "a refusal has its own code";
     ReplyWith(ReplyText("dooption", "%SEQ%", "0", Elem("session", most + "s"), Elem("pubkey1", "other")));
     EXPECT_EQ(Login(), "failure 20000002");
     ReplyWith(ReplyText("dooption", "%SEQ%"));
     ReplyWith(ReplyText("dologin", "%SEQ%", "0", Elem("token", most)));
-    EXPECT_EQ(Login(), SuccessAnswer());
+    EXPECT_EQ(Login(), successAnswer);
     EXPECT_EQ(Deciphered("account"), "admin");
     EXPECT_EQ(Element(LastRequest(), "session") + Element(LastRequest(), "token"), most);
     Run(0x50000, Option(0x50002, ""));

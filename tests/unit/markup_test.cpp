@@ -37,7 +37,7 @@ CMarkupSTL At(const std::string& text, const std::vector<const char*>& path)
 
 std::string DataOf(const std::string& content) { return At("<x>" + content + "</x>", {"x"}).GetData(); }
 
-constexpr size_t MANY = 100'000;
+constexpr size_t kMany = 100'000;
 
 TEST(Markup, WritesAnElementInItsForm)
 {
@@ -59,8 +59,8 @@ TEST(Markup, WritesAnElementInItsForm)
         CMarkupSTL doc;
         EXPECT_TRUE(doc.AddElem("x", data, flags));
         EXPECT_EQ(doc.GetDoc(), text);
-        const bool bKeepsReferences = (flags & M::MNF_WITHREFS) != 0;
-        EXPECT_TRUE(bKeepsReferences || doc.GetData() == (data == nullptr ? "" : data)) << text;
+        const bool keepsReferences = (flags & M::MNF_WITHREFS) != 0;
+        EXPECT_TRUE(keepsReferences || doc.GetData() == (data == nullptr ? "" : data)) << text;
     }
 }
 
@@ -94,9 +94,9 @@ TEST(Markup, AddsWhereTheCursorStands)
         {"<a><b>1</a>", {"a", "b"}, true, 0, "<a><b>1<x/>\r\n</a>"},
         {"<a/>\r\n", {}, false, 0, "<a/>\r\n<x/>\r\n"},
     };
-    for (const auto& [text, path, bInto, flags, result] : cases) {
+    for (const auto& [text, path, into, flags, result] : cases) {
         CMarkupSTL doc = At(text, path);
-        EXPECT_TRUE(!bInto || doc.IntoElem());
+        EXPECT_TRUE(!into || doc.IntoElem());
         EXPECT_TRUE(doc.AddElem("x", nullptr, flags));
         EXPECT_EQ(doc.GetDoc(), result);
         EXPECT_EQ(doc.GetTagName(), "x");
@@ -155,6 +155,10 @@ TEST(Markup, ReportsWhatIsWrongAndKeepsWhatItRecognises)
         {"</a>", "No start tag for end tag 'a' at offset 0, No root element", ""},
         {"<a/><!DOCTYPE [", "Doctype at offset 4 unterminated", "a"},
         {"<a/><b c='>", "Element tag at offset 4 unterminated", "a"},
+        {"<a><a><c></b></a><d></a>",
+         "No start tag for end tag 'b' at offset 9, End tag 'a' at offset 13 does not match start tag 'c' at "
+         "offset 6, End tag 'a' at offset 20 does not match start tag 'd' at offset 17",
+         "a[a[c] d]"},
         {"<a/><", "Element tag at offset 4 unterminated", "a"},
         {"<a><b//></a>", "Incorrect Element tag at offset 3", "a"},
         {"<a></a <b/>", "Element end tag at offset 3 unterminated, Element 'a' at offset 0 not ended",
@@ -232,19 +236,19 @@ TEST(Markup, ParsesHostileTextsInLinearTime)
 {
     const std::string longName(1'000'000, 'n');
     const std::string texts[] = {
-        Repeat("<a>", MANY),
-        Repeat("<a>", MANY) + Repeat("</b>", MANY),
-        Repeat("<a>", MANY) + Repeat("</b></a>", MANY),
-        Repeat("<a><b>", MANY) + Repeat("</a>", MANY),
-        Repeat("</a>", MANY),
-        Repeat("</a", MANY),
-        Repeat("<", 10 * MANY),
-        Repeat("<!", MANY) + Repeat("<!-", MANY),
-        Repeat("<a b='<a b=\"", MANY),
-        Repeat("<?<![CDATA[<!--", MANY),
-        Repeat("<!DOCTYPE [\"'", MANY),
-        "<" + longName + ">" + Repeat("<a>", MANY) + "</" + longName.substr(0, 1000) + ">" +
-            Repeat("</b>", MANY),
+        Repeat("<a>", kMany),
+        Repeat("<a>", kMany) + Repeat("</b>", kMany),
+        Repeat("<a>", kMany) + Repeat("</b></a>", kMany),
+        Repeat("<a><b>", kMany) + Repeat("</a>", kMany),
+        Repeat("</a>", kMany),
+        Repeat("</a", kMany),
+        Repeat("<", 10 * kMany),
+        Repeat("<!", kMany) + Repeat("<!-", kMany),
+        Repeat("<a b='<a b=\"", kMany),
+        Repeat("<?<![CDATA[<!--", kMany),
+        Repeat("<!DOCTYPE [\"'", kMany),
+        "<" + longName + ">" + Repeat("<a>", kMany) + "</" + longName.substr(0, 1000) + ">" +
+            Repeat("</b>", kMany),
     };
     CMarkupSTL doc;
     for (const std::string& text : texts) {
@@ -256,15 +260,15 @@ TEST(Markup, ParsesHostileTextsInLinearTime)
         EXPECT_TRUE(doc.AddElem("x", "1"));
         EXPECT_EQ(doc.GetData(), "1");
     }
-    EXPECT_TRUE(doc.SetDoc(("<a" + Repeat(" b='1'", MANY) + ">" + Repeat("&", MANY) + "</a>").c_str()));
+    EXPECT_TRUE(doc.SetDoc(("<a" + Repeat(" b='1'", kMany) + ">" + Repeat("&", kMany) + "</a>").c_str()));
     EXPECT_TRUE(doc.FindElem());
-    EXPECT_EQ(doc.GetData().size(), MANY);
+    EXPECT_EQ(doc.GetData().size(), kMany);
 }
 
 TEST(Markup, AddsInsideDeepNestingAndItsCopy)
 {
     CMarkupSTL doc;
-    EXPECT_TRUE(doc.SetDoc((Repeat("<a>", MANY) + "<b/>" + Repeat("</a>", MANY)).c_str()));
+    EXPECT_TRUE(doc.SetDoc((Repeat("<a>", kMany) + "<b/>" + Repeat("</a>", kMany)).c_str()));
     while (doc.FindElem("a") && doc.IntoElem()) {
     }
     EXPECT_TRUE(doc.FindElem("b") && doc.IntoElem() && doc.AddElem("c"));

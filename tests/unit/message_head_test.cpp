@@ -5,18 +5,18 @@
 
 namespace {
 
-std::string Nested(size_t nLevels, const std::string& inner)
+std::string Nested(size_t levels, const std::string& inner)
 {
-    return Repeat("<a>", nLevels) + Repeat("</a>", nLevels) + inner;
+    return Repeat("<a>", levels) + Repeat("</a>", levels) + inner;
 }
 
 } // namespace
 
 TEST(MessageHead, HeavyMessagesHaveTheHeadOfTheDocumentInThreeLooksAtEachByte)
 {
-    constexpr size_t LEN = 150000; // nests less deep than the scan follows
-    for (const HeavyMessage& message : HeavyMessages(LEN)) {
-        EXPECT_TRUE(ScanAgreesWithDocument(message.text)) << message.szWhat;
+    constexpr size_t kLen = 150000; // nests less deep than the scan follows
+    for (const HeavyMessage& message : HeavyMessages(kLen)) {
+        EXPECT_TRUE(ScanAgreesWithDocument(message.text)) << message.what;
     }
 }
 
@@ -53,25 +53,25 @@ TEST(MessageHead, LooksAtNothingAfterTheHead)
 
 TEST(MessageHead, ATextEndsWhereItNestsTooDeeply)
 {
-    constexpr size_t MOST = 65535;
+    constexpr size_t kMost = 65535;
     const std::string head = "<td_command><td_header><url>u</url>";
     const std::string seq = "<seq>7</seq>";
-    EXPECT_EQ(ReadMessageHead(Nested(MOST, head + seq)).seq, "7");
-    EXPECT_EQ(ReadMessageHead(Nested(MOST + 1, head + seq)).url, std::nullopt);
-    EXPECT_EQ(ReadMessageHead(head + Nested(MOST - 2, seq)).seq, "7");
-    EXPECT_EQ(ReadMessageHead(head + Nested(MOST - 1, seq)).url, "u");
-    EXPECT_EQ(ReadMessageHead(head + Nested(MOST - 1, seq)).seq, std::nullopt);
+    EXPECT_EQ(ReadMessageHead(Nested(kMost, head + seq)).seq, "7");
+    EXPECT_EQ(ReadMessageHead(Nested(kMost + 1, head + seq)).url, std::nullopt);
+    EXPECT_EQ(ReadMessageHead(head + Nested(kMost - 2, seq)).seq, "7");
+    EXPECT_EQ(ReadMessageHead(head + Nested(kMost - 1, seq)).url, "u");
+    EXPECT_EQ(ReadMessageHead(head + Nested(kMost - 1, seq)).seq, std::nullopt);
 }
 
 TEST(MessageHead, TagsThatTheDocumentCannotHoldAreNoElements)
 {
     const std::string head = "<td_command><td_header>";
-    for (const size_t nTag : {0xFFFFFU, 0x100000U, 0x1FFFFFU, 0x200000U, 0x2FFFFFU, 0x300000U}) {
-        const std::string text = head + "<url" + std::string(nTag - 5, ' ') + ">u</url><seq>7</seq>";
-        EXPECT_EQ(ReadMessageHead(text).url, DocumentHead(text).url) << nTag;
+    for (const size_t tag : {0xFFFFFU, 0x100000U, 0x1FFFFFU, 0x200000U, 0x2FFFFFU, 0x300000U}) {
+        const std::string text = head + "<url" + std::string(tag - 5, ' ') + ">u</url><seq>7</seq>";
+        EXPECT_EQ(ReadMessageHead(text).url, DocumentHead(text).url) << tag;
     }
-    for (const size_t nTag : {1023U, 1024U}) {
-        const std::string text = head + "<url>u</url" + std::string(nTag - 6, ' ') + "><seq>7</seq>";
-        EXPECT_EQ(ReadMessageHead(text).url, DocumentHead(text).url) << nTag;
+    for (const size_t tag : {1023U, 1024U}) {
+        const std::string text = head + "<url>u</url" + std::string(tag - 6, ' ') + "><seq>7</seq>";
+        EXPECT_EQ(ReadMessageHead(text).url, DocumentHead(text).url) << tag;
     }
 }

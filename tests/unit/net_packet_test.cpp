@@ -16,13 +16,13 @@ bool Save(CNetPacketNew& queue, const std::string& bytes)
 std::string Front(const CNetPacketNew& queue, unsigned long n)
 {
     std::string head(n, '?');
-    char* hPacket = queue.GetPacket(n);
-    EXPECT_EQ(queue.GetPacketHead(head.data(), n), hPacket != nullptr);
-    if (hPacket == nullptr) {
+    char* packet = queue.GetPacket(n);
+    EXPECT_EQ(queue.GetPacketHead(head.data(), n), packet != nullptr);
+    if (packet == nullptr) {
         return "none";
     }
-    EXPECT_EQ(std::string(MEM_POOL_GetData(hPacket), MEM_POOL_GetLen(hPacket)), head);
-    queue.ReleasePack(hPacket);
+    EXPECT_EQ(std::string(MEM_POOL_GetData(packet), MEM_POOL_GetLen(packet)), head);
+    queue.ReleasePack(packet);
     return head;
 }
 
@@ -74,14 +74,14 @@ TEST_F(NetPacket, TruncatingMoreThanIsHeldIsReportedAndChangesNothing)
 TEST_F(NetPacket, APoolHandleIsHeldByAReferenceOfItsOwn)
 {
     CNetPacketNew queue;
-    char* hBuffer = MEM_POOL_New("hello", 5);
-    EXPECT_TRUE(queue.SaveBuffer(hBuffer, MEM_POOL_HANDLE_LEN));
-    MEM_POOL_Delete(hBuffer);
+    char* buffer = MEM_POOL_New("hello", 5);
+    EXPECT_TRUE(queue.SaveBuffer(buffer, MEM_POOL_HANDLE_LEN));
+    MEM_POOL_Delete(buffer);
     EXPECT_TRUE(Save(queue, " you"));
     EXPECT_EQ(Front(queue, 9), "hello you");
     // The same buffer twice: what is cut from one is missing from the other, and nothing is read behind the
     // end.
-    EXPECT_TRUE(queue.SaveBuffer(hBuffer, MEM_POOL_HANDLE_LEN));
+    EXPECT_TRUE(queue.SaveBuffer(buffer, MEM_POOL_HANDLE_LEN));
     EXPECT_TRUE(queue.TruncateFront(3));
     EXPECT_EQ(Front(queue, 11), "none");
     EXPECT_TRUE(queue.TruncateFront(11));

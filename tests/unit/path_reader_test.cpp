@@ -1,4 +1,3 @@
-#include <ctime>
 #include <gtest/gtest.h>
 #include <string>
 #include <tuple>
@@ -29,9 +28,9 @@ TEST(PathReader, ReadsByPathByPositionAndBySibling)
     const auto first = reader.GetFirstItem("msg/body/item");
     EXPECT_EQ(reader.GetFirstItem(reader.GetFirstItem("msg"), "body/item"), first);
     EXPECT_EQ(reader.GetValueStr(first, "name"), "a<\u4e2d");
-    for (const char* szMissing : {"none", "name/none", "/name", "nam", "name/name"}) {
-        EXPECT_EQ(reader.GetValueStr(first, szMissing), "") << szMissing;
-        EXPECT_EQ(reader.GetValueDWORD(first, szMissing), 0u) << szMissing;
+    for (const char* missing : {"none", "name/none", "/name", "nam", "name/name"}) {
+        EXPECT_EQ(reader.GetValueStr(first, missing), "") << missing;
+        EXPECT_EQ(reader.GetValueDWORD(first, missing), 0u) << missing;
     }
     const auto id = reader.GetFirstChild(first);
     EXPECT_EQ(reader.GetValueStr(id), "1");
@@ -60,11 +59,11 @@ TEST(PathReader, NumbersReadLikeTheCLibraryAndKeepTheirLowBits)
         {"18446744073709551610", 0xFFFFFFFA, -1},
         {"99999999999999999999", 0xFFFFFFFF, -1}, // out of the 64 bits' range: the largest, cut
     };
-    for (const auto& [szText, nUnsigned, nSigned] : cases) {
+    for (const auto& [text, unsignedValue, signedValue] : cases) {
         CVTXMLParse reader;
-        ASSERT_TRUE(Parses(reader, std::string("<n>") + szText + "</n>"));
-        EXPECT_EQ(reader.GetValueDWORD("n"), nUnsigned) << szText;
-        EXPECT_EQ(reader.GetValue_i32("n"), nSigned) << szText;
+        ASSERT_TRUE(Parses(reader, std::string("<n>") + text + "</n>"));
+        EXPECT_EQ(reader.GetValueDWORD("n"), unsignedValue) << text;
+        EXPECT_EQ(reader.GetValue_i32("n"), signedValue) << text;
     }
 }
 

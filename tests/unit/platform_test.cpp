@@ -18,12 +18,12 @@
 
 namespace {
 
-constexpr unsigned int FAR_AHEAD = 0xFFFFFFFF;
+constexpr unsigned int kFarAhead = 0xFFFFFFFF;
 
-void RunThreads(int nThreads, const std::function<void()>& work)
+void RunThreads(int threadCount, const std::function<void()>& work)
 {
     std::vector<std::jthread> threads;
-    for (int i = 0; i < nThreads; ++i) {
+    for (int i = 0; i < threadCount; ++i) {
         threads.emplace_back(work);
     }
 }
@@ -36,17 +36,17 @@ TEST(PlatformTest, DeadlinesCarryIntoTheSeconds)
     };
     EXPECT_EQ(add(0, 999), std::pair(7L, 999'000'000L));
     EXPECT_EQ(add(999'000'000, 1), std::pair(8L, 0L));
-    EXPECT_EQ(add(999'999'999, FAR_AHEAD), std::pair(4'294'975L, 294'999'999L));
+    EXPECT_EQ(add(999'999'999, kFarAhead), std::pair(4'294'975L, 294'999'999L));
 }
 
 TEST(PlatformTest, AnEventReleasesOneWaitPerSetOrAllUntilReset)
 {
-    for (const bool bManual : {false, true}) {
-        CMyEvent event(bManual);
+    for (const bool manual : {false, true}) {
+        CMyEvent event(manual);
         EXPECT_EQ(event.WaitEvent(0), WAIT_TIMED_OUT);
         EXPECT_TRUE(event.SetEvent() && event.SetEvent());
         EXPECT_EQ(event.WaitEvent(0), WAIT_SIGNALLED);
-        EXPECT_EQ(event.WaitEvent(0), bManual ? WAIT_SIGNALLED : WAIT_TIMED_OUT);
+        EXPECT_EQ(event.WaitEvent(0), manual ? WAIT_SIGNALLED : WAIT_TIMED_OUT);
         event.SetEvent();
         {
             const CMySingleEvent running(event);
@@ -58,18 +58,18 @@ TEST(PlatformTest, AnEventReleasesOneWaitPerSetOrAllUntilReset)
 
 TEST(PlatformTest, SeveralEventsArePolledInPasses)
 {
-    const auto wait = [](const std::vector<bool>& signalled, bool bWaitAll, unsigned int ms) {
+    const auto wait = [](const std::vector<bool>& signalled, bool waitAll, unsigned int ms) {
         std::list<CMyEvent> events;
         std::vector<const CMyEvent*> pointers;
-        for (const bool bSignalled : signalled) {
-            pointers.push_back(&events.emplace_back(bWaitAll)); // may be seen signalled again
-            bSignalled ? events.back().SetEvent() : events.back().ResetEvent();
+        for (const bool isSignalled : signalled) {
+            pointers.push_back(&events.emplace_back(waitAll)); // may be seen signalled again
+            isSignalled ? events.back().SetEvent() : events.back().ResetEvent();
         }
-        return WaitForMultipleObjects(static_cast<int>(pointers.size()), pointers.data(), bWaitAll, ms);
+        return WaitForMultipleObjects(static_cast<int>(pointers.size()), pointers.data(), waitAll, ms);
     };
     EXPECT_EQ(wait({false, true, true}, false, 0), 1U);
     EXPECT_EQ(wait({false, false}, false, 0), WAIT_TIMED_OUT);
-    EXPECT_EQ(wait({}, false, FAR_AHEAD), WAIT_TIMED_OUT);
+    EXPECT_EQ(wait({}, false, kFarAhead), WAIT_TIMED_OUT);
     EXPECT_EQ(wait({}, true, 0), WAIT_SIGNALLED);
     EXPECT_EQ(wait({true, true}, true, 10), WAIT_SIGNALLED);
     EXPECT_EQ(wait({true, true}, true, 9), WAIT_TIMED_OUT); // the first pass ends at event 0 and counts 10 ms
@@ -79,15 +79,15 @@ TEST(PlatformTest, SeveralEventsArePolledInPasses)
 TEST(PlatformTest, ASemaphoreCountsUpToItsMaximum)
 {
     CMySemaphore semaphore(9, 3);
-    int nPrev = -1;
+    int prev = -1;
     EXPECT_FALSE(semaphore.unlock());
-    EXPECT_TRUE(semaphore.lock(0) && semaphore.trylock() && semaphore.lock(FAR_AHEAD));
+    EXPECT_TRUE(semaphore.lock(0) && semaphore.trylock() && semaphore.lock(kFarAhead));
     EXPECT_FALSE(semaphore.trylock() || semaphore.lock(1));
-    EXPECT_TRUE(semaphore.unlock(2, &nPrev));
-    EXPECT_EQ(nPrev, 0);
-    for (const int nWrong : {2, 0, -1}) {
-        EXPECT_FALSE(semaphore.unlock(nWrong, &nPrev)) << nWrong;
-        EXPECT_EQ(nPrev, 2);
+    EXPECT_TRUE(semaphore.unlock(2, &prev));
+    EXPECT_EQ(prev, 0);
+    for (const int wrong : {2, 0, -1}) {
+        EXPECT_FALSE(semaphore.unlock(wrong, &prev)) << wrong;
+        EXPECT_EQ(prev, 2);
     }
     {
         const std::jthread producer([&] { EXPECT_TRUE(semaphore.unlock()); });
@@ -102,7 +102,7 @@ TEST(PlatformTest, CountersAreAtomicAndAStorePublishesWhatWasWrittenBefore)
     EXPECT_EQ(counter.ExchangeAdd(7), 5);
     EXPECT_EQ(counter.SetValue(0), 12);
     std::string text;
-    const char* pPublished = nullptr;
+    const char* published = nullptr;
     RunThreads(4, [&] {
         arrived.ExchangeAdd(1);
         while (arrived < 4) { // all at once
@@ -112,9 +112,9 @@ TEST(PlatformTest, CountersAreAtomicAndAStorePublishesWhatWasWrittenBefore)
         }
         if (running.Decrement() == 0) { // true for one thread alone
             text = "reply";
-            AtomicStore(pPublished, text.c_str());
+            AtomicStore(published, text.c_str());
         }
-        while (AtomicLoad(pPublished) == nullptr) {
+        while (AtomicLoad(published) == nullptr) {
             std::this_thread::yield();
         }
         EXPECT_EQ(text, "reply");
@@ -126,9 +126,9 @@ TEST(PlatformTest, AWipedValueIsWipedWhole)
 {
     using Secret = TWiped<std::array<char, 99>>;
     alignas(Secret) char memory[sizeof(Secret)];
-    auto* pSecret = new (memory) Secret;
-    pSecret->value.fill('s');
-    pSecret->~Secret();
+    auto* secret = new (memory) Secret;
+    secret->value.fill('s');
+    secret->~Secret();
     EXPECT_EQ(std::string(memory, sizeof(memory)).find('s'), std::string::npos);
 }
 
@@ -143,15 +143,15 @@ TEST(PlatformTest, GuidTextIsUpperCaseInBraces)
 TEST(PlatformTest, NodeTypesLieBetweenTheirRangeMarkers)
 {
     EXPECT_EQ(CTypeCheck::GetDECODERAbstractTypeValue(), 513U);
-    for (const unsigned int nType :
+    for (const unsigned int type :
          {0U, 1U, 31U, 32U, 131U, 132U, 133U, 134U, 512U, 513U, 751U, 752U, 0xFFFFFFFFU}) {
-        const CTypeCheck check(nType);
+        const CTypeCheck check(type);
         CTypeCheck::CDecoderTypeCheck out;
-        EXPECT_EQ(check.IsDecoder(&out), nType == 513 || nType == 751) << nType;
-        EXPECT_EQ(out.m_dwTypeValue, nType);
+        EXPECT_EQ(check.IsDecoder(&out), type == 513 || type == 751) << type;
+        EXPECT_EQ(out.m_dwTypeValue, type);
         EXPECT_EQ(std::tuple(check.IsClient(), check.IsWall(), check.IsChannelGroup()),
-                  std::tuple(nType == 1 || nType == 31, nType == 132, nType == 133))
-            << nType;
+                  std::tuple(type == 1 || type == 31, type == 132, type == 133))
+            << type;
     }
 }
 

@@ -4,13 +4,8 @@
 
 #include "FakeCommand.h"
 #include "FakeHost.h"
-#include "FakeNode.h"
-#include "HostCalls.h"
-#include "LinkTexts.h"
 #include "NetProtocolProcDevice.h"
 #include "NetProtocolProcTWDECODERDev.h"
-#include "PluginExports.h"
-#include "Session/NetProtocolProcTWDECODERDevImp.h"
 
 namespace {
 
@@ -25,8 +20,8 @@ public:
     void Note(const std::string& what)
     {
         const auto isFree = [this] {
-            pthread_mutex_t* pMutex = m_CmdProcListLock.Handle();
-            return pthread_mutex_trylock(pMutex) == 0 && pthread_mutex_unlock(pMutex) == 0;
+            pthread_mutex_t* mutex = m_CmdProcListLock.Handle();
+            return pthread_mutex_trylock(mutex) == 0 && pthread_mutex_unlock(mutex) == 0;
         };
         events += what + (std::async(std::launch::async, isFree).get() ? " free, " : " locked, ");
     }
@@ -44,10 +39,10 @@ TEST(QueueTest, RunsCommandsInOrderOnPrivateCopiesAndGivesTheirReferencesBack)
     payload[0] = 'z';
     queue.AddOneCmd(&b, payload, 1);
     queue.AddOneCmd(&c, nullptr, 0);
-    EXPECT_EQ(a.nReferences, 1);
+    EXPECT_EQ(a.references, 1);
 
     EXPECT_TRUE(queue.ProcDevCmd());
-    EXPECT_EQ(a.nReferences, 0);
+    EXPECT_EQ(a.references, 0);
     EXPECT_TRUE(queue.ProcDevCmd());
     EXPECT_TRUE(queue.ProcDevCmd());
     EXPECT_FALSE(queue.ProcDevCmd());
@@ -55,8 +50,8 @@ TEST(QueueTest, RunsCommandsInOrderOnPrivateCopiesAndGivesTheirReferencesBack)
     const decltype(queue.ran) expected = {{&a, "xy"}, {&b, "z"}, {&c, "null"}};
     EXPECT_EQ(queue.ran, expected);
     for (const FakeCommand* command : {&a, &b, &c}) {
-        EXPECT_EQ(command->nReferences, 0);
-        EXPECT_EQ(command->nOtherTags, 0);
+        EXPECT_EQ(command->references, 0);
+        EXPECT_EQ(command->otherTags, 0);
     }
 }
 
@@ -80,56 +75,7 @@ TEST(QueueTest, CommandsLeftInTheQueueAreReportedOnce)
         queue.AddOneCmd(&command, nullptr, 0);
     }
     EXPECT_EQ(fake_host::CountAsserts("NetProtocolProcDevice", 16), 1);
-    EXPECT_EQ(command.nReferences, 2); // dropped, not repaired
-}
-
-TEST(FacadeTest, IsRegisteredUnderTheDecoderTypeAndLivesThroughTheHostsCalls)
-{
-    fake_host::Reset();
-    fake_host::Get().registDevResult = 42;
-    fake_host::Get().registerNodeResult = 5;
-    fake_host::Get().startResult = -1; // is not the session's result
-    EXPECT_EQ(NET_DEV_DECODERDEVSDK_Initial(), 42);
-    EXPECT_EQ(fake_host::Get().registeredType, 513U);
-
-    std::unique_ptr<CNetProtocolProc> processor(fake_host::Get().pCreated);
-    FakeNode node;
-    EXPECT_EQ(processor->Initial(&node, 7, 8, 9), 5);
-    fake_host::Get().onCall = [&](const fake_host::Call& call) {
-        if (call.name == "Start") { // bytes may come at once
-            Offer(*fake_host::Get().calls[0].pObserver, Frame(ReplyText("notifychannelstate", "1")), true);
-        }
-    };
-    EXPECT_EQ(processor->Start(nullptr, 0), 0);
-    EXPECT_EQ(node.notifications.size(), 1U);
-    EXPECT_FALSE(processor->IsWorking());
-    EXPECT_TRUE(processor->IsOnline());
-    unsigned long nLen = 0;
-    EXPECT_EQ(std::string(processor->GetBeatData(nLen), 8), std::string("1111\0\0\0\0", 8));
-    EXPECT_EQ(nLen, 8U);
-
-    FakeCommand commands[] = {FakeCommand(0x50006), FakeCommand(0x50006)};
-    for (FakeCommand& command : commands) {
-        command.onReference = [](const char* what) { fake_host::Get().calls.push_back({what, 7}); };
-        command.onAnswer = [] { fake_host::Get().calls.push_back({"answer", 7}); };
-        processor->AddOneCmd(&command, nullptr, 0);
-    }
-    processor->Stop(); // drains the queue
-    EXPECT_EQ(commands[0].Answer() + commands[1].Answer(), "failure 20000013failure 20000013");
-    processor->Quit();
-    NET_DEV_DECODERDEVSDK_Quit();
-
-    const auto& calls = fake_host::Get().calls;
-    std::string names;
-    for (const auto& call : calls) {
-        EXPECT_EQ(call.hNetCommunication, 7);
-        names += call.name + " ";
-    }
-    EXPECT_EQ(names, "RegisterNode Start take take answer give back answer give back Stop UnRegisterNode "
-                     "DestroyHNetCommunication ");
-    EXPECT_EQ(calls[0].pObserver, calls[0].pContext);
-    EXPECT_EQ(calls[0].a, 8);
-    EXPECT_EQ(calls[0].b, 9);
+    EXPECT_EQ(command.references, 2); // dropped, not repaired
 }
 
 TEST(FacadeTest, StopAsksItsOwnProcDevCmdUntilTheQueueIsEmpty)
@@ -137,16 +83,16 @@ TEST(FacadeTest, StopAsksItsOwnProcDevCmdUntilTheQueueIsEmpty)
     struct Processor : CNetProtocolProcTWDECODERDev {
         bool ProcDevCmd() override
         {
-            ++nAsked;
+            ++asked;
             return CNetProtocolProcTWDECODERDev::ProcDevCmd();
         }
-        int nAsked = 0;
+        int asked = 0;
     };
     Processor processor;
     FakeCommand command(0x50006);
     processor.AddOneCmd(&command, nullptr, 0);
     processor.Stop();
-    EXPECT_EQ(processor.nAsked, 2);
+    EXPECT_EQ(processor.asked, 2);
 }
 
 } // namespace

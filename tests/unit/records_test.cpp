@@ -1,3 +1,4 @@
+#include <bit>
 #include <regex>
 #include <set>
 #include <tuple>
@@ -14,58 +15,60 @@ namespace {
 
 // The parts of records, and what the log says of them.
 
-const std::string NEXT = "\n**************"; // before the name of each record
-const std::string GUID_W = "{57575757-5757-5757-5757-575757575757}";
-const std::string GUID_P = "{50505050-5050-5050-5050-505050505050}";
-const std::string WALL(16, 'W');
-const std::string FULL(256, 'n'); // a field without a terminator ends with its size
+const std::string kNext = "\n**************"; // before the name of each record
+const std::string kGuidW = "{57575757-5757-5757-5757-575757575757}";
+const std::string kGuidP = "{50505050-5050-5050-5050-505050505050}";
+const std::string kWall(16, 'W');
+const std::string kFull(256, 'n'); // a field without a terminator ends with its size
 
-std::string Window(unsigned long id, unsigned long nSubWindows)
+std::string Window(unsigned long id, unsigned long subWindows)
 {
     Bytes window = Bytes().U32(id).U32(10).U32(20).U32(30).U32(40).U16(1).U16(2).U16(3).U16(65535);
-    window.U32(nSubWindows).U32(5).U32(-6UL);
-    for (unsigned long i = 0; i < nSubWindows; ++i) {
+    window.U32(subWindows).U32(5).U32(-6UL);
+    for (unsigned long i = 0; i < subWindows; ++i) {
         window.U32(i).U32(100 + i);
     }
     return window;
 }
 
-std::string WindowText(unsigned long id, unsigned long nSubWindows)
+std::string WindowText(unsigned long id, unsigned long subWindows)
 {
-    std::string text = NEXT + "S_Create_Cavans_WindowInfo nID:" + std::to_string(id) +
+    std::string text = kNext + "S_Create_Cavans_WindowInfo nID:" + std::to_string(id) +
                        " nXPos:10 nYpos:20 nWidth:30 nHeight:40 abs_x:1 abs_y:2 abs_w:3 abs_h:65535 nMode:" +
-                       std::to_string(nSubWindows) + " layId:5 zoomWndIndex:-6\nsub window list \n";
-    for (unsigned long i = 0; i < nSubWindows; ++i) {
-        text += NEXT + "S_Cavans_Sub_WindowInfo nIndex:" + std::to_string(i) +
+                       std::to_string(subWindows) + " layId:5 zoomWndIndex:-6\nsub window list \n";
+    for (unsigned long i = 0; i < subWindows; ++i) {
+        text += kNext + "S_Cavans_Sub_WindowInfo nIndex:" + std::to_string(i) +
                 " nOsdid:" + std::to_string(100 + i) + "\n";
     }
     return text;
 }
 
-std::string CanvasHead(unsigned int nWindows, unsigned long nScreens)
+std::string CanvasHead(unsigned int windows, unsigned long screens)
 {
     Bytes head = Bytes().U16(-1U).U16(-2U).U16(3).U16(4).U16(-5U).U16(-6U).U16(7).U16(8).U16(9).U16(10);
-    return head.U16(nWindows).U32(nScreens);
+    return head.U16(windows).U32(screens);
 }
 
 std::string LogicScreen(unsigned long id) { return Bytes().U32(id).U16(-1U).U16(-2U).U16(1920).U16(1080); }
 
 std::string ScreenWindow(unsigned long id)
 {
-    constexpr unsigned long FLOATS[] = {0x3F000000, 0x3FC00000, 0x40200000, 0x40600000};
-    return Bytes().U32(id).U32(FLOATS[0]).U32(FLOATS[1]).U32(FLOATS[2]).U32(FLOATS[3]).Text(
-        "twenty bytes of more");
+    Bytes window = Bytes().U32(id);
+    for (const float corner : {0.5F, 1.5F, 2.5F, 3.5F}) {
+        window.U32(std::bit_cast<uint32_t>(corner));
+    }
+    return window.Text("twenty bytes of more");
 }
-const std::string CORNERS = " SX1=0.500000 SY1:1.500000 SX2:2.500000 SY2:3.500000 ";
+const std::string kCorners = " SX1=0.500000 SY1:1.500000 SX2:2.500000 SY2:3.500000 ";
 
-std::string Media(const std::string& gap) { return StreamRecord(WALL, -5UL, "user", "password", gap); }
-const std::string MEDIA_TEXT = NEXT + "S_MTvw_Wall_Media_info channelIdInt:-5 channelid:" + GUID_W +
+std::string Media(const std::string& gap) { return StreamRecord(kWall, -5UL, "user", "password", gap); }
+const std::string kMediaText = kNext + "S_MTvw_Wall_Media_info channelIdInt:-5 channelid:" + kGuidW +
                                " type:-1 reqmode:2 port:-3 streamtype:-4 recordmask:2147483648 source:-6 "
                                "begintime:18446744073709551615 endtime:4294967303 addr:10.0.0.<1>\n";
 
 std::string Group(unsigned long id, const std::string& name)
 {
-    return GroupRecord(WALL, id, -1UL, 0x80000000, name, "1,2");
+    return GroupRecord(kWall, id, -1UL, 0x80000000, name, "1,2");
 }
 
 class Records : public testing::Test {
@@ -109,7 +112,7 @@ private:
 template <class... Record>
 std::string AllOnesLogged()
 {
-    static const std::regex NUMBER(":(-1|255|65535|4294967295)\\b");
+    static const std::regex kNumber(":(-1|255|65535|4294967295)\\b");
     std::string numbers;
     const auto append = [&](auto record) {
         AllOnes ones;
@@ -117,7 +120,7 @@ std::string AllOnesLogged()
         fake_host::Reset();
         record.Dump();
         const std::string text = fake_host::Logs().front().text;
-        for (std::sregex_iterator match(text.begin(), text.end(), NUMBER); match != std::sregex_iterator();
+        for (std::sregex_iterator match(text.begin(), text.end(), kNumber); match != std::sregex_iterator();
              ++match) {
             numbers += (*match)[1].str() == "-1" ? '-' : (*match)[1].length() > 5 ? 'U' : 'u';
         }
@@ -132,12 +135,12 @@ std::string AllOnesLogged()
 // Each field has a value of its own, so none can stand in another's place, on the wire or in the log.
 TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
 {
-    const auto Command = [](const std::string& name, unsigned long nCount) {
-        return NEXT + name + " guidWall:" + GUID_W + " guidPlan:" + GUID_P +
-               " listCount:" + std::to_string(nCount) + "\n";
+    const auto command = [](const std::string& name, unsigned long count) {
+        return kNext + name + " guidWall:" + kGuidW + " guidPlan:" + kGuidP +
+               " listCount:" + std::to_string(count) + "\n";
     };
     Check<S_MTvw_Create_CavansWindow>(Guids().U32(3).Text(Window(9, 4) + Window(8, 0) + Window(7, 1)),
-                                      Command("S_MTvw_Create_CavansWindow", 3) + "canvas window list \n" +
+                                      command("S_MTvw_Create_CavansWindow", 3) + "canvas window list \n" +
                                           WindowText(9, 4) + WindowText(8, 0) + WindowText(7, 1));
     S_MTvw_Wall_Basic_Config basic; // its name takes the rest
     const std::string head = Bytes().Text(std::string(16, 'g')).U32(4).U32(-1UL);
@@ -148,99 +151,99 @@ TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
     basic.ClearData();
     EXPECT_EQ(Encode(basic), std::string(24, '\0'));
     EXPECT_EQ(Dumped<S_MTvw_Wall_Basic_Config>(head + "name"),
-              NEXT + "S_MTvw_Wall_Basic_Config guidwall:{67676767-6767-6767-6767-676767676767}" +
+              kNext + "S_MTvw_Wall_Basic_Config guidwall:{67676767-6767-6767-6767-676767676767}" +
                   " identidy:4 runmode:4294967295 devicename:name\n");
     Check<S_MTvw_Del_CavansWindow>(Guids().U32(2).U32(5).U32(-1UL),
-                                   Command("S_MTvw_Del_CavansWindow", 2) + "delete canvas window list \n" +
-                                       NEXT + "S_Delete_Canvas_Window_Item nID:5\n" + NEXT +
+                                   command("S_MTvw_Del_CavansWindow", 2) + "delete canvas window list \n" +
+                                       kNext + "S_Delete_Canvas_Window_Item nID:5\n" + kNext +
                                        "S_Delete_Canvas_Window_Item nID:4294967295\n");
     Check<S_MTvw_Modyfy_CavansWindow>(
         Guids().U32(2).U32(-1UL).U32(-10UL).U32(2).U32(-3UL).U32(4).U32(2).U32(5).U32(-6UL).U32(7).U32(8),
-        Command("S_MTvw_Modyfy_CavansWindow", 2) + "modify canvas window list \n" + NEXT +
-            "S_Roar_CanvasWindow_Item nID:-1 nPositionX:-10 nPositionY:2 nWidth:-3 nHeight:4\n" + NEXT +
+        command("S_MTvw_Modyfy_CavansWindow", 2) + "modify canvas window list \n" + kNext +
+            "S_Roar_CanvasWindow_Item nID:-1 nPositionX:-10 nPositionY:2 nWidth:-3 nHeight:4\n" + kNext +
             "S_Roar_CanvasWindow_Item nID:2 nPositionX:5 nPositionY:-6 nWidth:7 nHeight:8\n");
-    const std::string canvas = NEXT + "S_MTvw_Canvas_Item nOffetX:-1 nOffetY:-2 nWidth:3\t\t\t\t  nHeight:4 "
-                                      "nRow:9 _nCol:10 nLogicScreenNum:";
+    const std::string canvas = kNext + "S_MTvw_Canvas_Item nOffetX:-1 nOffetY:-2 nWidth:3\t\t\t\t  nHeight:4 "
+                                       "nRow:9 _nCol:10 nLogicScreenNum:";
     Check<S_MTvw_Canvas_Item_V2>(CanvasHead(0, 0), canvas + "0\nlogic screen list \ncanvas window list \n");
     Check<S_MTvw_Canvas_Item_V2>(
         CanvasHead(2, 1) + LogicScreen(3) + Window(1, 2) + Window(2, 0),
-        canvas + "1\nlogic screen list \n" + NEXT +
+        canvas + "1\nlogic screen list \n" + kNext +
             "S_Decoder_LogicScreen_Item_V2 nID:3 nOffetX:-1 nOffetY:-2 nWidth:1920 nHeight:1080\n"
             "canvas window list \n" +
             WindowText(1, 2) + WindowText(2, 0));
     Check<S_MTvw_Screen>(
         ScreenWindow(-7UL) + "\1\xFF\2\1" + ScreenWindow(4) + ScreenWindow(5) + ScreenWindow(6),
-        NEXT + "S_MTvw_Screen id:-7" + CORNERS + "zoom:1 state:255 wndcnt:2 pipCnt:1 " + "window list \n" +
-            NEXT + "S_MTvw_Wnd_Item id:4" + CORNERS + NEXT + "S_MTvw_Wnd_Item id:5" + CORNERS +
-            "pip window list \n" + NEXT + "S_MTvw_Wnd_Item id:6" + CORNERS);
-    const std::string layout = Bytes().U32(3).U32(4).U32(2).Text(ScreenRecord(-1UL, FULL, 1, 0x80000000) +
+        kNext + "S_MTvw_Screen id:-7" + kCorners + "zoom:1 state:255 wndcnt:2 pipCnt:1 " + "window list \n" +
+            kNext + "S_MTvw_Wnd_Item id:4" + kCorners + kNext + "S_MTvw_Wnd_Item id:5" + kCorners +
+            "pip window list \n" + kNext + "S_MTvw_Wnd_Item id:6" + kCorners);
+    const std::string layout = Bytes().U32(3).U32(4).U32(2).Text(ScreenRecord(-1UL, kFull, 1, 0x80000000) +
                                                                  ScreenRecord(8, "", -2UL, 2));
     RoundTrips<S_MTvw_Wall_Layout>(layout, Bytes().Zeros(8).U32(2)); // the count stays, as with the host
-    RoundTrips<S_MTvw_Wall_WallLayout_Item>(ScreenRecord(5, FULL, 6, 7), ScreenRecord(5, "", 0, 0));
+    RoundTrips<S_MTvw_Wall_WallLayout_Item>(ScreenRecord(5, kFull, 6, 7), ScreenRecord(5, "", 0, 0));
     EXPECT_EQ(Dumped<S_MTvw_Wall_Layout>(layout),
-              NEXT + "S_MTvw_Wall_Layout row:3 col:4 numchannel:2\nchannel list \n" + NEXT +
-                  "S_MTvw_Wall_WallLayout_Item id:4294967295 name:" + FULL + " xPos:1 yPos:2147483648\n" +
-                  NEXT + "S_MTvw_Wall_WallLayout_Item id:8 name: xPos:4294967294 yPos:2\n");
-    Check<S_MTvw_Wall_Media_info>(Media(""), MEDIA_TEXT);
+              kNext + "S_MTvw_Wall_Layout row:3 col:4 numchannel:2\nchannel list \n" + kNext +
+                  "S_MTvw_Wall_WallLayout_Item id:4294967295 name:" + kFull + " xPos:1 yPos:2147483648\n" +
+                  kNext + "S_MTvw_Wall_WallLayout_Item id:8 name: xPos:4294967294 yPos:2\n");
+    Check<S_MTvw_Wall_Media_info>(Media(""), kMediaText);
     Check<S_MTvw_Wall_Media>(
         Bytes().U32(2).U32(-8UL).U32(1).U32(-9UL).U32(1).Text(Media("gap!")).U32(3).U32(0),
-        NEXT + "S_MTvw_Wall_Media numwind:2\nwindow list \n" + NEXT +
-            "S_MTvw_Wall_Media_Wind id:-8 numwind:1\nsub window list \n" + NEXT +
-            "S_MTvw_Wall_Media_Sub_Wind index:-9 numinfo:1\nmedia list \n" + MEDIA_TEXT + NEXT +
+        kNext + "S_MTvw_Wall_Media numwind:2\nwindow list \n" + kNext +
+            "S_MTvw_Wall_Media_Wind id:-8 numwind:1\nsub window list \n" + kNext +
+            "S_MTvw_Wall_Media_Sub_Wind index:-9 numinfo:1\nmedia list \n" + kMediaText + kNext +
             "S_MTvw_Wall_Media_Wind id:3 numwind:0\nsub window list \n");
     Check<S_MTvw_Wall_Set_wall_V2>(
-        Bytes().U32(1).Text(WallWindowRecord(8, 1)).Text(WallStreamRecord(WALL, -12UL, 6)),
-        NEXT + "S_MTvw_Wall_Set_wall_V2 numwind:1\nwindow list \n" + NEXT +
+        Bytes().U32(1).Text(WallWindowRecord(8, 1)).Text(WallStreamRecord(kWall, -12UL, 6)),
+        kNext + "S_MTvw_Wall_Set_wall_V2 numwind:1\nwindow list \n" + kNext +
             "S_MTvw_Wall_Set_wall_Wind id:8 layerindx:2 mode:3 xPos:40000 yPos:5 width:65535 height:7 "
             "numwind:1\nsub window list \n" +
-            NEXT +
+            kNext +
             "S_MTvw_Wall_Set_wall_Subwin index:65535 osdid:9 type:60000 reqmode:6 port:50000 "
             "begintime:4294967295 endtime:2 streamType:4294967295 channelid:" +
-            GUID_W + " addr:10.0.0.1 channelIdInt:-12\n");
-    const auto GroupText = [](const std::string& id, const std::string& name) {
-        return NEXT + "S_MTvw_Wall_Channel_Group_Info guidwall:" + GUID_W + " nid:" + id +
+            kGuidW + " addr:10.0.0.1 channelIdInt:-12\n");
+    const auto groupText = [](const std::string& id, const std::string& name) {
+        return kNext + "S_MTvw_Wall_Channel_Group_Info guidwall:" + kGuidW + " nid:" + id +
                " channelnum:4294967295 interval:2147483648 name:" + name + " td_channellist:1,2\n";
     };
-    Check<S_MTvw_Wall_Get_ChGroup_info>(Bytes().U32(2).Text(Group(-7UL, FULL) + Group(8, "n")),
-                                        NEXT + "S_MTvw_Wall_Get_ChGroup_info numchgroup:2\n" +
-                                            "channel group list \n" + GroupText("-7", FULL) +
-                                            GroupText("8", "n"));
-    Check<S_MTvw_Wall_Delete_Channel_Group>(Bytes().Text(WALL).U32(1).U32(-7UL),
-                                            NEXT + "S_MTvw_Wall_Delete_Channel_Group guidwall:" + GUID_W +
-                                                " numchgroup:1\nchannel group list \n" + NEXT +
+    Check<S_MTvw_Wall_Get_ChGroup_info>(Bytes().U32(2).Text(Group(-7UL, kFull) + Group(8, "n")),
+                                        kNext + "S_MTvw_Wall_Get_ChGroup_info numchgroup:2\n" +
+                                            "channel group list \n" + groupText("-7", kFull) +
+                                            groupText("8", "n"));
+    Check<S_MTvw_Wall_Delete_Channel_Group>(Bytes().Text(kWall).U32(1).U32(-7UL),
+                                            kNext + "S_MTvw_Wall_Delete_Channel_Group guidwall:" + kGuidW +
+                                                " numchgroup:1\nchannel group list \n" + kNext +
                                                 "S_MTvw_Wall_Del_Ch_Group_item id:-7\n");
     Check<S_MTvw_Wall_Start_Chl_GrPolling>(
-        Bytes().Text(WALL).U32(2).U32(-3UL).U32(1).U32(4).U32(-1UL).U32(5).U32(0),
-        NEXT + "S_MTvw_Wall_Start_Chl_GrPolling guidwall:" + GUID_W + " numgrpoll:2\nwindow list \n" + NEXT +
-            "S_MTvw_Wall_Chl_GrPolling_Winitem id:-3 subitemSize:1\nsub window list \n" + NEXT +
-            "S_MTvw_Wall_Chl_GrPolling_Subitem index:4 channelgroup:4294967295\n" + NEXT +
+        Bytes().Text(kWall).U32(2).U32(-3UL).U32(1).U32(4).U32(-1UL).U32(5).U32(0),
+        kNext + "S_MTvw_Wall_Start_Chl_GrPolling guidwall:" + kGuidW + " numgrpoll:2\nwindow list \n" +
+            kNext + "S_MTvw_Wall_Chl_GrPolling_Winitem id:-3 subitemSize:1\nsub window list \n" + kNext +
+            "S_MTvw_Wall_Chl_GrPolling_Subitem index:4 channelgroup:4294967295\n" + kNext +
             "S_MTvw_Wall_Chl_GrPolling_Winitem id:5 subitemSize:0\nsub window list \n");
-    Check<S_MTvw_Wall_Get_ChGroup>(Bytes().Text(WALL).U32(-7UL),
-                                   NEXT + "S_MTvw_Wall_Get_ChGroup guidwall:" + GUID_W + " id:-7\n");
+    Check<S_MTvw_Wall_Get_ChGroup>(Bytes().Text(kWall).U32(-7UL),
+                                   kNext + "S_MTvw_Wall_Get_ChGroup guidwall:" + kGuidW + " id:-7\n");
     Check<S_MTvw_Get_Audio_Config>(Guids().U32(2).U32(-3UL).U32(1).U32(4).U32(-5UL).U32(6).U32(0),
-                                   NEXT + "S_MTvw_Get_Audio_Config nwallGuid:" + GUID_W +
-                                       " DecGuid:" + GUID_P + " cavCnt:2\nwindow list \n" + NEXT +
-                                       "S_MTvw_Get_AuCfg_Cav id:-3 subCnt:1\nsub window list \n" + NEXT +
-                                       "S_MTvw_Get_AuCfg_Subwnd index:4 channelId:-5\n" + NEXT +
+                                   kNext + "S_MTvw_Get_Audio_Config nwallGuid:" + kGuidW +
+                                       " DecGuid:" + kGuidP + " cavCnt:2\nwindow list \n" + kNext +
+                                       "S_MTvw_Get_AuCfg_Cav id:-3 subCnt:1\nsub window list \n" + kNext +
+                                       "S_MTvw_Get_AuCfg_Subwnd index:4 channelId:-5\n" + kNext +
                                        "S_MTvw_Get_AuCfg_Cav id:6 subCnt:0\nsub window list \n");
     Check<S_Decoder_Draw_Border>(Bytes().U32(2).U16(-1U).U32(2).U16(1).U16(-2U).U16(-3U).U16(4).U16(5).U32(0),
-                                 NEXT + "S_Decoder_Draw_Border windCount:2\nwindow list \n" + NEXT +
+                                 kNext + "S_Decoder_Draw_Border windCount:2\nwindow list \n" + kNext +
                                      "S_Decoder_Draw_Border_Wind id:-1 subwindCount:2\nsub window list \n" +
-                                     NEXT + "S_Decoder_Draw_Border_Subwind index:1 drawborder:-2\n" + NEXT +
-                                     "S_Decoder_Draw_Border_Subwind index:-3 drawborder:4\n" + NEXT +
+                                     kNext + "S_Decoder_Draw_Border_Subwind index:1 drawborder:-2\n" + kNext +
+                                     "S_Decoder_Draw_Border_Subwind index:-3 drawborder:4\n" + kNext +
                                      "S_Decoder_Draw_Border_Wind id:5 subwindCount:0\nsub window list \n");
     const std::string playback = Bytes().U16(-1U).U16(1).U16(4).U16(5).U16(-6U);
     RoundTrips<S_Playback_Ctrl_Cavs>(playback);
     EXPECT_EQ(Dumped<S_Playback_Ctrl_Items_V2>(Bytes().U16(1).Text(playback)),
-              NEXT + "S_Playback_Ctrl_Items_V2 cavNum:1\nwindow list \n" + NEXT +
-                  "S_Playback_Ctrl_Cavs id:65535 wndNum:1\nsub window list \n" + NEXT +
+              kNext + "S_Playback_Ctrl_Items_V2 cavNum:1\nwindow list \n" + kNext +
+                  "S_Playback_Ctrl_Cavs id:65535 wndNum:1\nsub window list \n" + kNext +
                   "S_Playback_Ctrl_Subwnd nIndex:4 nPbCtrlType:5 nPbCtrlVal:65530\n");
 
     fake_host::Reset();
     DumpText(S_MTvw_Screen::SITE, "%s", std::string(5000, 'x').c_str());
     EXPECT_EQ(fake_host::Logs().front().text, std::string(4095, 'x'));
-    char* pNone = nullptr;
-    EXPECT_EQ(S_MTvw_Wall_Basic_Config().GetData(pNone), 0U);
+    char* none = nullptr;
+    EXPECT_EQ(S_MTvw_Wall_Basic_Config().GetData(none), 0U);
 }
 
 // -: signed, U: unsigned, u: unsigned of 8 or 16 bits.
@@ -295,8 +298,8 @@ TEST_F(Records, ABadItemEndsTheListAndTheItemsBeforeItStay)
     EXPECT_FALSE(Decode(canvas, CanvasHead(1, 2) + LogicScreen(3)));
     EXPECT_EQ(Encode(canvas), CanvasHead(1, 2));
     S_MTvw_Wall_Get_ChGroup question;
-    EXPECT_FALSE(Decode(question, WALL + "\1\1\1"));
-    EXPECT_EQ(Encode(question), WALL + std::string(4, '\0')) << "the wall stands without the id";
+    EXPECT_FALSE(Decode(question, kWall + "\1\1\1"));
+    EXPECT_EQ(Encode(question), kWall + std::string(4, '\0')) << "the wall stands without the id";
     EXPECT_FALSE(question.SetData(nullptr, 0));
     EXPECT_EQ(Encode(question), std::string(20, '\0')) << "emptied even without data";
     S_Playback_Ctrl_Items_V2 playback; // alone may end between two windows

@@ -10,10 +10,10 @@ class ReplyHandOverTest : public testing::Test {
 protected:
     ReplyHandOverTest() { handOver.Open(); }
 
-    void Receive(int nSeq, const std::string& text, Kind kind = Kind::Reply)
+    void Receive(int seq, const std::string& text, Kind kind = Kind::Reply)
     {
         CReplyHandOver::CReceiveScope scope(handOver);
-        handOver.Prepare(nSeq, kind, text);
+        handOver.Prepare(seq, kind, text);
     }
     std::string Taken()
     {
@@ -86,10 +86,10 @@ TEST_F(ReplyHandOverTest, NothingIsKeptPastTheCommandOrWithoutOne)
     }
     Receive(7, "between");
     handOver.Open();
-    for (const int nSeq : {7, 8, 9}) {
-        handOver.Expect(nSeq);
-        EXPECT_FALSE(handOver.HasReply(nSeq));
-        EXPECT_EQ(Taken(), "nothing") << nSeq;
+    for (const int seq : {7, 8, 9}) {
+        handOver.Expect(seq);
+        EXPECT_FALSE(handOver.HasReply(seq));
+        EXPECT_EQ(Taken(), "nothing") << seq;
     }
 }
 

@@ -2,21 +2,37 @@
 #include <tuple>
 
 #include "CommandSamples.h"
-#include "HostFunctions.h"
 #include "Session/Envelope.h"
-#include "SessionAccess.h"
 
 using namespace ORVA_NET_PROTOCOL;
 using namespace ORVA2_DECODER_TVW;
 
+// What the session keeps and none of its seams shows.
+class SessionAccess {
+public:
+    using Session = CNetProtocolProcTWDECODERDevImp;
+
+    static bool WaitProc(Session& session, unsigned int seq, unsigned int ms)
+    {
+        return session.WaitProc(seq, ms);
+    }
+    // The text of the last message, and the number of the last one that had any.
+    static std::string Stored(const Session& session)
+    {
+        EXPECT_EQ(session.m_BufReplayValidLen, session.m_BufValidLenReply);
+        return {session.m_pBufferReply, session.m_BufReplayValidLen};
+    }
+    static int LastNumber(const Session& session) { return session.m_recvCmdID; }
+};
+
 namespace {
 
-const char SOURCE[] = "NetProtocolProcTWDECODERDevImp";
-const std::string CLEAR_WALL = Option(TVWALL_DECODE_CLEAR_WALL, "");
+const char kSource[] = "NetProtocolProcTWDECODERDevImp";
+const std::string kClearWall = Option(TVWALL_DECODE_CLEAR_WALL, "");
 
 class SessionTest : public SessionFixture {
 protected:
-    std::string ClearWall() { return Run(KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, CLEAR_WALL); }
+    std::string ClearWall() { return Run(KEST_CMD_TVWALL_DECODE_SAVE_CONFIG, kClearWall); }
     const std::string done = "buffer " + Hex(Bytes().U32(0x60011).U16(8).U16(0).U32(0).U32(0));
 };
 
@@ -38,7 +54,7 @@ TEST_F(SessionTest, CommandsThatRunOneInsideTheOtherHaveAnAnswerEach)
 {
     LogIn();
     const CommandSample& info = CommandSampleOf("GetDecSystemInfo");
-    FakeCommand outer(info.nCmdID);
+    FakeCommand outer(info.cmdID);
     outer.onAnswer = [&] {
         ReplyWith(ReplyText("dowallclear", "%SEQ%", "9"));
         EXPECT_EQ(ClearWall(), "failure 20000002");
@@ -57,73 +73,73 @@ TEST_F(SessionTest, NoReplyForThreeHundredPollsIsATimeout)
 {
     LogIn();
     EXPECT_EQ(ClearWall(), "failure 2000000f");
-    EXPECT_EQ(nPolls, 300);
+    EXPECT_EQ(polls, 300);
     const std::string text =
         "CNetProtocolProcTWDECODERDevImp::WaitProc time out 等待设备回复命令超时 nCmdID=" +
         Element(LastRequest(), "seq") + " , m_recvCmdID=-1";
-    EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Normal, SOURCE, 1940), 1);
+    EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Normal, kSource, 1940), 1);
     EXPECT_EQ(fake_host::Logs().back().text, text);
-    EXPECT_FALSE(CSessionAccess::WaitProc(session, 1, 199));
-    EXPECT_FALSE(CSessionAccess::WaitProc(session, 1, 99));
-    EXPECT_EQ(nPolls, 301) << "a part of a poll is none";
+    EXPECT_FALSE(SessionAccess::WaitProc(session, 1, 199));
+    EXPECT_FALSE(SessionAccess::WaitProc(session, 1, 99));
+    EXPECT_EQ(polls, 301) << "a part of a poll is none";
 }
 
 // What comes around the reply has its own number more often than not: decoders number their notifications.
 TEST_F(SessionTest, NoOtherMessageHidesTheReply)
 {
     LogIn();
-    for (const char* szUrl : {"notifychannelstate", "notifychannelchange", "dowallclear", "stranger"}) {
+    for (const char* url : {"notifychannelstate", "notifychannelchange", "dowallclear", "stranger"}) {
         onPoll = [&] {
-            if (nPolls == 2) {
+            if (polls == 2) {
                 const std::string seq = Element(LastRequest(), "seq");
-                Receive(Frame(ReplyText(szUrl, "1", "9")) + Frame(ReplyText("dowallclear", seq)) + Frame("") +
-                        Frame(ReplyText(szUrl, "1000000", "9")) + Frame(ReplyText("dowallclear", seq, "9")));
-                Receive(Frame(ReplyText(szUrl, "1000001", "9")));
+                Receive(Frame(ReplyText(url, "1", "9")) + Frame(ReplyText("dowallclear", seq)) + Frame("") +
+                        Frame(ReplyText(url, "1000000", "9")) + Frame(ReplyText("dowallclear", seq, "9")));
+                Receive(Frame(ReplyText(url, "1000001", "9")));
             }
         };
-        EXPECT_EQ(ClearWall(), done) << szUrl;
-        EXPECT_EQ(nPolls, 2) << szUrl;
+        EXPECT_EQ(ClearWall(), done) << url;
+        EXPECT_EQ(polls, 2) << url;
     }
 }
 
 TEST_F(SessionTest, ANotificationWithTheAwaitedNumberIsTakenForTheReply)
 {
     LogIn();
-    const auto Awaited = [this](const char* szUrl, const char* szCode) {
-        return Frame(ReplyText(szUrl, Element(LastRequest(), "seq"), szCode));
+    const auto awaited = [this](const char* url, const char* code) {
+        return Frame(ReplyText(url, Element(LastRequest(), "seq"), code));
     };
-    onPoll = [&] { Receive(Awaited("notifychannelstate", "0")); };
+    onPoll = [&] { Receive(awaited("notifychannelstate", "0")); };
     EXPECT_EQ(ClearWall(), done);
-    onPoll = [&] { Receive(Awaited("notifychannelchange", "9")); };
+    onPoll = [&] { Receive(awaited("notifychannelchange", "9")); };
     EXPECT_EQ(ClearWall(), "failure 20000002");
     // Not where the reply itself has come, and not where another number was the last one.
     onPoll = [&] {
-        const std::string notification = Awaited("notifychannelchange", "9");
-        Receive(notification + Awaited("dowallclear", "0") + notification);
+        const std::string notification = awaited("notifychannelchange", "9");
+        Receive(notification + awaited("dowallclear", "0") + notification);
     };
     EXPECT_EQ(ClearWall(), done);
     onPoll = [&] {
-        Receive(Awaited("notifychannelchange", "0") + Frame(ReplyText("notifychannelchange", "1")));
+        Receive(awaited("notifychannelchange", "0") + Frame(ReplyText("notifychannelchange", "1")));
     };
     EXPECT_EQ(ClearWall(), "failure 2000000f");
-    EXPECT_EQ(nPolls, 300);
+    EXPECT_EQ(polls, 300);
 }
 
 // The channels are asked for after the answer, so what comes inside it comes before that question.
 TEST_F(SessionTest, AMessageFromBeforeTheQuestionCountsOnlyAsTheLastNumber)
 {
     LogIn();
-    for (const bool bFollowed : {false, true}) {
+    for (const bool followed : {false, true}) {
         FakeCommand command(KEST_CMD_TVWALL_DECODE_GET_CONFIG);
         command.onAnswer = [&] {
             const std::string next = std::to_string(CNetProtocolProcTWDECODERDevImp::GetCmdID() + 1);
             Receive(Frame(ReplyText("getchannelinfo", next)) +
-                    (bFollowed ? Frame(ReplyText("stranger", "1")) : ""));
+                    (followed ? Frame(ReplyText("stranger", "1")) : ""));
         };
         ReplyWith(ReplyText("getsysteminfo", "%SEQ%"));
-        nPolls = 0;
+        polls = 0;
         Process(session, command, CommandSampleOf("GetDecSystemInfo").Payload());
-        EXPECT_EQ(nPolls, bFollowed ? 301 : 2);
+        EXPECT_EQ(polls, followed ? 301 : 2);
         EXPECT_EQ(node.notifications.size(), 1U);
     }
 }
@@ -141,11 +157,11 @@ TEST_F(SessionTest, EveryMessageIsStoredAndTheNumberBehindItsUrlIsReadAsDecimal)
         {"<x><url/><seq>8</seq></x>", 9},
         {"", 9},
     };
-    for (const auto& [header, nSeq] : cases) {
+    for (const auto& [header, seq] : cases) {
         const std::string text = Elem("td_command", Elem("td_header", header));
         Receive(Frame(text));
-        EXPECT_EQ(CSessionAccess::LastNumber(session), nSeq) << text;
-        EXPECT_EQ(CSessionAccess::Stored(session), text);
+        EXPECT_EQ(SessionAccess::LastNumber(session), seq) << text;
+        EXPECT_EQ(SessionAccess::Stored(session), text);
     }
 }
 
@@ -174,7 +190,7 @@ TEST_F(SessionTest, NotificationsReachTheHostWithTheLengthOfTheLastRequest)
     LogIn();
     ReplyWith(ReplyText("dowallclear", "%SEQ%"));
     ClearWall();
-    const auto nRequestLen = static_cast<unsigned int>(node.frames.back().size());
+    const auto requestLen = static_cast<unsigned int>(node.frames.back().size());
     for (const auto& [url, type] :
          {std::pair("notifychannelchange", 0x60000U), {"notifychannelstate", 0x60001U}}) {
         const std::string text = ReplyText(url, "77", "0", "", std::string(3000, 'x'));
@@ -182,8 +198,8 @@ TEST_F(SessionTest, NotificationsReachTheHostWithTheLengthOfTheLastRequest)
         Receive(Frame(text));
         ASSERT_EQ(node.notifications.size(), 1U) << url;
         const auto& notification = node.notifications[0];
-        EXPECT_EQ(std::tuple(notification.nCmdID, notification.nOptType, notification.nLen),
-                  std::tuple(0x50003U, type, nRequestLen));
+        EXPECT_EQ(std::tuple(notification.cmdID, notification.optType, notification.len),
+                  std::tuple(0x50003U, type, requestLen));
         EXPECT_EQ(memcmp(&notification.destination, &fake_host::Get().appNodeID, 16), 0);
         EXPECT_EQ(notification.data, text);
     }
@@ -194,20 +210,20 @@ TEST_F(SessionTest, NotificationsReachTheHostWithTheLengthOfTheLastRequest)
 
 TEST_F(SessionTest, ReceivedBytesAreDroppedOnTheHostsWishAndAfterStop)
 {
-    unsigned int nNeed = 7;
-    node.bDrop = true;
-    EXPECT_EQ(session.OnSocketRecvData(0, "1111", 4, &nNeed, nullptr), 0U);
-    EXPECT_EQ(nNeed, 0U);
-    node.bDrop = false;
+    unsigned int need = 7;
+    node.drop = true;
+    EXPECT_EQ(session.OnSocketRecvData(0, "1111", 4, &need, nullptr), 0U);
+    EXPECT_EQ(need, 0U);
+    node.drop = false;
     EXPECT_EQ(session.OnSocketRecvData(0, "11", 2, nullptr, nullptr), 2U);
     fake_host::FailPoolAllocation(1);
     EXPECT_EQ(session.OnSocketRecvData(0, "11", 2, nullptr, nullptr), 2U);
-    EXPECT_EQ(node.nDisconnects, 1);
+    EXPECT_EQ(node.disconnects, 1);
     session.Stop();
     session.Start(&node, nullptr, 0); // a stopped session stays deaf
-    nNeed = 7;
-    EXPECT_EQ(session.OnSocketRecvData(0, "1111", 4, &nNeed, nullptr), 0U);
-    EXPECT_EQ(nNeed, 7U);
+    need = 7;
+    EXPECT_EQ(session.OnSocketRecvData(0, "1111", 4, &need, nullptr), 0U);
+    EXPECT_EQ(need, 7U);
     EXPECT_EQ(Run(KEST_CMD_REQUEST_LOGIN, LoginPayload("admin", "secret")), "failure 20000013");
 }
 
@@ -217,11 +233,11 @@ TEST_F(SessionTest, WithoutANodeNothingIsSentAndNothingCrashes)
     FakeCommand command(KEST_CMD_REQUEST_LOGIN);
     lone.ProcOneCommand(&command, nullptr, 0);
     EXPECT_EQ(command.Answer(), "none");
-    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 2015), 1);
+    EXPECT_EQ(fake_host::CountAsserts(kSource, 2015), 1);
     lone.Start(nullptr, nullptr, 0);
     const std::string frame = Frame(ReplyText("notifychannelstate", "1"));
     EXPECT_EQ(Offer(lone, frame), frame.size());
-    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 236), 1);
+    EXPECT_EQ(fake_host::CountAsserts(kSource, 236), 1);
 }
 
 TEST_F(SessionTest, UnusualPacketsAreReportedOrIgnored)
@@ -229,9 +245,9 @@ TEST_F(SessionTest, UnusualPacketsAreReportedOrIgnored)
     using Session = CNetProtocolProcTWDECODERDevImp;
     EXPECT_EQ(Session::PacketProcCallback(NET_PACKETTYPE_DATA, "x", 1, nullptr), 0U);
     EXPECT_EQ(Session::PacketProcCallback(static_cast<tagNET_PACKETTYPE>(3), "x", 1, &session), 0U);
-    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 226), 1);
+    EXPECT_EQ(fake_host::CountAsserts(kSource, 226), 1);
     EXPECT_EQ(Session::PacketProcCallback(NET_PACKETTYPE_DATA, nullptr, 5, &session), 0U);
-    EXPECT_EQ(fake_host::CountAsserts(SOURCE, 235), 1);
+    EXPECT_EQ(fake_host::CountAsserts(kSource, 235), 1);
 }
 
 } // namespace

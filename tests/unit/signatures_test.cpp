@@ -2,8 +2,6 @@
 // the file compiles, or something has changed that must not. Whether an operation is const, static or
 // noexcept is free.
 
-#include <pthread.h>
-#include <semaphore.h>
 #include <type_traits>
 
 #include "CmdProcParam.h"
@@ -46,16 +44,16 @@ struct Operation<Result(Argument...)> {
 };
 
 // Explicit instantiations, because these may name private members.
-template <class Signature, auto... pOperation>
+template <class Signature, auto... operation>
 struct Operations {
-    static_assert((Operation<Signature>::Is(pOperation) && ...));
+    static_assert((Operation<Signature>::Is(operation) && ...));
 };
 // clang-format off
 #define HOLDS(...) template struct Operations<__VA_ARGS__>
 // clang-format on
 
 // One of several operations with the same name.
-template <class Signature, Signature* pOperation>
+template <class Signature, Signature* operation>
 struct StaticOperation {
 };
 template <class Class, class... Signature>

@@ -1,7 +1,6 @@
 // What the platform layer asks of the system, call by call, and what it makes of the results.
 
 #include <cerrno>
-#include <cstring>
 #include <ctime>
 #include <fcntl.h>
 #include <functional>
@@ -34,22 +33,22 @@ std::string Text(const timespec& time)
 // 0, and has no effect. A second passes between two looks at the clock. Files hold the alphabet, and a
 // negative error is what is missing of the bytes that are to be read or written.
 struct Script {
-    Script() { s_pRunning = this; }
-    ~Script() { s_pRunning = nullptr; }
+    Script() { running = this; }
+    ~Script() { running = nullptr; }
     Script(const Script&) = delete;
     Script& operator=(const Script&) = delete;
 
     int Next(const std::string& call)
     {
         calls += (calls.empty() ? "" : ", ") + call;
-        const int nError = errors.empty() ? 0 : errors.front();
+        const int error = errors.empty() ? 0 : errors.front();
         errors.erase(errors.begin(), errors.begin() + (errors.empty() ? 0 : 1));
-        return nError;
+        return error;
     }
-    static int WithErrno(int nError)
+    static int WithErrno(int error)
     {
-        errno = nError;
-        return nError == 0 ? 0 : -1;
+        errno = error;
+        return error == 0 ? 0 : -1;
     }
     int Clock(clockid_t clock, timespec& time)
     {
@@ -59,80 +58,80 @@ struct Script {
     }
     int Wait(const timespec& end)
     {
-        const int nError = Next("wait until " + Text(end));
+        const int error = Next("wait until " + Text(end));
         onWait();
-        return nError;
+        return error;
     }
-    int WaitWithoutEnd(pthread_mutex_t* pMutex)
+    int WaitWithoutEnd(pthread_mutex_t* mutex)
     {
-        const int nError = Next("wait");
-        pthread_mutex_unlock(pMutex);
+        const int error = Next("wait");
+        pthread_mutex_unlock(mutex);
         onWait();
-        pthread_mutex_lock(pMutex);
-        return nError;
+        pthread_mutex_lock(mutex);
+        return error;
     }
-    int Sleep(const timespec& time, timespec* pLeft)
+    int Sleep(const timespec& time, timespec* left)
     {
-        const int nError = Next("sleep " + Text(time));
-        if (nError == EINTR && pLeft != nullptr) {
-            *pLeft = {time.tv_sec - 1, time.tv_nsec};
+        const int error = Next("sleep " + Text(time));
+        if (error == EINTR && left != nullptr) {
+            *left = {time.tv_sec - 1, time.tv_nsec};
         }
-        return WithErrno(nError);
+        return WithErrno(error);
     }
-    int Create(pthread_t& thread, const pthread_attr_t* pAttributes)
+    int Create(pthread_t& thread, const pthread_attr_t* attributes)
     {
         thread = 77;
-        return Next(pAttributes == nullptr ? "create" : "create with attributes");
+        return Next(attributes == nullptr ? "create" : "create with attributes");
     }
     int Semaphore(const std::string& call) { return WithErrno(Next(call)); }
-    sem_t* Open(const std::string& name, int nFlags, mode_t mode, unsigned int nValue)
+    sem_t* Open(const std::string& name, int flags, mode_t mode, unsigned int value)
     {
         static sem_t semaphore;
-        const std::string made = " new " + std::to_string(mode) + " " + std::to_string(nValue);
-        return Next("open " + name + ((nFlags & O_CREAT) != 0 ? made : "")) == 0 ? &semaphore : SEM_FAILED;
+        const std::string made = " new " + std::to_string(mode) + " " + std::to_string(value);
+        return Next("open " + name + ((flags & O_CREAT) != 0 ? made : "")) == 0 ? &semaphore : SEM_FAILED;
     }
 
-    int OpenFile(const std::string& name, int nFlags, mode_t mode)
+    int OpenFile(const std::string& name, int flags, mode_t mode)
     {
         EXPECT_EQ(mode, 0666U);
-        EXPECT_NE(nFlags & O_CLOEXEC, 0);
-        const std::string call = "open " + name + " " + std::to_string(nFlags & ~O_CLOEXEC);
+        EXPECT_NE(flags & O_CLOEXEC, 0);
+        const std::string call = "open " + name + " " + std::to_string(flags & ~O_CLOEXEC);
         return WithErrno(Next(call)) == 0 ? 7 : -1;
     }
     int CloseFile(int fd) { return WithErrno(Next("close " + std::to_string(fd))); }
     int Status(int fd, struct stat& status)
     {
         EXPECT_EQ(fd, 7);
-        status.st_size = nFileSize;
+        status.st_size = fileSize;
         return WithErrno(Next("size"));
     }
     // Of the bytes that are to be read or written: how many are.
     ssize_t Transfer(const std::string& call, int fd, size_t n)
     {
         EXPECT_EQ(fd, 7);
-        const int nError = Next(call);
-        return nError > 0 ? WithErrno(nError) : static_cast<ssize_t>(n) + nError;
+        const int error = Next(call);
+        return error > 0 ? WithErrno(error) : static_cast<ssize_t>(n) + error;
     }
-    ssize_t Read(int fd, void* pData, size_t nLen)
+    ssize_t Read(int fd, void* data, size_t len)
     {
-        const ssize_t n = Transfer("read " + std::to_string(nLen), fd, nLen);
+        const ssize_t n = Transfer("read " + std::to_string(len), fd, len);
         for (ssize_t i = 0; i < n; ++i) {
-            static_cast<char*>(pData)[i] = static_cast<char>('a' + nRead++);
+            static_cast<char*>(data)[i] = static_cast<char>('a' + bytesRead++);
         }
         return n;
     }
-    ssize_t Write(int fd, const void* pData, size_t nLen)
+    ssize_t Write(int fd, const void* data, size_t len)
     {
-        return Transfer("write " + std::string(static_cast<const char*>(pData), nLen), fd, nLen);
+        return Transfer("write " + std::string(static_cast<const char*>(data), len), fd, len);
     }
 
     std::string calls;
     std::vector<int> errors;
-    off_t nFileSize = 10;
-    int nRead = 0;
+    off_t fileSize = 10;
+    int bytesRead = 0;
     std::function<void()> onWait = [] {};
     time_t now = 100;
-    static inline thread_local Script* s_pRunning = nullptr;
+    static inline thread_local Script* running = nullptr;
 };
 
 } // namespace
@@ -144,32 +143,31 @@ struct Script {
     result Wrapped_##name parameters __asm__("__wrap_" #name);                                               \
     result Wrapped_##name parameters                                                                         \
     {                                                                                                        \
-        return Script::s_pRunning == nullptr ? Real_##name arguments : Script::s_pRunning->scripted;         \
+        return Script::running == nullptr ? Real_##name arguments : Script::running->scripted;               \
     }
 
-TVWALL_WRAPPED(int, clock_gettime, (clockid_t clock, timespec* pTime), (clock, pTime), Clock(clock, *pTime))
-TVWALL_WRAPPED(int, nanosleep, (const timespec* pTime, timespec* pLeft), (pTime, pLeft), Sleep(*pTime, pLeft))
+TVWALL_WRAPPED(int, clock_gettime, (clockid_t clock, timespec* time), (clock, time), Clock(clock, *time))
+TVWALL_WRAPPED(int, nanosleep, (const timespec* time, timespec* left), (time, left), Sleep(*time, left))
 TVWALL_WRAPPED(int, pthread_condattr_setclock, (pthread_condattr_t * p, clockid_t clock), (p, clock),
                Next("clock " + std::to_string(clock)))
-TVWALL_WRAPPED(int, pthread_cond_timedwait,
-               (pthread_cond_t * p, pthread_mutex_t* pMutex, const timespec* pEnd), (p, pMutex, pEnd),
-               Wait(*pEnd))
-TVWALL_WRAPPED(int, pthread_cond_wait, (pthread_cond_t * p, pthread_mutex_t* pMutex), (p, pMutex),
-               WaitWithoutEnd(pMutex))
+TVWALL_WRAPPED(int, pthread_cond_timedwait, (pthread_cond_t * p, pthread_mutex_t* mutex, const timespec* end),
+               (p, mutex, end), Wait(*end))
+TVWALL_WRAPPED(int, pthread_cond_wait, (pthread_cond_t * p, pthread_mutex_t* mutex), (p, mutex),
+               WaitWithoutEnd(mutex))
 TVWALL_WRAPPED(int, pthread_cond_signal, (pthread_cond_t * p), (p), Next("signal"))
 TVWALL_WRAPPED(int, pthread_cond_broadcast, (pthread_cond_t * p), (p), Next("broadcast"))
 TVWALL_WRAPPED(int, pthread_create,
-               (pthread_t * p, const pthread_attr_t* pAttributes, void* (*pRun)(void*), void* pArg),
-               (p, pAttributes, pRun, pArg), Create(*p, pAttributes))
-TVWALL_WRAPPED(sem_t*, sem_open, (const char* szName, int nFlags, mode_t mode, unsigned int nValue),
-               (szName, nFlags, mode, nValue), Open(szName, nFlags, mode, nValue))
+               (pthread_t * p, const pthread_attr_t* attributes, void* (*run)(void*), void* arg),
+               (p, attributes, run, arg), Create(*p, attributes))
+TVWALL_WRAPPED(sem_t*, sem_open, (const char* path, int flags, mode_t mode, unsigned int value),
+               (path, flags, mode, value), Open(path, flags, mode, value))
 TVWALL_WRAPPED(int, sem_wait, (sem_t * p), (p), Semaphore("wait"))
 TVWALL_WRAPPED(int, sem_post, (sem_t * p), (p), Semaphore("post"))
 TVWALL_WRAPPED(int, sem_close, (sem_t * p), (p), Semaphore("close"))
-TVWALL_WRAPPED(int, open, (const char* szName, int nFlags, mode_t mode), (szName, nFlags, mode),
-               OpenFile(szName, nFlags, mode))
+TVWALL_WRAPPED(int, open, (const char* path, int flags, mode_t mode), (path, flags, mode),
+               OpenFile(path, flags, mode))
 TVWALL_WRAPPED(int, close, (int fd), (fd), CloseFile(fd))
-TVWALL_WRAPPED(int, fstat, (int fd, struct stat* pStatus), (fd, pStatus), Status(fd, *pStatus))
+TVWALL_WRAPPED(int, fstat, (int fd, struct stat* status), (fd, status), Status(fd, *status))
 TVWALL_WRAPPED(ssize_t, read, (int fd, void* p, size_t n), (fd, p, n), Read(fd, p, n))
 TVWALL_WRAPPED(ssize_t, write, (int fd, const void* p, size_t n), (fd, p, n), Write(fd, p, n))
 
@@ -179,9 +177,9 @@ TEST(SystemCallsTest, EveryOperationMakesItsCallsAndHeedsTheirResults)
 {
     CMyEvent event(false);
     CMySemaphore semaphore(0, 9);
-    uint64_t nThreadID = 0;
+    uint64_t threadID = 0;
     const auto create = [&] {
-        return CPFHelper::CreateThread([](void* p) { return p; }, nullptr, &nThreadID);
+        return CPFHelper::CreateThread([](void* p) { return p; }, nullptr, &threadID);
     };
     const std::tuple<std::function<bool()>, bool, std::vector<int>, const char*> cases[] = {
         {[] { return CMyEvent(true).ResetEvent(); }, true, {}, "clock 1"},
@@ -200,7 +198,7 @@ TEST(SystemCallsTest, EveryOperationMakesItsCallsAndHeedsTheirResults)
         {[&] { return semaphore.lock(0) && semaphore.lock(0) && semaphore.lock(0); }, true, {}, ""},
         {create, true, {}, "create"},
         {create, false, {EAGAIN}, "create"},
-        {[&] { return CPFHelper::CreateThread(nullptr, nullptr, &nThreadID); }, false, {}, ""},
+        {[&] { return CPFHelper::CreateThread(nullptr, nullptr, &threadID); }, false, {}, ""},
         {[] { return CPFHelper::CreateThread([](void* p) { return p; }, nullptr, nullptr); }, false, {}, ""},
         {[] { return RealSleep(2500); }, true, {}, "sleep 2s 500ms"},
         {[] { return RealSleep(2500); },
@@ -219,20 +217,20 @@ TEST(SystemCallsTest, EveryOperationMakesItsCallsAndHeedsTheirResults)
          "open /l, open /l new 438 1, open /l, open /l new 438 1"},
         {[] { return CNameLock(nullptr).Lock() || CNameLock(nullptr).Unlock(); }, false, {}, ""},
     };
-    for (const auto& [operation, bResult, errors, calls] : cases) {
+    for (const auto& [operation, result, errors, calls] : cases) {
         Script script;
         script.errors = errors;
-        EXPECT_EQ(operation(), bResult) << calls;
+        EXPECT_EQ(operation(), result) << calls;
         EXPECT_EQ(script.calls, calls);
     }
-    EXPECT_EQ(nThreadID, 77U);
+    EXPECT_EQ(threadID, 77U);
 }
 
 TEST(SystemCallsTest, AWaiterThatIsWokenForNothingWaitsAgain)
 {
     CMySemaphore semaphore(0, 9);
     Script script;
-    script.onWait = [&, nWoken = 0]() mutable { ++nWoken == 2 && semaphore.unlock(); };
+    script.onWait = [&, woken = 0]() mutable { ++woken == 2 && semaphore.unlock(); };
     semaphore.lock();
     EXPECT_EQ(script.calls, "wait, wait, signal");
 }
@@ -243,13 +241,13 @@ TEST(SystemCallsTest, FilesAreReadAndWrittenWholeAndClosed)
     const BYTE bytes[] = "0123456789";
     const auto readFrom = [](const std::string& path) {
         std::vector<BYTE> data{'x'};
-        uint32_t nLen = 7;
-        const bool bRead = ReadFile(path, data, nLen, O_RDONLY);
-        EXPECT_EQ(nLen, data.size());
-        return std::string(bRead ? "" : "failure ") + std::string(data.begin(), data.end());
+        uint32_t len = 7;
+        const bool wasRead = ReadFile(path, data, len, O_RDONLY);
+        EXPECT_EQ(len, data.size());
+        return std::string(wasRead ? "" : "failure ") + std::string(data.begin(), data.end());
     };
-    const auto writeTo = [](const std::string& path, const BYTE* pData) {
-        return std::string(WriteFile(path, pData, 10, O_WRONLY) ? "whole" : "failure");
+    const auto writeTo = [](const std::string& path, const BYTE* data) {
+        return std::string(WriteFile(path, data, 10, O_WRONLY) ? "whole" : "failure");
     };
     const auto reads = [&] { return readFrom("/f"); };
     const auto writes = [&] { return writeTo("/f", bytes); };
@@ -289,9 +287,9 @@ TEST(SystemCallsTest, FilesAreReadAndWrittenWholeAndClosed)
         EXPECT_EQ(operation(), result) << calls;
         EXPECT_EQ(script.calls, calls);
     }
-    for (const auto& [nSize, result] : {std::pair(off_t{0}, ""), std::pair(off_t{1} << 32, "failure ")}) {
+    for (const auto& [size, result] : {std::pair(off_t{0}, ""), std::pair(off_t{1} << 32, "failure ")}) {
         Script script;
-        script.nFileSize = nSize;
+        script.fileSize = size;
         EXPECT_EQ(reads(), result);
         EXPECT_EQ(script.calls, "open /f 0, size, close 7");
     }
@@ -309,20 +307,20 @@ TEST(SystemCallsTest, WhatComesAtTheDeadlineIsTooLateAndStays)
     }
     EXPECT_EQ(event.WaitEvent(0), WAIT_SIGNALLED);
     EXPECT_FALSE(semaphore.lock(0) || semaphore.trylock());
-    int nBefore = -1;
-    EXPECT_TRUE(semaphore.unlock(9, &nBefore));
-    EXPECT_EQ(nBefore, 0);
+    int before = -1;
+    EXPECT_TRUE(semaphore.unlock(9, &before));
+    EXPECT_EQ(before, 0);
 }
 
 TEST(SystemCallsTest, LocksAreRecursiveUnlessTheyAreToldNotToBe)
 {
     CLock lock, same(true), plain(false);
-    for (CLock* pLock : {&lock, &same, &plain}) {
-        pLock->Lock();
-        const bool bTwice =
-            pthread_mutex_trylock(pLock->Handle()) == 0 && pthread_mutex_unlock(pLock->Handle()) == 0;
-        EXPECT_EQ(bTwice, pLock != &plain);
-        pLock->Unlock();
+    for (CLock* each : {&lock, &same, &plain}) {
+        each->Lock();
+        const bool twice =
+            pthread_mutex_trylock(each->Handle()) == 0 && pthread_mutex_unlock(each->Handle()) == 0;
+        EXPECT_EQ(twice, each != &plain);
+        each->Unlock();
     }
 }
 

@@ -63,15 +63,18 @@ const char* TextOf(CVTXMLParse::Item item)
 
 CVTXMLParse::CVTXMLParse() : m_pDocument(std::make_unique<tinyxml2::XMLDocument>()) {}
 
-CVTXMLParse::CVTXMLParse(const char* pText, size_t nLen) : CVTXMLParse() { Parse(pText, nLen); }
+CVTXMLParse::CVTXMLParse(const char* pText, size_t nLen, size_t nBeside) : CVTXMLParse()
+{
+    Parse(pText, nLen, nBeside);
+}
 
 CVTXMLParse::~CVTXMLParse() = default;
 
-bool CVTXMLParse::Parse(const char* pText, size_t nLen)
+bool CVTXMLParse::Parse(const char* pText, size_t nLen, size_t nBeside)
 {
     std::string_view text(pText, pText == nullptr ? 0 : nLen);
     text = text.substr(0, text.find('\0')); // the library would copy what it does not read
-    const uint64_t nCost = xml_cost::Estimate(text, nLen);
+    const uint64_t nCost = xml_cost::Estimate(text, nLen, nBeside);
     if (nCost > xml_cost::LIMIT) {
         m_pDocument->Clear();
         m_bParsed = false;

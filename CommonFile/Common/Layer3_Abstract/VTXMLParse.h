@@ -19,15 +19,16 @@ public:
     using Item = const tinyxml2::XMLElement*;
 
     CVTXMLParse();
-    CVTXMLParse(const char* pText, size_t nLen);
+    CVTXMLParse(const char* pText, size_t nLen, size_t nBeside = 0);
     ~CVTXMLParse();
     CVTXMLParse(const CVTXMLParse&) = delete;
     CVTXMLParse& operator=(const CVTXMLParse&) = delete;
 
     // Parses a text of nLen bytes, which need not be zero-terminated; a zero byte ends it. False, with
     // nothing to read, for a text that is not well-formed, has no element, nests deeper than the parser
-    // follows, or would take too much memory or time (XmlCost.h). Throws nothing but std::bad_alloc.
-    bool Parse(const char* pText, size_t nLen);
+    // follows, or would take too much memory or time (XmlCost.h), with nBeside bytes of the memory taken
+    // already. Throws nothing but std::bad_alloc.
+    bool Parse(const char* pText, size_t nLen, size_t nBeside = 0);
     // The result of the last Parse: tells a message that lacks an element from a text that is not XML at all.
     bool IsParsed() const { return m_bParsed; }
 

@@ -48,7 +48,7 @@ constexpr SSection SECTIONS[] = {
     {"<!", ">", NODE_COST<tinyxml2::XMLUnknown>},
 };
 
-// The nodes of a text as the library sees them, up to its first error.
+// The nodes of a text as the library sees them, up to its first error or until they cost too much.
 class CNodes {
 public:
     explicit CNodes(std::string_view text) : m_text(text) {}
@@ -56,7 +56,7 @@ public:
     uint64_t Cost()
     {
         uint64_t nCost = 0;
-        while (!m_text.empty() && nCost != xml_cost::NEVER) {
+        while (!m_text.empty() && nCost <= xml_cost::LIMIT) {
             nCost += SkipText();
             if (!m_text.empty()) {
                 const uint64_t nMarkup = SkipMarkup();
@@ -126,19 +126,21 @@ private:
     std::string_view m_text;
 };
 
-// For each "&#" in a text the library scans to the next ';', or to the end if there is none, and back.
-bool HasTooFarReferences(std::string_view text)
+// At each '&' the library tries the names of the known entities. For each "&#" it scans to the next ';' of
+// the text or value, at worst to its end, and back.
+bool HasCostlyReferences(std::string_view text)
 {
     constexpr uint64_t MAX_LOOKS = uint64_t{64} << 20U;
+    constexpr uint64_t NAMES_LOOKS = 8;
     uint64_t nLooks = 0;
-    auto itEnd = text.begin(); // end of the last reference; later ones may share it
-    for (size_t nAt = text.find("&#"); nAt < text.size() && nLooks <= MAX_LOOKS;
-         nAt = text.find("&#", nAt + 2)) {
-        const auto it = text.begin() + static_cast<std::ptrdiff_t>(nAt);
-        if (itEnd <= it) {
-            itEnd = std::find_if(it, text.end(), [](char c) { return c == ';' || c == '<'; });
+    size_t nEnd = 0; // end of the last reference; later ones may share it
+    for (size_t nAt = text.find('&'); nAt < text.size() && nLooks <= MAX_LOOKS;
+         nAt = text.find('&', nAt + 1)) {
+        nLooks += NAMES_LOOKS;
+        if (text.substr(nAt, 2) == "&#") {
+            nEnd = nEnd > nAt ? nEnd : std::min(text.find(';', nAt), text.size());
+            nLooks += nEnd - nAt;
         }
-        nLooks += static_cast<uint64_t>(itEnd - it);
     }
     return nLooks > MAX_LOOKS;
 }
@@ -154,13 +156,14 @@ uint64_t UpperBound(std::string_view text)
 
 } // namespace
 
-uint64_t xml_cost::Estimate(std::string_view text, size_t nReceived)
+uint64_t xml_cost::Estimate(std::string_view text, size_t nReceived, size_t nBeside)
 {
-    const uint64_t nCopies = RECEIVED_COPIES * nReceived + PARSED_COPIES * text.size();
-    if (nCopies > LIMIT || HasTooFarReferences(text)) {
+    const uint64_t nHeld = RECEIVED_COPIES * nReceived + nBeside;
+    const uint64_t nCopies = nHeld + PARSED_COPIES * text.size();
+    if (nCopies > LIMIT || HasCostlyReferences(text)) {
         return NEVER;
     }
-    const uint64_t nBound = RECEIVED_COPIES * nReceived + UpperBound(text);
+    const uint64_t nBound = nHeld + UpperBound(text);
     if (nBound <= LIMIT / 8 && Count(text, '=') <= MAX_ATTRIBUTES) {
         return nBound;
     }

@@ -23,9 +23,7 @@
 #include "Host/HostEvents.h"
 #include "Host/HostLog.h"
 #include "Host/IoThread.h"
-#include "Host/MemPool.h"
 #include "Host/Plugin.h"
-#include "Host/SocketLayer.h"
 #include "HostFunctions.h"
 #include "SocketDataObserver.h"
 #include "Tools/Common/Hex.h"
@@ -98,6 +96,8 @@ std::string CodeTold(const char* story)
             Receive(*watch, Frame("") + std::string(64, 'h') + Message(url, seq, step.substr(equals + 1)), 5);
         }
     }
+    command->AddReference(2);
+    command->DecReference(2); // the plug-in is done with it
     const auto code = command->LastExchange().deviceCode;
     return code ? std::to_string(*code) : "none";
 }

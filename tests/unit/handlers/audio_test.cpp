@@ -2,18 +2,14 @@
 
 namespace {
 
-const std::string GUIDS = Guids();
-const std::string TWO = Guids().U32(2).U32(-3UL).U32(1).U32(0).U32(-5UL).U32(4).U32(0);
+const std::string kGuids = Guids();
+const std::string kTwo = Guids().U32(2).U32(-3UL).U32(1).U32(0).U32(-5UL).U32(4).U32(0);
 
 using AudioTest = WallCommandFixture;
 
 TEST_F(AudioTest, SwitchesTheSoundOfTheWindowsThatWereRead)
 {
-    LogIn();
-    const CommandSample& on = CommandSampleOf("PlayAudio");
-    const std::string window = on.record.substr(36); // behind two GUIDs and a count
-    const std::string two = Guids().U32(2).Text(window + window);
-    Check("second window cut", "PlayAudio", two.substr(0, two.size() - 1), on.body);
+    CheckSecondWindowCut("PlayAudio", 32);
     Check("two windows without sub-windows", "PlayAudio", Guids().U32(2).U32(4).U32(0).U32(5).U32(0),
           Windows(WindowItem(4, "") + WindowItem(5, "")));
     Check("no windows", "PlayAudio", Guids().U32(0), Windows(""));
@@ -22,16 +18,15 @@ TEST_F(AudioTest, SwitchesTheSoundOfTheWindowsThatWereRead)
 
 TEST_F(AudioTest, TheAnswerHoldsTheHostsGuidsAndTheDecodersWindows)
 {
-    LogIn();
     const auto ask = [this](const std::string& record, const std::string& body) {
         return Ask("GetAudioConfig", record, body);
     };
-    const auto answer = [](const std::string& guids, unsigned long nWindows, const std::string& windows) {
-        return ResultOf(0x60016, Bytes().Text(guids).U32(nWindows).Text(windows));
+    const auto answer = [](const std::string& guids, unsigned long windowCount, const std::string& windows) {
+        return ResultOf(0x60016, Bytes().Text(guids).U32(windowCount).Text(windows));
     };
     const std::string zero(32, '\0');
-    EXPECT_EQ(ask(TWO.substr(0, TWO.size() - 1), ""), answer(GUIDS, 0, "")) << "a bad item keeps the head";
-    EXPECT_EQ(ask(TWO.substr(0, 35), ""), answer(zero, 0, ""));
+    EXPECT_EQ(ask(kTwo.substr(0, kTwo.size() - 1), ""), answer(kGuids, 0, "")) << "a bad item keeps the head";
+    EXPECT_EQ(ask(kTwo.substr(0, 35), ""), answer(zero, 0, ""));
     EXPECT_EQ(ask(Guids().U32(0x20000001).Zeros(8), ""), answer(zero, 0, ""));
 
     const std::string windows =
@@ -39,8 +34,8 @@ TEST_F(AudioTest, TheAnswerHoldsTheHostsGuidsAndTheDecodersWindows)
                                           Elem("other", "1") + Item(Elem("td_channel", 6))) +
              Elem("id", -2)) +
         Elem("other", "1") + Item("");
-    EXPECT_EQ(ask(TWO, Elem("td_windowlist", windows)),
-              answer(GUIDS, 2, Bytes().U32(-2UL).U32(2).U32(4).U32(-9UL).U32(0).U32(0).U32(0).U32(0)))
+    EXPECT_EQ(ask(kTwo, Elem("td_windowlist", windows)),
+              answer(kGuids, 2, Bytes().U32(-2UL).U32(2).U32(4).U32(-9UL).U32(0).U32(0).U32(0).U32(0)))
         << "other order, entities, unknown names, missing values";
 }
 

@@ -2,33 +2,28 @@
 
 namespace {
 
-const std::string WALL(16, 'W');
+const std::string kWall(16, 'W');
 
 using ChannelGroupTest = WallCommandFixture;
 
 TEST_F(ChannelGroupTest, ShortRecordsSendWhatWasReadOfThem)
 {
-    LogIn();
     const std::string group = CommandSampleOf("AddChannelGroup").record;
     Check("add cut", "AddChannelGroup", group.substr(0, group.size() - 1),
           Body(Elem("channelgroup", Elem("id", 0) + Elem("name", "") + Elem("channelnum", 0) +
                                         Elem("interval", 0) + Elem("td_channellist", ""))));
-    Check("delete more than there are bytes", "DeleteChannelGroup", Bytes().Text(WALL).U32(0x40000001).U32(8),
-          Body(Elem("channelgrouplist", "")));
-    const CommandSample& start = CommandSampleOf("StartChlGroupPolling");
-    const std::string window = start.record.substr(20); // behind a GUID and a count
-    const std::string two = Bytes().Text(WALL).U32(2).Text(window + window);
-    Check("start cut", "StartChlGroupPolling", two.substr(0, two.size() - 1), start.body);
+    Check("delete more than there are bytes", "DeleteChannelGroup",
+          Bytes().Text(kWall).U32(0x40000001).U32(8), Body(Elem("channelgrouplist", "")));
+    CheckSecondWindowCut("StartChlGroupPolling", 16);
     Check("start two windows without sub-windows", "StartChlGroupPolling",
-          Bytes().Text(WALL).U32(2).U32(5).U32(0).U32(6).U32(0),
+          Bytes().Text(kWall).U32(2).U32(5).U32(0).U32(6).U32(0),
           Windows(WindowItem(5, "") + WindowItem(6, "")));
     Check("start nothing", "StartChlGroupPolling", "", Windows(""));
 }
 
 TEST_F(ChannelGroupTest, AsksForAllGroupsWhereNoneIsNamed)
 {
-    LogIn();
-    for (const std::string& bytes : {WALL + std::string(4, '\0'), WALL, WALL + "\1\1\1", std::string()}) {
+    for (const std::string& bytes : {kWall + std::string(4, '\0'), kWall, kWall + "\1\1\1", std::string()}) {
         EXPECT_EQ(Ask("GetChannelGroup", bytes, ""), ResultOf(0x6000E, Bytes().U32(0)));
         EXPECT_EQ(SentBody(), Body(""));
     }
@@ -36,7 +31,6 @@ TEST_F(ChannelGroupTest, AsksForAllGroupsWhereNoneIsNamed)
 
 TEST_F(ChannelGroupTest, TheAnswerHoldsTheDecodersGroups)
 {
-    LogIn();
     const auto texts = [](const std::string& name, const std::string& channels) {
         return Item(Elem("name", name) + Elem("td_channellist", channels));
     };
@@ -48,17 +42,17 @@ TEST_F(ChannelGroupTest, TheAnswerHoldsTheDecodersGroups)
         Item(Elem("name", "\xE5\x8C\x97 &lt;&#65;&gt;") + Elem("td_channellist", "1;2")) + Item("");
     const std::string name(256, 'n');
     const std::string full(16, 'c');
-    EXPECT_EQ(Ask("GetChannelGroup", WALL, Elem("channelgrouplist", items)),
+    EXPECT_EQ(Ask("GetChannelGroup", kWall, Elem("channelgrouplist", items)),
               ResultOf(0x6000E,
                        Bytes()
                            .U32(7)
-                           .Text(GroupRecord(NO_GUID, -3UL, 0, 0xFFFFFFFF, name, full))
-                           .Text(GroupRecord(NO_GUID, 0, 0, 0, name, "1"))
-                           .Text(GroupRecord(NO_GUID, 0, 0, 0, name, std::string("\0nn", 3)))
-                           .Text(GroupRecord(NO_GUID, 0, 0, 0, name, "1;2" + ('\0' + std::string(12, 'n'))))
-                           .Text(GroupRecord(NO_GUID, 0, 0, 0, "", full))
-                           .Text(GroupRecord(NO_GUID, 0, 0, 0, "\xE5\x8C\x97 <A>", "1;2"))
-                           .Text(GroupRecord(NO_GUID, 0, 0, 0, "", ""))))
+                           .Text(GroupRecord(kNoGuid, -3UL, 0, 0xFFFFFFFF, name, full))
+                           .Text(GroupRecord(kNoGuid, 0, 0, 0, name, "1"))
+                           .Text(GroupRecord(kNoGuid, 0, 0, 0, name, std::string("\0nn", 3)))
+                           .Text(GroupRecord(kNoGuid, 0, 0, 0, name, "1;2" + ('\0' + std::string(12, 'n'))))
+                           .Text(GroupRecord(kNoGuid, 0, 0, 0, "", full))
+                           .Text(GroupRecord(kNoGuid, 0, 0, 0, "\xE5\x8C\x97 <A>", "1;2"))
+                           .Text(GroupRecord(kNoGuid, 0, 0, 0, "", ""))))
         << "other order, long texts, UTF-8, entities, unknown names, missing values";
 }
 

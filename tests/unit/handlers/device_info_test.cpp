@@ -4,13 +4,12 @@ namespace {
 
 std::string Field(const std::string& text) { return ::Field(text, 64); }
 
-const std::string CHANNELS = Elem("td_channellist", Item(Elem("id", 1)));
+const std::string kChannels = Elem("td_channellist", Item(Elem("id", 1)));
 
 using DeviceInfoTest = WallCommandFixture;
 
 TEST_F(DeviceInfoTest, TheBasicConfigurationEndsWithTheNameAsLongAsItIs)
 {
-    LogIn();
     for (const std::string& name : {std::string(300, 'n'), std::string()}) {
         EXPECT_EQ(Ask("GetBasicCfg", "", Elem("devicename", name) + Elem("runmode", 2)),
                   ResultOf(0x50002, Bytes().Zeros(20).U32(2).Text(name)));
@@ -19,13 +18,12 @@ TEST_F(DeviceInfoTest, TheBasicConfigurationEndsWithTheNameAsLongAsItIs)
 
 TEST_F(DeviceInfoTest, TheSystemInformationIsFollowedByTheChannels)
 {
-    LogIn();
     ReplyWith(ReplyText("getsysteminfo", "%SEQ%", "0", "",
                         Elem("dataversion", "d") + Elem("kernelversion", "k") + Elem("builddate", "b") +
                             Elem("softversion", "s") + Elem("devicetype", "t") + Elem("model", -1) +
                             Elem("name", std::string(64, 'n'))));
     const std::string tail("\0tail", 5); // some decoders count a terminating zero
-    ReplyWith(ReplyText("getchannelinfo", "%SEQ%", "0", "", CHANNELS) + tail);
+    ReplyWith(ReplyText("getchannelinfo", "%SEQ%", "0", "", kChannels) + tail);
     EXPECT_EQ(Run(0x50000, Option(0x5000A, "")),
               ResultOf(0x5000A, Bytes()
                                     .Zeros(16)
@@ -38,17 +36,16 @@ TEST_F(DeviceInfoTest, TheSystemInformationIsFollowedByTheChannels)
     ASSERT_EQ(node.notifications.size(), 1U);
     const auto& notification = node.notifications[0];
     const std::string text =
-        ReplyText("getchannelinfo", Element(LastRequest(), "seq"), "0", "", CHANNELS) + tail;
+        ReplyText("getchannelinfo", Element(LastRequest(), "seq"), "0", "", kChannels) + tail;
     ASSERT_EQ(node.frames.size(), 2U);
     EXPECT_EQ(Element(node.frames[0], "url") + Element(node.frames[1], "url"), "getsysteminfogetchannelinfo");
-    EXPECT_EQ(std::tuple(notification.nCmdID, notification.nOptType, notification.nLen, notification.data),
+    EXPECT_EQ(std::tuple(notification.cmdID, notification.optType, notification.len, notification.data),
               std::tuple(0x50003U, 0x60000U, text.size(), text));
     EXPECT_EQ(memcmp(&notification.destination, &fake_host::Get().appNodeID, 16), 0);
 }
 
 TEST_F(DeviceInfoTest, WithoutChannelsTheHostIsNotNotified)
 {
-    LogIn();
     for (const std::string& channels :
          {ReplyText("getchannelinfo", "%SEQ%", "5"),
           ReplyText("getchannelinfo", "%SEQ%", "0", "", "</not-well-formed>"), std::string("no message")}) {

@@ -2,37 +2,35 @@
 
 namespace {
 
-Bytes Window(unsigned int id, unsigned long nSubWindows) { return Bytes().U16(id).U32(nSubWindows); }
+Bytes Window(unsigned int id, unsigned long subWindows) { return Bytes().U16(id).U32(subWindows); }
 
-std::string Border(int nIndex, int nDraw) { return Item(Elem("index", nIndex) + Elem("drawborder", nDraw)); }
+std::string Border(int index, int draw) { return Item(Elem("index", index) + Elem("drawborder", draw)); }
 
 using DisplayTest = WallCommandFixture;
 
 TEST_F(DisplayTest, BordersAreSentAsFarAsTheyWereRead)
 {
-    LogIn();
     const std::string one = Window(7, 2).U16(0).U16(3).U16(4).U16(1);
     const std::string oneSent = WindowItem(7, Border(0, 3) + Border(4, 1));
-    const auto CheckBorders = [this](const char* what, unsigned long nCount, const std::string& windows,
+    const auto checkBorders = [this](const char* what, unsigned long count, const std::string& windows,
                                      const std::string& items) {
-        Check(what, "DrawBorder", Bytes().U32(nCount).Text(windows), Windows(items));
+        Check(what, "DrawBorder", Bytes().U32(count).Text(windows), Windows(items));
     };
-    CheckBorders("two windows", 2, one + std::string(Window(5, 0)), oneSent + WindowItem(5, ""));
-    CheckBorders("more windows than bytes", 0xFFFFFFFF, one, oneSent);
-    CheckBorders("more sub-windows than bytes", 2, Window(5, 0x40000001).U16(1).U16(2),
+    checkBorders("two windows", 2, one + std::string(Window(5, 0)), oneSent + WindowItem(5, ""));
+    checkBorders("more windows than bytes", 0xFFFFFFFF, one, oneSent);
+    checkBorders("more sub-windows than bytes", 2, Window(5, 0x40000001).U16(1).U16(2),
                  WindowItem(5, Border(1, 2)));
-    CheckBorders("a sub-window cut: its bytes are the next window's", 2,
+    checkBorders("a sub-window cut: its bytes are the next window's", 2,
                  Window(5, 2).U16(1).U16(2).U16(3).Text("x"),
                  WindowItem(5, Border(1, 2)) + WindowItem(3, ""));
-    CheckBorders("count cut", 2, one + "\5" + std::string(4, '\0'), oneSent + WindowItem(5, ""));
-    CheckBorders("id cut", 2, one + "\5", oneSent + WindowItem(0, ""));
+    checkBorders("count cut", 2, one + "\5" + std::string(4, '\0'), oneSent + WindowItem(5, ""));
+    checkBorders("id cut", 2, one + "\5", oneSent + WindowItem(0, ""));
     Check("no whole count", "DrawBorder", "\1\1\1", Windows(""));
     Check("nothing", "DrawBorder", "", Windows(""));
 }
 
 TEST_F(DisplayTest, ShortRecordsOfZoomAndSwitchesAreRefused)
 {
-    LogIn();
     EXPECT_EQ(Run(0x50002, Option(0x50014, std::string(39, '\0'))), "failure 20000002");
     EXPECT_EQ(Run(0x50001, Option(0x60012, std::string(35, '\0'))), "failure 20000002");
     EXPECT_TRUE(node.frames.empty());

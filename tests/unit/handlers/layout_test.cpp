@@ -2,23 +2,22 @@
 
 namespace {
 
-std::string Layout(unsigned long nRows, unsigned long nCols, unsigned long nCount, const std::string& screens)
+std::string Layout(unsigned long rows, unsigned long cols, unsigned long count, const std::string& screens)
 {
-    return Bytes().U32(nRows).U32(nCols).U32(nCount).Text(screens);
+    return Bytes().U32(rows).U32(cols).U32(count).Text(screens);
 }
 
-const std::string FULL_NAME(256, 'n');
-const std::string TWO = ScreenRecord(0xFFFFFFFF, FULL_NAME, 1, 0x80000000) + ScreenRecord(8, "", 0, 2);
+const std::string kFullName(256, 'n');
+const std::string kTwo = ScreenRecord(0xFFFFFFFF, kFullName, 1, 0x80000000) + ScreenRecord(8, "", 0, 2);
 
 using LayoutTest = WallCommandFixture;
 
 TEST_F(LayoutTest, ShortRecordsSendWhatWasReadOfThem)
 {
-    LogIn();
     const std::string nothing = Body(Elem("row", 0) + Elem("col", 0));
     const std::string empty = Body(Elem("td_channellist", ""));
-    const std::string two = Layout(3, 4, 2, TWO);
-    const std::string three = Layout(3, 4, 3, TWO);
+    const std::string two = Layout(3, 4, 2, kTwo);
+    const std::string three = Layout(3, 4, 3, kTwo);
     const std::tuple<const char*, std::string, std::string> cases[] = {
         {"SetWallLayout", two.substr(0, 11), nothing},
         {"SetWallLayout", three, nothing},
@@ -27,17 +26,16 @@ TEST_F(LayoutTest, ShortRecordsSendWhatWasReadOfThem)
         {"BindWall", two.substr(0, two.size() - 1), empty},
         {"unBindWall", "", empty},
     };
-    for (const auto& [szHandler, record, body] : cases) {
-        Check("short layout", szHandler, record, body);
+    for (const auto& [handler, record, body] : cases) {
+        Check("short layout", handler, record, body);
     }
 }
 
 TEST_F(LayoutTest, TheAnswerHoldsTheScreensAsTheyStandInTheReply)
 {
-    LogIn();
-    const auto Get = [this](const std::string& body) { return Ask("GetWallLayout", "", body); };
+    const auto get = [this](const std::string& body) { return Ask("GetWallLayout", "", body); };
     const auto answer = [](const std::string& bytes) { return "buffer " + Hex(bytes); };
-    EXPECT_EQ(Get("<row>2</row><td_channellist/>"), answer(Layout(2, 0, 1, ScreenRecord(0, "", 0, 0))))
+    EXPECT_EQ(get("<row>2</row><td_channellist/>"), answer(Layout(2, 0, 1, ScreenRecord(0, "", 0, 0))))
         << "one empty screen";
     const std::string seq = Element(LastRequest(), "seq");
     EXPECT_EQ(fake_host::Logs().back().text,
@@ -46,15 +44,15 @@ TEST_F(LayoutTest, TheAnswerHoldsTheScreensAsTheyStandInTheReply)
                             "<row>2</row><td_channellist/>") +
                   "\n");
     EXPECT_EQ(fake_host::Logs().back().level, fake_host::LogLevel::Debug);
-    Get(std::string(5000, ' '));
+    get(std::string(5000, ' '));
     EXPECT_EQ(fake_host::Logs().back().text.size(), 4095U);
 
-    const std::string items = Item(Elem("name", 7) + Elem("id", FULL_NAME) +
+    const std::string items = Item(Elem("name", 7) + Elem("id", kFullName) +
                                    Elem("any", Elem("ypos", 1) + Elem("xpos", 4294967295))) +
                               Elem("other", Elem("id", 8) + Elem("name", "a &lt;&#66;&gt;")) + Item("");
-    EXPECT_EQ(Get(Elem("td_channellist", Elem("first", Elem("id", 6)) + items) + Elem("col", 3)),
+    EXPECT_EQ(get(Elem("td_channellist", Elem("first", Elem("id", 6)) + items) + Elem("col", 3)),
               answer(Layout(0, 3, 3,
-                            ScreenRecord(7, FULL_NAME.substr(1), 1, 0xFFFFFFFF) +
+                            ScreenRecord(7, kFullName.substr(1), 1, 0xFFFFFFFF) +
                                 ScreenRecord(8, "a <B>", 0, 0) + ScreenRecord(0, "", 0, 0))))
         << "children by position, siblings of any name, long name, missing values";
 }

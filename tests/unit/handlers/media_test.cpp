@@ -1,34 +1,33 @@
-#include "MediaFixture.h"
+#include "WallCommandFixture.h"
 
 namespace {
 
-using MediaTest = MediaFixture;
+using MediaTest = WallCommandFixture;
 
 // A window with one sub-window.
-std::string Window(unsigned long id, unsigned long nMedia, const std::string& media)
+std::string Window(unsigned long id, unsigned long mediaCount, const std::string& media)
 {
-    return Bytes().U32(id).U32(1).U32(-9UL).U32(nMedia).Text(media);
+    return Bytes().U32(id).U32(1).U32(-9UL).U32(mediaCount).Text(media);
 }
 
-std::string MediaItem(long nID, const std::string& mediaInfo)
+std::string MediaItem(long id, const std::string& mediaInfo)
 {
-    return WindowItem(nID, Item(Elem("index", -9) + mediaInfo));
+    return WindowItem(id, Item(Elem("index", -9) + mediaInfo));
 }
 
 TEST_F(MediaTest, SendsEveryStreamThatCouldBeReadWithItsCredentialsEnciphered)
 {
-    LogInWithMediaKey();
     const std::string full(85, 'p'); // all that the key takes; a longer text leaves its element empty
     const std::string media1 =
-        StreamRecord(GUID_BYTES, 5, SOURCE_USER, SOURCE_PASSWORD) + StreamRecord(NO_GUID, 0, "", full);
-    const std::string media2 = StreamRecord(NO_GUID, -1UL, full + "p", SOURCE_USER);
+        StreamRecord(kGuidBytes, 5, kSourceUser, kSourcePassword) + StreamRecord(kNoGuid, 0, "", full);
+    const std::string media2 = StreamRecord(kNoGuid, -1UL, full + "p", kSourceUser);
     const std::string two = Bytes().U32(2).Text(Window(-8UL, 2, media1)).Text(Window(4, 1, media2));
     const std::string packed =
-        Bytes().U32(1).Text(Window(1, 1, StreamRecord(GUID_BYTES, 5, SOURCE_USER, SOURCE_PASSWORD, "")));
+        Bytes().U32(1).Text(Window(1, 1, StreamRecord(kGuidBytes, 5, kSourceUser, kSourcePassword, "")));
     const std::string played1 = MediaItem(
-        -8, Elem("mediainfo", StreamElements(Elem("channelid", GUID_TEXT), SOURCE_USER, SOURCE_PASSWORD) +
+        -8, Elem("mediainfo", StreamElements(Elem("channelid", kGuidText), kSourceUser, kSourcePassword) +
                                   StreamElements(Elem("channelid", 0), "", full)));
-    const std::string played2 = MediaItem(4, Elem("mediainfo", StreamElements("", "", SOURCE_USER)));
+    const std::string played2 = MediaItem(4, Elem("mediainfo", StreamElements("", "", kSourceUser)));
     Check("two windows", "PlayMedia", two, Windows(played1 + played2));
     Check("second window cut", "PlayMedia", two.substr(0, two.size() - 1), Windows(played1));
     Check("no streams", "PlayMedia", Bytes().U32(1).Text(Window(4, 0, "")),

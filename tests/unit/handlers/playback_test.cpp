@@ -6,15 +6,13 @@ using PlaybackTest = WallCommandFixture;
 
 TEST_F(PlaybackTest, SendsWhatIsThereOfTheAnnouncedWindows)
 {
-    LogIn();
     const CommandSample& sample = CommandSampleOf("PlayBackCtrl");
-    const std::string window = sample.record.substr(2); // behind the count
-    const std::string two = Bytes().U16(2).Text(window + window);
     Check("two windows without sub-windows", "PlayBackCtrl", Bytes().U16(2).U16(65535).U16(0).U16(4).U16(0),
           Windows(WindowItem(65535, "") + WindowItem(4, "")));
-    Check("fewer windows than announced", "PlayBackCtrl", Bytes().U16(3).Text(window), sample.body);
+    Check("fewer windows than announced", "PlayBackCtrl", Bytes().U16(3).Text(sample.record.substr(2)),
+          sample.body);
     Check("bytes behind the windows", "PlayBackCtrl", sample.record + "x", sample.body);
-    Check("second window cut", "PlayBackCtrl", two.substr(0, two.size() - 1), sample.body);
+    CheckSecondWindowCut("PlayBackCtrl", 0, 2);
     Check("sub-window cut", "PlayBackCtrl", sample.record.substr(0, sample.record.size() - 1), Windows(""));
     Check("no whole count", "PlayBackCtrl", "x", Windows(""));
     Check("nothing", "PlayBackCtrl", "", Windows(""));

@@ -1,23 +1,22 @@
-#include "MediaFixture.h"
+#include "WallCommandFixture.h"
 #include <tuple>
 
 namespace {
 
-using WallInfoTest = MediaFixture;
+using WallInfoTest = WallCommandFixture;
 
 TEST_F(WallInfoTest, TheRequestModeChoosesTheChannel)
 {
-    LogInWithMediaKey();
     const std::string zeroText = "{00000000-0000-0000-0000-000000000000}";
     const std::tuple<std::string, unsigned long, int, std::string> rows[] = {
-        {NO_GUID, -1UL, 6, ""},      {NO_GUID, -1UL, 5, ""},         {NO_GUID, -2UL, 6, "-2"},
-        {NO_GUID, 0, 6, "0"},        {NO_GUID, 0, 5, zeroText},      {GUID_BYTES, 12, 6, "12"},
-        {GUID_BYTES, -1UL, 6, "-1"}, {GUID_BYTES, 12, 0, GUID_TEXT}, {GUID_BYTES, 12, 65535, GUID_TEXT},
+        {kNoGuid, -1UL, 6, ""},      {kNoGuid, -1UL, 5, ""},         {kNoGuid, -2UL, 6, "-2"},
+        {kNoGuid, 0, 6, "0"},        {kNoGuid, 0, 5, zeroText},      {kGuidBytes, 12, 6, "12"},
+        {kGuidBytes, -1UL, 6, "-1"}, {kGuidBytes, 12, 0, kGuidText}, {kGuidBytes, 12, 65535, kGuidText},
     };
     std::string record = Bytes().U32(2).Text(WallWindowRecord(8, std::size(rows))), subItems;
-    for (const auto& [guid, nChannel, nReqMode, channelid] : rows) {
-        record += WallStreamRecord(guid, nChannel, static_cast<unsigned int>(nReqMode));
-        subItems += WallStreamItem(channelid, nReqMode);
+    for (const auto& [guid, channel, reqMode, channelid] : rows) {
+        record += WallStreamRecord(guid, channel, static_cast<unsigned int>(reqMode));
+        subItems += WallStreamItem(channelid, reqMode);
     }
     record += WallWindowRecord(65535, 0);
     const std::pair<std::string, std::string> cases[] = {
