@@ -213,6 +213,7 @@ void AddConsoleCommands(CLI::App& app, ConsoleCommand& command, Place place)
 {
     app.allow_extras(); // CheckParsedCommand reports left-over words, in our own terms
     app.fallthrough();
+    app.require_subcommand(0, 1); // a further name of a command is a word like any other
     app.formatter(std::make_shared<UsageFormatter>());
     for (const Row& row : kRows) {
         if ((row.places & place) == 0) {
@@ -234,11 +235,7 @@ void CheckParsedCommand(const CLI::App& app)
     const CLI::App* command = &app;
     std::string path;
     while (!command->get_subcommands().empty()) {
-        const auto commands = command->get_subcommands();
-        if (commands.size() > 1) {
-            throw UsageError("one command at a time, '" + commands[1]->get_name() + "' begins another");
-        }
-        command = commands.front();
+        command = command->get_subcommands().front();
         path += command->get_name() + ' ';
     }
     const bool complete =
@@ -246,6 +243,10 @@ void CheckParsedCommand(const CLI::App& app)
     const auto left = app.remaining(true);
     if (!left.empty() && left.front().starts_with('-')) {
         throw UsageError(tools::UnknownOption(*command, left.front()));
+    }
+    const auto names = NamesOf(app);
+    if (!left.empty() && complete && std::find(names.begin(), names.end(), left.front()) != names.end()) {
+        throw UsageError("one command at a time, '" + left.front() + "' begins another");
     }
     if (!left.empty() && complete) {
         // Without an option's value: it may be a password.
@@ -327,7 +328,8 @@ ConsoleCommand ParseLine(const Words& words, Place place, const Row* only = null
     }
     CheckParsedCommand(app);
     command.typed = TypedCommand(app);
-    command.windows = WindowsOf(*Deepest(app).first);
+    const auto windows = WindowsOf(*Deepest(app).first);
+    command.windows.insert(command.windows.end(), windows.begin(), windows.end()); // a wall file has others
     return command;
 }
 

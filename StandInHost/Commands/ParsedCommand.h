@@ -60,7 +60,7 @@ struct ConsoleCommand {
     // Profile: does the work with the settings in use and returns what to print. Throws UsageError.
     std::function<std::string(const Profile& settings)> profileWork;
     bool profileSettings = false;     // Profile: the settings matter
-    std::vector<std::string> windows; // ids among the words, as typed
+    std::vector<std::string> windows; // ids of those that the command names
 
     // Whether the command is one of those that carry an option.
     bool CarriesOption() const

@@ -36,7 +36,7 @@ def run(*words, status=0, text="", input=None, limit=None, **environment):
 
 def start_decoder(where):
     decoder = subprocess.Popen([DECODER, "--listen", where, "--user", "admin"], text=True, stdout=subprocess.PIPE,
-                               env={**os.environ, "TVWALL_DECODER_PASSWORD": "secret"})
+                               stderr=subprocess.DEVNULL, env={**os.environ, "TVWALL_DECODER_PASSWORD": "secret"})
     atexit.register(decoder.kill)
     return decoder.stdout.readline().removeprefix("listening on ").strip()
 
