@@ -35,7 +35,7 @@ constexpr char kExamples[] = R"(Examples:
   tvwall-host --decoder [2001:db8::7]:9000 --user admin --password-file secret profile add entrance
   tvwall-host --profile entrance shell
 
-Order:
+Order of settings:
   An option counts before the environment, and the environment before the profile. In the shell, connect PROFILE
   takes what that profile says first.
 
