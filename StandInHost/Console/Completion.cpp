@@ -11,7 +11,7 @@
 #include "Base/Profiles.h"
 #include "Base/WordSplitting.h"
 #include "Commands/ConsoleCommands.h"
-#include "Console/SeenWindows.h"
+#include "Commands/SeenWindows.h"
 
 namespace standin_host {
 

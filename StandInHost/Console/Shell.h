@@ -5,11 +5,11 @@
 #include <string>
 
 #include "Base/LineInput.h"
+#include "Commands/SeenWindows.h"
 #include "Console/HistoryFile.h"
 #include "Console/LineEditor.h"
 #include "Console/OpenSession.h"
 #include "Console/Options.h"
-#include "Console/SeenWindows.h"
 
 namespace standin_host {
 

@@ -1,4 +1,4 @@
-#include "Console/SeenWindows.h"
+#include "Commands/SeenWindows.h"
 
 #include "Commands/ParsedCommand.h"
 #include "TvwallProtocol.h"
