@@ -14,6 +14,7 @@
 #include "State/ScreenGrid.h"
 #include "Tools/Common/Address.h"
 #include "Tools/Common/Numbers.h"
+#include "Tools/Common/OptionFaults.h"
 #include "Tools/Common/PasswordFile.h"
 #include "Tools/Common/TerminalText.h"
 
@@ -25,8 +26,8 @@ constexpr const char* kPasswordVariable = "TVWALL_DECODER_PASSWORD";
 
 std::string Footer()
 {
-    return "Faults (URL is the name of a request, such as docreatewindow):\n" + DescribeFaults() +
-           R"(
+    return "Faults:\n" + DescribeFaults() + R"(  URL is the name of a request, such as docreatewindow.
+
 Examples:
   TVWALL_DECODER_PASSWORD=secret tvwall-decoder --listen 127.0.0.1:7000 --rows 2 --columns 3 --wall-svg wall.svg
   tvwall-decoder --port-file port --user operator --password-file password --json-log requests.json
@@ -53,7 +54,7 @@ void ReadAddress(const char* option, const std::string& text, std::string& host,
 {
     auto address = tools::ParseAddress(text, 0);
     if (!address) {
-        throw CLI::RuntimeError(fmt::format("{}: '{}' is not HOST:PORT", option, text), kExitUsage);
+        throw CLI::RuntimeError(fmt::format("{} {}", option, tools::AddressRemedy(text, 0)), kExitUsage);
     }
     host = std::move(address->host);
     port = address->port;
@@ -76,16 +77,15 @@ std::string ReadPassword(const std::string& path)
     return *std::move(line);
 }
 
-// The names of unknown options, without values or other words: one may be a password.
-std::string UnknownOptions(const std::vector<std::string>& remaining)
+// What is wrong with arguments that belong to no option, without their values: one may be a password.
+std::string LeftOver(const CLI::App& app)
 {
-    std::string names;
-    for (const std::string& argument : remaining) {
+    for (const std::string& argument : app.remaining()) {
         if (argument.starts_with('-')) {
-            names += " " + argument.substr(0, argument.find('='));
+            return tools::UnknownOption(app, argument);
         }
     }
-    return names.empty() ? "an argument that belongs to no option; see --help" : "unknown option" + names;
+    return "an argument that belongs to no option; see --help";
 }
 
 // The options, and the words of the command line still to be interpreted.
@@ -124,16 +124,18 @@ void AddConnectionOptions(CLI::App& app, CommandLine& line)
 
 void AddWallOptions(CLI::App& app, DeviceSettings& device)
 {
-    app.add_option("--rows", device.rows, "Rows of screens")
-        ->check(CLI::Range(1, kMaxScreens))
+    app.add_option("--rows", device.rows, "Rows of screens, 1 to 16")
+        ->type_name("N")
+        ->check(tools::NumberFrom(1, kMaxScreens))
         ->capture_default_str();
-    app.add_option("--columns", device.columns, "Columns of screens")
-        ->check(CLI::Range(1, kMaxScreens))
+    app.add_option("--columns", device.columns, "Columns of screens, 1 to 16")
+        ->type_name("N")
+        ->check(tools::NumberFrom(1, kMaxScreens))
         ->capture_default_str();
     app.add_option("--name", device.name, "The name of the device")
         ->type_name("NAME")
         ->check([](const std::string& name) {
-            return HasControls(name) ? std::string("a name has no control characters") : std::string();
+            return HasControls(name) ? std::string("takes no control characters") : std::string();
         })
         ->capture_default_str();
     AddFile(app, "--channels", device.channels,
@@ -146,8 +148,9 @@ void AddWallOptions(CLI::App& app, DeviceSettings& device)
 void AddNotificationOptions(CLI::App& app, CommandLine& line)
 {
     app.add_option("--notify-channels", line.options.device.notifyChannels,
-                   "Channels in each notification of notify-every (else by turns 1 to 256)")
-        ->check(CLI::Range(1, 256));
+                   "Channels in each notification of notify-every, 1 to 256 (else by turns)")
+        ->type_name("N")
+        ->check(tools::NumberFrom(1, 256));
     app.add_option(
            "--notify-seq", line.notifySeq,
            "The sequence number of the first notification, each further one has the next; none: they\n"
@@ -171,7 +174,8 @@ std::optional<std::uint32_t> ReadNotifySeq(const std::string& text)
 {
     const auto seq = tools::ParseDecimal<std::uint32_t>(text);
     if (!seq && text != "none") {
-        throw CLI::RuntimeError("--notify-seq: '" + text + "' is no number of 32 bits, nor none", kExitUsage);
+        throw CLI::RuntimeError("--notify-seq takes a number of 32 bits or none, not '" + text + "'",
+                                kExitUsage);
     }
     return seq;
 }
@@ -210,6 +214,13 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
             throw CLI::Success();
         },
         "Print the error codes, as tvwall-host reads them with --device-codes, and exit");
+    app.add_flag_callback(
+        "--list-faults",
+        [] {
+            std::cout << DescribeFaults();
+            throw CLI::Success();
+        },
+        "Print the faults, one a line, and exit");
     AddConnectionOptions(app, line);
     AddWallOptions(app, line.options.device);
     AddNotificationOptions(app, line);
@@ -224,10 +235,10 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
     } catch (const CLI::Success& success) {
         return app.exit(success);
     } catch (const CLI::ExtrasError&) {
-        std::cerr << "tvwall-decoder: " << tools::OneLine(UnknownOptions(app.remaining())) << '\n';
+        std::cerr << "tvwall-decoder: " << LeftOver(app) << '\n';
         return kExitUsage;
     } catch (const CLI::Error& error) {
-        std::cerr << "tvwall-decoder: " << tools::OneLine(error.what()) << '\n';
+        std::cerr << "tvwall-decoder: " << tools::OneLine(tools::OptionFault(error)) << '\n';
         return kExitUsage;
     }
     return std::move(line.options);

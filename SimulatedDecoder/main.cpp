@@ -15,11 +15,11 @@
 #include "LogFormatter.h"
 #include "Options.h"
 #include "Page/PageServer.h"
-#include "Picture/AtomicFile.h"
 #include "Server/Device.h"
 #include "Server/PcapFile.h"
 #include "Server/Server.h"
 #include "StopSignals.h"
+#include "Tools/Common/AtomicFile.h"
 #include "Tools/Common/StandardStreams.h"
 #include "Tools/Common/TerminalText.h"
 
@@ -71,7 +71,7 @@ int Run(const Options& options)
     ReloadOnHangUp(hangUps, device, server);
     if (!options.portFile.empty()) {
         const std::string problem =
-            WriteFileAtomically(options.portFile, std::to_string(server.Port()) + '\n');
+            tools::WriteFileAtomically(options.portFile, std::to_string(server.Port()) + '\n');
         if (!problem.empty()) {
             throw std::runtime_error(problem);
         }

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "Picture/AtomicFile.h"
 #include "Picture/WallView.h"
+#include "Tools/Common/AtomicFile.h"
 
 namespace simulated_decoder {
 
@@ -20,10 +20,10 @@ std::string WallPictures::Write(const DeviceState& state) const
     const WallView view = See(state);
     std::string problem;
     if (!m_svgPath.empty()) {
-        problem = WriteFileAtomically(m_svgPath, DrawSvg(view));
+        problem = tools::WriteFileAtomically(m_svgPath, DrawSvg(view));
     }
     if (!m_textPath.empty() && problem.empty()) {
-        problem = WriteFileAtomically(m_textPath, DrawText(view));
+        problem = tools::WriteFileAtomically(m_textPath, DrawText(view));
     }
     return problem;
 }

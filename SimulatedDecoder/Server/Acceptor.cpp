@@ -7,6 +7,8 @@
 
 #include <spdlog/spdlog.h>
 
+#include "Tools/Common/SocketFaults.h"
+
 namespace simulated_decoder {
 
 namespace {
@@ -66,7 +68,7 @@ void Acceptor::Accept()
         if (error == asio::error::operation_aborted) {
             return;
         }
-        spdlog::error("cannot accept a connection: {}", error.message());
+        spdlog::error("cannot accept a connection: {}", tools::SocketFault(error));
         m_retryTimer.expires_after(kAcceptRetry);
         m_retryTimer.async_wait([this](const std::error_code& cancelled) {
             if (!cancelled) {

@@ -10,13 +10,15 @@
 #include <asio/ip/tcp.hpp>
 #include <asio/steady_timer.hpp>
 
+#include "Tools/Common/SocketFaults.h"
+
 namespace simulated_decoder {
 
 class ListenError : public std::runtime_error {
 public:
     ListenError(const std::string& host, std::uint16_t port, const std::system_error& cause)
         : std::runtime_error("cannot listen on " + host + ":" + std::to_string(port) + ": " +
-                             cause.code().message())
+                             tools::SocketFault(cause.code()))
     {
     }
 };

@@ -9,6 +9,7 @@
 #include <spdlog/spdlog.h>
 
 #include "Server/Acceptor.h"
+#include "Tools/Common/SocketFaults.h"
 
 namespace simulated_decoder {
 
@@ -92,18 +93,18 @@ void Connection::Close(std::string_view reason)
 
 void Connection::Read()
 {
-    m_socket.async_read_some(asio::buffer(m_input),
-                             [self = shared_from_this()](const std::error_code& error, std::size_t length) {
-                                 if (error) {
-                                     self->m_capture.End(CapturedConnection::Side::Host);
-                                     self->Close(error == asio::error::eof ? "by the host" : error.message());
-                                     return;
-                                 }
-                                 const std::string_view bytes(self->m_input.data(), length);
-                                 self->m_capture.Sent(CapturedConnection::Side::Host, bytes);
-                                 self->m_frames.Feed(bytes);
-                                 self->TakeFrames();
-                             });
+    m_socket.async_read_some(
+        asio::buffer(m_input), [self = shared_from_this()](const std::error_code& error, std::size_t length) {
+            if (error) {
+                self->m_capture.End(CapturedConnection::Side::Host);
+                self->Close(error == asio::error::eof ? "by the host" : tools::SocketFault(error));
+                return;
+            }
+            const std::string_view bytes(self->m_input.data(), length);
+            self->m_capture.Sent(CapturedConnection::Side::Host, bytes);
+            self->m_frames.Feed(bytes);
+            self->TakeFrames();
+        });
 }
 
 void Connection::TakeFrames()
@@ -238,7 +239,7 @@ void Connection::SendNextPiece()
                           self->m_capture.Sent(CapturedConnection::Side::Decoder,
                                                {static_cast<const char*>(piece.data()), length});
                           if (error) {
-                              self->Close(error.message());
+                              self->Close(tools::SocketFault(error));
                           }
                           // The socket may have taken the piece just before the connection was closed.
                           if (self->m_open) {

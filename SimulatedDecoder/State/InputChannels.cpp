@@ -73,6 +73,12 @@ InputChannels InputChannels::Load(const std::string& path)
         InputChannels loaded;
         loaded.m_channels = ReadChannels(file);
         return loaded;
+    } catch (const nlohmann::json::parse_error& error) {
+        throw std::runtime_error("cannot read channels from " + path + ": it is no valid JSON from byte " +
+                                 std::to_string(error.byte) + " on");
+    } catch (const nlohmann::json::exception&) {
+        throw std::runtime_error("cannot read channels from " + path +
+                                 ": each channel has a number id, a text name, and online true or false");
     } catch (const std::exception& error) {
         throw std::runtime_error("cannot read channels from " + path + ": " + error.what());
     }

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <system_error>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "Base/ExitStatus.h"
@@ -28,20 +29,48 @@ ssize_t ReadAll(int descriptor, std::string& content)
     return readCount;
 }
 
+std::string FileText(const std::string& path, const char* what)
+{
+    return std::string("the ") + what + " file " + path;
+}
+
+std::string ReadOpenFile(const tools::FileDescriptor& file, const std::string& path, const char* what)
+{
+    std::string content;
+    if (file.Get() < 0 || ReadAll(file.Get(), content) < 0) {
+        throw UsageError("cannot read " + FileText(path, what) + ": " +
+                         std::generic_category().message(errno));
+    }
+    if (content.size() > kMaxFile) {
+        throw UsageError(FileText(path, what) + " is longer than 64 MiB");
+    }
+    return content;
+}
+
 } // namespace
 
 std::string ReadWholeFile(const std::string& path, const char* what)
 {
+    return ReadOpenFile(tools::FileDescriptor(path), path, what);
+}
+
+std::optional<std::string> ReadOwnFile(const std::string& path, const char* what)
+{
     const tools::FileDescriptor file(path);
-    std::string content;
-    if (file.Get() < 0 || ReadAll(file.Get(), content) < 0) {
-        throw UsageError(std::string("cannot read the ") + what + " file " + path + ": " +
-                         std::generic_category().message(errno));
+    struct stat status {};
+    if (file.Get() < 0 && errno == ENOENT) {
+        return std::nullopt;
     }
-    if (content.size() > kMaxFile) {
-        throw UsageError(std::string("the ") + what + " file " + path + " is longer than 64 MiB");
+    if (file.Get() >= 0 && ::fstat(file.Get(), &status) == 0) {
+        if (status.st_uid != ::geteuid() && status.st_uid != 0) {
+            throw UsageError(FileText(path, what) + " belongs to someone else; make it yours, or remove it");
+        }
+        if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
+            throw UsageError("others may write " + FileText(path, what) +
+                             "; look whether it says what you want, then chmod go-w it");
+        }
     }
-    return content;
+    return ReadOpenFile(file, path, what);
 }
 
 } // namespace standin_host

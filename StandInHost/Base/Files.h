@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace standin_host {
@@ -8,5 +9,9 @@ namespace standin_host {
 // Throws UsageError.
 std::string ReadWholeFile(const std::string& path, const char* what);
 inline constexpr std::size_t kMaxFile = 64UL * 1024 * 1024;
+
+// The same for a file of the user's own, or the system's: one that others own or may write is refused.
+// Nothing when there is no such file.
+std::optional<std::string> ReadOwnFile(const std::string& path, const char* what);
 
 } // namespace standin_host

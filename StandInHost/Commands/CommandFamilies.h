@@ -25,6 +25,7 @@ CommandSetup SetUpGroupAdd, SetUpGroupSet, SetUpGroupDelete, SetUpGroupGet;
 CommandSetup SetUpPollingStart, SetUpPollingStop;
 CommandSetup SetUpBorder, SetUpZoom, SetUpWindowConfigGet, SetUpWindowConfigSet;
 CommandSetup SetUpWatch, SetUpScript, SetUpRaw;
+CommandSetup SetUpProfileList, SetUpProfileAdd, SetUpProfileRemove, SetUpConnect;
 
 // --- shared by the families ---
 

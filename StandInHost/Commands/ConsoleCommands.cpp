@@ -1,14 +1,17 @@
 #include "Commands/ConsoleCommands.h"
 
 #include <algorithm>
+#include <iterator>
+#include <sstream>
 #include <utility>
 
 #include <CLI/CLI.hpp>
 
 #include "Base/ExitStatus.h"
-#include "Base/Nearest.h"
 #include "Commands/CommandFamilies.h"
 #include "Commands/TypedCommand.h"
+#include "Tools/Common/Nearest.h"
+#include "Tools/Common/OptionFaults.h"
 
 namespace standin_host {
 
@@ -25,6 +28,7 @@ using Kind = ConsoleCommand::Kind;
 struct Row {
     const char* group; // first word of a command of two words, else empty
     const char* name;
+    const char* words; // what follows, see WordsOf
     const char* help;
     const char* example;
     CommandSetup* setUp;
@@ -32,61 +36,101 @@ struct Row {
 };
 
 constexpr Row kRows[] = {
-    {"", "login", "log in and say who answered", "login", SetUpLogin},
-    {"", "logout", "log out; the decoder then refuses what follows", "logout", SetUpLogout},
-    {"", "info", "read the decoder's name, model and versions", "info", SetUpInfo},
-    {"", "config", "read the decoder's basic configuration", "config", SetUpConfig},
-    {"layout", "get", "read the grid of screens and what is bound to them", "layout get", SetUpLayoutGet},
-    {"layout", "set", "set the size of the grid", "layout set 2 3", SetUpLayoutSet},
-    {"layout", "bind", "bind decoder outputs to screens", "layout bind 1 0 0 2 1 0", SetUpLayoutBind},
-    {"layout", "unbind", "free screens", "layout unbind 0 0 1 0", SetUpLayoutUnbind},
-    {"window", "create", "put windows on the wall", "window create 1 0 0 960 540 --mode 4 --osd 1,2,3,4",
-     SetUpWindowCreate},
-    {"window", "move", "move or resize windows", "window move 1 -10 0 960 540", SetUpWindowMove},
-    {"window", "split", "split windows anew into sub-windows", "window split 1 0 0 960 540 --mode 9",
-     SetUpWindowSplit},
-    {"window", "raise", "put a window in front of the others", "window raise 1", SetUpWindowRaise},
-    {"window", "delete", "take windows off the wall", "window delete 1 2", SetUpWindowDelete},
-    {"wall", "apply", "put a whole wall, windows and sources, in place of what is there",
+    {"", "login", "", "log in and say who answered", "login", SetUpLogin},
+    {"", "logout", "", "log out; the decoder then refuses what follows", "logout", SetUpLogout},
+    {"", "info", "", "read the decoder's name, model and versions", "info", SetUpInfo},
+    {"", "config", "", "read the decoder's basic configuration", "config", SetUpConfig},
+    {"layout", "get", "", "read the grid of screens and what is bound to them", "layout get", SetUpLayoutGet},
+    {"layout", "set", "ROWS COLUMNS", "set the size of the grid", "layout set 2 3", SetUpLayoutSet},
+    {"layout", "bind", "OUTPUT X Y ...", "bind decoder outputs to screens", "layout bind 1 0 0 2 1 0",
+     SetUpLayoutBind},
+    {"layout", "unbind", "X Y ...", "free screens", "layout unbind 0 0 1 0", SetUpLayoutUnbind},
+    {"window", "create", "WINDOW X Y WIDTH HEIGHT ...", "put windows on the wall",
+     "window create 1 0 0 960 540 --mode 4 --osd 1,2,3,4", SetUpWindowCreate},
+    {"window", "move", "WINDOW X Y WIDTH HEIGHT ...", "move or resize windows", "window move 1 -10 0 960 540",
+     SetUpWindowMove},
+    {"window", "split", "WINDOW X Y WIDTH HEIGHT ...", "split windows anew into sub-windows",
+     "window split 1 0 0 960 540 --mode 9", SetUpWindowSplit},
+    {"window", "raise", "WINDOW", "put a window in front of the others", "window raise 1", SetUpWindowRaise},
+    {"window", "delete", "WINDOW ...", "take windows off the wall", "window delete 1 2", SetUpWindowDelete},
+    {"wall", "apply", "FILE", "put a whole wall, windows and sources, in place of what is there",
      "wall apply wall.json", SetUpWallApply},
-    {"wall", "clear", "take every window off the wall", "wall clear", SetUpWallClear},
-    {"media", "play", "show a source in a sub-window",
+    {"wall", "clear", "", "take every window off the wall", "wall clear", SetUpWallClear},
+    {"media", "play", "WINDOW INDEX ADDRESS", "show a source in a sub-window",
      "media play 1 0 192.0.2.10:554 --channel 3 --source-user viewer --source-password-file secret",
      SetUpMediaPlay},
-    {"media", "stop", "end what sub-windows show", "media stop 1 0 1 1", SetUpMediaStop},
-    {"", "playback", "control recorded video in sub-windows", "playback 1 0 2 4", SetUpPlayback},
-    {"audio", "play", "switch the sound of sub-windows on", "audio play 1 0 3", SetUpAudioPlay},
-    {"audio", "stop", "switch the sound of sub-windows off", "audio stop 1 0", SetUpAudioStop},
-    {"audio", "get", "read which sub-windows carry sound", "audio get", SetUpAudioGet},
-    {"group", "add", "add a channel group", "group add 7 --name doors --channels 1,2,3 --interval 10",
-     SetUpGroupAdd},
-    {"group", "set", "change a channel group", "group set 7 --name doors --channels 1,2 --interval 20",
-     SetUpGroupSet},
-    {"group", "delete", "delete channel groups", "group delete 7 8", SetUpGroupDelete},
-    {"group", "get", "read channel groups", "group get 7", SetUpGroupGet},
-    {"polling", "start", "cycle through a channel group in sub-windows", "polling start 1 0 7",
-     SetUpPollingStart},
-    {"polling", "stop", "end polling in sub-windows", "polling stop 1 0", SetUpPollingStop},
-    {"", "border", "draw or hide the borders of sub-windows", "border 1 0 on 1 1 off", SetUpBorder},
-    {"", "zoom", "let a sub-window fill its window", "zoom 1 0 on", SetUpZoom},
-    {"window-config", "get", "read the wall's display switches", "window-config get", SetUpWindowConfigGet},
-    {"window-config", "set", "set the wall's display switches", "window-config set on off",
+    {"media", "stop", "WINDOW INDEX ...", "end what sub-windows show", "media stop 1 0 1 1", SetUpMediaStop},
+    {"", "playback", "WINDOW INDEX TYPE VALUE ...", "control recorded video in sub-windows",
+     "playback 1 0 2 4", SetUpPlayback},
+    {"audio", "play", "WINDOW INDEX CHANNEL ...", "switch the sound of sub-windows on", "audio play 1 0 3",
+     SetUpAudioPlay},
+    {"audio", "stop", "WINDOW INDEX ...", "switch the sound of sub-windows off", "audio stop 1 0",
+     SetUpAudioStop},
+    {"audio", "get", "", "read which sub-windows carry sound", "audio get", SetUpAudioGet},
+    {"group", "add", "GROUP", "add a channel group",
+     "group add 7 --name doors --channels 1,2,3 --interval 10", SetUpGroupAdd},
+    {"group", "set", "GROUP", "change a channel group",
+     "group set 7 --name doors --channels 1,2 --interval 20", SetUpGroupSet},
+    {"group", "delete", "GROUP ...", "delete channel groups", "group delete 7 8", SetUpGroupDelete},
+    {"group", "get", "[GROUP]", "read channel groups", "group get 7", SetUpGroupGet},
+    {"polling", "start", "WINDOW INDEX GROUP ...", "cycle through a channel group in sub-windows",
+     "polling start 1 0 7", SetUpPollingStart},
+    {"polling", "stop", "WINDOW INDEX ...", "end polling in sub-windows", "polling stop 1 0",
+     SetUpPollingStop},
+    {"", "border", "WINDOW INDEX on|off ...", "draw or hide the borders of sub-windows",
+     "border 1 0 on 1 1 off", SetUpBorder},
+    {"", "zoom", "WINDOW INDEX on|off", "let a sub-window fill its window", "zoom 1 0 on", SetUpZoom},
+    {"window-config", "get", "", "read the wall's display switches", "window-config get",
+     SetUpWindowConfigGet},
+    {"window-config", "set", "on|off on|off", "set the wall's display switches", "window-config set on off",
      SetUpWindowConfigSet},
-    {"", "watch", "print the decoder's notifications until Ctrl-C", "watch", SetUpWatch},
-    {"", "script", "run one command a line, with one login for all", "script evening.txt", SetUpScript,
-     kPlaceCommandLine | kPlaceShell},
-    {"", "shell", "take commands from the terminal, with history and completion", "shell",
+    {"", "watch", "", "print the decoder's notifications until Ctrl-C", "watch", SetUpWatch},
+    {"", "script", "FILE", "run one command a line, with one login for all", "script evening.txt",
+     SetUpScript, kPlaceCommandLine | kPlaceShell},
+    {"", "shell", "", "take commands from the terminal, with history and completion", "shell",
      SetUpKind<Kind::Shell>, kPlaceCommandLine},
-    {"", "raw", "queue any host command with any payload", "raw 0x50006", SetUpRaw},
-    {"", "connect", "connect and log in anew", "connect", SetUpKind<Kind::Connect>, kPlaceShell},
-    {"", "disconnect", "end the connection; the next command opens another", "disconnect",
+    {"", "raw", "ID", "queue any host command with any payload", "raw 0x50006", SetUpRaw},
+    {"profile", "list", "", "show the profiles", "profile list", SetUpProfileList,
+     kPlaceCommandLine | kPlaceShell},
+    {"profile", "add", "NAME", "keep decoder, user and files in use as a profile; never a password",
+     "profile add entrance", SetUpProfileAdd, kPlaceCommandLine | kPlaceShell},
+    {"profile", "remove", "PROFILE ...", "forget profiles", "profile remove entrance", SetUpProfileRemove,
+     kPlaceCommandLine | kPlaceShell},
+    {"", "connect", "[PROFILE]", "connect and log in anew, or with a profile", "connect entrance",
+     SetUpConnect, kPlaceShell},
+    {"", "disconnect", "", "end the connection; the next command opens another", "disconnect",
      SetUpKind<Kind::Disconnect>, kPlaceShell},
-    {"", "codes", "say what the failure codes mean and what to look at", "codes", SetUpKind<Kind::Codes>,
+    {"", "codes", "", "say what the failure codes mean and what to look at", "codes", SetUpKind<Kind::Codes>,
      kPlaceShell},
-    // Here only to be listed and completed; the words after it are parsed as the command that they name.
-    {"", "help", "show the commands, or what one of them takes", "help window create", SetUpKind<Kind::Help>,
-     kPlaceShell},
-    {"", "exit", "leave the shell, as Ctrl-D does", "exit", SetUpKind<Kind::Exit>, kPlaceShell},
+    {"", "help", "[COMMAND]", "show the commands, or what one of them takes", "help window create",
+     SetUpKind<Kind::Help>, kPlaceCommandLine | kPlaceShell},
+    {"", "exit", "", "leave the shell, as Ctrl-D does", "exit", SetUpKind<Kind::Exit>, kPlaceShell},
+    {"", "quit", "", "leave the shell, as exit does", "quit", SetUpKind<Kind::Exit>, kPlaceShell},
+};
+
+// The row of a command; null for a group and for the program itself.
+const Row* RowOf(const CLI::App& command)
+{
+    const CLI::App* parent = command.get_parent();
+    const bool inGroup = parent != nullptr && parent->get_parent() != nullptr;
+    const std::string group = inGroup ? parent->get_name() : "";
+    const auto* found = std::find_if(std::begin(kRows), std::end(kRows), [&](const Row& row) {
+        return parent != nullptr && command.get_name() == row.name && group == row.group;
+    });
+    return found == std::end(kRows) ? nullptr : found;
+}
+
+// Shows the words that a command takes one by one, also where the library takes them as one list.
+class UsageFormatter : public CLI::Formatter {
+public:
+    std::string make_usage(const CLI::App* app, std::string name) const override
+    {
+        const Row* row = RowOf(*app);
+        if (row == nullptr) {
+            return CLI::Formatter::make_usage(app, std::move(name));
+        }
+        return "Usage: " + name + " [OPTIONS]" + (*row->words == '\0' ? "" : " ") + row->words + '\n';
+    }
 };
 
 std::string Example(const Row& row, Place place)
@@ -94,6 +138,19 @@ std::string Example(const Row& row, Place place)
     const char* program =
         place == kPlaceCommandLine ? "tvwall-host --decoder 192.0.2.7:9000 --user admin " : "";
     return std::string("\n  ") + program + row.example;
+}
+
+// The commands that only the shell has.
+std::string ShellCommands()
+{
+    std::string text = "Further commands in the shell:";
+    for (const Row& row : kRows) {
+        if (row.places == kPlaceShell) {
+            const std::string form = std::string(row.name) + (*row.words == '\0' ? "" : " ") + row.words;
+            text += "\n  " + form + std::string(20 - std::min<std::size_t>(form.size(), 18), ' ') + row.help;
+        }
+    }
+    return text + "\n\n";
 }
 
 CLI::App& GroupOf(CLI::App& app, const std::string& group)
@@ -123,8 +180,8 @@ std::string Choices(const CLI::App& app)
 {
     const auto names = NamesOf(app);
     if (app.get_parent() == nullptr) {
-        const bool help = std::find(names.begin(), names.end(), "help") != names.end();
-        return help ? "; see help" : "; see tvwall-host --help";
+        const bool shell = std::find(names.begin(), names.end(), "exit") != names.end();
+        return shell ? "; see help" : "; see tvwall-host --help";
     }
     std::string choices;
     for (const std::string& name : names) {
@@ -136,7 +193,7 @@ std::string Choices(const CLI::App& app)
 // What to do about an unknown word after the words that lead to these commands.
 std::string Remedy(const CLI::App& commands, const std::string& path, const std::string& word)
 {
-    const std::string nearest = Nearest(word, NamesOf(commands));
+    const std::string nearest = tools::Nearest(word, NamesOf(commands));
     return nearest.empty() ? Choices(commands) : "; did you mean '" + path + nearest + "'?";
 }
 
@@ -156,12 +213,16 @@ void AddConsoleCommands(CLI::App& app, ConsoleCommand& command, Place place)
 {
     app.allow_extras(); // CheckParsedCommand reports left-over words, in our own terms
     app.fallthrough();
+    app.require_subcommand(0, 1); // a further name of a command is a word like any other
+    app.formatter(std::make_shared<UsageFormatter>());
     for (const Row& row : kRows) {
         if ((row.places & place) == 0) {
             continue;
         }
         CLI::App& group = GroupOf(app, row.group);
-        AddCommand(group, command, row).footer("Example:" + Example(row, place));
+        AddCommand(group, command, row)
+            .footer((row.places == kPlaceCommandLine ? ShellCommands() : "") +
+                    "Example:" + Example(row, place));
         if (*row.group != '\0') {
             group.footer((group.get_footer().empty() ? "Examples:" : group.get_footer()) +
                          Example(row, place));
@@ -174,17 +235,20 @@ void CheckParsedCommand(const CLI::App& app)
     const CLI::App* command = &app;
     std::string path;
     while (!command->get_subcommands().empty()) {
-        const auto commands = command->get_subcommands();
-        if (commands.size() > 1) {
-            throw UsageError("one command at a time, '" + commands[1]->get_name() + "' begins another");
-        }
-        command = commands.front();
+        command = command->get_subcommands().front();
         path += command->get_name() + ' ';
     }
     const bool complete =
         command != &app && command->get_subcommands([](const CLI::App*) { return true; }).empty();
     const auto left = app.remaining(true);
-    if (!left.empty() && (complete || left.front().starts_with('-'))) {
+    if (!left.empty() && left.front().starts_with('-')) {
+        throw UsageError(tools::UnknownOption(*command, left.front()));
+    }
+    const auto names = NamesOf(app);
+    if (!left.empty() && complete && std::find(names.begin(), names.end(), left.front()) != names.end()) {
+        throw UsageError("one command at a time, '" + left.front() + "' begins another");
+    }
+    if (!left.empty() && complete) {
         // Without an option's value: it may be a password.
         throw UsageError("unexpected argument '" + left.front().substr(0, left.front().find('=')) + "'");
     }
@@ -212,14 +276,19 @@ std::pair<const CLI::App*, std::string> Deepest(const CLI::App& app)
     return {command, path};
 }
 
-std::string ShellHelp(const CLI::App& app)
+// The ids of windows among the words of the command.
+std::vector<std::string> WindowsOf(const CLI::App& command)
 {
-    if (!app.remaining(true).empty()) {
-        CheckParsedCommand(app); // which reports that there is no such command
+    std::vector<std::string> windows;
+    std::size_t place = 0;
+    for (const CLI::Option* option : command.get_options()) {
+        for (const std::string& word : option->get_positional() ? option->results() : Words()) {
+            if (ValueAt(command, place++) == "WINDOW") {
+                windows.push_back(word);
+            }
+        }
     }
-    const auto [command, path] = Deepest(app);
-    const std::size_t name = path.rfind(' ');
-    return command->help(name == std::string::npos ? "" : path.substr(0, name));
+    return windows;
 }
 
 // The row of the command that a script's line begins with; null when there is none.
@@ -252,17 +321,59 @@ ConsoleCommand ParseLine(const Words& words, Place place, const Row* only = null
         app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
     } catch (const CLI::CallForHelp&) {
         command.kind = ConsoleCommand::Kind::Help;
-        command.help = ShellHelp(app);
+        command.help = HelpOf(app);
         return command;
     } catch (const CLI::Error& error) {
-        throw UsageError(error.what());
+        RefuseLine(app, error);
     }
     CheckParsedCommand(app);
     command.typed = TypedCommand(app);
+    const auto windows = WindowsOf(*Deepest(app).first);
+    command.windows.insert(command.windows.end(), windows.begin(), windows.end()); // a wall file has others
     return command;
 }
 
 } // namespace
+
+// A mistyped option may be all that is wrong when another one is missing.
+void RefuseLine(const CLI::App& app, const CLI::Error& error)
+{
+    const auto left = app.remaining(true);
+    const auto option =
+        std::find_if(left.begin(), left.end(), [](const std::string& word) { return word.starts_with('-'); });
+    throw UsageError(option == left.end() ? tools::OptionFault(error)
+                                          : tools::UnknownOption(*Deepest(app).first, *option));
+}
+
+std::string HelpOf(const CLI::App& app)
+{
+    if (const auto left = app.remaining(true); !left.empty() && !left.front().starts_with('-')) {
+        CheckParsedCommand(app); // which reports that there is no such command
+    }
+    const auto [command, path] = Deepest(app);
+    std::string before = command == &app ? "" : app.get_name();
+    if (const std::size_t last = path.rfind(' '); last != std::string::npos) {
+        before += (before.empty() ? "" : " ") + path.substr(0, last);
+    }
+    return command->help(before);
+}
+
+std::string ValueAt(const CLI::App& command, std::size_t place)
+{
+    const Row* row = RowOf(command);
+    std::istringstream text(row == nullptr ? "" : row->words);
+    std::vector<std::string> values{std::istream_iterator<std::string>(text), {}};
+    if (!values.empty() && values.back() == "...") {
+        values.pop_back();
+        place %= values.size();
+    }
+    if (place >= values.size()) {
+        return "";
+    }
+    std::string value = values[place];
+    std::erase_if(value, [](char c) { return c == '[' || c == ']'; });
+    return value;
+}
 
 ConsoleCommand ParseScriptLine(const Words& words)
 {

@@ -8,7 +8,8 @@
 
 namespace CLI {
 class App;
-}
+class Error;
+} // namespace CLI
 
 namespace standin_host {
 
@@ -18,6 +19,16 @@ void AddConsoleCommands(CLI::App& app, ConsoleCommand& command, Place place);
 
 // Throws UsageError when the parsed line has words left over, or names no command or only part of one.
 void CheckParsedCommand(const CLI::App& app);
+
+// Throws UsageError for a line that the parser did not take.
+[[noreturn]] void RefuseLine(const CLI::App& app, const CLI::Error& error);
+
+// The help of the command that the line names, or of all. Throws UsageError when it names an unknown one.
+std::string HelpOf(const CLI::App& app);
+
+// What stands at a place, counted from 0, among the words of a command: the name of a value such as "WINDOW"
+// or "FILE", or all there are, such as "on|off". Empty for a group, and past the last place.
+std::string ValueAt(const CLI::App& command, std::size_t place);
 
 // One line of a script, already split into words. Throws UsageError.
 ConsoleCommand ParseScriptLine(const std::vector<std::string>& words);

@@ -37,7 +37,7 @@ private:
 void SetUpGroupRecord(CLI::App& app, ConsoleCommand& command, unsigned int cmdID, uint32_t optType)
 {
     const auto arguments = std::make_shared<GroupArguments>();
-    arguments->idWord = AddWord(app, "ID", "group id");
+    arguments->idWord = AddWord(app, "GROUP", "group id");
     app.add_option("--name", arguments->name, "the group's name")->type_name("NAME")->required();
     app.add_option("--channels", arguments->channelList,
                    "the channels as the decoder lists them, such as 1,2,3; at most 15 bytes")
@@ -74,7 +74,7 @@ void SetUpGroupSet(CLI::App& app, ConsoleCommand& command)
 
 void SetUpGroupDelete(CLI::App& app, ConsoleCommand& command)
 {
-    const auto idWords = AddWords(app, "ID", "group ids");
+    const auto idWords = AddWords(app, "GROUP", "group ids");
     app.callback([&command, idWords] {
         std::vector<int32_t> ids;
         for (const std::string& id : *idWords) {
@@ -90,7 +90,7 @@ void SetUpGroupDelete(CLI::App& app, ConsoleCommand& command)
 void SetUpGroupGet(CLI::App& app, ConsoleCommand& command)
 {
     const auto idWord = std::make_shared<std::string>();
-    app.add_option("ID", *idWord, "group id; without it all groups are read")->type_name("");
+    app.add_option("GROUP", *idWord, "group id; without it all groups are read")->type_name("");
     app.callback([&command, idWord] {
         const int32_t id = idWord->empty() ? 0 : Signed(*idWord, "the group id");
         RequestOption(command, KEST_CMD_TVWALL_DECODE_GET_CONFIG, TVWALL_DECODE_GET_CHANNEL_GROUP,

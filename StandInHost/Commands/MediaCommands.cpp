@@ -26,8 +26,7 @@ struct MediaArguments {
         Media media;
         const auto address = tools::ParseAddress(*addressWord, 1);
         if (!address) {
-            throw UsageError("ADDRESS takes HOST:PORT with a port from 1 to 65535, not '" + *addressWord +
-                             "'");
+            throw UsageError("ADDRESS " + tools::AddressRemedy(*addressWord, 1));
         }
         media.address = Fitting(address->host, kMaxSourceAddress, "the source's address");
         media.port = address->port;

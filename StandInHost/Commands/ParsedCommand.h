@@ -5,9 +5,11 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
+#include "Base/Profiles.h"
 #include "Commands/Records/AnswerForms.h"
 #include "Commands/Records/Bytes.h"
 #include "TvwallProtocol.h"
@@ -25,8 +27,9 @@ struct ConsoleCommand {
         Watch,
         Script,
         Shell,
-        // In the shell only.
+        Profile, // keeps or lists profiles
         Help,
+        // In the shell only.
         Codes,
         Connect,
         Disconnect,
@@ -53,6 +56,11 @@ struct ConsoleCommand {
     bool stream = false;                      // Script: runs each line as it comes
     bool stopOnFailure = false;               // Script: ends at the first failure
     std::string help;                         // Help: the text
+    std::string profile;                      // Connect: where to, as whom; empty: as before
+    // Profile: does the work with the settings in use and returns what to print. Throws UsageError.
+    std::function<std::string(const Profile& settings)> profileWork;
+    bool profileSettings = false;     // Profile: the settings matter
+    std::vector<std::string> windows; // ids of those that the command names
 
     // Whether the command is one of those that carry an option.
     bool CarriesOption() const

@@ -59,6 +59,9 @@ void SetUpWallApply(CLI::App& app, ConsoleCommand& command)
                       WallRecord(windows));
         command.title += ' ' + *file;
         command.readsFiles = true;
+        for (const WallWindow& window : windows) {
+            command.windows.push_back(std::to_string(window.id));
+        }
         if (LacksPassword(windows)) {
             command.complete = [windows = std::move(windows)](ConsoleCommand& incomplete,
                                                               SourcePasswords& passwords) mutable {

@@ -69,7 +69,7 @@ void SetUpWindowRecord(CLI::App& app, ConsoleCommand& command, unsigned int cmdI
                    "ID X Y WIDTH HEIGHT in wall coordinates; repeat for several windows")
         ->required();
     app.add_option("--mode", arguments->modeWord, "split mode: the number of sub-windows")
-        ->type_name("N")
+        ->type_name("1|4|9|16|N")
         ->capture_default_str()
         ->required(modeRequired);
     app.add_option("--osd", arguments->osdIds,
@@ -125,7 +125,7 @@ void SetUpWindowMove(CLI::App& app, ConsoleCommand& command)
 
 void SetUpWindowRaise(CLI::App& app, ConsoleCommand& command)
 {
-    const auto idWord = AddWord(app, "ID", "window id");
+    const auto idWord = AddWord(app, "WINDOW", "window id");
     app.callback([&command, idWord] {
         const uint32_t id = Unsigned(*idWord, "the window id");
         RequestOption(command, KEST_CMD_TVWALL_DECODE_OPTION, TVWALL_DECODE_TOP_CANVAS, RaiseRecord(id));
@@ -136,7 +136,7 @@ void SetUpWindowRaise(CLI::App& app, ConsoleCommand& command)
 
 void SetUpWindowDelete(CLI::App& app, ConsoleCommand& command)
 {
-    const auto idWords = AddWords(app, "ID", "window ids");
+    const auto idWords = AddWords(app, "WINDOW", "window ids");
     app.callback([&command, idWords] {
         std::vector<uint32_t> ids;
         for (const std::string& id : *idWords) {

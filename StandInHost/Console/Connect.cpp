@@ -8,6 +8,7 @@
 #include "Host/HostEvents.h"
 #include "Host/IoThread.h"
 #include "Mutex.h"
+#include "Tools/Common/SocketFaults.h"
 
 namespace standin_host {
 
@@ -94,7 +95,7 @@ std::shared_ptr<Connection> Connect(IoThread& thread, HostEvents& events, const 
             if (!*result) {
                 return std::make_shared<Connection>(std::move(attempt->socket), std::move(settings));
             }
-            reason = result->message();
+            reason = tools::SocketFault(*result);
             break;
         }
         events.Wait(deadline);

@@ -1,6 +1,5 @@
 #include "Console/HistoryFile.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <numeric>
@@ -9,6 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "Base/UserFolders.h"
+
 namespace standin_host {
 
 namespace {
@@ -16,22 +17,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr mode_t kOwnerOnly = 0600;
-constexpr mode_t kOwnerFolder = 0700;
-
-std::string Variable(const char* name)
-{
-    const char* value = std::getenv(name);
-    return value == nullptr ? "" : value;
-}
-
-// Creates the missing folders, for the owner only.
-void MakeFolders(const fs::path& folder)
-{
-    if (folder.has_relative_path() && ::access(folder.c_str(), F_OK) != 0) {
-        MakeFolders(folder.parent_path());
-        (void)::mkdir(folder.c_str(), kOwnerFolder);
-    }
-}
 
 // One write, so that lines of different shells do not mix.
 bool Write(const std::string& path, int flags, const std::string& text)
@@ -50,12 +35,8 @@ bool Write(const std::string& path, int flags, const std::string& text)
 
 HistoryFile::HistoryFile()
 {
-    std::string state = Variable("XDG_STATE_HOME");
-    if (!state.starts_with('/')) { // to be ignored, by this variable's standard
-        const std::string home = Variable("HOME");
-        state = home.empty() ? "" : home + "/.local/state";
-    }
-    m_file = state.empty() ? "" : state + "/tvwall/history";
+    const std::string folder = UserFolder("XDG_STATE_HOME", ".local/state");
+    m_file = folder.empty() ? "" : folder + "/history";
 }
 
 std::vector<std::string> HistoryFile::Load() const

@@ -41,7 +41,7 @@ std::shared_ptr<Connection> ConnectOrExit(const SessionGround& ground, const Con
 OpenSession::OpenSession(const SessionGround& ground, const ConsoleCommand& first)
     : m_link(ground.plugin, ground.ioThread, ground.events, ConnectOrExit(ground, first),
              {.nodeID = ground.options.nodeID}),
-      m_session(ground.options, ground.events, m_link, ground.credentials, ground.output)
+      m_session(ground.options, ground.events, m_link, ground.credentials, ground.output, ground.windows)
 {
     m_session.Begin(first);
 }

@@ -6,6 +6,7 @@
 namespace standin_host {
 
 class Plugin;
+class SeenWindows;
 class SourcePasswords;
 
 // What every session of the program needs; all of it outlives them.
@@ -17,6 +18,7 @@ struct SessionGround {
     Credentials& credentials;
     SourcePasswords& sourcePasswords;
     Output& output;
+    SeenWindows* windows = nullptr; // told of each command that was done; null: nobody wants to know
 };
 
 // A session with its connection and processor. A lost one is not repaired: the program opens another.

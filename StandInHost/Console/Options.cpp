@@ -1,17 +1,21 @@
 #include "Console/Options.h"
 
-#include <cmath>
+#include <algorithm>
+#include <charconv>
 #include <map>
 
 #include <CLI/CLI.hpp>
 
 #include "Base/ExitStatus.h"
 #include "Base/GuidText.h"
+#include "Base/UserFolders.h"
 #include "Commands/Records/FailureCodes.h"
 #include "Commands/Records/Payloads.h"
 #include "Commands/TypedCommand.h"
 #include "Host/Plugin.h"
 #include "Tools/Common/Address.h"
+#include "Tools/Common/Nearest.h"
+#include "Tools/Common/TerminalText.h"
 
 namespace standin_host {
 
@@ -28,13 +32,25 @@ constexpr char kExamples[] = R"(Examples:
   tvwall-host --decoder 192.0.2.7:9000 --user admin wall apply wall.json
   tvwall-host --decoder 192.0.2.7:9000 --user admin --json script evening.txt
   tvwall-host --decoder 192.0.2.7:9000 --user admin raw 0x50002 --option 0x60007 --payload record.bin
+  tvwall-host --decoder [2001:db8::7]:9000 --user admin --password-file secret profile add entrance
+  tvwall-host --profile entrance shell
+
+Order of settings:
+  An option counts before the environment, and the environment before the profile. In the shell, connect PROFILE
+  takes what that profile says first.
 
 Environment:
+  TVWALL_DECODER          the decoder's address, without --decoder
+  TVWALL_USER             the account, without --user
+  TVWALL_PROFILE          the profile, without --profile
   TVWALL_PASSWORD         the account's password, without --password-file; where both are missing, a prompt asks
   TVWALL_SOURCE_PASSWORD  password of video sources, without --source-password-file; a wall file may hold others
+  XDG_CONFIG_HOME         folder for the profiles, instead of ~/.config
   XDG_STATE_HOME          folder for what the shell remembers, instead of ~/.local/state
 
 Files:
+  ~/.config/tvwall/profiles.json
+      the profiles, which nobody but their owner may be able to write
   ~/.local/state/tvwall/history
       lines of the shell, readable by their owner only
   ~/.editrc
@@ -45,27 +61,34 @@ Failure codes:
 
 // Option texts that need more than CLI11's own conversion.
 struct RawOptions {
-    std::string decoder;
+    std::string profile;
     std::string nodeId = "{00000201-0000-4000-8000-000000000001}";
-    double answerTimeout = 35.0;
+    std::string answerTimeout = "35";
     std::string logLevel = "abnormal";
-    std::string deviceCodes;
     bool noLogin = false;
     bool stopOnFailure = false;
 };
 
-void AddOptions(CLI::App& app, Options& options, RawOptions& raw)
+void AddSettings(CLI::App& app, Profile& given, std::string& profile)
 {
-    app.add_option("--plugin", options.pluginFile,
+    app.add_option("--profile", profile, "take what the other options leave open from this profile")
+        ->type_name("PROFILE");
+    app.add_option("--plugin", given.plugin,
                    "the plug-in library (default: the one that was built or installed with this program)")
         ->type_name("FILE");
-    app.add_option("--decoder", raw.decoder, "the decoder's address")->type_name("HOST:PORT");
-    app.add_option("--user", options.user, "account on the decoder")->type_name("NAME");
-    app.add_option("--password-file", options.passwordFile, "file whose first line is the password")
+    app.add_option("--decoder", given.decoder, "the decoder's address; one of IPv6 in brackets")
+        ->type_name("HOST:PORT");
+    app.add_option("--user", given.user, "account on the decoder")->type_name("NAME");
+    app.add_option("--password-file", given.passwordFile,
+                   "file whose first line is the password; - is standard input")
         ->type_name("FILE");
-    app.add_option("--device-codes", raw.deviceCodes,
+    app.add_option("--device-codes", given.deviceCodes,
                    "file with the maker's words for the decoder's error codes, in lines NUMBER WORDS")
         ->type_name("FILE");
+}
+
+void AddOptions(CLI::App& app, Options& options, RawOptions& raw)
+{
     app.add_flag("--json", options.json, "one JSON object a line for each answer and notification");
     app.add_flag("-q,--quiet", options.quiet, "print failures only");
     app.add_flag("--dry-run", options.dryRun,
@@ -74,7 +97,6 @@ void AddOptions(CLI::App& app, Options& options, RawOptions& raw)
     app.add_flag("--trace", options.trace, "print every frame of the link to standard error");
     app.add_option("--answer-timeout", raw.answerTimeout, "seconds to wait for an answer")
         ->type_name("S")
-        ->check(CLI::Range(0.001, 86400.0, "0.001 to 86400"))
         ->capture_default_str();
     app.add_flag("--buffered-receive", options.bufferedReceive,
                  "let the plug-in keep incomplete frames itself");
@@ -82,27 +104,25 @@ void AddOptions(CLI::App& app, Options& options, RawOptions& raw)
     app.add_option("--node-id", raw.nodeId, "identifier of the decoder's node")
         ->type_name("GUID")
         ->capture_default_str();
-    app.add_option("--log-level", raw.logLevel, "off, error, abnormal, normal or debug")
-        ->type_name("LEVEL")
+    app.add_option("--log-level", raw.logLevel, "what is logged, and all before it in this list")
+        ->type_name("off|error|abnormal|normal|debug")
         ->capture_default_str();
     app.add_option("--log-file", options.logFile, "write the log there instead of to standard error")
         ->type_name("FILE");
 }
 
-void InterpretDecoder(const std::string& decoder, Options& options)
+// What the options leave open is taken from the environment, and what that leaves open from the profile.
+void Settle(const std::string& profileOption, Options& options)
 {
-    if (decoder.empty() && options.dryRun) {
-        return;
+    const Profile environment{EnvironmentText("TVWALL_DECODER"), EnvironmentText("TVWALL_USER"), "", "", ""};
+    const char* from = options.given.decoder.empty() ? "TVWALL_DECODER" : "--decoder";
+    options.given = Over(options.given, environment);
+    if (const std::string& decoder = options.given.decoder;
+        !decoder.empty() && !tools::ParseAddress(decoder, 1)) {
+        throw UsageError(std::string(from) + ' ' + tools::AddressRemedy(decoder, 1));
     }
-    if (decoder.empty()) {
-        throw UsageError("--decoder HOST:PORT is required");
-    }
-    const auto address = tools::ParseAddress(decoder, 1);
-    if (!address) {
-        throw UsageError("--decoder takes HOST:PORT with a port from 1 to 65535, not '" + decoder + "'");
-    }
-    options.host = address->host;
-    options.port = std::to_string(address->port);
+    const std::string profile = profileOption.empty() ? EnvironmentText("TVWALL_PROFILE") : profileOption;
+    options.settings = profile.empty() ? options.given : Over(options.given, ProfileFile().Find(profile));
 }
 
 LogLevel ReadLogLevel(const std::string& name)
@@ -114,47 +134,67 @@ LogLevel ReadLogLevel(const std::string& name)
                                                          {"debug", LogLevel::Debug}};
     const auto it = kLevels.find(name);
     if (it == kLevels.end()) {
-        throw UsageError("--log-level takes off, error, abnormal, normal or debug, not '" + name + "'");
+        throw UsageError("--log-level takes off, error, abnormal, normal or debug, not '" +
+                         tools::OneLine(name) + "'" +
+                         tools::DidYouMean(name, {"off", "error", "abnormal", "normal", "debug"}));
     }
     return it->second;
 }
 
-void CheckUser(const Options& options)
+std::chrono::milliseconds ReadSeconds(const std::string& text)
 {
-    const bool needed = options.login || options.command.kind == ConsoleCommand::Kind::Login;
-    if (options.user.empty() && needed && !options.dryRun) {
-        throw UsageError("--user NAME is required to log in");
+    double seconds = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, seconds);
+    if (error != std::errc() || stop != end || !(seconds >= 0.001 && seconds <= 86400.0)) {
+        throw UsageError("--answer-timeout takes a number of seconds from 0.001 to 86400, not '" +
+                         tools::OneLine(text) + "'");
     }
-    if (options.user.size() > kMaxCredential) {
-        throw UsageError("the user name is longer than 63 bytes");
-    }
+    return std::chrono::milliseconds(static_cast<long>(seconds * 1000.0));
 }
 
 void Interpret(const RawOptions& raw, Options& options)
 {
+    using Kind = ConsoleCommand::Kind;
     options.login = !raw.noLogin;
     options.command.stopOnFailure |= raw.stopOnFailure;
-    if (options.dryRun && options.command.kind == ConsoleCommand::Kind::Shell) {
+    const bool connects = options.command.kind != Kind::Profile;
+    if (options.dryRun && (!connects || options.command.kind == Kind::Shell)) {
         throw UsageError("--dry-run is for scripts and single commands");
     }
-    InterpretDecoder(raw.decoder, options);
-    CheckUser(options);
+    if (connects || options.command.profileSettings) {
+        Settle(raw.profile, options);
+    }
+    if (connects) {
+        UseSettings(options.settings, options);
+    }
+    const bool readsInput = options.command.kind == Kind::Shell || options.command.scriptFile == "-";
+    if (readsInput && options.settings.passwordFile == "-") {
+        throw UsageError("standard input holds either the password or the commands; name a password file");
+    }
     const auto nodeID = ParseGuid(raw.nodeId);
     if (!nodeID) {
-        throw UsageError("--node-id takes a GUID, not '" + raw.nodeId + "'");
+        throw UsageError("--node-id takes a GUID, not '" + tools::OneLine(raw.nodeId) + "'");
     }
     options.nodeID = *nodeID;
     options.logLevel = ReadLogLevel(raw.logLevel);
-    if (!raw.deviceCodes.empty()) {
-        options.deviceCodes = DeviceCodes(raw.deviceCodes);
+    options.answerTimeout = ReadSeconds(raw.answerTimeout);
+}
+
+// "help window" asks for what "window --help" does.
+std::vector<std::string> WithHelpLast(const CLI::App& app, std::vector<std::string> words)
+{
+    auto word = words.begin();
+    while (word != words.end() && word->starts_with('-')) {
+        const CLI::Option* option = app.get_option_no_throw(*word);
+        const bool value = option != nullptr && option->get_items_expected_max() > 0;
+        word += value && word + 1 != words.end() ? 2 : 1;
     }
-    if (std::isnan(raw.answerTimeout)) {
-        throw UsageError("--answer-timeout takes a number of seconds");
+    if (word != words.end() && *word == "help") {
+        words.erase(word);
+        words.emplace_back("--help");
     }
-    options.answerTimeout = std::chrono::milliseconds(static_cast<long>(raw.answerTimeout * 1000.0));
-    if (options.pluginFile.empty()) {
-        options.pluginFile = DefaultPluginFile();
-    }
+    return words;
 }
 
 // The library's own goes one level deep, but a group's commands have options too.
@@ -173,6 +213,29 @@ std::string HelpOfAll(const CLI::App& app, const std::string& before)
 
 } // namespace
 
+void UseSettings(const Profile& settings, Options& options)
+{
+    if (settings.decoder.empty() && !options.dryRun) {
+        throw UsageError("no decoder: give --decoder HOST:PORT, set TVWALL_DECODER or name a profile");
+    }
+    const bool needed = options.login || options.command.kind == ConsoleCommand::Kind::Login;
+    if (settings.user.empty() && needed && !options.dryRun) {
+        throw UsageError("no user to log in: give --user NAME, set TVWALL_USER or name a profile");
+    }
+    if (settings.user.size() > kMaxCredential) {
+        throw UsageError("the user name is longer than 63 bytes");
+    }
+    options.settings = settings;
+    if (const auto address = tools::ParseAddress(settings.decoder, 1)) { // checked where it came from
+        options.host = address->host;
+        options.port = std::to_string(address->port);
+    }
+    options.user = settings.user;
+    options.passwordFile = settings.passwordFile;
+    options.pluginFile = settings.plugin.empty() ? DefaultPluginFile() : settings.plugin;
+    options.deviceCodes = settings.deviceCodes.empty() ? DeviceCodes() : DeviceCodes(settings.deviceCodes);
+}
+
 Options ParseOptions(int argc, const char* const* argv)
 {
     Options options;
@@ -180,20 +243,22 @@ Options ParseOptions(int argc, const char* const* argv)
     CLI::App app(kDescription, "tvwall-host");
     app.set_version_flag("--version", "tvwall-host " TVWALL_VERSION);
     app.set_help_all_flag("--help-all", "print this help and that of every command below");
+    AddSettings(app, options.given, raw.profile);
     AddOptions(app, options, raw);
     AddConsoleCommands(app, options.command, kPlaceCommandLine);
     // After the commands, which would inherit it.
     app.footer(kExamples + FailureTable() + "\nExit status:\n" + ExitStatusTable());
     try {
-        app.parse(argc, argv);
+        const auto words = WithHelpLast(app, {argv + 1, argv + std::max(argc, 1)});
+        app.parse(std::vector<std::string>(words.rbegin(), words.rend())); // the parser takes them in reverse
     } catch (const CLI::CallForVersion& version) {
         throw ExitError(kExitAllAnswered, version.what());
     } catch (const CLI::CallForAllHelp&) {
         throw ExitError(kExitAllAnswered, HelpOfAll(app, ""));
     } catch (const CLI::CallForHelp&) {
-        throw ExitError(kExitAllAnswered, app.help());
+        throw ExitError(kExitAllAnswered, HelpOf(app));
     } catch (const CLI::Error& error) {
-        throw UsageError(error.what());
+        RefuseLine(app, error);
     }
     CheckParsedCommand(app);
     options.command.typed = TypedCommand(app);

@@ -8,6 +8,7 @@
 #include "Base/ExitStatus.h"
 #include "Commands/Records/Credentials.h"
 #include "Commands/Script.h"
+#include "Commands/SeenWindows.h"
 #include "Console/AnswerText.h"
 #include "Console/Options.h"
 #include "Console/Output.h"
@@ -36,8 +37,13 @@ bool IsMissingReply(const HostAnswer& answer)
 } // namespace
 
 Session::Session(const Options& options, HostEvents& events, DecoderLink& link, Credentials& credentials,
-                 Output& output)
-    : m_options(options), m_events(events), m_link(link), m_credentials(credentials), m_output(output)
+                 Output& output, SeenWindows* windows)
+    : m_options(options),
+      m_events(events),
+      m_link(link),
+      m_credentials(credentials),
+      m_output(output),
+      m_windows(windows)
 {
 }
 
@@ -155,6 +161,9 @@ void Session::Judge(const ConsoleCommand& command, const HostCommand& host, bool
     const ReadableAnswer read = ReadEnding(command, ending, m_options.deviceCodes);
     if (ending.answer) {
         NoteLogin(command, read.Good());
+        if (m_windows != nullptr && read.Good()) {
+            m_windows->Note(command);
+        }
     }
     m_progress.Clear();
     if (read.Good() ? !m_options.quiet : m_options.json) {

@@ -14,6 +14,7 @@ class Credentials;
 class DecoderLink;
 class Output;
 class Script;
+class SeenWindows;
 struct Options;
 
 // The console's session with one decoder: queues commands one at a time, waits for each answer and prints it.
@@ -21,7 +22,7 @@ struct Options;
 class Session {
 public:
     Session(const Options& options, HostEvents& events, DecoderLink& link, Credentials& credentials,
-            Output& output);
+            Output& output, SeenWindows* windows);
 
     // Logs in, unless told otherwise or the first command does. Throws ExitError when that fails.
     void Begin(const ConsoleCommand& first);
@@ -58,6 +59,7 @@ private:
     DecoderLink& m_link;
     Credentials& m_credentials;
     Output& m_output;
+    SeenWindows* const m_windows; // null: nobody wants to know
     Progress m_progress;
     bool m_loggedIn = false;
     std::size_t m_failures = 0;       // of commands

@@ -10,8 +10,8 @@
 #include "Commands/Records/Credentials.h"
 #include "Commands/Records/FailureCodes.h"
 #include "Commands/Script.h"
-#include "Console/Options.h"
 #include "Console/Output.h"
+#include "Tools/Common/Address.h"
 #include "Tools/Common/TerminalText.h"
 
 namespace standin_host {
@@ -31,13 +31,19 @@ bool MayHoldSecret(const std::string& line) { return line.find("--hex") != std::
 
 } // namespace
 
-Shell::Shell(const SessionGround& ground) : m_ground(ground), m_piped(STDIN_FILENO)
+Shell::Shell(const SessionGround& ground)
+    : m_options(ground.options),
+      m_ground{m_options,          ground.plugin,          ground.ioThread, ground.events,
+               ground.credentials, ground.sourcePasswords, ground.output,   &m_windows},
+      m_piped(STDIN_FILENO)
 {
     if (!LineEditor::HasTerminal()) {
         return;
     }
     m_editor = std::make_unique<LineEditor>(
-        ground.events, EditorHooks{[this] { return Prompt(); }, CompleteLine, [this] { Meanwhile(); }});
+        ground.events, EditorHooks{[this] { return Prompt(); },
+                                   [this](std::string_view line) { return CompleteLine(line, m_windows); },
+                                   [this] { Meanwhile(); }});
     for (const std::string& line : m_history.Load()) {
         m_editor->Remember(line);
     }
@@ -118,9 +124,6 @@ void Shell::RunCommand(const ConsoleCommand& command)
     case Kind::Exit:
         m_exit = true;
         break;
-    case Kind::Connect:
-        m_session.reset();
-        [[fallthrough]];
     default:
         RunInSession(command);
     }
@@ -129,6 +132,13 @@ void Shell::RunCommand(const ConsoleCommand& command)
 void Shell::RunInSession(ConsoleCommand command)
 {
     try {
+        if (command.kind == Kind::Profile) {
+            Print(command.profileWork(m_options.settings));
+            return;
+        }
+        if (command.kind == Kind::Connect) {
+            Connect(command.profile);
+        }
         std::unique_ptr<Script> script;
         if (command.kind == Kind::Script) {
             if (command.scriptFile == "-") {
@@ -156,6 +166,26 @@ void Shell::RunInSession(ConsoleCommand command)
         }
         Complain(error.Status(), error.what());
     }
+}
+
+// With a profile, its word counts before that of the options.
+void Shell::Connect(const std::string& profile)
+{
+    if (!profile.empty()) {
+        Options next = m_options;
+        UseSettings(Over(ProfileFile().Find(profile), m_options.given), next);
+        if (next.pluginFile != m_options.pluginFile) {
+            throw UsageError(
+                "profile " + profile +
+                " names another plug-in, and this shell has loaded one; start tvwall-host with --profile " +
+                profile);
+        }
+        m_session.reset();
+        m_options = std::move(next);
+        m_ground.credentials.Change(m_options.user, m_options.passwordFile);
+        m_windows.Forget();
+    }
+    m_session.reset();
 }
 
 void Shell::Open(const ConsoleCommand& first)
@@ -200,9 +230,7 @@ void Shell::Complain(int status, const std::string& text)
 std::string Shell::Prompt() const
 {
     const Options& options = m_ground.options;
-    const bool brackets = options.host.find(':') != std::string::npos;
-    const std::string host = brackets ? '[' + options.host + ']' : options.host;
-    const std::string decoder = tools::OneLine(host + ':' + options.port);
+    const std::string decoder = tools::OneLine(tools::AddressText(options.host, options.port));
     if (!m_session) {
         return decoder + " (offline)> ";
     }

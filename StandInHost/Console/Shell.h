@@ -5,9 +5,11 @@
 #include <string>
 
 #include "Base/LineInput.h"
+#include "Commands/SeenWindows.h"
 #include "Console/HistoryFile.h"
 #include "Console/LineEditor.h"
 #include "Console/OpenSession.h"
+#include "Console/Options.h"
 
 namespace standin_host {
 
@@ -33,7 +35,11 @@ private:
     void Complain(int status, const std::string& text);
     std::string Prompt() const;
 
+    void Connect(const std::string& profile);
+
+    Options m_options; // change with the profile
     const SessionGround m_ground;
+    SeenWindows m_windows;
     std::optional<OpenSession> m_session;
     HistoryFile m_history;
     LineInput m_piped;

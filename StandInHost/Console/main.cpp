@@ -2,6 +2,7 @@
 #include <csignal>
 #include <iostream>
 #include <memory>
+#include <new>
 #include <string>
 
 #include <poll.h>
@@ -28,6 +29,10 @@ using namespace standin_host;
 
 int Run(const Options& options)
 {
+    if (options.command.kind == ConsoleCommand::Kind::Profile) {
+        std::cout << options.command.profileWork(options.settings) << std::flush;
+        return kExitAllAnswered;
+    }
     OpenLog(options.logLevel, options.logFile);
     HostEvents events;
     const ErrorLinesWriter writer(
@@ -104,6 +109,9 @@ int RunToStatus(int argc, const char* const* argv)
             std::cerr << "tvwall-host: " << error.what() << '\n';
         }
         return error.Status();
+    } catch (const std::bad_alloc&) {
+        std::cerr << "tvwall-host: out of memory\n";
+        return kExitUsage;
     } catch (const std::exception& error) {
         std::cerr << "tvwall-host: " << error.what() << '\n';
         return kExitUsage;

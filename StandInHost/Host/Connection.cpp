@@ -11,6 +11,7 @@
 #include "Host/HostLog.h"
 #include "HostFunctions.h"
 #include "SocketDataObserver.h"
+#include "Tools/Common/SocketFaults.h"
 
 namespace standin_host {
 
@@ -136,7 +137,7 @@ void Connection::OnReadable(asio::error_code error)
     if (error == asio::error::would_block) {
         Read();
     } else if (error) {
-        Fail(error == asio::error::eof ? "the decoder closed the connection" : error.message());
+        Fail(error == asio::error::eof ? "the decoder closed the connection" : tools::SocketFault(error));
     } else {
         OnRead({chunk.data(), len});
     }
@@ -215,7 +216,7 @@ void Connection::Write()
     asio::async_write(m_socket, buffer,
                       [self = shared_from_this()](const asio::error_code& error, std::size_t) {
                           if (error) {
-                              self->Fail("sending failed: " + error.message());
+                              self->Fail("sending failed: " + tools::SocketFault(error));
                               return;
                           }
                           {

@@ -4,9 +4,11 @@
 #include <new>
 
 #include <dlfcn.h>
+#include <unistd.h>
 
 #include "Base/ExitStatus.h"
 #include "Host/HostExport.h"
+#include "Host/HostLog.h"
 #include "HostFunctions.h"
 
 namespace standin_host {
@@ -25,7 +27,11 @@ Plugin::Plugin(const std::string& file)
     const std::string path = std::filesystem::absolute(file);
     m_library.reset(::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
     if (m_library == nullptr) {
-        throw UsageError(std::string("cannot load the plug-in: ") + ::dlerror());
+        Log(LogLevel::Normal, ::dlerror());
+        throw UsageError("cannot load the plug-in " + path +
+                         (::access(path.c_str(), R_OK) != 0
+                              ? ": it is not there, or cannot be read"
+                              : ": it is no library for this program; --log-level normal says more"));
     }
     const auto initial = reinterpret_cast<EntryInitial>(Entry(path, "NET_DEV_DECODERDEVSDK_Initial"));
     m_quit = reinterpret_cast<EntryQuit>(Entry(path, "NET_DEV_DECODERDEVSDK_Quit"));

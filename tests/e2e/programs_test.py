@@ -72,7 +72,7 @@ class Programs(unittest.TestCase):
                 file.write(content if isinstance(content, str) else json.dumps(content))
 
     def start(self, *command, password="secret", output=None):
-        passwords = {"TVWALL_DECODER_PASSWORD": password, "TVWALL_PASSWORD": password}
+        passwords = {"TVWALL_DECODER_PASSWORD": password, "TVWALL_PASSWORD": password, "XDG_CONFIG_HOME": self.folder}
         with open(self.folder + "/errors-" + os.path.basename(command[0]), "w") as errors:
             program = subprocess.Popen(command, env={**os.environ, **passwords}, text=True, stdin=subprocess.PIPE, start_new_session=True,
                                        stdout=output or subprocess.PIPE, stderr=output or errors)
@@ -297,7 +297,7 @@ class Programs(unittest.TestCase):
         self.assertEqual(sum(self.requests("credentials")), 2)
 
     def test_help_shows_the_options_of_commands_in_groups(self):
-        for words, wanted in (("window --help", "admin window raise 1"), ("--help-all", "\n  --osd ID,"),
+        for words, wanted in (("help window", "admin window raise 1"), ("--help-all", "\n  --osd ID,"),
                               ("media --help-all", "Usage: tvwall-host media play [OPTIONS] WINDOW")):
             shown = subprocess.check_output([HOST, *words.split()], text=True)
             self.assertIn(wanted, shown)

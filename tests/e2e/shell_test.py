@@ -14,7 +14,7 @@ class Shell:
         self.raw, self.text, self.at = b"", "", 0
         self.pid, self.terminal = pty.fork()
         if self.pid == 0:
-            os.environ.update(HOME=home, XDG_STATE_HOME=home, TERM="xterm", TVWALL_PASSWORD="secret")
+            os.environ.update(HOME=home, XDG_STATE_HOME=home, XDG_CONFIG_HOME=home, TERM="xterm", TVWALL_PASSWORD="secret")
             os.execv(HOST, [HOST, "--plugin", PLUGIN, "--user", "admin", *arguments])
 
     def expect(self, wanted):
@@ -55,6 +55,14 @@ with tempfile.TemporaryDirectory() as home:
     shell.type(f"wall app\t{home}/one\t\n", "one\\ wall.json", "one wall.json: windows must be a list", ready)
     shell.type("wa\t\t", "wall  watch", ready + "wa")
     shell.type("\x03", "^C", ready)  # gives the line up and not the shell
+    # Values: windows that are there, switches and modes in their places, profiles.
+    shell.type("window create 23 0 0 96 54 --mode 1\t6\n", "window create 23 0 0 96 54 mode 16: done", ready)
+    shell.type("window move 23 -10 0 96 54 2\t", "96 54 23 ")
+    shell.type("\x03", "^C", ready)
+    shell.type("border 2\t0 o\tn 2\t1 of\t\n", "border 23 0 on 23 1 off: done", ready)
+    shell.type("window delete 2\t\n", "window delete 23: done", ready)
+    shell.type("zoom \t", "zoom 1 ")
+    shell.type("\x03", "^C", ready)
 
     # What was mistyped comes back to be mended; the file keeps neither it nor payloads.
     shell.type("window rise 1\n", "unknown command 'window rise'; did you mean 'window raise'?", ready)
@@ -90,4 +98,17 @@ with tempfile.TemporaryDirectory() as home:
     shell.type("wall clear\n", "dowallclear")
     shell.type("\x03", "interrupted", offline)
     shell.type(3 * "\x1b[A" + "\n", "logged in", "window raise 1: device error", ready)
-    shell.end("\x04", 0)
+
+    # Profiles: the one in use is kept under a name, and another one connects elsewhere.
+    _, elsewhere = start_decoder(0)
+    there = f"admin@127.0.0.1:{elsewhere}> "
+    subprocess.run([HOST, "--decoder", f"127.0.0.1:{elsewhere}", "profile", "add", "exit"], check=True,
+                   env={**os.environ, "XDG_CONFIG_HOME": home})
+    shell.type("profile add entrance\n", "profile entrance: kept", ready)
+    shell.type("connect entrence\n", "did you mean 'entrance'?", ready)
+    shell.type("connect ex\t\n", "logged in", there)
+    shell.type("window create 1 0 0 9 9\n", "done", there)
+    shell.type("connect entrance\n", "logged in", ready)
+    shell.type("help window\n", "Usage: window [OPTIONS] [SUBCOMMAND]", ready)
+    shell.type("qiut\n", "unknown command 'qiut'; did you mean 'quit'?", ready)
+    shell.end("quit\n", 0)

@@ -56,11 +56,10 @@ private:
     termios m_before{};
 };
 
-std::string Prompt(HostEvents& events, const std::string& whose, const std::string& missing)
+// The rest of what is read with the line is dropped.
+std::string ReadLine(HostEvents& events, int descriptor)
 {
-    const SilentTerminal terminal(missing);
-    terminal.Print("Password for " + tools::OneLine(whose) + ": ");
-    LineInput input(terminal.Descriptor());
+    LineInput input(descriptor);
     std::string line;
     while (!input.Take(line)) {
         if (input.AtEnd()) {
@@ -70,6 +69,13 @@ std::string Prompt(HostEvents& events, const std::string& whose, const std::stri
         input.Fill();
     }
     return line;
+}
+
+std::string Prompt(HostEvents& events, const std::string& whose, const std::string& missing)
+{
+    const SilentTerminal terminal(missing);
+    terminal.Print("Password for " + tools::OneLine(whose) + ": ");
+    return ReadLine(events, terminal.Descriptor());
 }
 
 std::string FromFile(const std::string& path)
@@ -95,7 +101,7 @@ void CheckPassword(const std::string& password, std::size_t highest, const char*
 const std::string& Credentials::User() const
 {
     if (m_user.empty()) {
-        throw UsageError("--user NAME is required to log in");
+        throw UsageError("no user to log in: give --user NAME, set TVWALL_USER or name a profile");
     }
     return m_user;
 }
@@ -112,6 +118,9 @@ const std::string& Credentials::Password()
 
 std::string Credentials::Find() const
 {
+    if (m_passwordFile == "-") {
+        return ReadLine(m_events, STDIN_FILENO);
+    }
     if (!m_passwordFile.empty()) {
         return FromFile(m_passwordFile);
     }
@@ -131,6 +140,13 @@ const std::string& SourcePasswords::Of(const std::string& user)
         CheckPassword(found->second, kMaxSourceCredential, "source's ");
     }
     return found->second;
+}
+
+void Credentials::Change(std::string user, std::string passwordFile)
+{
+    m_user = std::move(user);
+    m_passwordFile = std::move(passwordFile);
+    m_password.reset();
 }
 
 std::optional<std::string> SourcePassword(const std::string& path)

@@ -13,7 +13,7 @@ class HostEvents;
 // environment, or a prompt without echo on the terminal. It is never printed.
 class Credentials {
 public:
-    // Without a password file its path is empty.
+    // Without a password file its path is empty; "-" is standard input.
     Credentials(std::string user, std::string passwordFile, HostEvents& events)
         : m_user(std::move(user)), m_passwordFile(std::move(passwordFile)), m_events(events)
     {
@@ -24,12 +24,14 @@ public:
     const std::string& Password();
     // The decoder has refused the password: looks for it again when it is next needed.
     void Forget() { m_password.reset(); }
+    // From now on another account, with a password of its own.
+    void Change(std::string user, std::string passwordFile);
 
 private:
     std::string Find() const;
 
-    const std::string m_user;
-    const std::string m_passwordFile;
+    std::string m_user;
+    std::string m_passwordFile;
     HostEvents& m_events;
     std::optional<std::string> m_password;
 };

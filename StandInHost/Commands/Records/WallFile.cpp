@@ -2,8 +2,8 @@
 
 #include <limits>
 
+#include "Base/CheckedJson.h"
 #include "Base/Files.h"
-#include "Commands/Records/CheckedJson.h"
 
 namespace standin_host {
 

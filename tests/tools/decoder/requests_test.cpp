@@ -17,12 +17,12 @@
 
 #include "Link/Message.h"
 #include "LogFormatter.h"
-#include "Picture/AtomicFile.h"
 #include "Picture/WallPictures.h"
 #include "Picture/WallView.h"
 #include "Server/Device.h"
 #include "Server/PcapFile.h"
 #include "Server/Server.h"
+#include "Tools/Common/AtomicFile.h"
 
 // As the decoder opens files.
 static std::string openedPath;
@@ -290,18 +290,18 @@ TEST_F(DecoderRequests, AFileIsNotWrittenThroughALinkThatSomebodyPutBesideIt)
 {
     WriteFile("victim", "mine");
     std::filesystem::create_symlink("victim", folder + "wall.new");
-    ASSERT_EQ(WriteFileAtomically(folder + "wall", "new"), "");
+    ASSERT_EQ(tools::WriteFileAtomically(folder + "wall", "new"), "");
     EXPECT_EQ(openedWith & (O_EXCL | O_NOFOLLOW), O_EXCL | O_NOFOLLOW);
     const std::string before = openedPath;
-    ASSERT_EQ(WriteFileAtomically(folder + "wall", "new"), "");
+    ASSERT_EQ(tools::WriteFileAtomically(folder + "wall", "new"), "");
     EXPECT_NE(openedPath, before); // it cannot be guessed
     EXPECT_EQ(ReadFile("victim") + ReadFile("wall"), "minenew");
     std::filesystem::create_symlink("victim", folder + "link"); // but through one that stands in its place
-    ASSERT_EQ(WriteFileAtomically(folder + "link", "by order"), "");
+    ASSERT_EQ(tools::WriteFileAtomically(folder + "link", "by order"), "");
     EXPECT_EQ(ReadFile("victim"), "by order");
 
     diskIsFull = true;
-    EXPECT_NE(WriteFileAtomically(folder + "wall", "lost").find("No space left"), std::string::npos);
+    EXPECT_NE(tools::WriteFileAtomically(folder + "wall", "lost").find("No space left"), std::string::npos);
     diskIsFull = false;
     EXPECT_EQ(ReadFile("wall"), "new");
     const std::filesystem::directory_iterator left(folder);

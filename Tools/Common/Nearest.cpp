@@ -1,9 +1,9 @@
-#include "Base/Nearest.h"
+#include "Tools/Common/Nearest.h"
 
 #include <algorithm>
 #include <cstddef>
 
-namespace standin_host {
+namespace tools {
 
 namespace {
 
@@ -50,4 +50,10 @@ std::string Nearest(std::string_view word, const std::vector<std::string>& candi
     return nearest;
 }
 
-} // namespace standin_host
+std::string DidYouMean(std::string_view word, const std::vector<std::string>& candidates)
+{
+    const std::string nearest = Nearest(word, candidates);
+    return nearest.empty() ? "" : "; did you mean '" + nearest + "'?";
+}
+
+} // namespace tools

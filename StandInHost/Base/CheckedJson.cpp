@@ -1,4 +1,4 @@
-#include "Commands/Records/CheckedJson.h"
+#include "Base/CheckedJson.h"
 
 #include <algorithm>
 #include <limits>
