@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -48,11 +49,13 @@ struct ConsoleCommand {
     // Puts passwords that are still missing into the payload; null: it is complete.
     std::function<void(ConsoleCommand& command, SourcePasswords& passwords)> complete;
 
-    std::optional<std::size_t> notifications; // Watch: ends after that many
-    std::string scriptFile;                   // Script: "-" is standard input
-    bool stream = false;                      // Script: runs each line as it comes
-    bool stopOnFailure = false;               // Script: ends at the first failure
-    std::string help;                         // Help: the text
+    std::optional<std::size_t> notifications;          // Watch: ends after that many
+    std::optional<std::chrono::milliseconds> watchFor; // Watch: ends after that time
+    bool reconnect = false;                            // Watch: a lost link does not end it
+    std::string scriptFile;                            // Script: "-" is standard input
+    bool stream = false;                               // Script: runs each line as it comes
+    bool stopOnFailure = false;                        // Script: ends at the first failure
+    std::string help;                                  // Help: the text
 
     // Whether the command is one of those that carry an option.
     bool CarriesOption() const

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Base/ExitStatus.h"
+#include "Base/TimeText.h"
 #include "Commands/Records/DeviceCodes.h"
 #include "Commands/Records/FailureCodes.h"
 #include "Tools/Common/Hex.h"
@@ -41,14 +42,6 @@ Outcome OutcomeOf(const ConsoleCommand& command, const Ending& ending)
         return Outcome::Queued;
     }
     return ending.exchange.sent && !ending.exchange.deviceCode ? Outcome::Timeout : Outcome::Unanswered;
-}
-
-// "30 s", "0.5 s".
-std::string SecondsText(std::chrono::milliseconds time)
-{
-    const auto tenths = (time.count() + 50) / 100;
-    const std::string seconds = std::to_string(tenths / 10);
-    return seconds + (tenths >= 100 || tenths % 10 == 0 ? "" : '.' + std::to_string(tenths % 10)) + " s";
 }
 
 // What came of the last request on the link; begins with "; ".
