@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+#include <unistd.h>
+
 #include "Mutex.h"
 
 namespace standin_host {
@@ -17,6 +19,7 @@ struct HeldLines {
     std::function<void()> onLine TVWALL_GUARDED_BY(lock); // empty while nobody holds lines back
     std::string lines TVWALL_GUARDED_BY(lock);
     std::size_t dropped TVWALL_GUARDED_BY(lock) = 0;
+    bool progress TVWALL_GUARDED_BY(lock) = false; // is shown
 
     std::string Take() TVWALL_REQUIRES(lock)
     {
@@ -29,6 +32,14 @@ struct HeldLines {
     }
 
     void Write(std::string_view text) TVWALL_REQUIRES(lock)
+    {
+        if (std::exchange(progress, false)) {
+            Put("\r\x1b[K");
+        }
+        Put(text);
+    }
+
+    void Put(std::string_view text) TVWALL_REQUIRES(lock)
     {
         if (writer) {
             writer(text);
@@ -78,6 +89,29 @@ void PrintErrorLines(std::string_view lines)
     }
     held.lines += lines;
     held.onLine();
+}
+
+bool HasProgress()
+{
+    static const bool terminal = ::isatty(STDERR_FILENO) != 0;
+    return terminal;
+}
+
+void ShowProgress(std::string_view text)
+{
+    HeldLines& held = Held();
+    const TMutexGuard guard(held.lock);
+    if (HasProgress() && !held.onLine) {
+        held.Write("\x1b[?7l" + std::string(text) + "\x1b[?7h"); // cut off at the edge instead of wrapped
+        held.progress = true;
+    }
+}
+
+void ClearProgress()
+{
+    HeldLines& held = Held();
+    const TMutexGuard guard(held.lock);
+    held.Write("");
 }
 
 ErrorLinesHold::ErrorLinesHold(std::function<void()> onLine)

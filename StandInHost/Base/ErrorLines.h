@@ -10,6 +10,12 @@ namespace standin_host {
 // typed there, they wait for its editor.
 void PrintErrorLines(std::string_view lines);
 
+// A line on standard error, if that is a terminal, that tells what is going on: it replaces the one before
+// it, and gives way to lines printed here. What is printed elsewhere clears it first. Any thread.
+bool HasProgress(); // whether there is a terminal to show it on
+void ShowProgress(std::string_view text);
+void ClearProgress();
+
 // While it lives, such lines go to this function, under a lock; the function must not write any itself. One
 // object at a time.
 class ErrorLinesWriter {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -51,12 +52,14 @@ struct ConsoleCommand {
     // Puts passwords that are still missing into the payload; null: it is complete.
     std::function<void(ConsoleCommand& command, SourcePasswords& passwords)> complete;
 
-    std::optional<std::size_t> notifications; // Watch: ends after that many
-    std::string scriptFile;                   // Script: "-" is standard input
-    bool stream = false;                      // Script: runs each line as it comes
-    bool stopOnFailure = false;               // Script: ends at the first failure
-    std::string help;                         // Help: the text
-    std::string profile;                      // Connect: where to, as whom; empty: as before
+    std::optional<std::size_t> notifications;          // Watch: ends after that many
+    std::optional<std::chrono::milliseconds> watchFor; // Watch: ends after that time
+    bool reconnect = false;                            // Watch: a lost link does not end it
+    std::string scriptFile;                            // Script: "-" is standard input
+    bool stream = false;                               // Script: runs each line as it comes
+    bool stopOnFailure = false;                        // Script: ends at the first failure
+    std::string help;                                  // Help: the text
+    std::string profile;                               // Connect: where to, as whom; empty: as before
     // Profile: does the work with the settings in use and returns what to print. Throws UsageError.
     std::function<std::string(const Profile& settings)> profileWork;
     bool profileSettings = false;     // Profile: the settings matter

@@ -2,19 +2,41 @@
 
 #include "Base/ExitStatus.h"
 #include "Base/Files.h"
+#include "Base/TimeText.h"
 #include "Commands/CommandFamilies.h"
 #include "Tools/Common/Hex.h"
 
 namespace standin_host {
 
+namespace {
+
+std::chrono::milliseconds Duration(const std::string& text)
+{
+    const auto time = ParseDuration(text);
+    if (!time) {
+        throw UsageError("--for takes a number with ms, s, m, h or d, such as 10s, up to 1000d, not '" +
+                         text + "'");
+    }
+    return *time;
+}
+
+} // namespace
+
 void SetUpWatch(CLI::App& app, ConsoleCommand& command)
 {
     const auto count = std::make_shared<std::string>();
-    app.add_option("--count", *count, "end after so many notifications")->type_name("N");
-    app.callback([&command, count] {
+    auto* const limit = app.add_option("--count", *count, "end after so many notifications")->type_name("N");
+    const auto time = std::make_shared<std::string>();
+    auto* const end =
+        app.add_option("--for", *time, "end after that time, such as 10s, 5m or 1h")->type_name("DURATION");
+    app.add_flag("--reconnect", command.reconnect, "come back by itself when the link is lost");
+    app.callback([&command, count, limit, time, end] {
         command.kind = ConsoleCommand::Kind::Watch;
-        if (!count->empty()) {
+        if (limit->count() != 0) {
             command.notifications = Unsigned(*count, "--count");
+        }
+        if (end->count() != 0) {
+            command.watchFor = Duration(*time);
         }
     });
 }

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Base/ExitStatus.h"
+#include "Base/TimeText.h"
 #include "Commands/Records/DeviceCodes.h"
 #include "Commands/Records/FailureCodes.h"
 #include "Tools/Common/Hex.h"
@@ -43,14 +44,6 @@ Outcome OutcomeOf(const ConsoleCommand& command, const Ending& ending)
     return ending.exchange.sent && !ending.exchange.deviceCode ? Outcome::Timeout : Outcome::Unanswered;
 }
 
-// "30 s", "0.5 s".
-std::string SecondsText(std::chrono::milliseconds time)
-{
-    const auto tenths = (time.count() + 50) / 100;
-    const std::string seconds = std::to_string(tenths / 10);
-    return seconds + (tenths >= 100 || tenths % 10 == 0 ? "" : '.' + std::to_string(tenths % 10)) + " s";
-}
-
 // What came of the last request on the link; begins with "; ".
 std::string ReplyText(const Exchange& exchange, const ReadableAnswer& read)
 {
@@ -69,13 +62,9 @@ std::string HintOf(const Ending& ending, const ReadableAnswer& read)
     if (read.outcome == Outcome::Timeout) {
         return FailureOf(KEST_RESULT_TIMEOUT).hint;
     }
-    if (!ending.exchange.deviceCode) {
-        return "";
-    }
-    return *ending.exchange.deviceCode == 0
+    return ending.exchange.deviceCode == 0
                ? "the decoder did not refuse, but its reply is of no use; --trace shows it"
-           : read.deviceMeaning.empty() ? "--device-codes FILE gives such codes their maker's words"
-                                        : "";
+               : "";
 }
 
 void DescribeFailure(const Ending& ending, ReadableAnswer& read)

@@ -1,11 +1,13 @@
 #include "Console/LineEditor.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <stdexcept>
 #include <utility>
 
 #include <histedit.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include "Base/ErrorLines.h"
@@ -18,6 +20,18 @@ namespace standin_host {
 namespace {
 
 constexpr char kComplete[] = "tvwall-complete";
+
+// Of the window, or what the editor takes a window to have that tells nothing.
+int Columns()
+{
+    winsize size{};
+    return ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1 ? size.ws_col : 80;
+}
+
+long Characters(std::string_view text)
+{
+    return std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; });
+}
 
 LineEditor& Self(EditLine* editor)
 {
@@ -91,7 +105,8 @@ LineEditor::Result LineEditor::Read(std::string& line)
     m_cancelled = false;
     m_decoding = {};
     const ErrorLinesHold hold([this] { m_events.Changed(); });
-    el_resize(m_editor.get());               // the terminal may have been resized
+    m_columns = Columns(); // the window may have been resized
+    el_resize(m_editor.get());
     el_set(m_editor.get(), EL_PREP_TERM, 1); // else keys typed right after the prompt miss the editor
     int length = 0;
     const char* typed = el_gets(m_editor.get(), &length);
@@ -147,9 +162,12 @@ bool LineEditor::AwaitKey()
         }
         const auto wake = m_events.Wait(HostEvents::Clock::time_point::max(), STDIN_FILENO);
         if (wake.event) {
-            (void)std::fputs("\r\x1b[J",
-                             stderr); // output replaces the line, which is redrawn below
+            Erase(); // output replaces the line, which is redrawn below
             ErrorLinesHold::Write();
+            if (m_events.TakeResized()) {
+                m_columns = Columns();
+                el_resize(m_editor.get());
+            }
             m_hooks.meanwhile();
             el_set(m_editor.get(), EL_REFRESH);
         }
@@ -157,6 +175,18 @@ bool LineEditor::AwaitKey()
             return true;
         }
     }
+}
+
+// Erases the line being typed, which may have wrapped. After a resize nobody knows whether the terminal has
+// wrapped it anew: rather leave a part of it than erase what stands above.
+void LineEditor::Erase()
+{
+    const LineInfo* line = el_line(m_editor.get());
+    const auto length = Characters(m_prompt) +
+                        Characters({line->buffer, static_cast<std::size_t>(line->cursor - line->buffer)});
+    const auto rows = length / std::max(m_columns, Columns());
+    const std::string up = rows == 0 ? "" : "\x1b[" + std::to_string(rows) + 'A';
+    (void)std::fputs((up + "\r\x1b[J").c_str(), stderr);
 }
 
 unsigned char LineEditor::Complete()

@@ -59,11 +59,13 @@ private:
     TResult Guarded(TResult failed, TFunction function);
     int ReadCharacter(wchar_t* character);
     bool AwaitKey();
+    void Erase();
     unsigned char Complete();
 
     HostEvents& m_events;
     const EditorHooks m_hooks;
     std::string m_prompt; // the text that the library points to
+    int m_columns = 0;    // of the window when the line was drawn
     bool m_cancelled = false;
     std::exception_ptr m_thrown;
     std::mbstate_t m_decoding{};

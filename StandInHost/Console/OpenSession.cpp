@@ -1,11 +1,13 @@
 #include "Console/OpenSession.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "Base/ExitStatus.h"
 #include "Commands/Records/Credentials.h"
 #include "Console/Options.h"
 #include "Host/Connection.h"
+#include "Host/DecoderLink.h"
 
 namespace standin_host {
 
@@ -13,19 +15,16 @@ namespace {
 
 constexpr std::chrono::seconds kConnectTimeout{10};
 
-std::shared_ptr<Connection> ConnectOrExit(const SessionGround& ground, const ConsoleCommand& first)
+std::shared_ptr<Connection> ConnectOrExit(const SessionGround& ground, std::chrono::milliseconds timeout)
 {
     const Options& options = ground.options;
-    if (options.login || first.kind == ConsoleCommand::Kind::Login) {
-        ground.credentials.Password(); // before the decoder has to wait for the user to type it
-    }
     ConnectionSettings settings;
     settings.bufferedReceive = options.bufferedReceive;
     settings.trace = options.trace ? std::make_shared<FrameTrace>() : nullptr;
     settings.exchanges = std::make_shared<ExchangeWatch>();
     settings.events = &ground.events;
     std::string reason;
-    auto connection = Connect(ground.ioThread, ground.events, options.host, options.port, kConnectTimeout,
+    auto connection = Connect(ground.ioThread, ground.events, options.host, options.port, timeout,
                               std::move(settings), reason);
     if (connection == nullptr) {
         ground.events.CheckInterrupted();
@@ -36,12 +35,31 @@ std::shared_ptr<Connection> ConnectOrExit(const SessionGround& ground, const Con
     return connection;
 }
 
+LinkOpener OpenerOf(const SessionGround& ground)
+{
+    return [ground](HostEvents::Clock::time_point until) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - HostEvents::Clock::now());
+        auto connection = ConnectOrExit(ground, std::min<std::chrono::milliseconds>(kConnectTimeout, left));
+        return std::make_unique<DecoderLink>(ground.plugin, ground.ioThread, ground.events,
+                                             std::move(connection),
+                                             LinkSettings{.nodeID = ground.options.nodeID});
+    };
+}
+
+// Asks for the password before the decoder has to wait for the user to type it.
+const SessionGround& WithPassword(const SessionGround& ground, const ConsoleCommand& first)
+{
+    if (ground.options.login || first.kind == ConsoleCommand::Kind::Login) {
+        ground.credentials.Password();
+    }
+    return ground;
+}
+
 } // namespace
 
 OpenSession::OpenSession(const SessionGround& ground, const ConsoleCommand& first)
-    : m_link(ground.plugin, ground.ioThread, ground.events, ConnectOrExit(ground, first),
-             {.nodeID = ground.options.nodeID}),
-      m_session(ground.options, ground.events, m_link, ground.credentials, ground.output, ground.windows)
+    : m_session(ground.options, ground.events, OpenerOf(WithPassword(ground, first)), ground.credentials,
+                ground.output, ground.windows)
 {
     m_session.Begin(first);
 }

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "Console/Session.h"
-#include "Host/DecoderLink.h"
 
 namespace standin_host {
 
+class IoThread;
 class Plugin;
 class SeenWindows;
 class SourcePasswords;
@@ -21,7 +21,7 @@ struct SessionGround {
     SeenWindows* windows = nullptr; // told of each command that was done; null: nobody wants to know
 };
 
-// A session with its connection and processor. A lost one is not repaired: the program opens another.
+// A session and what opens its links. A lost one is not repaired: the program opens another.
 class OpenSession {
 public:
     // Connects, and logs in unless told otherwise or the first command does. Throws ExitError, with status
@@ -32,7 +32,6 @@ public:
     const Session& Get() const { return m_session; }
 
 private:
-    DecoderLink m_link;
     Session m_session;
 };
 

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 #include <unistd.h>
 
+#include "Base/ErrorLines.h"
 #include "Base/ExitStatus.h"
 #include "Base/GuidText.h"
 #include "Base/TimeText.h"
@@ -64,8 +65,23 @@ public:
                            : notification.info.nOptType == TVWALL_DECODE_NOTIFY_IORES_STATUS
                                ? "channel states"
                                : "unknown kind";
-        Line(std::string("notification, ") + kind + ": " + tools::OneLine(notification.data));
+        Line(UtcText(notification.time) + " notification, " + kind + ": " +
+             tools::OneLine(notification.data));
     }
+
+    void PrintLinkLost(const std::string& reason) override
+    {
+        Line(Now() + " link lost: " + tools::OneLine(reason));
+    }
+
+    void PrintLinkBack(std::chrono::milliseconds gap) override
+    {
+        Line(Now() + " link back after a gap of " + SecondsText(gap) +
+             ": what changed meanwhile was not told");
+    }
+
+private:
+    static std::string Now() { return UtcText(std::chrono::system_clock::now()); }
 };
 
 const char* ResultName(Outcome outcome)
@@ -154,6 +170,22 @@ public:
         Print(object);
     }
 
+    void PrintLinkLost(const std::string& reason) override
+    {
+        Json object = Begin(std::chrono::system_clock::now());
+        object["event"] = "linkLost";
+        object["reason"] = reason;
+        Print(object);
+    }
+
+    void PrintLinkBack(std::chrono::milliseconds gap) override
+    {
+        Json object = Begin(std::chrono::system_clock::now());
+        object["event"] = "linkBack";
+        object["gap"] = gap.count();
+        Print(object);
+    }
+
 private:
     using Json = nlohmann::ordered_json;
 
@@ -212,6 +244,7 @@ void Output::CheckWritten() const
 void Output::Line(std::string line)
 {
     line += '\n';
+    ClearProgress();
     m_failed = m_failed || !m_events.Write(STDOUT_FILENO, line);
 }
 

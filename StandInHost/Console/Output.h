@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -34,6 +35,9 @@ public:
     // What a command would queue; its passwords are already blanked. line is its script's, 0 outside one.
     virtual void PrintQueued(const ConsoleCommand& command, std::size_t line) = 0;
     virtual void PrintNotification(const Notification& notification) = 0;
+    // A watch has lost its link, and has another after a gap in which notifications were missed.
+    virtual void PrintLinkLost(const std::string& reason) = 0;
+    virtual void PrintLinkBack(std::chrono::milliseconds gap) = 0;
     // True once a line could not be written, such as to a closed pipe, or was given up on a signal. Nothing
     // more is written then.
     bool Failed() const { return m_failed; }

@@ -1,7 +1,6 @@
 #include "Console/Session.h"
 
 #include <algorithm>
-#include <csignal>
 #include <utility>
 
 #include "Base/ErrorLines.h"
@@ -36,16 +35,19 @@ bool IsMissingReply(const HostAnswer& answer)
 
 } // namespace
 
-Session::Session(const Options& options, HostEvents& events, DecoderLink& link, Credentials& credentials,
+Session::Session(const Options& options, HostEvents& events, LinkOpener openLink, Credentials& credentials,
                  Output& output, SeenWindows* windows)
     : m_options(options),
       m_events(events),
-      m_link(link),
+      m_openLink(std::move(openLink)),
+      m_link(m_openLink(kForever)),
       m_credentials(credentials),
       m_output(output),
       m_windows(windows)
 {
 }
+
+Session::~Session() = default;
 
 void Session::Begin(const ConsoleCommand& first)
 {
@@ -66,8 +68,10 @@ int Session::Run(const ConsoleCommand& command, Script* script)
         return m_status;
     } catch (const UsageError&) { // nothing is graver, and no command is left unanswered
         m_script = nullptr;
+        ClearProgress();
         throw;
     } catch (const ExitError& error) {
+        ClearProgress();
         throw ExitError(Graver(m_status, error.Status()), error.what());
     }
 }
@@ -95,17 +99,22 @@ void Session::Request(const ConsoleCommand& command)
 {
     m_events.CheckInterrupted();
     const auto host = MakeCommand(command.cmdID, command.hasReply, &m_events);
-    m_link.Queue(*host, command.payload.bytes);
-    const bool inTime = Await(*host);
+    if (m_link == nullptr) {
+        CheckLost();
+    }
+    m_link->Queue(*host, command.payload.bytes);
+    const bool inTime = Await(command, *host);
     Judge(command, *host, inTime);
     AwaitEnd(command, *host);
 }
 
 // Waits until the command is answered or no answer can come; false on a timeout.
-bool Session::Await(const HostCommand& command)
+bool Session::Await(const ConsoleCommand& command, const HostCommand& host)
 {
-    auto deadline = HostEvents::Clock::now() + m_options.answerTimeout;
-    while (AwaitStep(command, deadline)) {
+    const HostEvents::Awaited awaited(m_events,
+                                      Where() + "waiting for the answer to " + tools::OneLine(command.title));
+    auto deadline = std::min(HostEvents::Clock::now() + m_options.answerTimeout, m_until);
+    while (AwaitStep(host, deadline)) {
         if (HostEvents::Clock::now() >= deadline) {
             return false;
         }
@@ -118,7 +127,9 @@ bool Session::Await(const HostCommand& command)
 // notification.
 void Session::AwaitEnd(const ConsoleCommand& command, const HostCommand& host)
 {
-    const auto deadline = HostEvents::Clock::now() + m_options.answerTimeout;
+    const HostEvents::Awaited awaited(m_events,
+                                      Where() + "waiting for the end of " + tools::OneLine(command.title));
+    const auto deadline = std::min(HostEvents::Clock::now() + m_options.answerTimeout, m_until);
     while (!host.IsReleased() && !m_events.Lost()) {
         m_events.CheckInterrupted();
         if (HostEvents::Clock::now() >= deadline) {
@@ -165,7 +176,13 @@ void Session::Judge(const ConsoleCommand& command, const HostCommand& host, bool
             m_windows->Note(command);
         }
     }
-    m_progress.Clear();
+    const bool ends = ending.atWork || ending.lost || command.kind == Kind::Login;
+    if (m_comingBack && (read.Good() || (ends && read.outcome != Outcome::LoginRefused))) {
+        if (!read.Good()) {
+            throw ExitError(StatusOf(read.outcome), read.text); // is tried again
+        }
+        return;
+    }
     if (read.Good() ? !m_options.quiet : m_options.json) {
         m_output.PrintCommand({command, ending, read, m_script == nullptr ? 0 : m_script->Line()});
         m_output.CheckWritten();
@@ -174,8 +191,7 @@ void Session::Judge(const ConsoleCommand& command, const HostCommand& host, bool
         const std::string text = Where() + tools::OneLine(command.title) + ": " + read.text +
                                  (ending.lost ? ", " + *lost : "") +
                                  (read.hint.empty() ? "" : "; " + read.hint);
-        Fail(StatusOf(read.outcome), m_options.json ? "" : text,
-             ending.atWork || ending.lost || command.kind == Kind::Login);
+        Fail(StatusOf(read.outcome), m_options.json ? "" : text, ends);
     }
 }
 
@@ -204,27 +220,6 @@ void Session::NoteLogin(const ConsoleCommand& command, bool good)
     }
 }
 
-// An interrupt is how to end a watch, and with it the script that contains it.
-Session::Next Session::Watch(const ConsoleCommand& command)
-{
-    const std::size_t before = m_notified;
-    const auto enough = [&] {
-        return command.notifications && m_notified - before >= *command.notifications;
-    };
-    ShowNotifications();
-    while (!enough()) {
-        if (m_events.Interrupted() == SIGINT) {
-            return Next::End;
-        }
-        m_output.CheckWritten();
-        m_events.CheckInterrupted();
-        CheckLost();
-        m_events.Wait(kForever);
-        ShowNotifications();
-    }
-    return Next::GoOn;
-}
-
 Session::Next Session::RunScript(Script& script, bool stopOnFailure)
 {
     const std::size_t failuresBefore = m_failures;
@@ -232,10 +227,10 @@ Session::Next Session::RunScript(Script& script, bool stopOnFailure)
     auto next = Next::GoOn;
     while (next == Next::GoOn && (!stopOnFailure || m_failures == failuresBefore) &&
            script.Next(command, [this](int descriptor) { return AwaitInput(descriptor); })) {
-        m_progress.Show("line " + std::to_string(script.Line()) + script.Position());
+        ShowProgress("line " + std::to_string(script.Line()) + script.Position());
         next = Execute(command);
     }
-    m_progress.Clear();
+    ClearProgress();
     return next;
 }
 
@@ -246,6 +241,7 @@ bool Session::AwaitInput(int descriptor)
     PrintNotifications();
     // Reads what is there even when the connection is lost: it may be the end of the input.
     const auto deadline = m_events.Lost() ? HostEvents::Clock::now() : kForever;
+    const HostEvents::Awaited awaited(m_events, "waiting for the script's next line");
     const bool hasInput = m_events.Wait(deadline, descriptor).hasInput;
     if (!hasInput) {
         CheckLost();
@@ -261,8 +257,10 @@ void Session::PrintNotifications()
 
 void Session::ShowNotifications()
 {
+    if (m_holdNotifications) {
+        return;
+    }
     for (const Notification& notification : m_events.TakeNotifications()) {
-        m_progress.Clear();
         if (!m_options.quiet) {
             m_output.PrintNotification(notification);
         }

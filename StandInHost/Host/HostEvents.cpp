@@ -11,6 +11,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include "Base/ErrorLines.h"
 #include "Base/ExitStatus.h"
 #include "Host/HostLog.h"
 
@@ -55,8 +56,11 @@ void HostEvents::Interrupt(int signal)
 {
     {
         const TMutexGuard guard(m_lock);
-        // A later key must not hide the signal that ends the program.
-        SetSignal(m_signal == 0 || signal != SIGINT ? signal : m_signal);
+        if (signal == SIGWINCH) {
+            m_resized = true;
+        } else { // a later key must not hide the signal that ends the program
+            SetSignal(m_signal == 0 || signal != SIGINT ? signal : m_signal);
+        }
     }
     Changed();
 }
@@ -143,6 +147,12 @@ void HostEvents::SetSignal(int signal)
                        : ::eventfd_read(m_signalDescriptor, &pending));
 }
 
+bool HostEvents::TakeResized()
+{
+    const TMutexGuard guard(m_lock);
+    return std::exchange(m_resized, false);
+}
+
 void HostEvents::ForgetLost()
 {
     const TMutexGuard guard(m_lock);
@@ -164,6 +174,24 @@ std::deque<Notification> HostEvents::TakeNotifications()
 
 HostEvents::Wake HostEvents::Wait(Clock::time_point deadline, int input)
 {
+    if (m_awaited == nullptr || !HasProgress() || (input >= 0 && ::isatty(input) != 0)) {
+        return WaitUnseen(deadline, input);
+    }
+    while (true) {
+        const auto next = m_awaited->NextShown();
+        const Wake wake = WaitUnseen(std::min(deadline, next), input);
+        if (wake.event || wake.hasInput || Clock::now() < next) {
+            return wake;
+        }
+        m_awaited->Show(deadline);
+        if (Clock::now() >= deadline) {
+            return wake;
+        }
+    }
+}
+
+HostEvents::Wake HostEvents::WaitUnseen(Clock::time_point deadline, int input)
+{
     pollfd descriptors[] = {{m_wakeDescriptor, POLLIN, 0}, {input, POLLIN, 0}};
     // A signal that interrupts the call is reported through its handler; the caller calls again.
     if (::poll(descriptors, 2, PollTimeout(deadline)) <= 0) {
@@ -172,6 +200,31 @@ HostEvents::Wake HostEvents::Wait(Clock::time_point deadline, int input)
     eventfd_t reports = 0;
     const bool event = ::eventfd_read(m_wakeDescriptor, &reports) == 0;
     return {event, descriptors[1].revents != 0};
+}
+
+HostEvents::Awaited::Awaited(HostEvents& events, std::string what)
+    : m_events(events), m_what(std::move(what)), m_before(std::exchange(events.m_awaited, this))
+{
+}
+
+HostEvents::Awaited::~Awaited()
+{
+    m_events.m_awaited = m_before;
+    if (m_shown != 0) {
+        ClearProgress();
+    }
+}
+
+// "waiting for the answer to wall clear, 3 s of 35 s"
+void HostEvents::Awaited::Show(Clock::time_point deadline)
+{
+    using std::chrono::seconds;
+    m_shown = std::chrono::floor<seconds>(Clock::now() - m_since).count();
+    std::string text = m_what + ", " + std::to_string(m_shown) + " s";
+    if (deadline != Clock::time_point::max()) {
+        text += " of " + std::to_string(std::chrono::round<seconds>(deadline - m_since).count()) + " s";
+    }
+    ShowProgress(text);
 }
 
 void HostEvents::AwaitInput(int descriptor)

@@ -28,6 +28,7 @@ void IoThread::WatchSignals(std::function<void(int)> handler)
 {
     m_signals.add(SIGINT);
     m_signals.add(SIGTERM);
+    m_signals.add(SIGWINCH);
     for (const int signal : {SIGHUP, SIGQUIT}) {
         struct sigaction before {};
         if (::sigaction(signal, nullptr, &before) == 0 && before.sa_handler != SIG_IGN) {

@@ -21,8 +21,8 @@ public:
 
     asio::io_context& Context() { return m_context; }
     // From now on SIGINT, SIGTERM, SIGHUP and SIGQUIT do not end the process; the handler gets their number,
-    // on a thread of its own, as this one may be blocked on a standard error that nobody reads. A hang-up or
-    // quit that was ignored from the start stays ignored. Call once.
+    // and SIGWINCH, on a thread of its own, as this one may be blocked on a standard error that nobody reads.
+    // A hang-up or quit that was ignored from the start stays ignored. Call once.
     void WatchSignals(std::function<void(int)> handler);
 
 private:

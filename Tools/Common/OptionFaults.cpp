@@ -54,7 +54,8 @@ std::string OptionFault(const CLI::Error& error)
         return name + " needs " + LastName(text);
     }
     if (Is<CLI::ExcludesError>(error)) {
-        return "either " + name + " or " + LastName(text) + ", not both";
+        const std::string other = LastName(text); // the library names the two in any order
+        return "either " + std::min(name, other) + " or " + std::max(name, other) + ", not both";
     }
     return Is<CLI::ConversionError>(error) ? name + " does not take that value"
                                            : "the command line cannot be understood; see --help";

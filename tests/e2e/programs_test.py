@@ -86,9 +86,9 @@ class Programs(unittest.TestCase):
         program.communicate(timeout=PATIENCE)
         self.assertEqual(program.returncode, status, self.errors())
 
-    def start_decoder(self, *faults, options=()):
-        self.decoder = self.start(DECODER, "--listen", "127.0.0.1:0", "--json-log", self.folder + "/requests.json", "--user",
-                                  "admin", *options, *[word for fault in faults for word in ("--fault", fault)])
+    def start_decoder(self, *faults, options=(), listen="127.0.0.1:0", **how):
+        self.decoder = self.start(DECODER, "--listen", listen, "--json-log", self.folder + "/requests.json", "--user",
+                                  "admin", *options, *[word for fault in faults for word in ("--fault", fault)], **how)
         self.address = self.decoder.stdout.readline().removeprefix("listening on ").strip()
 
     def start_host(self, *arguments, **how):
@@ -348,6 +348,48 @@ class Programs(unittest.TestCase):
         while "notification" not in host.stdout.readline():
             pass
         self.end(host, 128 + signal.SIGTERM, signal.SIGTERM)  # not the user's way to say that it is enough
+
+    def test_a_watch_tells_of_a_lost_link_and_comes_back_if_it_shall(self):
+        self.start_decoder("notify-every=300")
+        host = self.start_host("watch")
+        self.assertIn("logged in", host.stdout.readline())
+        time_now = r"^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z "
+        self.assertRegex(host.stdout.readline(), time_now + "notification, channel")
+        self.decoder.kill()
+        self.assertRegex(host.communicate(timeout=PATIENCE)[0].splitlines()[-1], time_now + "link lost: the decoder closed the connection$")
+        self.assertEqual([host.returncode, self.errors()], [3, ""])
+        # It comes back once, asks for the channels once, and gives up where its password is refused.
+        self.start_decoder()
+        host = self.start_host("--json", "watch", "--reconnect")
+        lines = iter(lambda: read_line(host.stdout.readline()), None)
+        self.assertEqual(next(lines)["command"], "login")
+        self.decoder.kill()
+        self.assertEqual(next(lines)["event"], "linkLost")
+        os.remove(self.folder + "/requests.json")
+        self.start_decoder(listen=self.address)
+        back, channels = next(lines), next(lines)
+        self.assertEqual([back["event"], channels["event"], len(channels["fields"]["channels"])], ["linkBack", "channels", 64])
+        self.assertGreaterEqual(back["gap"], 1000)
+        self.assertEqual(self.requests("url"), ["dooption", "dologin", "getsysteminfo", "getchannelinfo"])
+        self.decoder.kill()
+        os.remove(self.folder + "/requests.json")
+        self.assertEqual(next(lines)["event"], "linkLost")
+        self.start_decoder(listen=self.address, password="another")
+        self.assertEqual(next(lines)["result"], "loginRefused")
+        self.end(host, 5)
+        self.assertEqual([self.requests("url"), self.errors()], [["dooption", "dologin"], ""])
+
+    def test_a_watch_ends_in_time_and_without_a_link_too(self):
+        self.start_decoder()
+        self.assertEqual(self.run_host(0, "script", "-", script="watch --for 300ms\nwall clear\n").splitlines()[-1], "wall clear: done")
+        for end in ["--for", "2s"], ["--count", "1"]:
+            host = self.start_host("watch", "--reconnect", *end)
+            host.stdout.readline()
+            self.decoder.kill()
+            self.assertIn("link lost", host.stdout.readline())
+            self.end(host, 0, None if "--for" in end else signal.SIGINT)
+            self.assertEqual(self.errors(), "")
+            self.start_decoder(listen=self.address)
 
     def test_a_signal_ends_a_watch_whose_output_and_log_nobody_reads(self):
         self.start_decoder("notify-every=1", "notify-burst=1000", options=["--notify-channels", "1"])

@@ -2,7 +2,7 @@
 
 Usage: shell_test.py HOST DECODER PLUGIN
 """
-import atexit, os, pty, re, select, subprocess, sys, tempfile, time
+import atexit, fcntl, os, pty, re, select, struct, subprocess, sys, tempfile, termios, time
 
 HOST, DECODER, PLUGIN = sys.argv[1:]
 
@@ -87,6 +87,22 @@ with tempfile.TemporaryDirectory() as home:
     lines = open(history).read().splitlines()
     assert "window create 1 0 0 960 540 --mode 4" in [" ".join(line.split()) for line in lines], lines
     assert not [line for line in lines if "rise" in line or "--hex" in line], lines
+
+    # The line follows the window's size: the way back to its beginning then leads over a row of it.
+    shell = Shell(home, "--decoder", f"127.0.0.1:{port}", "shell")
+    shell.expect(ready)
+    shell.type("x" * 45, "x" * 45)
+    fcntl.ioctl(shell.terminal, termios.TIOCSWINSZ, struct.pack("4H", 24, 40, 0, 0))
+    shell.expect(ready)
+    up = shell.raw.count(b"\x1b[A")
+    shell.type("\x01y", "y")
+    assert shell.raw.count(b"\x1b[A") > up, shell.raw
+    shell.type("\x03", "^C", ready)
+    # What takes long is shown, and goes before something else comes.
+    shell.type("wall clear\n", "waiting for the answer to wall clear, 1 s of 35 s")
+    shell.type("\x03", "interrupted", offline)
+    assert b" s of 35 s\x1b[?7h\r\x1b[K" in shell.raw, shell.raw
+    shell.end("\x04", 0)
 
     # Ctrl-C ends the waiting, and with it the session in which the decoder may still work; the next command opens one.
     shell = Shell(home, "--trace", "--decoder", f"127.0.0.1:{port}", "shell")

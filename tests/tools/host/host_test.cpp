@@ -16,6 +16,7 @@
 #include <malloc.h>
 
 #include "Console/Output.h"
+#include "Host/Backoff.h"
 #include "Host/Command.h"
 #include "Host/Connection.h"
 #include "Host/DecoderLink.h"
@@ -51,6 +52,20 @@ TEST(HostCommand, KeepsTheFirstAnswerAndReportsBrokenRules)
     }
     EXPECT_EQ(HostCommand::Misuses(), misusesBefore + 2);
     EXPECT_EQ(HostCommand::Live(), 0);
+}
+
+TEST(Backoff, DoublesItsWaitsUpToHalfAMinuteAndLeavesHalfOfThemToChance)
+{
+    Backoff backoff(7);
+    std::vector<long> seen;
+    for (const long bound : {2000, 4000, 8000, 16'000, 30'000, 30'000, 30'000}) {
+        seen.push_back(backoff.Next().count());
+        EXPECT_GE(seen.back(), bound / 2);
+        EXPECT_LE(seen.back(), bound);
+    }
+    EXPECT_NE(seen[5], seen[6]);
+    backoff.Reset();
+    EXPECT_LE(backoff.Next(), 2s);
 }
 
 std::string Frame(const std::string& payload)

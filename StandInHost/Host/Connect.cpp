@@ -88,6 +88,7 @@ std::shared_ptr<Connection> Connect(IoThread& thread, HostEvents& events, const 
 {
     const auto attempt = std::make_shared<Attempt>(thread.Context(), events);
     asio::post(thread.Context(), [attempt, host, port] { attempt->Begin(host, port); });
+    const HostEvents::Awaited awaited(events, "connecting to " + host + " port " + port);
     const auto deadline = HostEvents::Clock::now() + timeout;
     reason = "no answer in time";
     while (events.Interrupted() == 0 && HostEvents::Clock::now() < deadline) {
