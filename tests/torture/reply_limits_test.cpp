@@ -21,9 +21,14 @@ std::string InLists(std::string items, const std::vector<std::string>& lists)
 // Takes the answer without a copy, which would be the host's.
 struct MeasuredCommand : FakeCommand {
     using FakeCommand::FakeCommand;
-    void ReplyBuffer(const char*, unsigned long len) override { answerLen = len; }
+    void ReplyBuffer(const char*, unsigned long len) override
+    {
+        answerLen = len;
+        liveBytes = allocation_fault::LiveBytes();
+    }
 
     size_t answerLen = 0; // 0: a failure
+    long liveBytes = 0;   // when the answer came
 };
 
 class ReplyLimitsTest : public SessionFixture {
@@ -44,14 +49,18 @@ protected:
         const CommandSample& sample = CommandSampleOf(handler);
         MeasuredCommand command(sample.cmdID);
         Process(session, command, sample.Payload());
+        m_held = command.liveBytes - m_before;
         return command.answerLen;
     }
     // The most that the plug-in took for the last reply: the buffer of received messages, the copy, and what
     // reading takes. The first two are there before, and count by the text's length.
     long Taken() const { return allocation_fault::PeakBytes() - m_before; }
+    // What of it was there when the answer was given.
+    long Held() const { return m_held; }
 
 private:
     long m_before = 0;
+    long m_held = 0;
 };
 
 TEST_F(ReplyLimitsTest, TheLargestRepliesStayBelowTheirBound)
@@ -74,6 +83,13 @@ TEST_F(ReplyLimitsTest, TheLargestRepliesStayBelowTheirBound)
         EXPECT_EQ(Ask(handler, InLists(Repeat(item, most / 20 * 21), lists)), 0U);
         EXPECT_LE(Taken(), kMost);
     }
+}
+
+TEST_F(ReplyLimitsTest, OnlyTheBufferOfMessagesHoldsALayoutWhileItIsAnswered)
+{
+    constexpr long kLen = 1 << 20;
+    EXPECT_NE(Ask("GetWallLayout", Elem("note", std::string(kLen, 'x'))), 0U);
+    EXPECT_LT(Held(), kLen + kLen / 2);
 }
 
 TEST_F(ReplyLimitsTest, AnotherMessageThatIsKeptCountsToo)

@@ -58,6 +58,7 @@ TEST_F(FramesTest, BothModesDeliverWholeFramesAndDirectModeTellsWhatTheNextOneNe
         {Frame("<abc/>").substr(0, 8), {}, 0, 6},
         {kBeat + Frame("<abc/>").substr(0, 10), {"beat"}, 8, 4},
         {kBeat + "1", {"beat"}, 8, 7},
+        {Frame("<abc/>") + "1", {"data:<abc/>"}, 14, 7},
         {kDeviceHead, {"device"}, 64, 0},
         {kDeviceHead.substr(0, 63), {}, 0, 1},
         {"111x" + kDeviceHead.substr(4), {"device"}, 64, 0},

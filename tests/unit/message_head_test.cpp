@@ -61,6 +61,9 @@ TEST(MessageHead, ATextEndsWhereItNestsTooDeeply)
     EXPECT_EQ(ReadMessageHead(head + Nested(kMost - 2, seq)).seq, "7");
     EXPECT_EQ(ReadMessageHead(head + Nested(kMost - 1, seq)).url, "u");
     EXPECT_EQ(ReadMessageHead(head + Nested(kMost - 1, seq)).seq, std::nullopt);
+    const std::string outer = "<td_command><td_header><x>";
+    EXPECT_EQ(ReadMessageHead(outer + Repeat("<a>", kMost - 3) + "</x><url>u</url>").url, "u");
+    EXPECT_EQ(ReadMessageHead(outer + Repeat("<a>", kMost - 2) + "</x><url>u</url>").url, std::nullopt);
 }
 
 TEST(MessageHead, TagsThatTheDocumentCannotHoldAreNoElements)
