@@ -60,8 +60,8 @@ TEST(HostAnswers, SayHowLongThereWasNoReply)
 {
     using namespace std::chrono_literals;
     const auto text = [](std::optional<HostAnswer> answer, std::chrono::milliseconds waited) {
-        const auto read = ReadEnding(Parse("wall clear"),
-                                     {std::move(answer), {true, "dowallclear", {}, waited}, false, false}, {});
+        const auto read = ReadEnding(
+            Parse("wall clear"), {std::move(answer), {true, "dowallclear", {}, waited}, false, false}, {});
         EXPECT_EQ(StatusOf(read.outcome), 4);
         return read.text;
     };
