@@ -29,7 +29,8 @@ void SetUpWatch(CLI::App& app, ConsoleCommand& command)
     const auto time = std::make_shared<std::string>();
     auto* const end =
         app.add_option("--for", *time, "end after that time, such as 10s, 5m or 1h")->type_name("DURATION");
-    app.add_flag("--reconnect", command.reconnect, "come back by itself when the link is lost");
+    app.add_flag("--reconnect", command.reconnect,
+                 "come back by itself when the link is lost, after 1 s to 30 s; a refused login ends it");
     app.callback([&command, count, limit, time, end] {
         command.kind = ConsoleCommand::Kind::Watch;
         if (limit->count() != 0) {

@@ -82,14 +82,17 @@ void AddSettings(CLI::App& app, Profile& given, std::string& profile)
     app.add_option("--password-file", given.passwordFile,
                    "file whose first line is the password; - is standard input")
         ->type_name("FILE");
-    app.add_option("--device-codes", given.deviceCodes,
-                   "file with the maker's words for the decoder's error codes, in lines NUMBER WORDS")
+    app.add_option(
+           "--device-codes", given.deviceCodes,
+           "file with the maker's words for the decoder's error codes, in lines NUMBER WORDS; that of "
+           "tvwall-decoder comes from its --list-codes")
         ->type_name("FILE");
 }
 
 void AddOptions(CLI::App& app, Options& options, RawOptions& raw)
 {
-    app.add_flag("--json", options.json, "one JSON object a line for each answer and notification");
+    app.add_flag("--json", options.json,
+                 "one JSON object a line for each answer and notification; docs/tools.md has the form");
     app.add_flag("-q,--quiet", options.quiet, "print failures only");
     app.add_flag("--dry-run", options.dryRun,
                  "print what the commands would queue, without connecting; passwords are blanked");

@@ -63,7 +63,7 @@ TEST_F(RequestMemoryTest, SmallAndHugeRequestsLeaveNothing)
     Taken(kLarge);
     EXPECT_LE(allocation_fault::LiveBytes(), live + (2 << 20) + 4096);
     EXPECT_GT(allocation_fault::LiveBytes(), live);
-    for (const unsigned int times : {3, 16}) { // at first little text, but many elements
+    for (const unsigned int times : {3U, 16U}) { // at first little text, but many elements
         Taken(times * kLarge);
         EXPECT_EQ(allocation_fault::LiveBytes(), live);
     }
