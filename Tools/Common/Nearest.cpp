@@ -38,8 +38,8 @@ std::string Nearest(std::string_view word, const std::vector<std::string>& candi
     std::size_t fewest = std::min(kMostEdits, word.size() / 3) + 1;
     std::string nearest;
     for (const std::string& candidate : candidates) {
-        const auto [shorter, longer] = std::minmax(word.size(), candidate.size());
-        if (longer - shorter >= fewest) {
+        const std::size_t longer = std::max(word.size(), candidate.size());
+        if (longer - std::min(word.size(), candidate.size()) >= fewest) {
             continue;
         }
         if (const std::size_t edits = Edits(word, candidate); edits < fewest) {
