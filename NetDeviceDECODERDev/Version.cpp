@@ -3,7 +3,7 @@
 
 namespace {
 
-[[gnu::used, gnu::section(".tvwall_version")]] const char s_szVersion[] =
+[[gnu::used, gnu::section(".tvwall_version")]] const char VERSION_TEXT[] =
     "NetDeviceDECODERDev " TVWALL_VERSION;
 
 } // namespace

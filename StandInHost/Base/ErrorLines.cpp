@@ -93,8 +93,8 @@ void PrintErrorLines(std::string_view lines)
 
 bool HasProgress()
 {
-    static const bool terminal = ::isatty(STDERR_FILENO) != 0;
-    return terminal;
+    static const bool kTerminal = ::isatty(STDERR_FILENO) != 0;
+    return kTerminal;
 }
 
 void ShowProgress(std::string_view text)

@@ -42,10 +42,9 @@ Fields SubWindowArgs(const std::vector<SubWindows>& windows, const SubWindowComm
         for (const SubWindow& sub : window.subWindows) {
             Fields item{{"window", window.window}, {"index", sub.index}};
             const int64_t values[] = {sub.first, sub.second};
-            for (std::size_t i = 2; i < subWindows.fields.size(); ++i) {
-                const int64_t value = values[i - 2];
-                item[subWindows.keys[i - 2]] =
-                    subWindows.fields[i].isSwitch ? Fields(value != 0) : Fields(value);
+            for (std::size_t i = 0; i < std::size(values) && i + 2 < subWindows.fields.size(); ++i) {
+                const bool isSwitch = subWindows.fields[i + 2].isSwitch;
+                item[subWindows.keys[i]] = isSwitch ? Fields(values[i] != 0) : Fields(values[i]);
             }
             list.push_back(std::move(item));
         }

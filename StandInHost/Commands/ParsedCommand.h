@@ -44,25 +44,25 @@ struct ConsoleCommand {
 
     unsigned int cmdID = 0;
     bool hasReply = true;
-    uint32_t optType = 0; // that the payload begins with, where it has an option head
+    bool readsFiles = false; // the payload was read from files, which may change
+    uint32_t optType = 0;    // that the payload begins with, where it has an option head
     Record payload;
     const AnswerForm* form = nullptr; // how to read a good answer; null: print it as is
 
-    bool readsFiles = false; // the payload was read from files, which may change
     // Puts passwords that are still missing into the payload; null: it is complete.
     std::function<void(ConsoleCommand& command, SourcePasswords& passwords)> complete;
 
     std::optional<std::size_t> notifications;          // Watch: ends after that many
     std::optional<std::chrono::milliseconds> watchFor; // Watch: ends after that time
     bool reconnect = false;                            // Watch: a lost link does not end it
-    std::string scriptFile;                            // Script: "-" is standard input
     bool stream = false;                               // Script: runs each line as it comes
     bool stopOnFailure = false;                        // Script: ends at the first failure
+    bool profileSettings = false;                      // Profile: the settings matter
+    std::string scriptFile;                            // Script: "-" is standard input
     std::string help;                                  // Help: the text
     std::string profile;                               // Connect: where to, as whom; empty: as before
     // Profile: does the work with the settings in use and returns what to print. Throws UsageError.
     std::function<std::string(const Profile& settings)> profileWork;
-    bool profileSettings = false;     // Profile: the settings matter
     std::vector<std::string> windows; // ids of those that the command names
 
     // Whether the command is one of those that carry an option.

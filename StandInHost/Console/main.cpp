@@ -93,7 +93,7 @@ bool CanWrite(int output)
     return ::poll(&descriptor, 1, 0) == 1;
 }
 
-int RunToStatus(int argc, const char* const* argv)
+int RunToEnd(int argc, const char* const* argv)
 {
     Options options;
     try {
@@ -109,6 +109,13 @@ int RunToStatus(int argc, const char* const* argv)
             std::cerr << "tvwall-host: " << error.what() << '\n';
         }
         return error.Status();
+    }
+}
+
+int RunToStatus(int argc, const char* const* argv)
+{
+    try {
+        return RunToEnd(argc, argv);
     } catch (const std::bad_alloc&) {
         std::cerr << "tvwall-host: out of memory\n";
         return kExitUsage;

@@ -38,7 +38,7 @@ std::string OptionFault(const CLI::Error& error)
     const std::string text = error.what();
     const std::string name = FirstName(text);
     if (Is<CLI::RuntimeError>(error)) {
-        return text; // our own
+        return error.what(); // our own
     }
     if (Is<CLI::ValidationError>(error)) { // the checks are our own, too
         return name + text.substr(std::min(text.size(), text.find(':') + 1));

@@ -151,11 +151,14 @@ void Credentials::Change(std::string user, std::string passwordFile)
 
 std::optional<std::string> SourcePassword(const std::string& path)
 {
-    const char* variable = std::getenv("TVWALL_SOURCE_PASSWORD");
-    if (path.empty() && variable == nullptr) {
+    std::string password;
+    if (!path.empty()) {
+        password = FromFile(path);
+    } else if (const char* variable = std::getenv("TVWALL_SOURCE_PASSWORD")) {
+        password = variable;
+    } else {
         return std::nullopt;
     }
-    std::string password = path.empty() ? variable : FromFile(path);
     CheckPassword(password, kMaxSourceCredential, "source's ");
     return password;
 }
