@@ -125,7 +125,10 @@ constexpr StepOfRound kRound[] = {
     },
     [](uint32_t n) { return Option(TVWALL_DECODE_TOP_CANVAS, standin_host::RaiseRecord(FirstID(n))); },
     Split,
-    [](uint32_t n) { return Option(TVWALL_DECODE_DO_PLAY_MEDIA, PlayMediaRecord(FirstID(n), 0, Camera())); },
+    [](uint32_t n) {
+        return Option(TVWALL_DECODE_DO_PLAY_MEDIA,
+                      PlayMediaRecord(static_cast<int32_t>(FirstID(n)), 0, Camera()));
+    },
     [](uint32_t n) {
         return Option(TVWALL_DECODE_PLAYBACK_CTRL, standin_host::PlaybackRecord(First(FirstID(n), 1)));
     },

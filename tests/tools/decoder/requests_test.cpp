@@ -25,16 +25,16 @@
 #include "Tools/Common/AtomicFile.h"
 
 // As the decoder opens files.
-static std::string openedPath;
-static int openedWith = 0;
-static bool diskIsFull = false;
+static std::string g_openedPath;
+static int g_openedWith = 0;
+static bool g_diskIsFull = false;
 extern "C" int __real_open(const char* path, int flags, ...);
 extern "C" int __wrap_open(const char* path, int flags, mode_t mode)
 {
-    openedPath = path;
-    openedWith = flags;
+    g_openedPath = path;
+    g_openedWith = flags;
     const int file = __real_open(path, flags, mode);
-    return diskIsFull ? dup2(__real_open("/dev/full", O_WRONLY), file) : file;
+    return g_diskIsFull ? dup2(__real_open("/dev/full", O_WRONLY), file) : file;
 }
 
 namespace simulated_decoder {
@@ -291,18 +291,18 @@ TEST_F(DecoderRequests, AFileIsNotWrittenThroughALinkThatSomebodyPutBesideIt)
     WriteFile("victim", "mine");
     std::filesystem::create_symlink("victim", folder + "wall.new");
     ASSERT_EQ(tools::WriteFileAtomically(folder + "wall", "new"), "");
-    EXPECT_EQ(openedWith & (O_EXCL | O_NOFOLLOW), O_EXCL | O_NOFOLLOW);
-    const std::string before = openedPath;
+    EXPECT_EQ(g_openedWith & (O_EXCL | O_NOFOLLOW), O_EXCL | O_NOFOLLOW);
+    const std::string before = g_openedPath;
     ASSERT_EQ(tools::WriteFileAtomically(folder + "wall", "new"), "");
-    EXPECT_NE(openedPath, before); // it cannot be guessed
+    EXPECT_NE(g_openedPath, before); // it cannot be guessed
     EXPECT_EQ(ReadFile("victim") + ReadFile("wall"), "minenew");
     std::filesystem::create_symlink("victim", folder + "link"); // but through one that stands in its place
     ASSERT_EQ(tools::WriteFileAtomically(folder + "link", "by order"), "");
     EXPECT_EQ(ReadFile("victim"), "by order");
 
-    diskIsFull = true;
+    g_diskIsFull = true;
     EXPECT_NE(tools::WriteFileAtomically(folder + "wall", "lost").find("No space left"), std::string::npos);
-    diskIsFull = false;
+    g_diskIsFull = false;
     EXPECT_EQ(ReadFile("wall"), "new");
     const std::filesystem::directory_iterator left(folder);
     EXPECT_EQ(std::distance(begin(left), end(left)), 4); // victim, wall, and both links

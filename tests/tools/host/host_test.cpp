@@ -194,19 +194,19 @@ protected:
     {
         std::string reason;
         auto connection =
-            Connect(m_thread, m_events, "127.0.0.1", std::to_string(m_acceptor.local_endpoint().port()), 10s,
-                    {false, nullptr, nullptr, &m_events}, reason);
+            Connect(thread, events, "127.0.0.1", std::to_string(acceptor.local_endpoint().port()), 10s,
+                    {false, nullptr, nullptr, &events}, reason);
         EXPECT_NE(connection, nullptr) << reason;
-        m_peer = m_acceptor.accept();
+        peer = acceptor.accept();
         return connection;
     }
-    void Write(const std::string& content) { asio::write(m_peer, asio::buffer(content)); }
+    void Write(const std::string& content) { asio::write(peer, asio::buffer(content)); }
 
-    HostEvents m_events;
-    IoThread m_thread;
-    asio::io_context m_peerContext;
-    tcp::acceptor m_acceptor{m_peerContext, {asio::ip::address_v4::loopback(), 0}};
-    tcp::socket m_peer{m_peerContext};
+    HostEvents events;
+    IoThread thread;
+    asio::io_context peerContext;
+    tcp::acceptor acceptor{peerContext, {asio::ip::address_v4::loopback(), 0}};
+    tcp::socket peer{peerContext};
 };
 
 // Takes messages that end with a dot; says that it needs 3 bytes more when there is a rest.
@@ -236,7 +236,7 @@ TEST_F(Loopback, KeepsTheUnconsumedTailUntilEnoughHasCome)
     const auto read = [&](std::size_t callCount) {
         Calls calls;
         for (int task = 0; task < 3 || (calls.size() < callCount && task < 1'000'000); ++task) {
-            calls = asio::post(m_thread.Context(), asio::use_future([&] { return recorder.calls; })).get();
+            calls = asio::post(thread.Context(), asio::use_future([&] { return recorder.calls; })).get();
         }
         return calls;
     };
@@ -264,10 +264,10 @@ TEST_F(Loopback, RefusesAWholeMessageWhenTheSendQueueIsFull)
     EXPECT_EQ(GetLastError(), kSocketErrorNotConnected);
 
     std::string received(static_cast<std::size_t>(taken) * message.size(), '\0');
-    asio::read(m_peer, asio::buffer(received)); // what was taken arrives, all of it
+    asio::read(peer, asio::buffer(received)); // what was taken arrives, all of it
     connection->Close();
     asio::error_code error;
-    EXPECT_EQ(asio::read(m_peer, asio::buffer(received), error), 0U);
+    EXPECT_EQ(asio::read(peer, asio::buffer(received), error), 0U);
 }
 
 TEST_F(Loopback, LinkBeatsThroughThePluginAndReportsASilentAndALostPeer)
@@ -277,20 +277,20 @@ TEST_F(Loopback, LinkBeatsThroughThePluginAndReportsASilentAndALostPeer)
     settings.heartbeatEvery = 10ms;
     settings.livenessEvery = 1ms; // at least one question between two beats
     testing::internal::CaptureStderr();
-    const DecoderLink link(plugin, m_thread, m_events, Open(), settings);
+    const DecoderLink link(plugin, thread, events, Open(), settings);
     std::array<char, 8> beat{};
     for (int beatSize = 0; beatSize < 20; ++beatSize) {
-        asio::read(m_peer, asio::buffer(beat));
+        asio::read(peer, asio::buffer(beat));
         EXPECT_EQ(tools::HexText(beat.data(), beat.size()), "3131313100000000");
     }
     const std::string log = testing::internal::GetCapturedStderr();
     EXPECT_NE(log.find("offline"), std::string::npos) << log;
     EXPECT_EQ(log.find("offline"), log.rfind("offline")) << log;
-    EXPECT_FALSE(m_events.Lost());
-    m_peer.close();
-    while (!m_events.Lost() && m_events.Wait(HostEvents::Clock::now() + 10s).event) {
+    EXPECT_FALSE(events.Lost());
+    peer.close();
+    while (!events.Lost() && events.Wait(HostEvents::Clock::now() + 10s).event) {
     }
-    EXPECT_TRUE(m_events.Lost());
+    EXPECT_TRUE(events.Lost());
 }
 
 } // namespace
