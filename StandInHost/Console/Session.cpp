@@ -101,6 +101,7 @@ void Session::Request(const ConsoleCommand& command)
     const auto host = MakeCommand(command.cmdID, command.hasReply, &m_events);
     if (m_link == nullptr) {
         CheckLost();
+        throw ExitError(kExitConnection, Where() + "connection lost");
     }
     m_link->Queue(*host, command.payload.bytes);
     const bool inTime = Await(command, *host);
