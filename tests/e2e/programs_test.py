@@ -360,12 +360,13 @@ class Programs(unittest.TestCase):
         self.assertRegex(host.communicate(timeout=PATIENCE)[0].splitlines()[-1], time_now + "link lost: the decoder closed the connection$")
         self.assertEqual([host.returncode, self.errors()], [3, ""])
         # It comes back once, asks for the channels once, and gives up where its password is refused.
-        self.start_decoder()
+        self.start_decoder("notify-every=300")
         host = self.start_host("--json", "watch", "--reconnect")
         lines = iter(lambda: read_line(host.stdout.readline()), None)
         self.assertEqual(next(lines)["command"], "login")
+        next(lines)  # a notification: the watch has begun
         self.decoder.kill()
-        self.assertEqual(next(lines)["event"], "linkLost")
+        self.assertEqual(next(line["event"] for line in lines if not line["event"].startswith("channel")), "linkLost")
         os.remove(self.folder + "/requests.json")
         self.start_decoder(listen=self.address)
         back, channels = next(lines), next(lines)
@@ -383,14 +384,18 @@ class Programs(unittest.TestCase):
     def test_a_watch_ends_in_time_and_without_a_link_too(self):
         self.start_decoder()
         self.assertEqual(self.run_host(0, "script", "-", script="watch --for 300ms\nwall clear\n").splitlines()[-1], "wall clear: done")
-        for end in ["--for", "2s"], ["--count", "1"]:
+        self.start_decoder("notify-every=300")
+        for end in ["--for", "2s"], ["--count", "99"]:
             host = self.start_host("watch", "--reconnect", *end)
-            host.stdout.readline()
+            self.assertIn("logged in", host.stdout.readline())
+            self.assertIn("notification", host.stdout.readline())  # the watch has begun
             self.decoder.kill()
-            self.assertIn("link lost", host.stdout.readline())
+            while "notification" in (line := host.stdout.readline()):
+                pass
+            self.assertIn("link lost", line)
             self.end(host, 0, None if "--for" in end else signal.SIGINT)
             self.assertEqual(self.errors(), "")
-            self.start_decoder(listen=self.address)
+            self.start_decoder("notify-every=300", listen=self.address)
 
     def test_a_signal_ends_a_watch_whose_output_and_log_nobody_reads(self):
         self.start_decoder("notify-every=1", "notify-burst=1000", options=["--notify-channels", "1"])
