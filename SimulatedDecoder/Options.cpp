@@ -164,7 +164,7 @@ void AddRecordOptions(CLI::App& app, Options& options)
     AddFile(app, "--wall-svg", options.device.wallSvg, "Keep a picture of the wall in this file");
     AddFile(app, "--wall-text", options.device.wallText, "Keep the wall as text in this file");
     AddFile(app, "--json-log", options.device.jsonLog,
-            "Log every request to this file, one JSON object a line; starts it anew");
+            "Log every request to this file, one JSON object per line; starts it anew");
     AddFile(app, "--pcap", options.pcap,
             "Capture what is received and sent to this file, for Wireshark; starts it anew");
 }
@@ -220,7 +220,7 @@ std::variant<Options, int> ParseOptions(int argc, const char* const* argv)
             std::cout << DescribeFaults();
             throw CLI::Success();
         },
-        "Print the faults, one a line, and exit");
+        "Print the faults, one per line, and exit");
     AddConnectionOptions(app, line);
     AddWallOptions(app, line.options.device);
     AddNotificationOptions(app, line);

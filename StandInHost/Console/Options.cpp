@@ -76,7 +76,7 @@ void AddSettings(CLI::App& app, Profile& given, std::string& profile)
     app.add_option("--plugin", given.plugin,
                    "the plug-in library (default: the one that was built or installed with this program)")
         ->type_name("FILE");
-    app.add_option("--decoder", given.decoder, "the decoder's address; one of IPv6 in brackets")
+    app.add_option("--decoder", given.decoder, "the decoder's address; an IPv6 address goes in brackets")
         ->type_name("HOST:PORT");
     app.add_option("--user", given.user, "account on the decoder")->type_name("NAME");
     app.add_option("--password-file", given.passwordFile,
@@ -92,7 +92,7 @@ void AddSettings(CLI::App& app, Profile& given, std::string& profile)
 void AddOptions(CLI::App& app, Options& options, RawOptions& raw)
 {
     app.add_flag("--json", options.json,
-                 "one JSON object a line for each answer and notification; docs/tools.md has the form");
+                 "one JSON object per line for each answer and notification; docs/tools.md has the form");
     app.add_flag("-q,--quiet", options.quiet, "print failures only");
     app.add_flag("--dry-run", options.dryRun,
                  "print what the commands would queue, without connecting; passwords are blanked");

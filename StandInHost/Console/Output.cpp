@@ -77,7 +77,7 @@ public:
     void PrintLinkBack(std::chrono::milliseconds gap) override
     {
         Line(Now() + " link back after a gap of " + SecondsText(gap) +
-             ": what changed meanwhile was not told");
+             ": changes in between were not reported");
     }
 
 private:

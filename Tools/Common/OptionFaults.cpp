@@ -48,7 +48,7 @@ std::string OptionFault(const CLI::Error& error)
     }
     if (Is<CLI::ArgumentMismatch>(error)) {
         const bool missing = text.find("missing") != std::string::npos;
-        return name + (missing ? " needs a value" : " is given more often than once");
+        return name + (missing ? " needs a value" : " is given more than once");
     }
     if (Is<CLI::RequiresError>(error)) {
         return name + " needs " + LastName(text);
