@@ -30,7 +30,7 @@ using Events = restinio::response_builder_t<restinio::chunked_output_t>;
 constexpr std::size_t kMaxVisitors = 32;
 constexpr std::uint32_t kMaxHeaders = 65536; // bytes, all headers together
 constexpr std::size_t kMaxFields = 128;
-constexpr std::size_t kMaxBody = 4096; // longer bodies are not even refused
+constexpr std::size_t kMaxBodyRead = 4096; // longer bodies are not even refused
 constexpr milliseconds kWriteTime{30000};
 constexpr milliseconds kTimeCheck{250}; // how often deadlines are checked
 
@@ -159,8 +159,9 @@ private:
             .read_next_http_message_timelimit(requestTime)
             .handle_request_timeout(3 * kSilence)
             .write_http_response_timelimit(kWriteTime)
-            .incoming_http_msg_limits(
-                restinio::incoming_http_msg_limits_t{}.max_field_count(kMaxFields).max_body_size(kMaxBody))
+            .incoming_http_msg_limits(restinio::incoming_http_msg_limits_t{}
+                                          .max_field_count(kMaxFields)
+                                          .max_body_size(kMaxBodyRead))
             .request_handler([this](const restinio::request_handle_t& request) { return Serve(*request); });
         return settings;
     }

@@ -15,11 +15,11 @@ constexpr unsigned int kAck = 0x10;
 constexpr std::size_t kIpv4HeaderLength = 20;
 constexpr std::size_t kTcpHeaderLength = 20;
 // The most that fits with both headers into the 65535 bytes of an IP packet.
-constexpr std::size_t kMaxPayload = 65535 - kIpv4HeaderLength - kTcpHeaderLength;
+constexpr std::size_t kMaxSegment = 65535 - kIpv4HeaderLength - kTcpHeaderLength;
 
 constexpr unsigned int kTcp = 6;
 constexpr unsigned int kHopLimit = 64;
-// The largest segment (kMaxPayload); no operation; a window scale of 2^14. In a capture of reads and writes
+// The largest segment (kMaxSegment); no operation; a window scale of 2^14. In a capture of reads and writes
 // acknowledgements come late, and until then a small window would look full.
 constexpr std::string_view kSynOptions("\x02\x04\xff\xd7\x01\x03\x03\x0e", 8);
 
@@ -96,8 +96,8 @@ CapturedConnection::CapturedConnection(PcapFile& file, const asio::ip::tcp::endp
 void CapturedConnection::Sent(Side from, std::string_view bytes)
 {
     while (m_open && !bytes.empty()) {
-        WritePacket(from, kPush | kAck, bytes.substr(0, kMaxPayload));
-        bytes.remove_prefix(std::min(bytes.size(), kMaxPayload));
+        WritePacket(from, kPush | kAck, bytes.substr(0, kMaxSegment));
+        bytes.remove_prefix(std::min(bytes.size(), kMaxSegment));
     }
 }
 

@@ -50,6 +50,8 @@ void Reset();
 std::vector<LogLine> Logs();
 // How many lines of this level have this source and line number, and begin with this text.
 int CountLogs(LogLevel level, const std::string& source, int line, const std::string& text = "");
+// The source that the session's and the login's reports name.
+inline constexpr char kProtocolSource[] = "NetProtocolProcTWDECODERDevImp";
 // "ASSERT" reports of this source and line number.
 int CountAsserts(const std::string& source, int line);
 // Off in benchmarks, fuzz targets and stress tests.

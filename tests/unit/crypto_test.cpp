@@ -21,7 +21,7 @@ namespace {
 using namespace tdcrypto;
 
 template <class Byte = const unsigned char, class Text>
-Byte* Bytes(Text& text)
+Byte* BytesOf(Text& text)
 {
     return reinterpret_cast<Byte*>(text.data());
 }
@@ -75,7 +75,7 @@ TEST_F(CryptoTest, Base64IsOneLineAndComesBack)
     for (const size_t len : {0U, 1U, 2U, 3U, 100U, 768U, 100'000U}) {
         const std::string bytes = SomeBytes(len);
         std::string text = "stale", decoded;
-        EXPECT_EQ(Base64Encode(Bytes(bytes), len, text), 0);
+        EXPECT_EQ(Base64Encode(BytesOf(bytes), len, text), 0);
         EXPECT_EQ(text.size(), (len + 2) / 3 * 4);
         EXPECT_EQ(text, CBase64Coder::Encode(bytes.data(), len));
         EXPECT_TRUE(CBase64Coder::Decode(text, decoded));
@@ -113,7 +113,8 @@ TEST_F(CryptoTest, WhatThePublicKeyEnciphersThePrivateKeyReads)
     const std::unique_ptr<RSA, decltype(&RSA_free)> key(
         PEM_read_bio_RSAPrivateKey(pem.get(), nullptr, nullptr, nullptr), RSA_free);
     EXPECT_EQ(
-        RSA_private_decrypt(96, Bytes(cipher), Bytes<unsigned char>(plain), key.get(), RSA_PKCS1_PADDING), 5);
+        RSA_private_decrypt(96, BytesOf(cipher), BytesOf<unsigned char>(plain), key.get(), RSA_PKCS1_PADDING),
+        5);
     EXPECT_EQ(plain.substr(0, 5), "admin");
     EXPECT_TRUE(BN_is_word(RSA_get0_e(key.get()), 65537));
 }
@@ -141,7 +142,7 @@ TEST_F(CryptoTest, AesFillsTheLastBlockWithZeros)
     const char* key = "0123456789abcdef";
     std::string cipher, plain, text;
     EXPECT_EQ(AesCbcEncrypt("a wall of screens", 17, key, cipher), 32);
-    Base64Encode(Bytes(cipher), cipher.size(), text);
+    Base64Encode(BytesOf(cipher), cipher.size(), text);
     EXPECT_EQ(text, "LgdND6Pvu3tap/0yTx7qsC35bXO3OfchsNQl14fBeFQ=");
     for (const int len : {1, 15, 16, 17, 72}) {
         const std::string bytes = SomeBytes(static_cast<size_t>(len));
@@ -175,8 +176,8 @@ TEST_F(CryptoTest, EncipheredTextHasNoSaltWhenWrittenAndThreeCharactersWhenRead)
 TEST_F(CryptoTest, XorRepeatsItsKey)
 {
     std::string data = "decoder", key = " \1";
-    auto* dataBytes = Bytes<unsigned char>(data);
-    auto* keyBytes = Bytes<unsigned char>(key);
+    auto* dataBytes = BytesOf<unsigned char>(data);
+    auto* keyBytes = BytesOf<unsigned char>(key);
     CEncryptXOR cipher;
     cipher.Encrypt(dataBytes, 7, keyBytes, 2);
     EXPECT_EQ(data, "DdCnDdR");

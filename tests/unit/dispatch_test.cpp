@@ -9,8 +9,6 @@ using namespace ORVA2_DECODER_TVW;
 
 namespace {
 
-const char kSource[] = "NetProtocolProcTWDECODERDevImp";
-
 using DispatchTest = SessionFixture;
 
 TEST_F(DispatchTest, BeforeTheLoginEveryOtherCommandIsRefusedWithoutAskingTheDecoder)
@@ -58,7 +56,7 @@ TEST_F(DispatchTest, CommandsAndLoggedOptionTypesAppearInTheLog)
                          "**************a=327680\n", "**************pOptType.opt:5******************",
                          "**************a=327681\n", "**************pOptType.opt:6******************",
                          "**************a=327682\n"}));
-    EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Normal, kSource, 166), 3);
+    EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Normal, fake_host::kProtocolSource, 166), 3);
 }
 
 TEST_F(DispatchTest, TheOptionRecordEndsWithThePayloadWhateverItsHeadSays)

@@ -9,7 +9,7 @@
 
 namespace {
 
-const char kSource[] = "NetPacketProcTWDecoderDev";
+const char kFrameSource[] = "NetPacketProcTWDecoderDev";
 const std::string kBeat = Bytes().Text("1111").U32(0);
 const std::string kDeviceHead = "ABCD" + std::string(60, 'x');
 
@@ -106,7 +106,7 @@ TEST_F(FramesTest, MissingBytesAreReportedAndNothingElseHappens)
     EXPECT_TRUE(parser.RecvProc("", 0, consumed, &needLen));
     EXPECT_TRUE(parser.RecvProc(nullptr, 0, consumed, nullptr));
     for (const int line : {135, 136, 52, 53}) {
-        EXPECT_EQ(fake_host::CountAsserts(kSource, line), 1) << line;
+        EXPECT_EQ(fake_host::CountAsserts(kFrameSource, line), 1) << line;
     }
 }
 
@@ -123,7 +123,7 @@ TEST_F(FramesTest, FragmentsInOrderBecomeOneMessage)
         ++(stranger.*field);
         EXPECT_FALSE(parser.CombineDataProc(stranger, "???", 3));
     }
-    EXPECT_EQ(fake_host::CountAsserts(kSource, 265), 3);
+    EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 265), 3);
     char* handle = MEM_POOL_New("def", 3);
     EXPECT_TRUE(parser.CombineDataProcMemPool(live, handle));
     MEM_POOL_Delete(handle);
@@ -138,13 +138,13 @@ TEST_F(FramesTest, FragmentsInOrderBecomeOneMessage)
 TEST_F(FramesTest, FragmentsThatFitNowhereAreRefused)
 {
     EXPECT_FALSE(parser.CombineDataProc({1, 1, 1, 1, 1, 2}, "a", 1));
-    EXPECT_EQ(fake_host::CountAsserts(kSource, 239), 1);
+    EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 239), 1);
     EXPECT_FALSE(parser.CombineDataProc({0, 0, 0, 0, 0, 0}, "a", 1)); // equals an empty slot
-    EXPECT_EQ(fake_host::CountAsserts(kSource, 265), 1);
+    EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 265), 1);
     EXPECT_TRUE(parser.CombineDataProc({1, 2, 1, 1, 1, 0}, nullptr, 5));
-    EXPECT_EQ(fake_host::CountAsserts(kSource, 230), 1);
+    EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 230), 1);
     EXPECT_TRUE(parser.CombineDataProc({2, 2, 0, 1, 1, 0}, "", 0)); // replaces the one before
-    EXPECT_EQ(fake_host::CountAsserts(kSource, 231), 1);
+    EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 231), 1);
     EXPECT_EQ(fake_host::LiveBuffers(), 1);
     EXPECT_TRUE(delivered.empty());
 }

@@ -10,8 +10,6 @@ using namespace ORVA2_DECODER_TVW;
 
 namespace {
 
-const char kSource[] = "NetProtocolProcTWDECODERDevImp";
-
 class LoginTest : public SessionFixture {
 protected:
     void ReplyToDooption(const std::string& errorcode = "0")
@@ -130,8 +128,8 @@ TEST_F(LoginTest, WrongPayloadLengthsAreReportedTwiceAndReadAsFarAsTheyGo)
     ReplyToDooption();
     ReplyToDologin("0");
     EXPECT_EQ(Login(LoginPayload("admin", "").substr(0, 39)), successAnswer);
-    EXPECT_EQ(fake_host::CountAsserts(kSource, 549), 1);
-    EXPECT_EQ(fake_host::CountAsserts(kSource, 594), 1);
+    EXPECT_EQ(fake_host::CountAsserts(fake_host::kProtocolSource, 549), 1);
+    EXPECT_EQ(fake_host::CountAsserts(fake_host::kProtocolSource, 594), 1);
     EXPECT_EQ(Deciphered("account"), "adm");
 }
 
@@ -141,7 +139,7 @@ TEST_F(LoginTest, FieldsWithoutATerminatorEndWithTheirSize)
     ReplyToDologin("0");
     Login(LoginPayload(std::string(64, 'u'), "secret"));
     EXPECT_EQ(Deciphered("account"), std::string(64, 'u'));
-    EXPECT_EQ(fake_host::CountAsserts(kSource, 549), 0);
+    EXPECT_EQ(fake_host::CountAsserts(fake_host::kProtocolSource, 549), 0);
 }
 
 TEST_F(LoginTest, ALongSessionIdOrTokenIsADeviceErrorAndNothingOfItsReplyIsKept)

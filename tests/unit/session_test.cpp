@@ -27,7 +27,6 @@ public:
 
 namespace {
 
-const char kSource[] = "NetProtocolProcTWDECODERDevImp";
 const std::string kClearWall = Option(TVWALL_DECODE_CLEAR_WALL, "");
 
 class SessionTest : public SessionFixture {
@@ -77,7 +76,7 @@ TEST_F(SessionTest, NoReplyForThreeHundredPollsIsATimeout)
     const std::string text =
         "CNetProtocolProcTWDECODERDevImp::WaitProc time out 等待设备回复命令超时 nCmdID=" +
         Element(LastRequest(), "seq") + " , m_recvCmdID=-1";
-    EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Normal, kSource, 1940), 1);
+    EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Normal, fake_host::kProtocolSource, 1940), 1);
     EXPECT_EQ(fake_host::Logs().back().text, text);
     EXPECT_FALSE(SessionAccess::WaitProc(session, 1, 199));
     EXPECT_FALSE(SessionAccess::WaitProc(session, 1, 99));
@@ -235,11 +234,11 @@ TEST_F(SessionTest, WithoutANodeNothingIsSentAndNothingCrashes)
     FakeCommand command(KEST_CMD_REQUEST_LOGIN);
     lone.ProcOneCommand(&command, nullptr, 0);
     EXPECT_EQ(command.Answer(), "none");
-    EXPECT_EQ(fake_host::CountAsserts(kSource, 2015), 1);
+    EXPECT_EQ(fake_host::CountAsserts(fake_host::kProtocolSource, 2015), 1);
     lone.Start(nullptr, nullptr, 0);
     const std::string frame = Frame(ReplyText("notifychannelstate", "1"));
     EXPECT_EQ(Offer(lone, frame), frame.size());
-    EXPECT_EQ(fake_host::CountAsserts(kSource, 236), 1);
+    EXPECT_EQ(fake_host::CountAsserts(fake_host::kProtocolSource, 236), 1);
 }
 
 TEST_F(SessionTest, UnusualPacketsAreReportedOrIgnored)
@@ -247,9 +246,9 @@ TEST_F(SessionTest, UnusualPacketsAreReportedOrIgnored)
     using Session = CNetProtocolProcTWDECODERDevImp;
     EXPECT_EQ(Session::PacketProcCallback(NET_PACKETTYPE_DATA, "x", 1, nullptr), 0U);
     EXPECT_EQ(Session::PacketProcCallback(static_cast<tagNET_PACKETTYPE>(3), "x", 1, &session), 0U);
-    EXPECT_EQ(fake_host::CountAsserts(kSource, 226), 1);
+    EXPECT_EQ(fake_host::CountAsserts(fake_host::kProtocolSource, 226), 1);
     EXPECT_EQ(Session::PacketProcCallback(NET_PACKETTYPE_DATA, nullptr, 5, &session), 0U);
-    EXPECT_EQ(fake_host::CountAsserts(kSource, 235), 1);
+    EXPECT_EQ(fake_host::CountAsserts(fake_host::kProtocolSource, 235), 1);
 }
 
 } // namespace

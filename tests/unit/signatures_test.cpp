@@ -168,12 +168,12 @@ template <class Record>
 struct Common : Encoded<Record>, Operations<void(), &Record::Dump, &Record::VerifyData, &Record::ClearData> {
 };
 template <class... Record>
-struct Records : Common<Record>..., Operations<bool(const char*, unsigned int), &Record::SetData>... {
+struct AllRecords : Common<Record>..., Operations<bool(const char*, unsigned int), &Record::SetData>... {
 };
 // All have them from one template: those that clear themselves, and one for each way to read a short payload.
-template struct Records<S_MTvw_Wall_Layout, S_MTvw_Wall_WallLayout_Item, S_MTvw_Wall_Basic_Config,
-                        S_MTvw_Wall_Get_ChGroup, S_MTvw_Get_Audio_Config, S_Playback_Ctrl_Items_V2,
-                        S_Decoder_Draw_Border_Wind>;
+template struct AllRecords<S_MTvw_Wall_Layout, S_MTvw_Wall_WallLayout_Item, S_MTvw_Wall_Basic_Config,
+                           S_MTvw_Wall_Get_ChGroup, S_MTvw_Get_Audio_Config, S_Playback_Ctrl_Items_V2,
+                           S_Decoder_Draw_Border_Wind>;
 template struct Common<S_Decoder_Draw_Border>;
 HOLDS(void(const char*, unsigned int), &S_Decoder_Draw_Border::SetData);
 static_assert(std::is_same_v<LOGICSCREENLIST_V2, std::list<std::shared_ptr<S_Decoder_LogicScreen_Item_V2>>>);

@@ -7,7 +7,7 @@ namespace standin_host {
 
 namespace {
 
-using Fields = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 using tinyxml2::XMLElement;
 
 const XMLElement* Child(const XMLElement* parent, const char* name)
@@ -21,9 +21,9 @@ std::string ChildText(const XMLElement& parent, const char* name)
     return child == nullptr || child->GetText() == nullptr ? "" : child->GetText();
 }
 
-Fields Channel(const XMLElement& item)
+OrderedJson Channel(const XMLElement& item)
 {
-    Fields channel = Fields::object();
+    OrderedJson channel = OrderedJson::object();
     int64_t id = 0;
     if (const XMLElement* element = item.FirstChildElement("id");
         element != nullptr && element->QueryInt64Text(&id) == tinyxml2::XML_SUCCESS) {
@@ -43,9 +43,9 @@ Fields Channel(const XMLElement& item)
 
 } // namespace
 
-Fields NotificationFields(const std::string& xml)
+OrderedJson NotificationFields(const std::string& xml)
 {
-    Fields fields = Fields::object();
+    OrderedJson fields = OrderedJson::object();
     tinyxml2::XMLDocument document;
     if (xml.size() > kMostNoticeRead || document.Parse(xml.data(), xml.size()) != tinyxml2::XML_SUCCESS) {
         return fields;
@@ -56,7 +56,7 @@ Fields NotificationFields(const std::string& xml)
     if (list == nullptr) {
         return fields;
     }
-    Fields& channels = fields["channels"] = Fields::array();
+    OrderedJson& channels = fields["channels"] = OrderedJson::array();
     for (const XMLElement* item = Child(list, "item"); item != nullptr;
          item = item->NextSiblingElement("item")) {
         channels.push_back(Channel(*item));

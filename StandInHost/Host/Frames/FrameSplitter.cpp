@@ -6,7 +6,6 @@ namespace standin_host {
 
 namespace {
 
-constexpr std::size_t kFrameHead = 8;
 constexpr std::size_t kDeviceHead = 64;
 
 std::size_t AnnouncedLength(std::string_view head)

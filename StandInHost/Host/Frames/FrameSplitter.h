@@ -8,6 +8,8 @@
 
 namespace standin_host {
 
+constexpr std::size_t kFrameHead = 8; // bytes of "1111" and the length
+
 // Cuts one direction of the link into frames: a frame is "1111", a 32-bit little-endian length and that many
 // bytes; a length of 0 is a heartbeat; any other four bytes begin a device head of 64 bytes.
 class FrameSplitter {

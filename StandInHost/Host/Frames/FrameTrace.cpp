@@ -11,8 +11,6 @@ namespace standin_host {
 
 namespace {
 
-constexpr std::size_t kFrameHead = 8;
-
 std::string TimeOfDay()
 {
     const auto now = std::chrono::system_clock::now();

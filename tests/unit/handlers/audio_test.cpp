@@ -3,7 +3,7 @@
 namespace {
 
 const std::string kGuids = Guids();
-const std::string kTwo = Guids().U32(2).U32(-3UL).U32(1).U32(0).U32(-5UL).U32(4).U32(0);
+const std::string kTwoWindows = Guids().U32(2).U32(-3UL).U32(1).U32(0).U32(-5UL).U32(4).U32(0);
 
 using AudioTest = WallCommandFixture;
 
@@ -25,8 +25,9 @@ TEST_F(AudioTest, TheAnswerHoldsTheHostsGuidsAndTheDecodersWindows)
         return ResultOf(0x60016, Bytes().Text(guids).U32(windowCount).Text(windows));
     };
     const std::string zero(32, '\0');
-    EXPECT_EQ(ask(kTwo.substr(0, kTwo.size() - 1), ""), answer(kGuids, 0, "")) << "a bad item keeps the head";
-    EXPECT_EQ(ask(kTwo.substr(0, 35), ""), answer(zero, 0, ""));
+    EXPECT_EQ(ask(kTwoWindows.substr(0, kTwoWindows.size() - 1), ""), answer(kGuids, 0, ""))
+        << "a bad item keeps the head";
+    EXPECT_EQ(ask(kTwoWindows.substr(0, 35), ""), answer(zero, 0, ""));
     EXPECT_EQ(ask(Guids().U32(0x20000001).Zeros(8), ""), answer(zero, 0, ""));
 
     const std::string windows =
@@ -34,7 +35,7 @@ TEST_F(AudioTest, TheAnswerHoldsTheHostsGuidsAndTheDecodersWindows)
                                           Elem("other", "1") + Item(Elem("td_channel", 6))) +
              Elem("id", -2)) +
         Elem("other", "1") + Item("");
-    EXPECT_EQ(ask(kTwo, Elem("td_windowlist", windows)),
+    EXPECT_EQ(ask(kTwoWindows, Elem("td_windowlist", windows)),
               answer(kGuids, 2, Bytes().U32(-2UL).U32(2).U32(4).U32(-9UL).U32(0).U32(0).U32(0).U32(0)))
         << "other order, entities, unknown names, missing values";
 }

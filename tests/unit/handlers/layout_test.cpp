@@ -8,7 +8,8 @@ std::string Layout(unsigned long rows, unsigned long cols, unsigned long count, 
 }
 
 const std::string kFullName(256, 'n');
-const std::string kTwo = ScreenRecord(0xFFFFFFFF, kFullName, 1, 0x80000000) + ScreenRecord(8, "", 0, 2);
+const std::string kTwoScreens =
+    ScreenRecord(0xFFFFFFFF, kFullName, 1, 0x80000000) + ScreenRecord(8, "", 0, 2);
 
 using LayoutTest = WallCommandFixture;
 
@@ -16,8 +17,8 @@ TEST_F(LayoutTest, ShortRecordsSendWhatWasReadOfThem)
 {
     const std::string nothing = Body(Elem("row", 0) + Elem("col", 0));
     const std::string empty = Body(Elem("td_channellist", ""));
-    const std::string two = Layout(3, 4, 2, kTwo);
-    const std::string three = Layout(3, 4, 3, kTwo);
+    const std::string two = Layout(3, 4, 2, kTwoScreens);
+    const std::string three = Layout(3, 4, 3, kTwoScreens);
     const std::tuple<const char*, std::string, std::string> cases[] = {
         {"SetWallLayout", two.substr(0, 11), nothing},
         {"SetWallLayout", three, nothing},
