@@ -85,7 +85,7 @@ constexpr Row kRows[] = {
      SetUpWindowConfigGet},
     {"window-config", "set", "on|off on|off", "set the wall's display switches", "window-config set on off",
      SetUpWindowConfigSet},
-    {"", "watch", "", "print the decoder's notifications until Ctrl-C: what changes; info tells what is",
+    {"", "watch", "", "print the decoder's notifications of changes until Ctrl-C; info shows all channels",
      "watch", SetUpWatch},
     {"", "script", "FILE",
      "check and run a file of commands, one per line, # for comments, with one login for all",

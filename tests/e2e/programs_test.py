@@ -323,6 +323,13 @@ class Programs(unittest.TestCase):
             if dies:
                 self.decoder.kill()
             self.end(host, 3 if dies else 128 + signal.SIGINT, None if dies else signal.SIGINT)
+        self.start_decoder()
+        host = self.start_host("--json", "script", "--stream", "-")
+        self.assertEqual(read_line(host.stdout.readline())["command"], "login")
+        self.decoder.kill()
+        self.assertEqual(read_line(host.stdout.readline())["event"], "linkLost")
+        self.end(host, 3)
+        self.assertEqual(self.errors(), "")
 
     def test_a_signal_ends_a_decoder_that_stands_at_a_full_pipe(self):
         pipe = self.folder + "/pipe"

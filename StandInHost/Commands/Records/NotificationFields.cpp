@@ -67,7 +67,7 @@ OrderedJson NotificationFields(const std::string& xml)
 std::string ChannelsText(const nlohmann::ordered_json& fields)
 {
     std::string text;
-    for (const Fields& channel : fields["channels"]) {
+    for (const OrderedJson& channel : fields["channels"]) {
         text += text.empty() ? "" : ",";
         text += channel.contains("id") ? ' ' + channel["id"].dump() : "";
         for (const char* field : {"name", "state"}) {
