@@ -38,7 +38,8 @@ struct Row {
 constexpr Row kRows[] = {
     {"", "login", "", "log in and say who answered", "login", SetUpLogin},
     {"", "logout", "", "log out; the decoder then refuses what follows", "logout", SetUpLogout},
-    {"", "info", "", "read the decoder's name, model and versions", "info", SetUpInfo},
+    {"", "info", "", "read the decoder's name, model and versions; its channels follow as a notification",
+     "info", SetUpInfo},
     {"", "config", "", "read the decoder's basic configuration", "config", SetUpConfig},
     {"layout", "get", "", "read the grid of screens and what is bound to them", "layout get", SetUpLayoutGet},
     {"layout", "set", "ROWS COLUMNS", "set the size of the grid", "layout set 2 3", SetUpLayoutSet},
@@ -84,7 +85,8 @@ constexpr Row kRows[] = {
      SetUpWindowConfigGet},
     {"window-config", "set", "on|off on|off", "set the wall's display switches", "window-config set on off",
      SetUpWindowConfigSet},
-    {"", "watch", "", "print the decoder's notifications until Ctrl-C", "watch", SetUpWatch},
+    {"", "watch", "", "print the decoder's notifications of changes until Ctrl-C; info shows all channels",
+     "watch", SetUpWatch},
     {"", "script", "FILE",
      "check and run a file of commands, one per line, # for comments, with one login for all",
      "script evening.txt", SetUpScript, kPlaceCommandLine | kPlaceShell},
@@ -325,7 +327,9 @@ ConsoleCommand ParseLine(const Words& words, Place place, const Row* only = null
         command.help = HelpOf(app);
         return command;
     } catch (const CLI::Error& error) {
-        RefuseLine(app, error);
+        RefuseLine(app, tools::OptionFault(error));
+    } catch (const UsageError& error) {
+        RefuseLine(app, error.what());
     }
     CheckParsedCommand(app);
     command.typed = TypedCommand(app);
@@ -336,14 +340,13 @@ ConsoleCommand ParseLine(const Words& words, Place place, const Row* only = null
 
 } // namespace
 
-// A mistyped option may be all that is wrong when another one is missing.
-void RefuseLine(const CLI::App& app, const CLI::Error& error)
+// A mistyped option may be all that is wrong when another one is missing, or its value is taken for a word.
+void RefuseLine(const CLI::App& app, const std::string& fault)
 {
     const auto left = app.remaining(true);
     const auto option =
         std::find_if(left.begin(), left.end(), [](const std::string& word) { return word.starts_with('-'); });
-    throw UsageError(option == left.end() ? tools::OptionFault(error)
-                                          : tools::UnknownOption(*Deepest(app).first, *option));
+    throw UsageError(option == left.end() ? fault : tools::UnknownOption(*Deepest(app).first, *option));
 }
 
 std::string HelpOf(const CLI::App& app)

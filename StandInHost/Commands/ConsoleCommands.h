@@ -20,8 +20,8 @@ void AddConsoleCommands(CLI::App& app, ConsoleCommand& command, Place place);
 // Throws UsageError when the parsed line has words left over, or names no command or only part of one.
 void CheckParsedCommand(const CLI::App& app);
 
-// Throws UsageError for a line that the parser did not take.
-[[noreturn]] void RefuseLine(const CLI::App& app, const CLI::Error& error);
+// Throws UsageError for a line that was not taken because of this fault, or of an unknown option in it.
+[[noreturn]] void RefuseLine(const CLI::App& app, const std::string& fault);
 
 // The help of the command that the line names, or of all. Throws UsageError when it names an unknown one.
 std::string HelpOf(const CLI::App& app);

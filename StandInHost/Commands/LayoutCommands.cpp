@@ -43,11 +43,11 @@ void SetUpLayoutSet(CLI::App& app, ConsoleCommand& command)
 void SetUpLayoutBind(CLI::App& app, ConsoleCommand& command)
 {
     const auto words = AddWords(app, "SCREEN",
-                                "ID X Y: a decoder output and its column and row, from 0; repeat for "
-                                "several screens");
+                                "OUTPUT X Y: an output of the decoder, and column and row of its screen, "
+                                "from 0; repeat for several screens");
     app.callback([&command, words] {
         std::vector<Screen> screens;
-        for (const WordGroup& group : Groups(*words, 3, "each screen takes three numbers: ID X Y")) {
+        for (const WordGroup& group : Groups(*words, 3, "each screen takes three numbers: OUTPUT X Y")) {
             screens.push_back(
                 {Unsigned(group[0], "the output's id"), Unsigned(group[1], "X"), Unsigned(group[2], "Y")});
         }

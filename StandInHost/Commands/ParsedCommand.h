@@ -19,6 +19,11 @@ namespace standin_host {
 
 class SourcePasswords;
 
+struct ProfileAnswer {
+    std::string text;
+    Fields fields; // null if there are none
+};
+
 // A parsed console line: what the program does, or what it asks of the plug-in.
 struct ConsoleCommand {
     enum class Kind {
@@ -61,8 +66,8 @@ struct ConsoleCommand {
     std::string scriptFile;                            // Script: "-" is standard input
     std::string help;                                  // Help: the text
     std::string profile;                               // Connect: where to, as whom; empty: as before
-    // Profile: does the work with the settings in use and returns what to print. Throws UsageError.
-    std::function<std::string(const Profile& settings)> profileWork;
+    // Profile: does the work with the settings in use. Throws UsageError.
+    std::function<ProfileAnswer(const Profile& settings)> profileWork;
     std::vector<std::string> windows; // ids of those that the command names
 
     // Whether the command is one of those that carry an option.

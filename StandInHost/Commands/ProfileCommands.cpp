@@ -11,24 +11,40 @@ namespace standin_host {
 
 namespace {
 
-std::string List()
+// A profile as JSON: what it says, and nothing of what it leaves open.
+Fields ProfileFields(const std::string& name, const Profile& profile)
+{
+    Fields fields{{"name", name}};
+    for (const auto& [key, value] :
+         {std::pair("decoder", profile.decoder), std::pair("user", profile.user),
+          std::pair("passwordFile", profile.passwordFile), std::pair("deviceCodes", profile.deviceCodes),
+          std::pair("plugin", profile.plugin)}) {
+        if (!value.empty()) {
+            fields[key] = value;
+        }
+    }
+    return fields;
+}
+
+ProfileAnswer List()
 {
     const ProfileFile file;
     const Profiles profiles = file.Load();
-    if (profiles.empty()) {
-        return "profile list: none; profile add NAME keeps what the options say\n";
-    }
+    Fields fields{{"file", file.Path()}, {"profiles", Fields::array()}};
     std::vector<std::vector<std::string>> rows{
         {"PROFILE", "DECODER", "USER", "PASSWORD FILE", "DEVICE CODES", "PLUG-IN"}};
     for (const auto& [name, profile] : profiles) {
         rows.push_back(
             {name, profile.decoder, profile.user, profile.passwordFile, profile.deviceCodes, profile.plugin});
         std::replace(rows.back().begin(), rows.back().end(), std::string(), std::string("-"));
+        fields["profiles"].push_back(ProfileFields(name, profile));
     }
-    return "profile list: " + file.Path() + TextTable(rows) + '\n';
+    return {profiles.empty() ? "none; profile add NAME keeps what the options say"
+                             : file.Path() + TextTable(rows),
+            std::move(fields)};
 }
 
-std::string Add(const std::string& name, const Profile& profile, bool replace)
+ProfileAnswer Add(const std::string& name, const Profile& profile, bool replace)
 {
     if (profile.decoder.empty()) {
         throw UsageError("a profile needs a decoder; give --decoder HOST:PORT");
@@ -37,13 +53,13 @@ std::string Add(const std::string& name, const Profile& profile, bool replace)
         throw UsageError("a profile names a password file, not standard input");
     }
     ProfileFile().Add(name, profile, replace);
-    return "profile " + name + ": kept\n";
+    return {"kept", nullptr};
 }
 
-std::string Remove(const Words& names)
+ProfileAnswer Remove(const Words& names)
 {
     ProfileFile().Remove(names);
-    return "profile" + Join(names) + ": removed\n";
+    return {"removed", nullptr};
 }
 
 } // namespace
@@ -64,6 +80,8 @@ void SetUpProfileAdd(CLI::App& app, ConsoleCommand& command)
     app.callback([&command, name, replace] {
         command.kind = ConsoleCommand::Kind::Profile;
         command.profileSettings = true;
+        command.title = "profile " + *name;
+        command.args = {{"name", *name}, {"replace", *replace}};
         command.profileWork = [name = *name, replace = *replace](const Profile& settings) {
             return Add(name, settings, replace);
         };
@@ -75,6 +93,8 @@ void SetUpProfileRemove(CLI::App& app, ConsoleCommand& command)
     const auto names = AddWords(app, "PROFILE", "names of profiles");
     app.callback([&command, names] {
         command.kind = ConsoleCommand::Kind::Profile;
+        command.title = "profile" + Join(*names);
+        command.args["names"] = *names;
         command.profileWork = [names = *names](const Profile&) { return Remove(names); };
     });
 }

@@ -57,6 +57,7 @@ private:
 std::string ReadWholeScript(const std::string& path, HostEvents& events)
 {
     LineInput input(path);
+    const HostEvents::Awaited awaited(events, "waiting for the end of the script");
     while (!input.Ended()) {
         events.AwaitInput(input.Descriptor());
         input.Fill();

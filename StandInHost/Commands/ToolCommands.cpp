@@ -44,7 +44,7 @@ void SetUpWatch(CLI::App& app, ConsoleCommand& command)
 
 void SetUpScript(CLI::App& app, ConsoleCommand& command)
 {
-    app.add_option("FILE", command.scriptFile, "script file; - is standard input")->required();
+    app.add_option("FILE", command.scriptFile, "script file; - is standard input")->type_name("")->required();
     app.add_flag("--stream", command.stream,
                  "run each line as it comes, instead of checking all of them first");
     app.add_flag("--stop-on-failure", command.stopOnFailure, "end at the first command that fails");

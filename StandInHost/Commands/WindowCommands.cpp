@@ -12,7 +12,7 @@ using namespace ORVA_NET_PROTOCOL;
 using namespace ORVA2_DECODER_TVW;
 
 constexpr std::size_t kWindowWords = 5;
-constexpr char kWindowShape[] = "each window takes five numbers: ID X Y WIDTH HEIGHT";
+constexpr char kWindowShape[] = "each window takes five numbers: WINDOW X Y WIDTH HEIGHT";
 
 // The most sub-windows of one window; more need a raw command.
 constexpr int64_t kMaxMode = 4096;
@@ -66,7 +66,8 @@ void SetUpWindowRecord(CLI::App& app, ConsoleCommand& command, unsigned int cmdI
 {
     const auto arguments = std::make_shared<WindowArguments>();
     app.add_option("WINDOW", arguments->words,
-                   "ID X Y WIDTH HEIGHT in wall coordinates; repeat for several windows")
+                   "WINDOW X Y WIDTH HEIGHT in wall coordinates; repeat for several windows")
+        ->type_name("")
         ->required();
     app.add_option("--mode", arguments->modeWord, "split mode: the number of sub-windows")
         ->type_name("1|4|9|16|N")
@@ -103,8 +104,8 @@ void SetUpWindowSplit(CLI::App& app, ConsoleCommand& command)
 
 void SetUpWindowMove(CLI::App& app, ConsoleCommand& command)
 {
-    const auto words =
-        AddWords(app, "WINDOW", "ID X Y WIDTH HEIGHT, X and Y may be negative; repeat for several windows");
+    const auto words = AddWords(
+        app, "WINDOW", "WINDOW X Y WIDTH HEIGHT, X and Y may be negative; repeat for several windows");
     app.callback([&command, words] {
         std::vector<WindowMove> moves;
         Fields& windows = command.args["windows"] = Fields::array();

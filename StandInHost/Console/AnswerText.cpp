@@ -134,6 +134,17 @@ ReadableAnswer ReadEnding(const ConsoleCommand& command, const Ending& ending, c
     return read;
 }
 
+ReadableAnswer ReadProfileWork(const ConsoleCommand& command, const Profile& settings)
+{
+    auto [text, fields] = command.profileWork(settings);
+    ReadableAnswer read;
+    read.text = std::move(text);
+    if (!fields.is_null()) {
+        read.fields = std::make_shared<Fields>(std::move(fields));
+    }
+    return read;
+}
+
 int StatusOf(Outcome outcome)
 {
     switch (outcome) {
@@ -147,6 +158,7 @@ int StatusOf(Outcome outcome)
     case Outcome::Unanswered:
         return kExitNoAnswer;
     case Outcome::Lost:
+    case Outcome::NotConnected:
         return kExitConnection;
     case Outcome::LoginRefused:
         return kExitLoginRefused;

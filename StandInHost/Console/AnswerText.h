@@ -30,6 +30,7 @@ enum class Outcome {
     Lost,
     Unanswered, // the plug-in ended the command without an answer, although no reply is missing
     LoginRefused,
+    NotConnected,
 };
 
 // What an ending says.
@@ -45,6 +46,9 @@ struct ReadableAnswer {
 };
 
 ReadableAnswer ReadEnding(const ConsoleCommand& command, const Ending& ending, const DeviceCodes& codes);
+
+// Does the work of a profile command, and says what came of it. Throws UsageError.
+ReadableAnswer ReadProfileWork(const ConsoleCommand& command, const Profile& settings);
 
 // The exit status that an outcome stands for.
 int StatusOf(Outcome outcome);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cwchar>
 #include <stdexcept>
 #include <utility>
 
@@ -28,9 +29,28 @@ int Columns()
     return ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1 ? size.ws_col : 80;
 }
 
-long Characters(std::string_view text)
+// Rows below the first that the cursor is on after this text, which began a line of the window. A wide
+// character that does not fit at the edge begins the next row.
+long RowsBelow(const std::string& text, int columns)
 {
-    return std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; });
+    std::mbstate_t state{};
+    long row = 0;
+    int column = 0;
+    for (std::size_t i = 0; i < text.size();) {
+        wchar_t character = 0;
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): unsafe only without a state of its own
+        const std::size_t size = std::mbrtowc(&character, &text[i], text.size() - i, &state);
+        const bool good = size > 0 && size <= text.size() - i;
+        const int width = good ? ::wcwidth(character) : -1;
+        const int shown = width < 0 ? 2 : width; // a control character is shown as ^X
+        row += column + shown > columns ? 1 : 0;
+        column = column + shown > columns ? shown : column + shown;
+        row += column == columns ? 1 : 0;
+        column %= columns;
+        i += good ? size : 1;
+        state = good ? state : std::mbstate_t{};
+    }
+    return row;
 }
 
 LineEditor& Self(EditLine* editor)
@@ -182,9 +202,9 @@ bool LineEditor::AwaitKey()
 void LineEditor::Erase()
 {
     const LineInfo* line = el_line(m_editor.get());
-    const auto length = Characters(m_prompt) +
-                        Characters({line->buffer, static_cast<std::size_t>(line->cursor - line->buffer)});
-    const auto rows = length / std::max(m_columns, Columns());
+    const std::string before =
+        m_prompt + std::string(line->buffer, static_cast<std::size_t>(line->cursor - line->buffer));
+    const long rows = RowsBelow(before, std::max(m_columns, Columns()));
     const std::string up = rows == 0 ? "" : "\x1b[" + std::to_string(rows) + 'A';
     (void)std::fputs((up + "\r\x1b[J").c_str(), stderr);
 }

@@ -5,7 +5,9 @@
 
 #include "Base/ExitStatus.h"
 #include "Commands/Records/Credentials.h"
+#include "Console/AnswerText.h"
 #include "Console/Options.h"
+#include "Console/Output.h"
 #include "Host/Connection.h"
 #include "Host/DecoderLink.h"
 
@@ -46,20 +48,43 @@ LinkOpener OpenerOf(const SessionGround& ground)
     };
 }
 
-// Asks for the password before the decoder has to wait for the user to type it.
-const SessionGround& WithPassword(const SessionGround& ground, const ConsoleCommand& first)
+bool LogsIn(const SessionGround& ground, const ConsoleCommand& first)
 {
-    if (ground.options.login || first.kind == ConsoleCommand::Kind::Login) {
+    return ground.options.login || first.kind == ConsoleCommand::Kind::Login;
+}
+
+// Tells in JSON what the login, or without one the first command, came to when there is no link for it.
+[[noreturn]] void FailToConnect(const SessionGround& ground, const ConsoleCommand& first, const char* why)
+{
+    ReadableAnswer read;
+    read.outcome = Outcome::NotConnected;
+    read.text = why;
+    ground.output.PrintOwn(LogsIn(ground, first) ? LoginCommand(ground.options.user, "") : first, read);
+    throw ExitError(kExitConnection, "");
+}
+
+std::unique_ptr<DecoderLink> OpenFirst(const SessionGround& ground, const ConsoleCommand& first,
+                                       const LinkOpener& openLink)
+{
+    // Asks for the password before the decoder has to wait for the user to type it.
+    if (LogsIn(ground, first)) {
         ground.credentials.Password();
     }
-    return ground;
+    try {
+        return openLink(HostEvents::Clock::time_point::max());
+    } catch (const ExitError& error) {
+        if (!ground.options.json || error.Status() != kExitConnection) {
+            throw;
+        }
+        FailToConnect(ground, first, error.what());
+    }
 }
 
 } // namespace
 
 OpenSession::OpenSession(const SessionGround& ground, const ConsoleCommand& first)
-    : m_session(ground.options, ground.events, OpenerOf(WithPassword(ground, first)), ground.credentials,
-                ground.output, ground.windows)
+    : m_session(ground.options, ground.events, OpenerOf(ground), OpenFirst(ground, first, OpenerOf(ground)),
+                ground.credentials, ground.output, ground.windows)
 {
     m_session.Begin(first);
 }

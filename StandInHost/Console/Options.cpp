@@ -15,6 +15,7 @@
 #include "Host/Plugin.h"
 #include "Tools/Common/Address.h"
 #include "Tools/Common/Nearest.h"
+#include "Tools/Common/OptionFaults.h"
 #include "Tools/Common/TerminalText.h"
 
 namespace standin_host {
@@ -34,6 +35,28 @@ constexpr char kExamples[] = R"(Examples:
   tvwall-host --decoder 192.0.2.7:9000 --user admin raw 0x50002 --option 0x60007 --payload record.bin
   tvwall-host --decoder [2001:db8::7]:9000 --user admin --password-file secret profile add entrance
   tvwall-host --profile entrance shell
+  tvwall-host --profile entrance --json watch | jq -c '.fields.channels[]?'
+
+JSON:
+  Each line is an object. Its first fields are v, the form's number, which is 1, and time, RFC 3339 in UTC. What may
+  change without a new number is in docs/tools.md of the documentation, the schema in docs/tvwall-host.schema.json.
+  command, args       of a command: as typed, and its arguments by name
+  line                its line in a script
+  result              done, queued or dryRun;
+                      of a failure: refused, timeout, lost, notConnected, loginRefused, unanswered or malformed
+  code                the plug-in's failure code, such as "0x20000002"
+  deviceCode, deviceMeaning
+                      the code in the decoder's reply, and its words
+  fields              what the answer or the notification holds, by name
+  problem             what the text output says of the failure
+  event               of a notification: channels, which lists all, channelStates, or unknown
+                      of a link: linkLost with its reason, linkBack with its gap in milliseconds
+  fields.channels     of a notification: objects with id, name, and online, which is true or false
+  data, nLen, destination
+                      of a notification: what the plug-in handed over
+  answer, hex         of raw: buffer, failure or none, and its bytes
+  id, option, payload
+                      of a dry run: what would be queued
 
 Order of settings:
   An option counts before the environment, and the environment before the profile. In the shell, connect PROFILE
@@ -92,7 +115,7 @@ void AddSettings(CLI::App& app, Profile& given, std::string& profile)
 void AddOptions(CLI::App& app, Options& options, RawOptions& raw)
 {
     app.add_flag("--json", options.json,
-                 "one JSON object per line for each answer and notification; docs/tools.md has the form");
+                 "one JSON object per line for each answer and notification, see JSON below");
     app.add_flag("-q,--quiet", options.quiet, "print failures only");
     app.add_flag("--dry-run", options.dryRun,
                  "print what the commands would queue, without connecting; passwords are blanked");
@@ -261,7 +284,9 @@ Options ParseOptions(int argc, const char* const* argv)
     } catch (const CLI::CallForHelp&) {
         throw ExitError(kExitAllAnswered, HelpOf(app));
     } catch (const CLI::Error& error) {
-        RefuseLine(app, error);
+        RefuseLine(app, tools::OptionFault(error));
+    } catch (const UsageError& error) {
+        RefuseLine(app, error.what());
     }
     CheckParsedCommand(app);
     options.command.typed = TypedCommand(app);

@@ -65,8 +65,9 @@ public:
                            : notification.info.nOptType == TVWALL_DECODE_NOTIFY_IORES_STATUS
                                ? "channel states"
                                : "unknown kind";
+        const auto fields = NotificationFields(notification.data);
         Line(UtcText(notification.time) + " notification, " + kind + ": " +
-             tools::OneLine(notification.data));
+             tools::OneLine(fields.empty() ? notification.data : ChannelsText(fields)));
     }
 
     void PrintLinkLost(const std::string& reason) override
@@ -102,9 +103,11 @@ const char* ResultName(Outcome outcome)
     case Outcome::Unanswered:
         return "unanswered";
     case Outcome::LoginRefused:
+        return "loginRefused";
+    case Outcome::NotConnected:
         break;
     }
-    return "loginRefused";
+    return "notConnected";
 }
 
 // The form of a line: docs/tvwall-host.schema.json. A field may be added; any other change needs a new
@@ -135,7 +138,7 @@ public:
         if (!read.Good()) {
             object["problem"] = read.text;
         }
-        if (command.form == nullptr) {
+        if (command.kind == ConsoleCommand::Kind::Request && command.form == nullptr) {
             AddBytes(object, ending.answer);
         }
         Print(object);
@@ -231,6 +234,12 @@ std::unique_ptr<Output> Output::Create(bool json, HostEvents& events)
         return std::make_unique<JsonOutput>(events);
     }
     return std::make_unique<TextOutput>(events);
+}
+
+void Output::PrintOwn(const ConsoleCommand& command, const ReadableAnswer& read)
+{
+    PrintCommand({command, {}, read, 0});
+    CheckWritten();
 }
 
 void Output::CheckWritten() const

@@ -32,6 +32,8 @@ public:
     Output& operator=(const Output&) = delete;
 
     virtual void PrintCommand(const EndedCommand& ended) = 0;
+    // A command that the program has ended by itself: the plug-in was not asked. Throws as CheckWritten does.
+    void PrintOwn(const ConsoleCommand& command, const ReadableAnswer& read);
     // What a command would queue; its passwords are already blanked. line is its script's, 0 outside one.
     virtual void PrintQueued(const ConsoleCommand& command, std::size_t line) = 0;
     virtual void PrintNotification(const Notification& notification) = 0;

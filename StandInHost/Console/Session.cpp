@@ -35,12 +35,13 @@ bool IsMissingReply(const HostAnswer& answer)
 
 } // namespace
 
-Session::Session(const Options& options, HostEvents& events, LinkOpener openLink, Credentials& credentials,
-                 Output& output, SeenWindows* windows)
+Session::Session(const Options& options, HostEvents& events, LinkOpener openLink,
+                 std::unique_ptr<DecoderLink> link, Credentials& credentials, Output& output,
+                 SeenWindows* windows)
     : m_options(options),
       m_events(events),
       m_openLink(std::move(openLink)),
-      m_link(m_openLink(kForever)),
+      m_link(std::move(link)),
       m_credentials(credentials),
       m_output(output),
       m_windows(windows)
@@ -170,7 +171,8 @@ void Session::Judge(const ConsoleCommand& command, const HostCommand& host, bool
     if (ending.answer) {
         HideSecrets(command, *ending.answer);
     }
-    const ReadableAnswer read = ReadEnding(command, ending, m_options.deviceCodes);
+    ReadableAnswer read = ReadEnding(command, ending, m_options.deviceCodes);
+    read.text += ending.lost ? ", " + *lost : "";
     if (ending.answer) {
         NoteLogin(command, read.Good());
         if (m_windows != nullptr && read.Good()) {
@@ -190,7 +192,6 @@ void Session::Judge(const ConsoleCommand& command, const HostCommand& host, bool
     }
     if (!read.Good()) {
         const std::string text = Where() + tools::OneLine(command.title) + ": " + read.text +
-                                 (ending.lost ? ", " + *lost : "") +
                                  (read.hint.empty() ? "" : "; " + read.hint);
         Fail(StatusOf(read.outcome), m_options.json ? "" : text, ends);
     }
@@ -272,6 +273,10 @@ void Session::ShowNotifications()
 void Session::CheckLost() const
 {
     if (const auto reason = m_events.Lost()) {
+        if (m_options.json && !m_comingBack) {
+            m_output.PrintLinkLost(*reason);
+            throw ExitError(kExitConnection, "");
+        }
         throw ExitError(kExitConnection, Where() + "connection lost: " + *reason);
     }
 }

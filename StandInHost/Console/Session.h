@@ -27,9 +27,10 @@ using LinkOpener = std::function<std::unique_ptr<DecoderLink>(HostEvents::Clock:
 // processor of the plug-in. Belongs to the driving thread.
 class Session {
 public:
-    // Opens its first link. Throws ExitError.
-    Session(const Options& options, HostEvents& events, LinkOpener openLink, Credentials& credentials,
-            Output& output, SeenWindows* windows);
+    // Begins with this link; a watch may open others.
+    Session(const Options& options, HostEvents& events, LinkOpener openLink,
+            std::unique_ptr<DecoderLink> link, Credentials& credentials, Output& output,
+            SeenWindows* windows);
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;

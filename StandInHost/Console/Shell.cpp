@@ -10,6 +10,7 @@
 #include "Commands/Records/Credentials.h"
 #include "Commands/Records/FailureCodes.h"
 #include "Commands/Script.h"
+#include "Console/AnswerText.h"
 #include "Console/Output.h"
 #include "Tools/Common/Address.h"
 #include "Tools/Common/TerminalText.h"
@@ -53,6 +54,7 @@ int Shell::Run()
 {
     ConsoleCommand connect;
     connect.kind = Kind::Connect;
+    connect.title = connect.typed = "connect";
     RunCommand(connect);
     std::string line;
     while (!m_exit && ReadLine(line)) {
@@ -79,6 +81,7 @@ bool Shell::ReadLine(std::string& line)
 
 bool Shell::ReadPipedLine(std::string& line)
 {
+    const HostEvents::Awaited awaited(m_ground.events, "waiting for the next line");
     while (m_ground.events.Interrupted() == 0 && !m_piped.Take(line)) {
         if (m_piped.AtEnd()) {
             return false;
@@ -133,7 +136,10 @@ void Shell::RunInSession(ConsoleCommand command)
 {
     try {
         if (command.kind == Kind::Profile) {
-            Print(command.profileWork(m_options.settings));
+            const ReadableAnswer read = ReadProfileWork(command, m_options.settings);
+            if (!m_options.quiet) {
+                m_ground.output.PrintOwn(command, read);
+            }
             return;
         }
         if (command.kind == Kind::Connect) {
@@ -202,7 +208,11 @@ void Shell::Meanwhile()
     m_session->Get().PrintNotifications();
     if (const auto reason = m_ground.events.Lost()) {
         m_session.reset();
-        Complain(kExitAllAnswered, "connection lost: " + *reason + "; the next command connects again");
+        if (m_options.json) {
+            m_ground.output.PrintLinkLost(*reason);
+        } else {
+            Complain(kExitAllAnswered, "connection lost: " + *reason + "; the next command connects again");
+        }
     }
 }
 

@@ -12,6 +12,7 @@
 #include "Base/ExitStatus.h"
 #include "Commands/Records/Credentials.h"
 #include "Commands/Script.h"
+#include "Console/AnswerText.h"
 #include "Console/DryRun.h"
 #include "Console/OpenSession.h"
 #include "Console/Options.h"
@@ -29,12 +30,16 @@ using namespace standin_host;
 
 int Run(const Options& options)
 {
+    HostEvents events;
+    const auto output = Output::Create(options.json, events);
     if (options.command.kind == ConsoleCommand::Kind::Profile) {
-        std::cout << options.command.profileWork(options.settings) << std::flush;
+        const ReadableAnswer read = ReadProfileWork(options.command, options.settings);
+        if (!options.quiet) {
+            output->PrintOwn(options.command, read);
+        }
         return kExitAllAnswered;
     }
     OpenLog(options.logLevel, options.logFile);
-    HostEvents events;
     const ErrorLinesWriter writer(
         [&events](std::string_view lines) { (void)events.Write(STDERR_FILENO, lines); });
     IoThread ioThread;
@@ -46,7 +51,6 @@ int Run(const Options& options)
     if (command.kind == ConsoleCommand::Kind::Script) {
         script = OpenScript(command, events, options.dryRun ? nullptr : &sourcePasswords);
     }
-    const auto output = Output::Create(options.json, events);
     if (options.dryRun) {
         DryRun(options, events, script.get(), *output);
         return kExitAllAnswered;

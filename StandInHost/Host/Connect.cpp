@@ -1,6 +1,10 @@
 #include <optional>
 #include <utility>
 
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+
 #include <asio/connect.hpp>
 #include <asio/post.hpp>
 
@@ -15,6 +19,28 @@ namespace standin_host {
 namespace {
 
 using asio::ip::tcp;
+
+struct SocketOption {
+    int level;
+    int name;
+    int value;
+};
+
+// A decoder that goes without closing the link, unplugged, is noticed after half a minute, whether or not
+// something is being sent to it.
+constexpr SocketOption kNoticeDeadPeer[] = {
+    {SOL_SOCKET, SO_KEEPALIVE, 1},
+    {IPPROTO_TCP, TCP_KEEPIDLE, 10},         // seconds of silence until the first probe
+    {IPPROTO_TCP, TCP_KEEPINTVL, 5},         // seconds between probes
+    {IPPROTO_TCP, TCP_USER_TIMEOUT, 30'000}, // milliseconds without an acknowledgement, also of probes
+};
+
+void SetOptions(int socket)
+{
+    for (const auto& [level, name, value] : kNoticeDeadPeer) {
+        (void)::setsockopt(socket, level, name, &value, sizeof value); // best effort
+    }
+}
 
 // One attempt, shared by the waiting thread and its handlers.
 struct Attempt : std::enable_shared_from_this<Attempt> {
@@ -50,6 +76,7 @@ struct Attempt : std::enable_shared_from_this<Attempt> {
         }
         asio::error_code ignored;
         socket.set_option(tcp::no_delay(true), ignored);
+        SetOptions(socket.native_handle());
         {
             const TMutexGuard guard(lock);
             result = failure;

@@ -72,7 +72,8 @@ std::string UnknownOption(const CLI::App& app, const std::string& argument)
             }
         }
     }
-    return "unknown option '" + OneLine(name) + "'" + DidYouMean(name, known);
+    const std::string nearest = DidYouMean(name, known);
+    return "unknown option '" + OneLine(name) + "'" + (nearest.empty() ? "; see --help" : nearest);
 }
 
 std::function<std::string(const std::string&)> NumberFrom(std::int64_t lowest, std::int64_t highest)

@@ -105,6 +105,10 @@ with tempfile.TemporaryDirectory() as home:
     for words in ("--profile", "entrance", "login"), ("profile", "list"), ("profile", "remove", "exit"):
         run(*words, status=2, text=f"others may write the profile file {path}")
     os.chmod(path, 0o600)
+    if os.geteuid() == 0:
+        os.chown(path, 1, -1)
+        run("profile", "list", status=2, text=f"the profile file {path} belongs to someone else")
+        os.chown(path, 0, -1)
     for content, complaint in FAULTS:
         open(path, "w").write(content)
         run("--profile", "a", "login", status=2, text=f"tvwall-host: {complaint.replace('FILE', path)}\n")

@@ -187,6 +187,12 @@ class Programs(unittest.TestCase):
 
     def test_every_way_to_fail_has_its_status_and_one_line(self):
         self.fail_in_one_line(3, "login")  # nobody there
+        for words, command in (["wall", "clear"], "login"), (["--no-login", "wall", "clear"], "wall clear"):
+            told, = self.run_host(3, "--json", *words)
+            self.assertEqual([told["command"], told["result"], self.errors()], [command, "notConnected", ""])
+        self.run_host(0, "profile", "add", "one")
+        listed, = self.run_host(0, "--json", "profile", "list")
+        self.assertEqual(listed["fields"]["profiles"], [{"name": "one", "decoder": self.address, "user": "admin", "plugin": PLUGIN}])
         self.address = "h:0x50"
         self.fail_in_one_line(2, "login")
         self.start_decoder("silent@dowallclear", "error=77@dowindowtop", "garbage@dosplitwindow", "wrong-seq@dodestroywindow",
@@ -317,6 +323,13 @@ class Programs(unittest.TestCase):
             if dies:
                 self.decoder.kill()
             self.end(host, 3 if dies else 128 + signal.SIGINT, None if dies else signal.SIGINT)
+        self.start_decoder()
+        host = self.start_host("--json", "script", "--stream", "-")
+        self.assertEqual(read_line(host.stdout.readline())["command"], "login")
+        self.decoder.kill()
+        self.assertEqual(read_line(host.stdout.readline())["event"], "linkLost")
+        self.end(host, 3)
+        self.assertEqual(self.errors(), "")
 
     def test_a_signal_ends_a_decoder_that_stands_at_a_full_pipe(self):
         pipe = self.folder + "/pipe"
@@ -355,7 +368,7 @@ class Programs(unittest.TestCase):
         host = self.start_host("watch")
         self.assertIn("logged in", host.stdout.readline())
         time_now = r"^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z "
-        self.assertRegex(host.stdout.readline(), time_now + "notification, channel")
+        self.assertRegex(host.stdout.readline(), time_now + r"notification, channel(s changed| states): 1( [^,]+)? (on|off)line(, \d+( [^,]+)? (on|off)line)*\n$")
         self.decoder.kill()
         self.assertRegex(host.communicate(timeout=PATIENCE)[0].splitlines()[-1], time_now + "link lost: the decoder closed the connection$")
         self.assertEqual([host.returncode, self.errors()], [3, ""])

@@ -14,7 +14,7 @@ class Shell:
         self.raw, self.text, self.at = b"", "", 0
         self.pid, self.terminal = pty.fork()
         if self.pid == 0:
-            os.environ.update(HOME=home, XDG_STATE_HOME=home, XDG_CONFIG_HOME=home, TERM="xterm", TVWALL_PASSWORD="secret")
+            os.environ.update(HOME=home, XDG_STATE_HOME=home, XDG_CONFIG_HOME=home, TERM="xterm", LC_ALL="C.UTF-8", TVWALL_PASSWORD="secret")
             os.execv(HOST, [HOST, "--plugin", PLUGIN, "--user", "admin", *arguments])
 
     def expect(self, wanted):
@@ -91,9 +91,10 @@ with tempfile.TemporaryDirectory() as home:
     # The line follows the window's size: the way back to its beginning then leads over a row of it.
     shell = Shell(home, "--decoder", f"127.0.0.1:{port}", "shell")
     shell.expect(ready)
-    shell.type("x" * 45, "x" * 45)
-    fcntl.ioctl(shell.terminal, termios.TIOCSWINSZ, struct.pack("4H", 24, 40, 0, 0))
+    shell.type("景" * 30, "景" * 28, "景" * 2)  # each as wide as two letters
+    fcntl.ioctl(shell.terminal, termios.TIOCSWINSZ, struct.pack("4H", 24, 70, 0, 0))
     shell.expect(ready)
+    assert b"\x1b[1A\r\x1b[J" in shell.raw, shell.raw  # it had wrapped
     up = shell.raw.count(b"\x1b[A")
     shell.type("\x01y", "y")
     assert shell.raw.count(b"\x1b[A") > up, shell.raw

@@ -119,13 +119,21 @@ std::string Counted(uint32_t count, const char* what)
     return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
+// The plug-in answers for an empty wall with one screen that is none.
+bool NothingIsBound(const Fields& screens)
+{
+    static const Fields kNone{{"id", 0}, {"name", ""}, {"x", 0}, {"y", 0}};
+    return screens.empty() || (screens.size() == 1 && screens.front() == kNone);
+}
+
 std::string ShowLayout(const Fields& fields)
 {
     const auto rows = fields["rows"].get<uint32_t>();
     const auto columns = fields["columns"].get<uint32_t>();
     Rows grid(std::min(rows, kMaxDrawn), std::vector<std::string>(std::min(columns, kMaxDrawn)));
     Rows outside;
-    for (const Fields& screen : fields["screens"]) {
+    const bool empty = NothingIsBound(fields["screens"]);
+    for (const Fields& screen : empty ? Fields::array() : fields["screens"]) {
         const auto x = screen["x"].get<uint32_t>();
         const auto y = screen["y"].get<uint32_t>();
         const auto name = screen["name"].get<std::string>();
@@ -141,7 +149,8 @@ std::string ShowLayout(const Fields& fields)
         std::replace(grid[y].begin(), grid[y].end(), std::string(), std::string("-"));
         grid[y].insert(grid[y].begin(), "row " + std::to_string(y) + ':');
     }
-    return Counted(rows, "row") + ", " + Counted(columns, "column") + TextTable(grid) + TextTable(outside);
+    return Counted(rows, "row") + ", " + Counted(columns, "column") + (empty ? ", nothing bound" : "") +
+           TextTable(grid) + TextTable(outside);
 }
 
 // --- display switches ---

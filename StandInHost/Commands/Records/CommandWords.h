@@ -37,7 +37,7 @@ const std::string& Fitting(const std::string& text, std::size_t highest, const c
 using Words = std::vector<std::string>;
 using WordGroup = std::span<const std::string>;
 
-// The words in groups of size. shape describes a group: "each screen takes three numbers: ID X Y".
+// The words in groups of size. shape describes a group: "each screen takes three numbers: OUTPUT X Y".
 std::vector<WordGroup> Groups(const Words& words, std::size_t size, const char* shape);
 
 // Groups of window, sub-window index and further fields (at most four), gathered under their windows in order

@@ -64,4 +64,18 @@ OrderedJson NotificationFields(const std::string& xml)
     return fields;
 }
 
+std::string ChannelsText(const nlohmann::ordered_json& fields)
+{
+    std::string text;
+    for (const OrderedJson& channel : fields["channels"]) {
+        text += text.empty() ? "" : ",";
+        text += channel.contains("id") ? ' ' + channel["id"].dump() : "";
+        for (const char* field : {"name", "state"}) {
+            text += channel.contains(field) ? ' ' + channel[field].get<std::string>() : "";
+        }
+        text += !channel.contains("online") ? "" : channel["online"].get<bool>() ? " online" : " offline";
+    }
+    return text.empty() ? "none" : text.substr(1);
+}
+
 } // namespace standin_host

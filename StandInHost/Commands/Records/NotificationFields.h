@@ -12,4 +12,7 @@ namespace standin_host {
 nlohmann::ordered_json NotificationFields(const std::string& xml);
 inline constexpr std::size_t kMostNoticeRead = 4UL * 1024 * 1024;
 
+// The "channels" of such fields in words: "1 Gate offline, 2 Yard online".
+std::string ChannelsText(const nlohmann::ordered_json& fields);
+
 } // namespace standin_host
