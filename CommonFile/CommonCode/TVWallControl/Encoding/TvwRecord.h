@@ -146,14 +146,16 @@ public:
         return writer.GetLength();
     }
 
-    // Encodes into a new vector. Throws std::length_error for a record whose length no field can hold.
-    std::string Encode() const
+    // Encodes into a new string or vector of bytes. Throws std::length_error for a record whose length no field
+    // can hold.
+    template <class Bytes = std::string>
+    Bytes Encode() const
     {
         if (Measure() > std::numeric_limits<unsigned int>::max()) {
             throw std::length_error("a record of 4 GiB or more");
         }
-        std::string bytes(Self().GetLength(), '\0');
-        char* pData = bytes.data();
+        Bytes bytes(Self().GetLength(), 0);
+        char* pData = reinterpret_cast<char*>(bytes.data());
         GetData(pData);
         return bytes;
     }
