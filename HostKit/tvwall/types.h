@@ -88,7 +88,8 @@ struct InWindow {
 // Which channel of its device a source is: none, a number from 0, or a GUID.
 using SourceChannel = std::variant<std::monostate, ChannelNumber, GUID>;
 
-// One live or recorded stream. The decoder pulls it from its address with these credentials.
+// One live or recorded stream. The decoder pulls it from its address with these credentials; it may refuse
+// empty ones.
 struct Source {
     std::string address{}; // at most 32 bytes
     std::int64_t port = 0;
