@@ -181,8 +181,8 @@ enum E_DECODE_OPT_TYPE : uint32_t {
 
 // Outcome of an option command, the record inside the default result buffer.
 struct S_Decoder_Opt_Result {
-    uint32_t _nResult = 0;    // 0 success, 1 failure
-    uint32_t _nErrorCode = 0; // the decoder's error code
+    uint32_t _nResult = 0;    // always 0, success
+    uint32_t _nErrorCode = 0; // the decoder's error code, so always 0: any other ends in _kest_net_reply
 };
 static_assert(sizeof(S_Decoder_Opt_Result) == 8);
 static_assert(offsetof(S_Decoder_Opt_Result, _nErrorCode) == 4);

@@ -1,5 +1,6 @@
 #include <new>
 
+#include "Encoding/TvwRecord.h"
 #include "HostFunctions.h"
 #include "NetProtocolProcTWDECODERDev.h"
 #include "PluginExports.h"
@@ -10,6 +11,7 @@ extern "C" {
 __attribute__((visibility("default"))) int NET_DEV_DECODERDEVSDK_Initial()
 {
     constexpr int NO_MEMORY = -1;
+    SetRecordOutput(SHARESDK_NormalOutput, SHARESDK_AbnormalOutput);
     try {
         // The host creates every working processor with CreateSelf during this call.
         CNetProtocolProcTWDECODERDev prototype;

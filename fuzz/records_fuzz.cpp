@@ -9,6 +9,7 @@
 #include "DecodeComm.h"
 #include "FakeHost.h"
 #include "FuzzScript.h"
+#include "HostFunctions.h"
 #include "MonitorTvwComm.h"
 
 namespace {
@@ -87,6 +88,7 @@ constexpr void (*kRecords[])(const std::vector<char>&) = {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* input, size_t size)
 {
     fake_host::SetLogRecording(false);
+    SetRecordOutput(SHARESDK_NormalOutput, SHARESDK_AbnormalOutput);
     if (size != 0) {
         // A payload of its own size, so that the sanitizer sees reads behind its end.
         kRecords[input[0] % std::size(kRecords)](std::vector<char>(input + 1, input + size));

@@ -36,8 +36,8 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "\
 what a host of the TV-wall decoder plug-in is built with
 Headers of the interface between a video-management server and the TV-wall
-decoder plug-in, with packages for CMake and pkg-config, an example host and
-the documentation of every byte.")
+decoder plug-in, a library of its commands and answers, packages for CMake
+and pkg-config, an example host and the documentation of every byte.")
 
 # Up to 0.3, tvwall-decoder-plugin was a single package and held the files of all three.
 foreach(component TOOLS DEVELOPMENT)
@@ -46,6 +46,7 @@ foreach(component TOOLS DEVELOPMENT)
     set(CPACK_DEBIAN_${component}_PACKAGE_BREAKS "tvwall-decoder-plugin (<< 0.4.0~)")
     set(CPACK_DEBIAN_${component}_PACKAGE_REPLACES "tvwall-decoder-plugin (<< 0.4.0~)")
 endforeach()
+string(APPEND CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS ", libtinyxml2-dev") # the records library is static
 include(CPack)
 
 foreach(component PLUGIN TOOLS DEVELOPMENT)

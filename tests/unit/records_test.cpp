@@ -6,6 +6,7 @@
 #include "CommandSamples.h"
 #include "DecodeComm.h"
 #include "MonitorTvwComm.h"
+#include "PluginExports.h"
 #include "RecordChecks.h"
 
 using namespace ORVA2_CLIENT_TVW;
@@ -73,7 +74,11 @@ std::string Group(unsigned long id, const std::string& name)
 
 class Records : public testing::Test {
 protected:
-    Records() { fake_host::Reset(); }
+    Records()
+    {
+        NET_DEV_DECODERDEVSDK_Initial(); // lets records write to the host's log
+        fake_host::Reset();
+    }
 };
 
 template <class Record>

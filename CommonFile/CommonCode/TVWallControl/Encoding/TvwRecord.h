@@ -12,7 +12,6 @@
 #include <new>
 #include <stdexcept>
 #include <string>
-#include <utility>
 
 #include "Encoding/RecordReader.h"
 #include "Encoding/RecordWriter.h"
@@ -25,13 +24,21 @@ using tint32 = int32_t;
 using tuint32 = uint32_t;
 using tuint64 = unsigned long long; // not uint64_t: a request's text takes this type
 
-// The origin that a record's texts name in the host's log.
+// The origin that a record's texts name.
 struct RecordSite {
     const char* szSource;
     int nLine;
 };
 
-// Writes one text of at most 4095 characters to the host's normal log.
+// Takes one zero-terminated text of a record, to be copied during the call, and its origin. Called on the
+// thread that uses the record; throws nothing.
+using RecordOutput = void(const char* szText, const char* szSource, int nLine);
+
+// Where records write: pDump takes their dumps, pReport the reports of VerifyData. Null, as at first, is
+// nowhere. Any thread, at any time; it holds for the whole process. The plug-in's are the host's log.
+void SetRecordOutput(RecordOutput* pDump, RecordOutput* pReport);
+
+// Writes one text of at most 4095 characters to where dumps go.
 [[gnu::format(printf, 2, 3)]] void DumpText(const RecordSite& site, const char* szFormat, ...);
 
 // Writes a title line, then each item.
@@ -85,7 +92,7 @@ public:
     template <class Count, class Items>
     void ImageList(Count& nCount, const Items& items)
     {
-        if (std::cmp_not_equal(nCount, items.size())) {
+        if (nCount < 0 || static_cast<uint64_t>(nCount) != items.size()) {
             Report();
             nCount = static_cast<Count>(items.size());
         }
@@ -139,14 +146,16 @@ public:
         return writer.GetLength();
     }
 
-    // Encodes into a new vector. Throws std::length_error for a record whose length no field can hold.
-    std::string Encode() const
+    // Encodes into a new string or vector of bytes. Throws std::length_error for a record whose length no field
+    // can hold.
+    template <class Bytes = std::string>
+    Bytes Encode() const
     {
         if (Measure() > std::numeric_limits<unsigned int>::max()) {
             throw std::length_error("a record of 4 GiB or more");
         }
-        std::string bytes(Self().GetLength(), '\0');
-        char* pData = bytes.data();
+        Bytes bytes(Self().GetLength(), 0);
+        char* pData = reinterpret_cast<char*>(bytes.data());
         GetData(pData);
         return bytes;
     }
@@ -154,7 +163,7 @@ public:
     // Bytes that the record takes on the wire with its lists' current items.
     unsigned int GetLength() const { return static_cast<unsigned int>(Measure()); }
 
-    // Sets every count to the size of its list; logs one "ASSERT" for each that differed.
+    // Sets every count to the size of its list; reports one "ASSERT" for each that differed.
     void VerifyData()
     {
         CRecordVerifier verifier(Record::SITE);

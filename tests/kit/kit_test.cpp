@@ -1,0 +1,108 @@
+// The kit in a program that defines none of the host's functions: what only it does. That its bytes are right
+// is held against another opinion in tests/tools/host.
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "MonitorTvwComm.h"
+#include "tvwall/answers.h"
+#include "tvwall/commands.h"
+
+namespace {
+
+std::string g_texts;
+
+void Keep(const char* text, const char* source, int line)
+{
+    g_texts += std::string(text) + '|' + source + ':' + std::to_string(line) + '\n';
+}
+
+template <class Value>
+std::string Why(const tvwall::Result<Value>& result)
+{
+    return result ? "read" : result.Why().Text();
+}
+
+std::string Little(std::initializer_list<unsigned int> numbers)
+{
+    std::string bytes;
+    for (const unsigned int number : numbers) {
+        bytes.append(reinterpret_cast<const char*>(&number), sizeof number);
+    }
+    return bytes;
+}
+
+TEST(Kit, RecordsWriteToTheOutputThatIsSetAndNowhereAtFirst)
+{
+    ORVA2_CLIENT_TVW::S_MTvw_Wall_Media record;
+    record._numwind = 3;
+    record.Dump();
+    SetRecordOutput(nullptr, Keep);
+    record.Dump();
+    record.VerifyData();
+    EXPECT_EQ(g_texts, "ASSERT|MonitorTvwCommMedia:70\n");
+    EXPECT_EQ(record._numwind, 0U);
+    SetRecordOutput(Keep, nullptr);
+    record.Dump();
+    EXPECT_NE(g_texts.find("S_MTvw_Wall_Media numwind:0"), std::string::npos);
+    SetRecordOutput(nullptr, nullptr);
+}
+
+TEST(Kit, SaysWhereAndWhyBytesCannotBeRead)
+{
+    const std::string head = Little({0x60016, 8, 0, 0}) + std::string(32, '\0');
+    EXPECT_EQ(Why(tvwall::ReadLayout(Little({1, 2}))), "byte 0, the record's head: 12 bytes needed, 8 left");
+    EXPECT_EQ(Why(tvwall::ReadLayout(Little({1, 2, 0xFFFFFFFF, 4}))),
+              "byte 12, screens: 1151051235060 bytes needed, 4 left");
+    EXPECT_EQ(Why(tvwall::ReadSound(head + Little({2, 1, 0, 9, 7}))),
+              "byte 68, windows[1].subWindows: 56 bytes needed, 0 left");
+    EXPECT_EQ(Why(tvwall::ReadSound(head.substr(0, 50))),
+              "byte 16, the record's head: 36 bytes needed, 32 left");
+    EXPECT_EQ(Why(tvwall::ReadSound(head.substr(0, 5))),
+              "byte 0, the head of the answer: 16 bytes needed, 5 left");
+    EXPECT_EQ(Why(tvwall::ReadChannelGroups(head)),
+              "byte 0, nOptType: the answer is one to option type 393238");
+    EXPECT_EQ(Why(tvwall::ReadDone(1, Little({1, 9, 0, 0}))), "byte 4, wResultLen: is 9, not 8");
+    EXPECT_EQ(Why(tvwall::ReadDone(0, head)), "byte 0, the answer: there are bytes, and none belong here");
+    EXPECT_EQ(Why(tvwall::ReadDisplaySwitches(Little({0x60012, 8, 0, 0}) + "<response/>")),
+              "byte 16, response/baseInfo/enableborder: is not there, or no number");
+    EXPECT_NE(Why(tvwall::ReadNotification(0x60000, std::string("<a>")))
+                  .find("byte 0, the text: is not well-formed"),
+              std::string::npos);
+    EXPECT_THROW((void)*tvwall::ReadLayout({}), std::bad_variant_access);
+}
+
+TEST(Kit, RefusesWhatNoRecordCanHold)
+{
+    const auto said = [](auto call) {
+        try {
+            call();
+        } catch (const std::logic_error& error) {
+            return std::string(error.what());
+        }
+        return std::string("nothing");
+    };
+    const tvwall::InWindow<tvwall::SubWindowIndex> low{{-1}, {{2147483648}}};
+    EXPECT_EQ(said([] { (void)tvwall::RaiseWindow({-1}); }),
+              "the window id -1 is not between 0 and 4294967295");
+    EXPECT_EQ(said([&] { (void)tvwall::StopMedia({low}); }),
+              "the sub-window index 2147483648 is not between -2147483648 and 2147483647");
+    EXPECT_EQ(said([] { (void)tvwall::LogIn(std::string(64, 'u'), "secret"); }), "nothing");
+    EXPECT_EQ(said([] { (void)tvwall::LogIn(std::string(65, 'u'), "secret"); }),
+              "the user name has more than 64 bytes, or a zero byte");
+    EXPECT_EQ(said([] { (void)tvwall::LogIn("u", std::string(1, '\0')); }),
+              "the password has more than 64 bytes, or a zero byte");
+    EXPECT_EQ(said([] {
+                  (void)tvwall::ControlPlayback(
+                      std::vector<tvwall::InWindow<tvwall::SubWindowPlayback>>(65536));
+              }),
+              "a number of items 65536 is not between 0 and 65535");
+    EXPECT_EQ(said([] {
+                  (void)tvwall::SetWall({{{1}, {}, {{{0}, {0}, tvwall::Source{.recordMask = 1}}}}});
+              }),
+              "a whole wall has no record masks and selectors");
+}
+
+} // namespace

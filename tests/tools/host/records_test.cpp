@@ -1,0 +1,516 @@
+// Two opinions on every byte between host and plug-in: the stand-in host's builders and readers, and those of
+// the kit, which are the plug-in's own. Values are drawn with a fixed seed; bytes are cut everywhere.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+#include <random>
+
+#include <nlohmann/json.hpp>
+
+#include "Base/GuidText.h"
+#include "Commands/Records/AnswerForms.h"
+#include "Commands/Records/FailureCodes.h"
+#include "Commands/Records/Media.h"
+#include "Commands/Records/NotificationFields.h"
+#include "Commands/Records/Payloads.h"
+#include "DecodeComm.h"
+#include "MonitorTvwComm.h"
+#include "tvwall/answers.h"
+#include "tvwall/commands.h"
+
+namespace standin_host {
+
+namespace kit = tvwall;
+
+namespace {
+
+using namespace ORVA2_CLIENT_TVW;
+using namespace ORVA2_DECODER_TVW;
+
+// Numbers, often the extreme ones.
+class Draw {
+public:
+    template <class Field>
+    Field Of()
+    {
+        const uint64_t kind = m_engine() % 4;
+        return kind == 0   ? std::numeric_limits<Field>::min()
+               : kind == 1 ? std::numeric_limits<Field>::max()
+                           : static_cast<Field>(m_engine());
+    }
+    std::size_t Count(std::size_t most) { return m_engine() % (most + 1); }
+    bool Flag() { return Count(1) == 1; }
+    std::string Text(std::size_t most)
+    {
+        return std::string(Flag() ? most : Count(most), static_cast<char>('a' + Count(25)));
+    }
+    GUID Guid()
+    {
+        return {Of<uint32_t>(), Of<uint16_t>(), Of<uint16_t>(), {1, 2, 3, 4, 5, 6, 7, Of<uint8_t>()}};
+    }
+
+    // Windows and their sub-windows with numbers of one width.
+    template <class Field, class Index = Field>
+    std::vector<SubWindows> Windows()
+    {
+        std::vector<SubWindows> windows(Count(3));
+        for (SubWindows& window : windows) {
+            window.window = Of<Field>();
+            window.subWindows.resize(Count(3));
+            for (SubWindow& sub : window.subWindows) {
+                sub = {Of<Index>(), Of<Index>(), Of<Index>()};
+            }
+        }
+        return windows;
+    }
+
+private:
+    std::mt19937_64 m_engine{20261126};
+};
+
+// The same for the kit.
+template <class Sub>
+Sub Make(const SubWindow& sub)
+{
+    if constexpr (std::is_same_v<Sub, kit::SubWindowIndex>) {
+        return {sub.index};
+    } else if constexpr (std::is_same_v<Sub, kit::SubWindowPlayback>) {
+        return {{sub.index}, sub.first, sub.second};
+    } else if constexpr (std::is_same_v<Sub, kit::SubWindowBorder>) {
+        return {{sub.index}, sub.first == 1};
+    } else {
+        return {{sub.index}, {sub.first}};
+    }
+}
+template <class Sub>
+std::vector<kit::InWindow<Sub>> ForKit(const std::vector<SubWindows>& windows)
+{
+    std::vector<kit::InWindow<Sub>> made;
+    for (const SubWindows& window : windows) {
+        made.push_back({{window.window}, {}});
+        std::transform(window.subWindows.begin(), window.subWindows.end(),
+                       std::back_inserter(made.back().subWindows), Make<Sub>);
+    }
+    return made;
+}
+
+// What the plug-in makes of it: the whole record, or, cut, no more than there is.
+template <class Record>
+void IsRead(const std::string& bytes)
+{
+    for (std::size_t n = 0; n <= bytes.size(); ++n) {
+        const std::vector<char> cut(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(n));
+        Record record{};
+        if constexpr (std::is_trivially_copyable_v<Record>) {
+            EXPECT_EQ(ReadImage(cut.data(), static_cast<unsigned int>(n), record), n == sizeof record);
+        } else {
+            record.SetData(cut.data(), static_cast<unsigned int>(n));
+            EXPECT_TRUE(n < bytes.size() || record.Encode() == bytes);
+            EXPECT_LE(record.GetLength(),
+                      std::max<std::size_t>(n, Record().GetLength()) + 6); // a cut border's head
+        }
+    }
+}
+
+template <class PluginRecord = void>
+void Same(const char* name, const kit::Command& command, uint32_t id, uint32_t option, uint32_t answerType,
+          const Record& record)
+{
+    SCOPED_TRACE(name);
+    const Record payload = option == 0 ? record : OptionPayload(option, record);
+    EXPECT_EQ(command.id, id);
+    EXPECT_EQ(command.answerType, answerType);
+    EXPECT_TRUE(std::equal(payload.bytes.begin(), payload.bytes.end(), command.payload.begin(),
+                           command.payload.end()));
+    if constexpr (!std::is_void_v<PluginRecord>) {
+        IsRead<PluginRecord>({record.bytes.begin(), record.bytes.end()});
+    }
+}
+
+// A source for both, whose numbers fit the width.
+template <class Field>
+std::pair<kit::Source, Media> DrawSource(Draw& draw)
+{
+    Media media;
+    media.address = draw.Text(kMaxSourceAddress);
+    media.user = draw.Text(kMaxSourceCredential);
+    media.password = draw.Text(kMaxSourceCredential);
+    media.type = draw.Of<Field>();
+    media.port = draw.Of<Field>();
+    media.streamType = draw.Of<Field>();
+    media.begin = draw.Of<uint32_t>();
+    media.end = draw.Of<uint32_t>();
+    kit::SourceChannel channel;
+    if (draw.Flag()) {
+        media.channelNumber = draw.Of<int32_t>();
+        media.requestMode = kNumericChannelMode;
+        channel = kit::ChannelNumber{media.channelNumber};
+    } else if (draw.Flag()) {
+        channel = media.channel = draw.Guid();
+    }
+    return {{media.address,
+             media.port,
+             channel,
+             media.user,
+             media.password,
+             media.type,
+             {},
+             media.streamType,
+             media.begin,
+             media.end},
+            media};
+}
+
+void CompareWindows(Draw& draw)
+{
+    const auto u32 = [&draw] { return draw.Of<uint32_t>(); };
+    std::vector<Window> windows(draw.Count(3));
+    std::vector<kit::Window> kit;
+    std::vector<WindowMove> moves;
+    std::vector<kit::MovedWindow> kitMoves;
+    std::vector<kit::WindowId> kitIds;
+    std::vector<uint32_t> ids;
+    for (Window& window : windows) {
+        window = {u32(), u32(), u32(), u32(), u32(), u32(), {u32(), u32()}};
+        kit.push_back({{window.id},
+                       {window.x, window.y, window.width, window.height},
+                       {{window.osdIds[0]}, {window.osdIds[1]}},
+                       window.layer});
+        const auto i32 = [&draw] { return draw.Of<int32_t>(); };
+        moves.push_back({i32(), i32(), i32(), i32(), i32()});
+        const WindowMove& move = moves.back();
+        kitMoves.push_back({{move.id}, {move.x, move.y, move.width, move.height}});
+        ids.push_back(window.id);
+        kitIds.push_back({window.id});
+    }
+    using Create = S_MTvw_Create_CavansWindow;
+    Same<Create>("create", kit::CreateWindows(kit), 0x50002, 0x60006, 0x60006, CreateRecord(windows));
+    Same<Create>("split", kit::SplitWindows(kit), 0x50001, 0x5000E, 0x60006, CreateRecord(windows));
+    Same<S_MTvw_Modyfy_CavansWindow>("move", kit::MoveWindows(kitMoves), 0x50002, 0x60008, 0x60008,
+                                     MoveRecord(moves));
+    Same<S_MTvw_Del_CavansWindow>("delete", kit::DeleteWindows(kitIds), 0x50002, 0x60007, 0x60007,
+                                  DeleteRecord(ids));
+    const uint32_t id = u32();
+    Same<S_MTvw_Top_Canvas_Item>("raise", kit::RaiseWindow({id}), 0x50002, 0x60009, 0x60009, RaiseRecord(id));
+    const auto index = draw.Of<uint16_t>();
+    const bool on = draw.Flag(), both = draw.Flag();
+    Same<S_MTvw_PlanWnd_Zoom_v2>("zoom", kit::Zoom({id}, {index}, on), 0x50002, 0x50014, 0x50014,
+                                 ZoomRecord(id, index, on));
+    Same<S_MTvw_Wall_Set_WindCfg_V2>("switches", kit::SetDisplaySwitches(on, both), 0x50001, 0x60012, 0x60012,
+                                     WindowConfigRecord(on, both));
+    Same("switches?", kit::GetDisplaySwitches(), 0x50000, 0x60013, 0x60013, {});
+    Same("clear", kit::ClearWall(), 0x50001, 0x60011, 0x60011, {});
+}
+
+void CompareSessionAndLayout(Draw& draw)
+{
+    const std::string user = draw.Text(kMaxCredential), password = draw.Text(kMaxCredential);
+    Same<ORVA_NET_PROTOCOL::_kest_net_login_info>("login", kit::LogIn(user, password), 0x101, 0, 0,
+                                                  LoginRecord(user, password));
+    Same("logout", kit::LogOut(), 0x50002, 0x50000, 0, {});
+    Same("info", kit::GetSystemInfo(), 0x50000, 0x5000A, 0x5000A, {});
+    Same("config", kit::GetBasicConfig(), 0x50000, 0x50002, 0x50002, {});
+    const auto u32 = [&draw] { return draw.Of<uint32_t>(); };
+    std::vector<Screen> screens(draw.Count(3));
+    std::vector<kit::Screen> bound;
+    std::vector<kit::ScreenPlace> freed;
+    for (Screen& screen : screens) {
+        screen = {u32(), u32(), u32()};
+        bound.push_back({{screen.id}, {screen.x, screen.y}, {}});
+        freed.push_back(bound.back().place);
+    }
+    const uint32_t rows = u32(), columns = u32();
+    Same("layout?", kit::GetLayout(), 0x50006, 0, 0, {});
+    Same<S_MTvw_Wall_Layout>("layout", kit::SetLayout(rows, columns), 0x50005, 0, 0,
+                             LayoutRecord(rows, columns, {}));
+    Same<S_MTvw_Wall_Layout>("bind", kit::BindScreens(bound), 0x50007, 0, 0, LayoutRecord(0, 0, screens));
+    std::for_each(screens.begin(), screens.end(), [](Screen& screen) { screen.id = 0; });
+    Same<S_MTvw_Wall_Layout>("unbind", kit::UnbindScreens(freed), 0x50008, 0, 0, LayoutRecord(0, 0, screens));
+}
+
+void CompareMedia(Draw& draw)
+{
+    const auto window = draw.Of<int32_t>(), index = draw.Of<int32_t>();
+    auto [source, media] = DrawSource<int32_t>(draw);
+    source.recordMask = media.recordMask = draw.Of<uint32_t>();
+    source.selector = media.selector = draw.Of<int32_t>();
+    Same<S_MTvw_Wall_Media>("play", kit::PlayMedia({{{window}, {{{index}, {source}}}}}), 0x50002, 0x60004,
+                            0x60004, PlayMediaRecord(window, index, media));
+    const auto stopped = draw.Windows<int32_t>();
+    Same<S_MTvw_Wall_Media>("stop", kit::StopMedia(ForKit<kit::SubWindowIndex>(stopped)), 0x50002, 0x60005,
+                            0x60005, StopMediaRecord(stopped));
+    Same<S_MTvw_Wall_Media>("no polling", kit::StopPolling(ForKit<kit::SubWindowIndex>(stopped)), 0x50002,
+                            0x6000F, 0x60005, StopMediaRecord(stopped));
+    std::vector<WallWindow> wall(draw.Count(2));
+    std::vector<kit::WallWindow> kit;
+    for (WallWindow& each : wall) {
+        const auto u16 = [&draw] { return draw.Of<uint16_t>(); };
+        each = {u16(), u16(), u16(), u16(), u16(), u16(), u16(), std::vector<WallSubWindow>(draw.Count(2))};
+        kit.push_back({{each.id}, {each.x, each.y, each.width, each.height}, {}, each.layer, each.mode});
+        for (WallSubWindow& sub : each.subWindows) {
+            sub = {u16(), u16(), {}};
+            auto& kitSub =
+                kit.back().subWindows.emplace_back(kit::WallSubWindow{{sub.index}, {sub.osdId}, {}});
+            if (draw.Flag()) {
+                std::tie(kitSub.source, sub.media) = DrawSource<uint16_t>(draw);
+            }
+        }
+    }
+    Same<S_MTvw_Wall_Set_wall_V2>("wall", kit::SetWall(kit), 0x50001, 0x60010, 0x60010, WallRecord(wall));
+}
+
+// Numbers that are only 0, or 0 and 1.
+std::vector<SubWindows> Masked(std::vector<SubWindows> windows, int64_t mask)
+{
+    for (SubWindows& window : windows) {
+        for (SubWindow& sub : window.subWindows) {
+            sub.first &= mask;
+        }
+    }
+    return windows;
+}
+
+void CompareSubWindows(Draw& draw)
+{
+    const auto played = draw.Windows<uint16_t>();
+    Same<S_Playback_Ctrl_Items_V2>("playback", kit::ControlPlayback(ForKit<kit::SubWindowPlayback>(played)),
+                                   0x50002, 0x5001D, 0x5001D, PlaybackRecord(played));
+    const auto sounds = draw.Windows<int32_t>();
+    Same<S_MTvw_Get_Audio_Config>("sound", kit::PlaySound(ForKit<kit::SubWindowSound>(sounds)), 0x50002,
+                                  0x60014, 0x60014, AudioRecord(sounds));
+    Same("silence", kit::StopSound(ForKit<kit::SubWindowIndex>(sounds)), 0x50002, 0x60015, 0x60015,
+         AudioRecord(Masked(sounds, 0)));
+    Same("sound?", kit::GetSound(), 0x50000, 0x60016, 0x60016, AudioRecord({}));
+    const auto polled = draw.Windows<int32_t, uint32_t>();
+    Same<S_MTvw_Wall_Start_Chl_GrPolling>("polling", kit::StartPolling(ForKit<kit::SubWindowPolling>(polled)),
+                                          0x50002, 0x6000E, 0x6000E, PollingRecord(polled));
+    const auto borders = Masked(draw.Windows<int16_t>(), 1);
+    Same<S_Decoder_Draw_Border>("borders", kit::DrawBorders(ForKit<kit::SubWindowBorder>(borders)), 0x50001,
+                                0x60003, 0x60003, BorderRecord(borders));
+}
+
+void CompareGroups(Draw& draw)
+{
+    const ChannelGroup group{draw.Of<int32_t>(), draw.Text(kMaxGroupName), draw.Text(kMaxGroupChannels),
+                             draw.Of<uint32_t>(), draw.Of<uint32_t>()};
+    const kit::ChannelGroup kit{
+        {group.id}, group.name, group.channelList, group.channelCount, group.interval};
+    using Info = S_MTvw_Wall_Channel_Group_Info;
+    Same<Info>("add", kit::AddChannelGroup(kit), 0x50002, 0x6000A, 0x6000A, GroupRecord(group));
+    Same<Info>("set", kit::SetChannelGroup(kit), 0x50001, 0x6000C, 0x6000E, GroupRecord(group));
+    Same<S_MTvw_Wall_Delete_Channel_Group>("delete", kit::DeleteChannelGroups({{group.id}, {7}}), 0x50002,
+                                           0x6000B, 0x6000B, DeleteGroupsRecord({group.id, 7}));
+    Same<S_MTvw_Wall_Get_ChGroup>("get", kit::GetChannelGroup({group.id}), 0x50000, 0x6000D, 0x6000E,
+                                  GetGroupRecord(group.id));
+    Same("get all", kit::GetChannelGroups(), 0x50000, 0x6000D, 0x6000E, GetGroupRecord(0));
+}
+
+TEST(TwoOpinions, OnEveryCommand)
+{
+    Draw draw;
+    for (int round = 0; round < 30 && !HasFailure(); ++round) {
+        CompareSessionAndLayout(draw);
+        CompareWindows(draw);
+        CompareMedia(draw);
+        CompareSubWindows(draw);
+        CompareGroups(draw);
+    }
+}
+
+// --- answers ---
+
+// Cut everywhere, an answer is whole for both or for neither, and says the same.
+template <class Value>
+void SameAnswer(const AnswerForm& form, const Record& answer,
+                const std::function<kit::Result<Value>(kit::Bytes)>& read,
+                const std::function<Fields(const Value&)>& tell)
+{
+    for (std::size_t n = 0; n <= answer.bytes.size(); ++n) {
+        const std::vector<uint8_t> cut(answer.bytes.begin(),
+                                       answer.bytes.begin() + static_cast<std::ptrdiff_t>(n));
+        ByteReader reader(cut);
+        Fields fields;
+        form.read(reader, fields);
+        const std::vector<char> exact(cut.begin(), cut.end());
+        const auto result = read(exact);
+        ASSERT_EQ(static_cast<bool>(result), !reader.Failed()) << n;
+        if (result) {
+            ASSERT_EQ(tell(*result), fields) << n;
+        } else {
+            ASSERT_LE(result.Why().offset, n) << result.Why().Text();
+        }
+    }
+}
+
+Record Head(uint32_t type) { return ByteWriter().U32(type).U16(8).U16(0).Zeros(8).Take(); }
+
+void CompareLists(Draw& draw)
+{
+    ByteWriter layout = ByteWriter().U32(draw.Of<uint32_t>()).U32(draw.Of<uint32_t>()).U32(2);
+    ByteWriter sound = ByteWriter().Append(Head(0x60016)).Guid(draw.Guid()).Guid(draw.Guid()).U32(2);
+    ByteWriter groups = ByteWriter().Append(Head(0x6000E)).U32(2);
+    for (int i = 0; i < 2; ++i) {
+        layout.U32(draw.Of<uint32_t>())
+            .Text(draw.Text(256), 256)
+            .U32(draw.Of<uint32_t>())
+            .U32(draw.Of<uint32_t>());
+        const std::size_t subs = draw.Count(2);
+        sound.I32(draw.Of<int32_t>()).Count(subs);
+        for (std::size_t sub = 0; sub < subs; ++sub) {
+            sound.I32(draw.Of<int32_t>()).I32(draw.Of<int32_t>());
+        }
+        groups.Guid(draw.Guid()).I32(draw.Of<int32_t>()).U32(0).U32(draw.Of<uint32_t>());
+        groups.Text(draw.Text(256), 256).Text(draw.Text(16), 16);
+    }
+    SameAnswer<kit::Layout>(kLayoutForm, layout.Take(), kit::ReadLayout, [](const kit::Layout& value) {
+        Fields told{{"rows", value.rows}, {"columns", value.columns}, {"screens", Fields::array()}};
+        for (const auto& screen : value.screens) {
+            told["screens"].push_back({{"id", screen.output.number},
+                                       {"name", screen.name},
+                                       {"x", screen.place.column},
+                                       {"y", screen.place.row}});
+        }
+        return told;
+    });
+    SameAnswer<kit::Sound>(kAudioForm, sound.Take(), kit::ReadSound, [](const kit::Sound& value) {
+        Fields told{{"wall", GuidText(value.owner.wall)},
+                    {"decoder", kit::GuidText(value.owner.decoder)},
+                    {"windows", Fields::array()}};
+        for (const auto& window : value.windows) {
+            told["windows"].push_back({{"id", window.window.number}, {"subWindows", Fields::array()}});
+            for (const auto& sub : window.subWindows) {
+                told["windows"].back()["subWindows"].push_back(
+                    {{"index", sub.index.number}, {"channel", sub.channel.number}});
+            }
+        }
+        return told;
+    });
+    using Groups = std::vector<kit::ChannelGroup>;
+    SameAnswer<Groups>(kGroupsForm, groups.Take(), kit::ReadChannelGroups, [](const Groups& value) {
+        Fields told{{"groups", Fields::array()}};
+        for (const auto& group : value) {
+            told["groups"].push_back({{"id", group.id.number},
+                                      {"interval", group.interval},
+                                      {"name", group.name},
+                                      {"channels", group.channels}});
+        }
+        return told;
+    });
+}
+
+void CompareDeviceAnswers(Draw& draw)
+{
+    SameAnswer<kit::LoggedIn>(
+        kLoginForm, ByteWriter().Guid(draw.Guid()).U32(draw.Of<uint32_t>()).Zeros(112).Take(), kit::ReadLogIn,
+        [](const kit::LoggedIn& value) {
+            return Fields{{"nodeId", kit::GuidText(value.node)}, {"nodeType", value.nodeType}};
+        });
+    ByteWriter info =
+        ByteWriter().Append(Head(0x5000A)).Zeros(16).Text(draw.Text(64), 64).I32(draw.Of<int32_t>());
+    for (int i = 0; i < 6; ++i) {
+        info.Text(draw.Text(64), 64);
+    }
+    SameAnswer<kit::SystemInfo>(kSystemInfoForm, info.Take(), kit::ReadSystemInfo,
+                                [](const kit::SystemInfo& value) {
+                                    return Fields{{"decoder", GuidText({})},
+                                                  {"name", value.name},
+                                                  {"model", value.model},
+                                                  {"deviceType", value.modelName},
+                                                  {"mac", value.mac},
+                                                  {"softwareVersion", value.softwareVersion},
+                                                  {"buildDate", value.buildDate},
+                                                  {"kernelVersion", value.kernelVersion},
+                                                  {"dataVersion", value.dataVersion}};
+                                });
+    const std::string name = draw.Text(300);
+    SameAnswer<kit::BasicConfig>(kBasicConfigForm,
+                                 ByteWriter()
+                                     .Append(Head(0x50002))
+                                     .Zeros(16)
+                                     .U32(draw.Of<uint32_t>())
+                                     .U32(draw.Of<uint32_t>())
+                                     .Text(name, name.size())
+                                     .Take(),
+                                 kit::ReadBasicConfig, [](const kit::BasicConfig& value) {
+                                     return Fields{{"wall", GuidText({})},
+                                                   {"identity", value.identity},
+                                                   {"runMode", value.runMode},
+                                                   {"name", value.name}};
+                                 });
+    const std::string text =
+        "<response>\n<id>{1}</id>\n<baseInfo>\n<errorcode>0</errorcode>\n<enableborder>" +
+        std::to_string(draw.Of<uint32_t>()) + "</enableborder>\n<enableshowwinid>" +
+        std::to_string(draw.Count(1)) + "</enableshowwinid>\n</baseInfo>\n</response>\n";
+    SameAnswer<kit::DisplaySwitches>(
+        kWindowConfigForm,
+        ByteWriter().Append(Head(draw.Flag() ? 0x60012 : 0x60013)).Text(text, text.size() + 1).Take(),
+        kit::ReadDisplaySwitches, [](const kit::DisplaySwitches& value) {
+            return Fields{{"node", value.node}, {"borders", value.borders}, {"windowIds", value.windowIds}};
+        });
+    SameAnswer<kit::Bytes>(
+        kDoneForm, ByteWriter().Append(Head(0x60006)).Text(name, name.size()).Take(),
+        [](kit::Bytes answer) { return kit::ReadDone(0x60006, answer); },
+        [](const kit::Bytes&) { return Fields(); });
+    EXPECT_TRUE(kit::ReadDone(0, {}));
+}
+
+TEST(TwoOpinions, OnEveryAnswerAndItsPieces)
+{
+    Draw draw;
+    for (int round = 0; round < 10 && !HasFailure(); ++round) {
+        CompareLists(draw);
+        CompareDeviceAnswers(draw);
+    }
+    const Record failure = ByteWriter().U32(0x2000005C).Zeros(264).Take();
+    const std::string bytes(failure.bytes.begin(), failure.bytes.end());
+    for (std::size_t n = 0; n <= bytes.size(); ++n) {
+        const auto read = kit::ReadFailure(kit::Bytes(bytes).first(n));
+        ASSERT_EQ(static_cast<bool>(read), n == bytes.size());
+        EXPECT_TRUE(!read || read->code == 0x2000005C);
+    }
+    for (uint32_t code = 0x20000000; code < 0x20000100; ++code) {
+        EXPECT_STREQ(kit::Meaning(code), FailureOf(code).meaning);
+    }
+}
+
+TEST(TwoOpinions, OnNotificationsAndTheirPieces)
+{
+    for (const std::string list : {"td_channellist", "td_channelstatelist"}) {
+        const std::string text =
+            "<td_command><td_header><url>u</url></td_header><td_body><" + list +
+            "><item><id>1</id><name>Gate &amp; yard</name><state>online</state></item><item><id>x</id>"
+            "<state>asleep</state></item><other/><item><id>-3</id><name/></item></" +
+            list + "></td_body></td_command>\n";
+        const bool states = list != "td_channellist";
+        for (std::size_t n = 0; n <= text.size(); ++n) {
+            const std::vector<char> cut(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(n));
+            CCmdProcParamMTvwall param(nullptr, cut.data(), cut.size());
+            param.m_DataTvwallInfo.nOptType = states ? 0x60001 : 0x60000;
+            const auto read = kit::ReadNotification(param);
+            Fields told = Fields::object();
+            for (const auto& channel : read ? read->channels : std::vector<kit::Channel>()) {
+                Fields& one = told["channels"].emplace_back(Fields::object());
+                if (channel.number) {
+                    one["id"] = channel.number->number;
+                }
+                if (channel.name) {
+                    one["name"] = *channel.name;
+                }
+                if (channel.state == "online" || channel.state == "offline") {
+                    one["online"] = channel.state == "online";
+                } else if (!channel.state.empty()) {
+                    one["state"] = channel.state;
+                }
+            }
+            ASSERT_EQ(told, NotificationFields({cut.begin(), cut.end()})) << n;
+            EXPECT_TRUE(!read || (read->kind == kit::Notification::Kind::States) == states);
+        }
+    }
+    EXPECT_FALSE(kit::ReadNotification(0x60002, {}));
+}
+
+} // namespace
+} // namespace standin_host
