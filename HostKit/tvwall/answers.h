@@ -1,9 +1,10 @@
 #pragma once
 // The answers to commands, one function for each kind, and the decoder's notifications.
 //
-// Bytes come from CCmdProcObject::ReplyBuffer; they are not kept. Whatever they hold, a function returns a
-// value or a reason, and throws nothing but std::bad_alloc; what it allocates is bounded by the length of the
-// bytes. Bytes after the end of a record are ignored. The functions may run on any threads at the same time.
+// Bytes come from CCmdProcObject::ReplyBuffer; only ReadDone returns a view of them. Whatever they hold, a
+// function returns a value or a reason, and throws nothing but std::bad_alloc; what it allocates is bounded
+// by the length of the bytes. Bytes after the end of a record are ignored. The functions may run on any
+// threads at the same time.
 
 #include <cstdint>
 #include <optional>

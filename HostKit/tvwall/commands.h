@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Wipe.h"
 #include "tvwall/types.h"
 
 namespace tvwall {
@@ -20,7 +21,7 @@ using Payload = std::vector<unsigned char, TWipingAllocator<unsigned char>>;
 // What to queue with AddOneCmd, and how to recognise its answer.
 struct Command {
     std::uint32_t id = 0;         // of the host command
-    Payload payload;              // may be empty
+    Payload payload{};            // may be empty
     std::uint32_t answerType = 0; // option type in the head of the answer; 0: the answer has no head
 };
 
@@ -48,7 +49,7 @@ Command RaiseWindow(WindowId window);
 // Signed 32-bit numbers: a window may reach past the left and upper edge of the wall.
 Command MoveWindows(const std::vector<MovedWindow>& windows);
 Command ClearWall();
-// Unsigned 16-bit numbers; times, stream type and OSD ids excepted: 32 bits for the first two.
+// Unsigned 16-bit numbers; of 32 bits are times and stream types, and, signed, channels.
 Command SetWall(const std::vector<WallWindow>& windows);
 
 // --- video in sub-windows: signed 32-bit numbers, the record mask unsigned ---
@@ -71,7 +72,7 @@ Command SetChannelGroup(const ChannelGroup& group); // answered as the start of 
 Command DeleteChannelGroups(const std::vector<GroupId>& groups);
 Command GetChannelGroup(GroupId group); // answered as the start of polling
 Command GetChannelGroups();             // all of them; likewise
-// Window ids are signed.
+// Signed 32-bit window ids.
 Command StartPolling(const std::vector<InWindow<SubWindowPolling>>& windows);
 Command StopPolling(const std::vector<InWindow<SubWindowIndex>>& windows); // stops media, and is answered so
 

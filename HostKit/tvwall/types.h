@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "HostTypes.h"
-#include "Wipe.h"
 
 namespace tvwall {
 
