@@ -99,7 +99,7 @@ int NET_COMM_RegistDevProtocolProcObject(unsigned int type, CNetProtocolProc* pr
 {
     auto& state = fake_host::Get();
     state.registeredType = type;
-    state.created = prototype->CreateSelf();
+    state.created = [prototype]() noexcept { return prototype->CreateSelf(); }(); // a host catches nothing
     return state.registDevResult;
 }
 

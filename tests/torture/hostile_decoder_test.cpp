@@ -59,7 +59,7 @@ TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
         {"a comment without end", "<!-- <devicename>no</devicename>", "failure 20000002"},
         {"the element twice", "<devicename>first</devicename><devicename>second</devicename>", Hex("first")},
         {"elements inside the text", "<devicename>a<b>c</b>d</devicename>", Hex("a")},
-        {"many attributes", "<x " + Attributes(32) + "/><devicename>n</devicename>", Hex("n")},
+        {"many attributes", "<x " + Attributes(32) + "/><y z=''/><devicename>n</devicename>", Hex("n")},
         {"one too many, with marks in their values", "<x " + Attributes(33) + "/>", "failure 20000002"},
         {"too many, behind a comment that begins with its end",
          "<!--><x \"--><x " + Attributes(300000) + "/>", "failure 20000002"},

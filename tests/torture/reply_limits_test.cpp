@@ -70,7 +70,8 @@ TEST_F(ReplyLimitsTest, TheLargestRepliesStayBelowTheirBound)
     const std::tuple<const char*, const char*, std::string, std::vector<std::string>, size_t> cases[] = {
         {"elements with a text", "GetBasicCfg", "<a>x</a>", {}, 1020000},
         {"an attribute each", "GetBasicCfg", "<a b=''/>", {}, 1150000},
-        {"one long text", "GetBasicCfg", "x", {"devicename"}, 44000000},
+        {"one long text", "GetBasicCfg", " x", {"devicename"}, 22000000},
+        {"sections", "GetBasicCfg", "<![CDATA[x]]>", {}, 1700000},
         {"screens", "GetWallLayout", "<item/>", {"td_channellist"}, 260000},
         {"groups", "GetChannelGroup", "<item/>", {"channelgrouplist"}, 233000},
         {"sub-windows", "GetAudioConfig", "<item/>", {"td_subwindowlist", "item", "td_windowlist"}, 1110000},

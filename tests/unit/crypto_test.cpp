@@ -117,6 +117,7 @@ TEST_F(CryptoTest, WhatThePublicKeyEnciphersThePrivateKeyReads)
         5);
     EXPECT_EQ(plain.substr(0, 5), "admin");
     EXPECT_TRUE(BN_is_word(RSA_get0_e(key.get()), 65537));
+    EXPECT_EQ(RSA_bits(key.get()), 768);
 }
 
 TEST_F(CryptoTest, OnlyPkcs1PublicKeysOfSufficientSizeEncipher)
@@ -217,6 +218,7 @@ TEST_F(CryptoTest, NullPointersAndImpossibleLengthsAreFailures)
     std::string out = "kept";
     unsigned char* decodedBytes = nullptr;
     unsigned long decodedLen = 1;
+    GenerateRsaKey(nullptr);
     Sha265_String(nullptr, 1, digest);
     EXPECT_STREQ(digest, "");
     PUB_MD5Encrypt("abc", -1, digest, true);

@@ -172,6 +172,9 @@ TEST_F(LoginTest, LogoutLeavesTheLoginAsItIs)
     EXPECT_EQ(Run(KEST_CMD_TVWALL_DECODE_OPTION, logout), "buffer ");
     EXPECT_EQ(Run(KEST_CMD_TVWALL_DECODE_OPTION, logout), "failure 2000000f") << "the decoder is asked again";
     EXPECT_EQ(Element(LastRequest(), "token"), "TOK");
+    DevReplyMessage brought{"KEY1", "KEY2", "SID", "TOK"};
+    brought.ClearData();
+    EXPECT_EQ(brought.s_pubkey1 + brought.s_pubkey2 + brought.s_sessionId + brought.s_token, "");
 }
 
 } // namespace

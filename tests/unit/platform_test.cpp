@@ -81,7 +81,7 @@ TEST(PlatformTest, ASemaphoreCountsUpToItsMaximum)
     CMySemaphore semaphore(9, 3);
     int prev = -1;
     EXPECT_FALSE(semaphore.unlock());
-    EXPECT_TRUE(semaphore.lock(0) && semaphore.trylock() && semaphore.lock(kFarAhead));
+    EXPECT_TRUE(semaphore.lock(0) && semaphore.lock(kFarAhead) && semaphore.trylock());
     EXPECT_FALSE(semaphore.trylock() || semaphore.lock(1));
     EXPECT_TRUE(semaphore.unlock(2, &prev));
     EXPECT_EQ(prev, 0);

@@ -2,9 +2,11 @@
 #include <tuple>
 
 #include "CommandSamples.h"
+#include "MonitorTvwComm.h"
 #include "Session/Envelope.h"
 
 using namespace ORVA_NET_PROTOCOL;
+using namespace ORVA2_CLIENT_TVW;
 using namespace ORVA2_DECODER_TVW;
 
 // What the session keeps and none of its seams shows.
@@ -23,6 +25,15 @@ public:
         return {session.m_pBufferReply, session.m_BufReplayValidLen};
     }
     static int LastNumber(const Session& session) { return session.m_recvCmdID; }
+    // What others that call these by name read from a reply.
+    static void Read(S_MTvw_Wall_Layout& layout, const std::string& text)
+    {
+        Session::GetWallLayoutMessage(layout, text.data(), static_cast<unsigned int>(text.size()));
+    }
+    static void Read(S_MTvw_Wall_Get_ChGroup_info& groups, const std::string& text)
+    {
+        Session::GetChGroupInfoXml(groups, text.data(), static_cast<unsigned int>(text.size()));
+    }
 };
 
 namespace {
@@ -45,6 +56,10 @@ TEST_F(SessionTest, SequenceNumbersGoUpByOneAcrossSessions)
     EXPECT_EQ(Session::CmdIDAfter(0xFFFFFFFC), 0xFFFFFFFD);
     EXPECT_EQ(Session::CmdIDAfter(0xFFFFFFFD), 256U);
     EXPECT_EQ(Session::CmdIDAfter(256), 257U);
+    CMarkupSTL doc;
+    Session::AddRequestXmfHeader(doc);
+    session.AddCommomXmlStr(doc, "dologin", 0xFFFFFFFD);
+    EXPECT_EQ(Element(doc.GetDoc(), "seq"), "4294967293");
 }
 
 // A host may run a second command from inside the answer to the first one; system information goes on after
@@ -162,6 +177,20 @@ TEST_F(SessionTest, EveryMessageIsStoredAndTheNumberBehindItsUrlIsReadAsDecimal)
         EXPECT_EQ(SessionAccess::LastNumber(session), seq) << text;
         EXPECT_EQ(SessionAccess::Stored(session), text);
     }
+}
+
+TEST_F(SessionTest, RepliesAreReadByNameAsByTheirCommandsWithTheCountAsItWas)
+{
+    const auto check = [](auto record, const char* handler) {
+        const CommandSample& sample = CommandSampleOf(handler);
+        SessionAccess::Read(record, ReplyText("", "1", "0", "", sample.replyBody));
+        EXPECT_EQ(record.Encode(), sample.answerData);
+    };
+    S_MTvw_Wall_Layout layout;
+    S_MTvw_Wall_Get_ChGroup_info groups;
+    layout._numchannel = groups._numchgroup = 1;
+    check(layout, "GetWallLayout");
+    check(groups, "GetChannelGroup");
 }
 
 TEST_F(SessionTest, AReplyWithoutAnErrorCodeIsASuccess)
