@@ -3,7 +3,7 @@
 #include <fstream>
 #include <memory>
 
-#include <spdlog/sinks/base_sink.h>
+#include <spdlog/sinks/base_sink-inl.h> // the library has it for its own mutexes only
 #include <spdlog/sinks/basic_file_sink.h>
 #include <spdlog/spdlog.h>
 
