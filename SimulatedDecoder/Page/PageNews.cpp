@@ -1,14 +1,27 @@
 #include "Page/PageNews.h"
 
-#include <string_view>
+#include <utility>
 
 #include <spdlog/fmt/fmt.h>
 
+#include "Page/InputsText.h"
 #include "Page/PageTexts.h"
 #include "Picture/WallPictures.h"
 #include "Picture/WallView.h"
 
 namespace simulated_decoder {
+
+namespace {
+
+// A part with the same text as before is no news.
+void Renew(PageNews::Text& part, std::string text)
+{
+    if (!part || *part != text) {
+        part = std::make_shared<const std::string>(std::move(text));
+    }
+}
+
+} // namespace
 
 const PageNews::Parts& PageNews::Now()
 {
@@ -16,19 +29,20 @@ const PageNews::Parts& PageNews::Now()
         return m_now;
     }
     if (!m_now.about) {
-        m_now.about = std::make_shared<const std::string>(AboutJson(m_device));
+        Renew(m_now.about, AboutJson(m_device, m_exposed));
     }
-    const std::uint64_t wallRevision = m_device.State().PictureRevision();
-    if (!m_now.wall || m_wallRevision != wallRevision) {
-        m_now.wall = std::make_shared<const std::string>(WallJson(See(m_device.State())));
-        m_wallRevision = wallRevision;
+    const DeviceState& state = m_device.State();
+    if (!m_now.wall || m_wallRevision != state.PictureRevision()) {
+        Renew(m_now.wall, WallJson(See(state)));
+        m_wallRevision = state.PictureRevision();
     }
-    m_now.activity = std::make_shared<const std::string>(ActivityJson(m_device, m_hosts.Hosts()));
+    Renew(m_now.inputs, InputsJson(state));
+    Renew(m_now.activity, ActivityJson(m_device, m_hosts.Hosts()));
     m_now.revision = m_revision;
     return m_now;
 }
 
-std::string PageNews::Tell(Parts& told)
+PageNews::Difference PageNews::Tell(Parts& told)
 {
     std::string events;
     const auto add = [&events](const char* name, const Text& before, const Text& now) {
@@ -37,11 +51,14 @@ std::string PageNews::Tell(Parts& told)
         }
     };
     const Parts& now = Now();
+    const std::size_t picture = told.wall != now.wall ? Picture().size() : 0;
     add("about", told.about, now.about);
     add("wall", told.wall, now.wall);
+    add("inputs", told.inputs, now.inputs);
     add("activity", told.activity, now.activity);
     told = now;
-    return events;
+    const std::size_t cost = events.size() + picture;
+    return {std::move(events), cost};
 }
 
 const std::string& PageNews::Picture()

@@ -21,6 +21,7 @@ namespace {
 constexpr const char* kJsonType = "application/json";
 constexpr std::size_t kMaxBody = 1024;
 constexpr std::string_view kWindows = "/windows/";
+constexpr std::string_view kRequests = "/requests/";
 
 PageAnswer Say(unsigned status, const std::string& text)
 {
@@ -108,11 +109,14 @@ PageAnswer PageRoutes::Get(const std::string& path)
     if (path == "/state") {
         const PageNews::Parts& now = m_news.Now();
         return {200, kJsonType,
-                fmt::format("{{\"about\":{},\"wall\":{},\"activity\":{}}}\n", *now.about, *now.wall,
-                            *now.activity)};
+                fmt::format("{{\"about\":{},\"wall\":{},\"inputs\":{},\"activity\":{}}}\n", *now.about,
+                            *now.wall, *now.inputs, *now.activity)};
     }
     if (path.starts_with(kWindows)) {
         return GetWindow(path.substr(kWindows.size()));
+    }
+    if (path.starts_with(kRequests)) {
+        return GetRequest(path.substr(kRequests.size()));
     }
     return Say(404, "no such page");
 }
@@ -122,6 +126,14 @@ PageAnswer PageRoutes::GetWindow(const std::string& id) const
     const auto number = tools::ParseDecimal<std::uint32_t>(id);
     const auto window = number ? SeeWindow(m_device.State(), *number) : std::nullopt;
     return window ? PageAnswer{200, kJsonType, WindowJson(*window) + "\n"} : Say(404, "no such window");
+}
+
+PageAnswer PageRoutes::GetRequest(const std::string& number) const
+{
+    const PastRequest* past =
+        m_device.Requests().Find(tools::ParseDecimal<std::uint64_t>(number).value_or(0));
+    return past != nullptr ? PageAnswer{200, kJsonType, RequestJson(*past) + "\n"}
+                           : Say(404, "no such request is kept");
 }
 
 PageAnswer PageRoutes::SwitchFault(const std::string& order)

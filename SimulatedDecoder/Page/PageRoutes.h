@@ -28,9 +28,11 @@ struct PageAnswer {
 // What a browser may request:
 //   GET /, /page.css, /page.js  the page
 //   GET /wall.svg               the picture of the wall
-//   GET /events                 server-sent events `about`, `wall` and `activity`, each when it has changed
+//   GET /events                 server-sent events `about`, `wall`, `inputs` and `activity`, each when it has
+//                               changed
 //   GET /state                  the same as one JSON object, once
 //   GET /windows/ID             one window with all of its sub-windows
+//   GET /requests/NUMBER        the texts of one of the latest requests and its reply
 //   POST /faults                {"fault":"delay=500@dowallclear","on":true}: switches a fault as the command
 //                               line gives it; to be switched off it needs no number
 // Pages of other sites are kept out: they may not switch faults, nor reach this server under a name of their
@@ -47,6 +49,7 @@ private:
     std::optional<PageAnswer> Refuse(const PageRequest& request) const;
     PageAnswer Get(const std::string& path);
     PageAnswer GetWindow(const std::string& id) const;
+    PageAnswer GetRequest(const std::string& number) const;
     PageAnswer SwitchFault(const std::string& order);
 
     PageNews& m_news;

@@ -1,5 +1,6 @@
 #include "Page/PageServer.h"
 
+#include <algorithm>
 #include <map>
 #include <optional>
 #include <system_error>
@@ -34,8 +35,10 @@ constexpr std::size_t kMaxBodyRead = 4096; // longer bodies are not even refused
 constexpr milliseconds kWriteTime{30000};
 constexpr milliseconds kTimeCheck{250}; // how often deadlines are checked
 
-// Shortest time between two updates of a page.
+// Shortest time between two updates of a page; large ones come less often, so that no page costs more than
+// this many bytes a second, its picture included.
 constexpr milliseconds kPace{100};
+constexpr std::size_t kBytesPerMillisecond = 1000;
 // After this long without news a page is told that there is none, to find out whether its browser is gone.
 constexpr milliseconds kSilence{10000};
 
@@ -110,10 +113,11 @@ public:
          std::uint16_t port, milliseconds requestTime)
         : m_context(context),
           m_device(device),
-          m_news(device, hosts),
+          m_endpoint(Resolve(context, host, port)),
+          m_news(device, hosts, !m_endpoint.address().is_loopback()),
           m_routes(m_news, device, hosts, host),
           m_timer(context),
-          m_server(restinio::external_io_context(context), MakeSettings(host, port, requestTime))
+          m_server(restinio::external_io_context(context), MakeSettings(requestTime))
     {
         http_parser_set_max_header_size(kMaxHeaders);
     }
@@ -141,15 +145,13 @@ private:
         bool isTaking = false; // it has not yet taken the last update
     };
 
-    restinio::server_settings_t<Traits> MakeSettings(const std::string& host, std::uint16_t port,
-                                                     milliseconds requestTime)
+    restinio::server_settings_t<Traits> MakeSettings(milliseconds requestTime)
     {
-        const auto endpoint = Resolve(m_context, host, port);
         const auto visitors = std::make_shared<Visitors>();
         restinio::server_settings_t<Traits> settings;
-        settings.address(endpoint.address())
-            .protocol(endpoint.protocol())
-            .port(port)
+        settings.address(m_endpoint.address())
+            .protocol(m_endpoint.protocol())
+            .port(m_endpoint.port())
             .acceptor_post_bind_hook(
                 [this](asio::ip::tcp::acceptor& acceptor) { m_where = Text(acceptor.local_endpoint()); })
             .socket_options_setter([](auto& options) { options.set_option(asio::ip::tcp::no_delay(true)); })
@@ -211,15 +213,16 @@ private:
         Tell(id, follower);
     }
 
-    // A slow browser gets the newest state when there is room, not a queue of old ones.
-    void Tell(ConnectionId id, Follower& follower)
+    // A slow browser gets the newest state when there is room, not a queue of old ones. Returns what it
+    // costs.
+    std::size_t Tell(ConnectionId id, Follower& follower)
     {
         if (follower.isTaking) {
-            return;
+            return 0;
         }
-        std::string news = m_news.Tell(follower.told);
+        auto [events, cost] = m_news.Tell(follower.told);
         follower.isTaking = true;
-        follower.events.append_chunk(news.empty() ? std::string(": no news\n\n") : std::move(news));
+        follower.events.append_chunk(events.empty() ? std::string(": no news\n\n") : std::move(events));
         follower.events.flush([weak = weak_from_this(), id](const std::error_code& error) {
             if (const auto self = weak.lock()) {
                 asio::post(self->m_context, [weak, id, error] {
@@ -229,6 +232,7 @@ private:
                 });
             }
         });
+        return cost;
     }
 
     void Taken(ConnectionId id, const std::error_code& error)
@@ -251,7 +255,7 @@ private:
     {
         if (!m_toldSoon) {
             m_toldSoon = true;
-            TellAt(m_lastTold + kPace);
+            TellAt(m_notBefore);
         }
     }
 
@@ -269,21 +273,24 @@ private:
     void TellAll()
     {
         m_toldSoon = false;
-        m_lastTold = Clock::now();
+        std::size_t cost = 0; // of the page that is behind most
         for (auto& [id, follower] : m_followers) {
-            Tell(id, follower);
+            cost = std::max(cost, Tell(id, follower));
         }
-        TellAt(m_lastTold + kSilence);
+        const auto now = Clock::now();
+        m_notBefore = now + std::max(kPace, milliseconds(cost / kBytesPerMillisecond));
+        TellAt(now + kSilence);
     }
 
     asio::io_context& m_context;
     Device& m_device;
+    asio::ip::tcp::endpoint m_endpoint;
     PageNews m_news;
     PageRoutes m_routes;
     std::string m_where;
     asio::steady_timer m_timer; // for the next update of all pages
     bool m_toldSoon = false;
-    Clock::time_point m_lastTold;
+    Clock::time_point m_notBefore; // the next update
     restinio::http_server_t<Traits> m_server;
     std::map<ConnectionId, Follower> m_followers;
 };

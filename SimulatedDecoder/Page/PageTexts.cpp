@@ -1,5 +1,6 @@
 #include "Page/PageTexts.h"
 
+#include <algorithm>
 #include <chrono>
 #include <optional>
 
@@ -70,9 +71,16 @@ Json ToJson(const std::vector<ScreenView>& screens)
     return list;
 }
 
+Json ToJson(const PastMessage& message)
+{
+    return {{"text", message.text},
+            {"length", message.length},
+            {"kept", std::min(message.length, PastMessage::kKept)}};
+}
+
 } // namespace
 
-std::string AboutJson(const Device& device)
+std::string AboutJson(const Device& device, bool exposed)
 {
     Json faults = Json::array();
     for (const FaultKind& kind : FaultKinds()) {
@@ -85,6 +93,7 @@ std::string AboutJson(const Device& device)
     }
     return Text({{"name", device.State().name},
                  {"version", TVWALL_DECODER_VERSION},
+                 {"exposed", exposed},
                  {"faults", faults},
                  {"urls", ServedUrls()}});
 }
@@ -120,7 +129,10 @@ std::string ActivityJson(const Device& device, const std::vector<HostStatus>& ho
     }
     Json requests = Json::array();
     for (const PastRequest& past : device.Requests().All()) {
-        Json json{{"time", Milliseconds(past.time)}, {"host", past.connection}, {"url", past.url}};
+        Json json{{"number", past.number},
+                  {"time", Milliseconds(past.time)},
+                  {"host", past.connection},
+                  {"url", past.url}};
         AddIfThere(json, "seq", past.seq);
         AddIfThere(json, "code", past.answered);
         json["words"] = past.words;
@@ -131,6 +143,11 @@ std::string ActivityJson(const Device& device, const std::vector<HostStatus>& ho
         faults.push_back({{"name", fault.name}, {"url", fault.url}, {"number", fault.number}});
     }
     return Text({{"hosts", hostList}, {"requests", requests}, {"faults", faults}});
+}
+
+std::string RequestJson(const PastRequest& past)
+{
+    return Text({{"request", ToJson(past.request)}, {"reply", past.reply ? ToJson(*past.reply) : Json()}});
 }
 
 } // namespace simulated_decoder

@@ -10,9 +10,9 @@
 
 namespace simulated_decoder {
 
-// What never changes: {"name", "version", "faults": the available faults, "urls": the requests they can
-// affect}.
-std::string AboutJson(const Device& device);
+// What never changes: {"name", "version", "exposed": the page listens on more than loopback, "faults": the
+// available faults, "urls": the requests they can affect}.
+std::string AboutJson(const Device& device, bool exposed);
 
 // The screens and all windows, lowest layer first. Only windows drawn with their sub-windows have "cells".
 std::string WallJson(const WallView& view);
@@ -20,5 +20,8 @@ std::string WindowJson(const WindowView& view);
 
 // Hosts, latest requests and active faults.
 std::string ActivityJson(const Device& device, const std::vector<HostStatus>& hosts);
+// The texts of one request and its reply, each {"text", "length": of all of it, in bytes, "kept": as much of
+// it as "text" has}; the reply is null if none was sent.
+std::string RequestJson(const PastRequest& past);
 
 } // namespace simulated_decoder

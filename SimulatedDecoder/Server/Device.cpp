@@ -76,6 +76,7 @@ ChannelChange Device::ReloadChannels()
     try {
         const ChannelChange change = m_state.channels.Replace(InputChannels::Load(m_channelsPath));
         spdlog::info("{} channels read from {}", m_state.channels.All().size(), m_channelsPath);
+        Changed();
         return change;
     } catch (const std::runtime_error& error) {
         spdlog::error("{}; the channels stay as they were", error.what());
@@ -83,7 +84,11 @@ ChannelChange Device::ReloadChannels()
     }
 }
 
-void Device::TurnChannels() { m_state.channels.SetOutage(!m_state.channels.IsOutage()); }
+void Device::TurnChannels()
+{
+    m_state.channels.SetOutage(!m_state.channels.IsOutage());
+    Changed();
+}
 
 std::optional<std::uint32_t> Device::NextNoticeSeq()
 {
@@ -146,16 +151,15 @@ Answer Device::Handle(int connection, HostSession& session, std::string_view tex
         faults.silent || faults.garbage ? std::nullopt : std::optional(code);
     m_log.Write(connection, context, text, answered);
     LogOutcome(connection, context, code);
+    std::string sent = faults.silent ? "" : faults.garbage ? std::string(kGarbage) : reply.Text();
     m_requests.Add({std::chrono::system_clock::now(), connection, Printable(request.Url()), request.Seq(),
                     answered,
                     faults.silent    ? "no reply"
                     : faults.garbage ? "garbage"
-                                     : Words(code)});
+                                     : Words(code),
+                    PastMessage(text), faults.silent ? std::nullopt : std::optional<PastMessage>(sent)});
     Changed();
-    if (faults.silent) {
-        return {};
-    }
-    return {faults.garbage ? std::string(kGarbage) : reply.Text(), faults.delay};
+    return {std::move(sent), faults.delay};
 }
 
 } // namespace simulated_decoder

@@ -64,7 +64,8 @@ public:
     // number. Returns an empty string on success, else a one-line reason.
     std::string SwitchFault(std::string_view spec, bool on);
 
-    // `changed` is called after each request, and whenever a change is reported here.
+    // `changed` is called after each request and each change of faults or channels, and whenever a change is
+    // reported here.
     void Watch(std::function<void()> changed) { m_changed = std::move(changed); }
     void Changed() const;
 

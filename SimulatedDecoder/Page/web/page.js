@@ -222,6 +222,7 @@ function makeFaultRow(kind) {
 function showAbout(about) {
   document.title = about.name + ", TV wall";
   setText(element("name"), about.name);
+  element("exposed").hidden = !about.exposed;
   setText(element("version"), "tvwall-decoder " + about.version);
   faultRows.length = 0;
   const url = element("fault-url").value;
@@ -265,16 +266,94 @@ function showActivity() {
   element("no-hosts").hidden = activity.hosts.length > 0;
   element("hosts-part").hidden = activity.hosts.length === 0;
   fillRows("hosts", activity.hosts.map((host) => [host.number, host.address, timeText(host.since).slice(0, 8), host.loggedIn ? "yes" : "no", host.requests]));
+  showRequests();
+}
+
+const requestParts = new Map(); // each a <tbody>: a row, and below it the texts, which are loaded when it is opened
+
+function showRequests() {
   element("no-requests").hidden = activity.requests.length > 0;
   element("requests-part").hidden = activity.requests.length === 0;
-  fillRows("requests", activity.requests.map((request) => [
-    timeText(request.time),
-    request.url,
-    (request.code === undefined ? "" : request.code + " ") + request.words,
-    request.seq ?? "–",
-    request.host,
+  const shown = new Map(activity.requests.map((request) => [`${request.number} ${request.time}`, request]));
+  for (const [key, part] of requestParts) {
+    if (shown.has(key)) continue;
+    if (part.contains(document.activeElement)) element("requests-part").focus({ preventScroll: true });
+    part.remove();
+    requestParts.delete(key);
+  }
+  for (const [key, request] of [...shown].reverse()) {
+    if (requestParts.has(key)) continue;
+    requestParts.set(key, makeRequest(request));
+    element("requests").tHead.after(requestParts.get(key));
+  }
+}
+
+function makeRequest(request) {
+  const part = document.createElement("tbody");
+  const row = part.insertRow();
+  const texts = part.insertRow();
+  const button = document.createElement("button");
+  button.type = "button";
+  button.textContent = request.url;
+  button.setAttribute("aria-expanded", false);
+  texts.id = "request-" + request.number;
+  texts.hidden = true;
+  texts.insertCell().colSpan = 5;
+  button.setAttribute("aria-controls", texts.id);
+  button.addEventListener("click", () => {
+    texts.hidden = !texts.hidden;
+    button.setAttribute("aria-expanded", !texts.hidden);
+    if (!texts.hidden && !texts.cells[0].firstChild) loadTexts(request.number, texts.cells[0]);
+  });
+  const answer = (request.code === undefined ? "" : request.code + " ") + request.words;
+  for (const content of [timeText(request.time), button, answer, request.seq ?? "–", request.host]) row.insertCell().append(content);
+  row.cells[2].classList.toggle("bad", request.code !== 0);
+  return part;
+}
+
+async function loadTexts(number, cell) {
+  cell.textContent = "Loading …";
+  const answer = await fetch("requests/" + number).catch(() => null);
+  const told = answer?.ok ? await answer.json().catch(() => null) : null;
+  if (!told) {
+    cell.textContent = answer?.status === 404 ? "The decoder keeps it no longer." : "The decoder does not answer.";
+    return;
+  }
+  cell.replaceChildren(...messageParts("Request", told.request), ...messageParts("Reply", told.reply));
+}
+
+function messageParts(name, message) {
+  const title = document.createElement("p");
+  title.className = "note";
+  title.textContent = message ? `${name}, ${message.length} bytes` : name + ": none was sent";
+  if (!message) return [title];
+  if (message.kept < message.length) title.textContent += `, of which the first ${message.kept} are kept`;
+  const text = document.createElement("pre");
+  text.textContent = message.text;
+  return [title, text];
+}
+
+function showInputs(inputs) {
+  const { channels, groups } = inputs;
+  const offline = channels.filter((channel) => !channel.online).length;
+  setText(element("channels-text"), channels.length ? `${channels.length - offline} online, ${offline} offline.` : "None.");
+  element("channels-part").hidden = channels.length === 0;
+  fillRows("channels", channels.map((channel) => [
+    channel.id,
+    channel.name,
+    channel.online ? "online" : "offline",
+    channel.windows.length ? channel.windows.join(", ") + (channel.more ? " and more" : "") : "–",
   ]));
-  activity.requests.forEach((request, i) => element("requests").rows[i].cells[2].classList.toggle("refused", request.code !== 0));
+  channels.forEach((channel, i) => element("channels").rows[i].cells[2].classList.toggle("bad", !channel.online));
+  element("no-groups").hidden = groups.length > 0;
+  element("groups-part").hidden = groups.length === 0;
+  fillRows("groups", groups.map((group) => [group.id, group.name, group.channels.join(", "), group.interval, pollersText(group)]));
+}
+
+function pollersText(group) {
+  const told = group.polledBy.map((by) => `window ${by.window} sub ${by.index}`);
+  const more = group.polling - told.length;
+  return told.length ? told.join(", ") + (more ? ` and ${more} more` : "") : "–";
 }
 
 function showConnection(live) {
@@ -295,6 +374,7 @@ events.addEventListener("wall", (event) => {
   wall = JSON.parse(event.data);
   showWall();
 });
+events.addEventListener("inputs", (event) => showInputs(JSON.parse(event.data)));
 events.addEventListener("activity", (event) => {
   activity = JSON.parse(event.data);
   showActivity();

@@ -1,7 +1,11 @@
 // The page of the simulated decoder from a browser's side: requests of HTTP in, answers and events out.
 
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <thread>
+
+#include <unistd.h>
 
 #include <asio.hpp>
 #include <gtest/gtest.h>
@@ -19,6 +23,13 @@ protected:
     Page()
     {
         settings.password = "secret";
+        settings.channels = testing::TempDir() + "channels-" + std::to_string(getpid());
+        std::ofstream channels(settings.channels);
+        for (int id = 1; id <= 4096; ++id) {
+            channels << (id == 1 ? '[' : ',') << R"({"online":true,"id":)" << id << R"(,"name":")"
+                     << std::string(200, 'x') << "\"}";
+        }
+        channels << ']' << std::flush;
         device = std::make_unique<Device>(settings);
         server = std::make_unique<Server>(context, *device, capture, "127.0.0.1", 0);
         page =
@@ -31,6 +42,7 @@ protected:
         context.stop();
         thread.join();
         page.reset();
+        std::filesystem::remove(settings.channels);
     }
 
     // What a request is answered with is read from this.
@@ -140,6 +152,56 @@ TEST_F(Page, SlowBrowsersHoldUpNeitherTheDecoderNorOthersForLong)
         EXPECT_NE(browser.error(), asio::error::timed_out); // by the test
     }
     EXPECT_TRUE(Ask(request).starts_with("HTTP/1.1 200 "));
+}
+
+TEST_F(Page, TellsTheLatestRequestsAndRepliesWithoutCredentials)
+{
+    HostSession session(device->Desk());
+    const auto handle = [&](const std::string& text) {
+        OnDevice([&] { return device->Handle(1, session, text).payload; });
+    };
+    const auto ask = [this](int number) {
+        return Ask(fmt::format("GET /requests/{} HTTP/1.1\r\nHost: localhost\r\n\r\n", number));
+    };
+    const std::string enciphered(172, 'D');
+    handle("<account>AB</account><authentication\n>CD</authentication><token>EF</token><user>" + enciphered +
+           "</user><pwd></pwd><users>GH</users>");
+    EXPECT_NE(ask(1).find(R"({"request":{"text":"<account>(hidden)</account><authentication>(hidden))"
+                          R"(</authentication><token>(hidden)</token><user>(hidden)</user><pwd></pwd>)"
+                          R"(<users>GH</users>","length":287,"kept":287},"reply":{"text":"<?xml )"),
+              std::string::npos)
+        << ask(1);
+    handle("<pwd>" + std::string(20000, 'x')); // cut off within the secret
+    EXPECT_NE(ask(2).find(R"-("<pwd>(hidden)","length":20005,"kept":16384})-"), std::string::npos) << ask(2);
+    EXPECT_EQ(OnDevice([this] { return device->SwitchFault("silent@dowallclear", true); }), "");
+    handle("<td_command><td_header><url>dowallclear</url></td_header></td_command>");
+    EXPECT_NE(ask(3).find(R"("reply":null)"), std::string::npos) << ask(3);
+    for (int i = 0; i < 48; ++i) {
+        handle(std::string(20000, 'x'));
+    }
+    EXPECT_TRUE(ask(1).starts_with("HTTP/1.1 404 ")); // 50 are kept
+    EXPECT_TRUE(ask(2).starts_with("HTTP/1.1 200 "));
+}
+
+TEST_F(Page, LargeUpdatesComeLessOften)
+{
+    auto follower = Send("GET /events HTTP/1.1\r\nHost: localhost\r\n\r\n");
+    const auto next = [&follower] {
+        std::string line;
+        while (std::getline(follower, line) && line != "event: inputs") {
+        }
+        std::getline(follower, line);
+        return line.size();
+    };
+    const auto turn = [this] { device->TurnChannels(); };
+    next(); // what a new page is told
+    const auto begin = std::chrono::steady_clock::now();
+    OnDevice(turn);
+    const std::size_t size = next();
+    OnDevice(turn);
+    EXPECT_EQ(next(), size - 4096); // "false" has become "true"
+    EXPECT_GT(size, 1000000U);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(size / 1000));
 }
 
 } // namespace
