@@ -146,8 +146,8 @@ public:
         return writer.GetLength();
     }
 
-    // Encodes into a new string or vector of bytes. Throws std::length_error for a record whose length no field
-    // can hold.
+    // Encodes into a new string or vector of bytes. Throws std::length_error for a record whose length no
+    // field can hold.
     template <class Bytes = std::string>
     Bytes Encode() const
     {
