@@ -12,6 +12,7 @@
 #include <thread>
 
 #include <openssl/rsa.h>
+#include <sys/syscall.h>
 
 #include "CommandSamples.h"
 #include "HostFunctions.h"
@@ -145,6 +146,7 @@ std::string Notification(size_t len)
 std::function<void()> g_onLastingWait; // runs when a wait for an event begins that is not signalled
 std::function<void()> g_onOpen;        // runs before the messages of a command begin to be kept
 std::function<void()> g_onEncipher;    // runs before each encipherment under a public key
+std::function<void()> g_onFutex;       // runs before an atomic value is waited for, or a waiter woken
 
 } // namespace
 
@@ -167,6 +169,9 @@ TVWALL_WRAPPED(void, Open, "_ZN14CReplyHandOver4OpenEv", (CReplyHandOver * handO
 TVWALL_WRAPPED(int, Encipher, "RSA_public_encrypt",
                (int len, const unsigned char* from, unsigned char* to, RSA* key, int padding),
                (len, from, to, key, padding), true, g_onEncipher)
+TVWALL_WRAPPED(long, Syscall, "syscall",
+               (long number, const void* word, int operation, int value, const void* timeout),
+               (number, word, operation, value, timeout), number == SYS_futex, g_onFutex)
 
 namespace {
 
@@ -274,6 +279,32 @@ TEST_F(StopTest, ANumberThatCameWithoutAMessageToKeepIsNotTheLastOne)
     ReplyWith(ReplyText("dowallclear", "%SEQ%", "5"), 2);
     clearWall();
     EXPECT_EQ(polls, 2);
+}
+
+TEST(WakingTest, AWorkerThatWaitsForAReceiveIsWokenAtItsEnd)
+{
+    CReplyHandOver handOver;
+    handOver.Open();
+    handOver.Expect(7);
+    std::optional<CReplyHandOver::CReceiveScope> receive(std::in_place, handOver);
+    handOver.Prepare(7, CReplyHandOver::E_Kind::Reply, "reply");
+    std::promise<void> waits, goOn; // which call no wrapped function
+    bool woken = false;
+    g_onFutex = [&, receiver = std::this_thread::get_id()] {
+        if (std::this_thread::get_id() == receiver) {
+            woken = true;
+        } else {
+            waits.set_value();
+            goOn.get_future().wait();
+        }
+    };
+    auto taken = std::async(std::launch::async, [&] { return handOver.Take(); });
+    waits.get_future().wait();
+    receive.reset();
+    EXPECT_TRUE(woken);
+    goOn.set_value();
+    EXPECT_EQ(taken.get()->strText, "reply");
+    g_onFutex = nullptr;
 }
 
 TEST(CmdIDTest, EachThreadsNumbersGoUpAndNoneComesTwice)

@@ -67,7 +67,7 @@ TEST_F(HostileDecoderTest, TextsMadeToHurtAreFailuresOrPlainText)
     };
     for (const auto& [what, body, name] : cases) {
         SCOPED_TRACE(what);
-        EXPECT_EQ(NameFrom(body), name);
+        ASSERT_EQ(NameFrom(body), name); // the next text may take minutes where this one got through
     }
 }
 

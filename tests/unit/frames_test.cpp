@@ -141,10 +141,12 @@ TEST_F(FramesTest, FragmentsThatFitNowhereAreRefused)
     EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 239), 1);
     EXPECT_FALSE(parser.CombineDataProc({0, 0, 0, 0, 0, 0}, "a", 1)); // equals an empty slot
     EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 265), 1);
-    EXPECT_TRUE(parser.CombineDataProc({1, 2, 1, 1, 1, 0}, nullptr, 5));
-    EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 230), 1);
-    EXPECT_TRUE(parser.CombineDataProc({2, 2, 0, 1, 1, 0}, "", 0)); // replaces the one before
+    EXPECT_TRUE(parser.CombineDataProcMemPool({1, 2, 1, 1, 1, 0}, nullptr));
     EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 231), 1);
+    EXPECT_TRUE(parser.CombineDataProc({1, 2, 1, 1, 1, 0}, nullptr, 5));
+    EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 230), 2);
+    EXPECT_TRUE(parser.CombineDataProc({2, 2, 0, 1, 1, 0}, "", 0)); // replaces the one before
+    EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 231), 2);
     EXPECT_EQ(fake_host::LiveBuffers(), 1);
     EXPECT_TRUE(delivered.empty());
 }
