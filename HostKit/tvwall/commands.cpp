@@ -305,6 +305,7 @@ Command BindScreens(const std::vector<Screen>& screens)
 Command UnbindScreens(const std::vector<ScreenPlace>& places)
 {
     std::vector<Screen> screens;
+    screens.reserve(places.size());
     for (const ScreenPlace& place : places) {
         screens.push_back({{}, place, {}});
     }
