@@ -107,7 +107,9 @@ bool PutCameraOnWall()
     std::printf("rows: %ld, columns: %ld\n", layout ? layout->rows : 0, layout ? layout->columns : 0);
     const tvwall::WindowId window{1};
     const tvwall::Source camera{"192.0.2.10", 554, tvwall::ChannelNumber{3}, "viewer", "secret"};
-    return layout && Run("window", tvwall::CreateWindows({{window, {0, 0, 960, 540}, {{11}}}})) &&
+    return layout &&
+           Run("screens", tvwall::BindScreens({{{1}, {0, 0}, {}}})) && // output 1; unbound ones stay dark
+           Run("window", tvwall::CreateWindows({{window, {0, 0, 960, 540}, {{11}}}})) &&
            Run("media", tvwall::PlayMedia({{window, {{{0}, {camera}}}}})) &&
            !Run("raise of an unknown window", tvwall::RaiseWindow({42})) &&
            Run("system information", tvwall::GetSystemInfo()); // the channels come as a notification
