@@ -77,6 +77,7 @@ protected:
     Records()
     {
         NET_DEV_DECODERDEVSDK_Initial(); // lets records write to the host's log
+        delete fake_host::Get().created;
         fake_host::Reset();
     }
 };
