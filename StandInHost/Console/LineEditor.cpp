@@ -7,8 +7,10 @@
 #include <stdexcept>
 #include <utility>
 
+#include <fcntl.h>
 #include <histedit.h>
 #include <sys/ioctl.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include "Base/ErrorLines.h"
@@ -53,6 +55,17 @@ long RowsBelow(const std::string& text, int columns)
     return row;
 }
 
+// The terminal at standard input, to be read without ever blocking: a signal's key throws away what was typed
+// ahead, also between a poll that has seen it and the read. Opened anew, because other programs share the
+// flags of standard input; only the controlling terminal has such keys. Standard input itself when it is
+// another one.
+int OpenKeys()
+{
+    const bool controlling = ::tcgetsid(STDIN_FILENO) >= 0;
+    const int opened = controlling ? ::open("/dev/tty", O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC) : -1;
+    return opened >= 0 ? opened : STDIN_FILENO;
+}
+
 LineEditor& Self(EditLine* editor)
 {
     void* self = nullptr;
@@ -76,6 +89,7 @@ TResult LineEditor::Guarded(TResult failed, TFunction function)
 LineEditor::LineEditor(HostEvents& events, EditorHooks hooks)
     : m_events(events),
       m_hooks(std::move(hooks)),
+      m_keys(OpenKeys()),
       m_history(history_init()),
       m_editor(el_init("tvwall-host", stdin, stderr, stderr))
 {
@@ -112,7 +126,12 @@ LineEditor::LineEditor(HostEvents& events, EditorHooks hooks)
     el_source(editor, nullptr); // the user's settings for all programs that use this editor
 }
 
-LineEditor::~LineEditor() = default;
+LineEditor::~LineEditor()
+{
+    if (m_keys != STDIN_FILENO) {
+        ::close(m_keys);
+    }
+}
 
 void LineEditor::CloseEditor::operator()(EditLine* editor) const { el_end(editor); }
 
@@ -153,8 +172,8 @@ int LineEditor::ReadCharacter(wchar_t* character)
 {
     while (AwaitKey()) {
         char cByte = 0;
-        const ssize_t readCount = ::read(STDIN_FILENO, &cByte, 1);
-        if (readCount < 0 && errno == EINTR) {
+        const ssize_t readCount = ::read(m_keys, &cByte, 1);
+        if (readCount < 0 && (errno == EINTR || errno == EAGAIN)) {
             continue;
         }
         if (readCount <= 0) {
@@ -180,7 +199,7 @@ bool LineEditor::AwaitKey()
             m_cancelled = m_events.TakeKeyboardInterrupt();
             return false;
         }
-        const auto wake = m_events.Wait(HostEvents::Clock::time_point::max(), STDIN_FILENO);
+        const auto wake = m_events.Wait(HostEvents::Clock::time_point::max(), m_keys);
         if (wake.event) {
             Erase(); // output replaces the line, which is redrawn below
             ErrorLinesHold::Write();

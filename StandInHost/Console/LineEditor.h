@@ -64,6 +64,7 @@ private:
 
     HostEvents& m_events;
     const EditorHooks m_hooks;
+    const int m_keys;     // the descriptor that keys are read from
     std::string m_prompt; // the text that the library points to
     int m_columns = 0;    // of the window when the line was drawn
     bool m_cancelled = false;
