@@ -21,7 +21,7 @@ namespace {
 constexpr const char* kJsonType = "application/json";
 constexpr std::size_t kMaxBody = 1024;
 constexpr std::string_view kWindows = "/windows/";
-constexpr std::string_view kRequests = "/requests/";
+constexpr std::string_view kRequestPath = "/requests/";
 
 PageAnswer Say(unsigned status, const std::string& text)
 {
@@ -115,8 +115,8 @@ PageAnswer PageRoutes::Get(const std::string& path)
     if (path.starts_with(kWindows)) {
         return GetWindow(path.substr(kWindows.size()));
     }
-    if (path.starts_with(kRequests)) {
-        return GetRequest(path.substr(kRequests.size()));
+    if (path.starts_with(kRequestPath)) {
+        return GetRequest(path.substr(kRequestPath.size()));
     }
     return Say(404, "no such page");
 }

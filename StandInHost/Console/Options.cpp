@@ -22,6 +22,8 @@ namespace standin_host {
 
 namespace {
 
+using Kind = ConsoleCommand::Kind;
+
 constexpr char kDescription[] =
     "Loads the decoder plug-in, connects to a decoder and runs commands on its wall.";
 
@@ -181,7 +183,6 @@ std::chrono::milliseconds ReadSeconds(const std::string& text)
 
 void Interpret(const RawOptions& raw, Options& options)
 {
-    using Kind = ConsoleCommand::Kind;
     options.login = !raw.noLogin;
     options.command.stopOnFailure |= raw.stopOnFailure;
     const bool connects = options.command.kind != Kind::Profile;
@@ -244,7 +245,7 @@ void UseSettings(const Profile& settings, Options& options)
     if (settings.decoder.empty() && !options.dryRun) {
         throw UsageError("no decoder: give --decoder HOST:PORT, set TVWALL_DECODER or name a profile");
     }
-    const bool needed = options.login || options.command.kind == ConsoleCommand::Kind::Login;
+    const bool needed = options.login || options.command.kind == Kind::Login;
     if (settings.user.empty() && needed && !options.dryRun) {
         throw UsageError("no user to log in: give --user NAME, set TVWALL_USER or name a profile");
     }

@@ -94,8 +94,6 @@ std::string ShowBasicConfig(const Fields& fields)
 
 // --- layout ---
 
-constexpr std::size_t kScreenName = 256;
-
 void ReadLayout(ByteReader& reader, Fields& fields)
 {
     fields["rows"] = reader.U32();

@@ -1,6 +1,7 @@
 #pragma once
 // The host's records as bytes: little-endian, without padding.
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -9,6 +10,8 @@
 #include "HostTypes.h"
 
 namespace standin_host {
+
+inline constexpr std::size_t kScreenName = 256; // bytes of the field, in the command and in the answer
 
 // Where in a record a password is.
 struct Span {

@@ -12,8 +12,6 @@ namespace {
 constexpr std::size_t kOneGuid = sizeof(GUID);
 constexpr std::size_t kTwoGuids = 2 * sizeof(GUID);
 
-constexpr std::size_t kScreenName = 256;
-
 // Windows and their sub-windows: the record's head and count are already in the writer.
 template <class TWindow, class TSubWindow>
 Record Tree(ByteWriter writer, const std::vector<SubWindows>& windows, TWindow window, TSubWindow subWindow)
