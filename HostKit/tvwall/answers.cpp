@@ -7,6 +7,7 @@
 #include <list>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include "DecodeComm.h"
 #include "Encoding/FieldText.h"
@@ -295,16 +296,16 @@ Result<DisplaySwitches> ReadDisplaySwitches(Bytes answer)
     if (!xml.IsParsed()) {
         return Reason{kHead, "the text", kNoXml};
     }
-    bool on[2] = {};
-    const char* const names[] = {"response/baseInfo/enableborder", "response/baseInfo/enableshowwinid"};
-    for (std::size_t i = 0; i < std::size(names); ++i) {
-        const auto number = NumberIn<std::uint32_t>(xml.GetText(xml.GetFirstItem(names[i])));
+    DisplaySwitches switches{xml.GetValueStr("response/id")};
+    for (const auto& [name, on] : {std::pair{"response/baseInfo/enableborder", &switches.borders},
+                                   std::pair{"response/baseInfo/enableshowwinid", &switches.windowIds}}) {
+        const auto number = NumberIn<std::uint32_t>(xml.GetText(xml.GetFirstItem(name)));
         if (!number) {
-            return Reason{kHead, names[i], "is not there, or no number"};
+            return Reason{kHead, name, "is not there, or no number"};
         }
-        on[i] = *number != 0;
+        *on = *number != 0;
     }
-    return DisplaySwitches{xml.GetValueStr("response/id"), on[0], on[1]};
+    return switches;
 }
 
 Result<Failure> ReadFailure(Bytes record)

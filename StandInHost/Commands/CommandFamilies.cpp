@@ -41,10 +41,13 @@ Fields SubWindowArgs(const std::vector<SubWindows>& windows, const SubWindowComm
     for (const SubWindows& window : windows) {
         for (const SubWindow& sub : window.subWindows) {
             Fields item{{"window", window.window}, {"index", sub.index}};
-            const int64_t values[] = {sub.first, sub.second};
-            for (std::size_t i = 0; i < std::size(values) && i + 2 < subWindows.fields.size(); ++i) {
-                const bool isSwitch = subWindows.fields[i + 2].isSwitch;
-                item[subWindows.keys[i]] = isSwitch ? Fields(values[i] != 0) : Fields(values[i]);
+            std::size_t i = 0; // of the fields that follow window and index
+            for (const int64_t value : {sub.first, sub.second}) {
+                if (i + 2 < subWindows.fields.size()) {
+                    const bool isSwitch = subWindows.fields[i + 2].isSwitch;
+                    item[subWindows.keys[i]] = isSwitch ? Fields(value != 0) : Fields(value);
+                    ++i;
+                }
             }
             list.push_back(std::move(item));
         }
