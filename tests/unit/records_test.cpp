@@ -6,6 +6,7 @@
 #include "CommandSamples.h"
 #include "DecodeComm.h"
 #include "MonitorTvwComm.h"
+#include "NetProtocolProc.h"
 #include "PluginExports.h"
 #include "RecordChecks.h"
 
