@@ -22,8 +22,8 @@ public:
 
     unsigned int GetRequestCommand() const override { return m_id; }
     bool HasReply() const override { return true; }
-    void AddReference(int /*nHolderTag*/) override { ++m_references; }
-    void DecReference(int /*nHolderTag*/) override
+    void AddReference(int) override { ++m_references; }
+    void DecReference(int) override
     {
         if (--m_references == 0) {
             const std::unique_ptr<AskedCommand> self(this);
@@ -34,10 +34,10 @@ public:
     {
         m_outcome = {Outcome::Kind::Failed, reply.dwResult, {}};
     }
-    void ReplyBuffer(const char* pData, unsigned long nLen) override
+    void ReplyBuffer(const char* bytes, unsigned long length) override
     {
-        if (nLen != 0) {
-            m_outcome.answer.assign(pData, nLen);
+        if (length != 0) {
+            m_outcome.answer.assign(bytes, length);
         }
         m_outcome.kind = Outcome::Kind::Done;
     }

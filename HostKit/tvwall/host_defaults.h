@@ -12,20 +12,20 @@
 
 #include "HostFunctions.h"
 
-char* MEM_POOL_New(const char* /*pData*/, unsigned long /*nLen*/) { std::abort(); }
-void MEM_POOL_AddRef(const char* /*hBuffer*/) { std::abort(); }
-void MEM_POOL_Delete(const char* /*hBuffer*/) { std::abort(); }
-const char* MEM_POOL_GetData(const char* /*hBuffer*/) { std::abort(); }
-unsigned long MEM_POOL_GetLen(const char* /*hBuffer*/) { std::abort(); }
-bool MEM_POOL_Append(const char* /*hBuffer*/, const char* /*pData*/, unsigned long /*nLen*/) { std::abort(); }
-void MEM_POOL_TruncateFront(const char* /*hBuffer*/, unsigned long /*nLen*/) { std::abort(); }
-void MEM_POOL_TruncateBack(const char* /*hBuffer*/, unsigned long /*nLen*/) { std::abort(); }
+char* MEM_POOL_New(const char*, unsigned long) { std::abort(); }
+void MEM_POOL_AddRef(const char*) { std::abort(); }
+void MEM_POOL_Delete(const char*) { std::abort(); }
+const char* MEM_POOL_GetData(const char*) { std::abort(); }
+unsigned long MEM_POOL_GetLen(const char*) { std::abort(); }
+bool MEM_POOL_Append(const char*, const char*, unsigned long) { std::abort(); }
+void MEM_POOL_TruncateFront(const char*, unsigned long) { std::abort(); }
+void MEM_POOL_TruncateBack(const char*, unsigned long) { std::abort(); }
 
-void SHARESDK_NormalOutput(const char* /*szText*/, const char* /*szSource*/, int /*nLine*/) {}
-void SHARESDK_AbnormalOutput(const char* szText, const char* szSource, int nLine)
+void SHARESDK_NormalOutput(const char*, const char*, int) {}
+void SHARESDK_AbnormalOutput(const char* text, const char* source, int line)
 {
-    (void)std::fprintf(stderr, "%s (%s:%d)\n", szText, szSource, nLine); // these texts have no line ends
+    (void)std::fprintf(stderr, "%s (%s:%d)\n", text, source, line); // these texts have no line ends
 }
-void SHARESDK_DebugOutput(const char* /*szText*/, const char* /*szSource*/, int /*nLine*/) {}
+void SHARESDK_DebugOutput(const char*, const char*, int) {}
 
 unsigned int GetLastError() { return 0; }
