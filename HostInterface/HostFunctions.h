@@ -50,6 +50,9 @@ unsigned int GetLastError();
 
 // --- memory pool: reference-counted byte buffers, named by an opaque handle; thread-safe ---
 
+// Never called while every OnSocketRecvData has a pNeedLen, but all except MEM_POOL_TruncateBack have to be
+// there when the library is loaded. A buffer is used by one thread at a time, different ones by several.
+
 // A new buffer with a copy of nLen bytes and one reference; null when there is no memory.
 char* MEM_POOL_New(const char* pData, unsigned long nLen);
 void MEM_POOL_AddRef(const char* hBuffer);
@@ -63,7 +66,10 @@ bool MEM_POOL_Append(const char* hBuffer, const char* pData, unsigned long nLen)
 void MEM_POOL_TruncateFront(const char* hBuffer, unsigned long nLen);
 void MEM_POOL_TruncateBack(const char* hBuffer, unsigned long nLen);
 
-// --- log; texts are zero-terminated UTF-8, copied during the call; nLine names the place in the source ---
+// --- log; texts are zero-terminated and copied during the call; nLine names the place in the source ---
+
+// A text has a line end at its end or not. All are UTF-8 but those of DebugOutput, which show what the
+// decoder sent, with any bytes and line ends.
 
 void SHARESDK_NormalOutput(const char* szText, const char* szSource, int nLine);
 void SHARESDK_AbnormalOutput(const char* szText, const char* szSource, int nLine);

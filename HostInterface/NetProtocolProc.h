@@ -27,9 +27,11 @@ public:
     CNetProtocolProc& operator=(const CNetProtocolProc&) = delete;
 
     // Binds the processor to its node and connection, which is open; returns the result of
-    // NET_SOCKET_RegisterNode, which is given a and b.
+    // NET_SOCKET_RegisterNode, which is given a and b. After a failure it may be called again, or the
+    // processor be deleted at once; the connection is the host's unless Quit is called.
     virtual int Initial(CNetNode* /*node*/, int /*hNetCommunication*/, int /*a*/, int /*b*/) { return 0; }
-    // Unregisters the node and destroys the connection; the last call before destruction.
+    // Unregisters the node and destroys the connection, without a word to the decoder; the last call before
+    // destruction.
     virtual void Quit() {}
     // Bytes may be received from now on. Both arguments are ignored; the result is 0.
     virtual int Start(char* /*text*/, int /*n*/) { return 0; }
@@ -46,14 +48,14 @@ public:
     // A new processor of the same kind; the caller owns it. Null when there is no memory.
     virtual CNetProtocolProc* CreateSelf() { return nullptr; }
     // The heartbeat, owned by the plug-in and always valid; len receives its size in bytes. The host sends it
-    // at its own pace.
+    // at its own pace, as early as it likes.
     virtual const char* GetBeatData(unsigned long& len)
     {
         len = 0;
         return nullptr;
     }
     // Call at a steady pace: each call counts against the device until a heartbeat or a message arrives from
-    // it; false from the 17th on. True from the start, even before login.
+    // it, which needs Start; false from the 17th on. True at first, even before login.
     virtual bool IsOnline() { return false; }
     virtual bool IsWorking() { return false; }
     virtual ~CNetProtocolProc() = default;

@@ -1,5 +1,5 @@
-// Decodes hostile bytes as every record of the host: the first byte picks the record, the rest is its
-// payload.
+// Decodes hostile bytes as every record of the host, or as the kit's answers: the first byte picks which, the
+// rest is the payload.
 
 #include <algorithm>
 #include <cstring>
@@ -11,6 +11,7 @@
 #include "FuzzScript.h"
 #include "HostFunctions.h"
 #include "MonitorTvwComm.h"
+#include "tvwall/answers.h"
 
 namespace {
 
@@ -52,6 +53,24 @@ void ExerciseImage(const std::vector<char>& payload)
             0);
 }
 
+// As each kind of answer and notification: a value, or a reason that names a place in the bytes.
+void ExerciseAnswers(const std::vector<char>& payload)
+{
+    const auto check = [&payload](const auto& result) {
+        Require(result || result.Why().offset <= payload.size());
+    };
+    check(tvwall::ReadDone(ORVA2_DECODER_TVW::TVWALL_DECODE_CREATE_CANVAS, payload));
+    check(tvwall::ReadLogIn(payload));
+    check(tvwall::ReadLayout(payload));
+    check(tvwall::ReadSystemInfo(payload));
+    check(tvwall::ReadBasicConfig(payload));
+    check(tvwall::ReadSound(payload));
+    check(tvwall::ReadChannelGroups(payload));
+    check(tvwall::ReadDisplaySwitches(payload));
+    check(tvwall::ReadFailure(payload));
+    check(tvwall::ReadNotification(ORVA2_DECODER_TVW::TVWALL_DECODE_NOTIFY_IORES, payload));
+}
+
 // The first byte of a corpus file is a place in this table; new ones go to its end.
 constexpr void (*kRecords[])(const std::vector<char>&) = {
     Exercise<ORVA2_CLIENT_TVW::S_MTvw_Create_CavansWindow>,
@@ -81,6 +100,7 @@ constexpr void (*kRecords[])(const std::vector<char>&) = {
     ExerciseImage<ORVA2_CLIENT_TVW::S_MTvw_PlanWnd_Zoom_v2>,
     ExerciseImage<ORVA2_CLIENT_TVW::S_MTvw_Wall_Set_WindCfg_V2>,
     Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Basic_Config>,
+    ExerciseAnswers,
 };
 
 } // namespace

@@ -56,6 +56,7 @@ foreach(component PLUGIN TOOLS DEVELOPMENT)
     configure_file(changelog.in ${changelog} @ONLY)
     add_custom_command(OUTPUT ${changelog}.gz DEPENDS ${changelog} COMMAND gzip -9nkf ${changelog} VERBATIM)
     list(APPEND changelogs ${changelog}.gz)
-    install(FILES ${changelog}.gz copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package} COMPONENT ${lower})
+    file(GLOB readme ${lower}/README.md) # where to begin; the plug-in has that of the whole project
+    install(FILES ${changelog}.gz copyright ${readme} DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package} COMPONENT ${lower})
 endforeach()
 add_custom_target(package_changelogs ALL DEPENDS ${changelogs})

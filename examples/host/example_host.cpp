@@ -3,9 +3,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
-#include <optional>
-#include <string>
 #include <thread>
+#include <utility>
 
 #include <dlfcn.h>
 #include <netdb.h>
@@ -13,15 +12,12 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "CmdProcObject.h"
-#include "HostFunctions.h"
 #include "NetNode.h"
-#include "NetProtocolProc.h"
-#include "SocketDataObserver.h"
 #include "tvwall/answers.h"
-#include "tvwall/commands.h"
+#include "tvwall/ask.h"
+#include "tvwall/host_defaults.h" // memory pool and log
+#include "tvwall/receive_buffer.h"
 
-using ORVA_NET_PROTOCOL::_kest_net_reply;
 int g_socket = -1; // of the only connection; the handle is ignored
 std::thread g_receiver;
 std::pair<CSocketDataObserver*, void*> g_observer; // and its context; changes while no receiver runs
@@ -29,17 +25,16 @@ std::unique_ptr<CNetProtocolProc> g_decoder;       // made from the plug-in's pr
 
 void Receive()
 {
-    std::string kept; // the plug-in reads in here; what is not a whole frame yet stays
-    unsigned int need = 0;
+    tvwall::ReceiveBuffer buffer;
     char chunk[16384];
     for (ssize_t n = 0; (n = recv(g_socket, chunk, sizeof chunk, 0)) > 0;) {
-        kept.append(chunk, static_cast<std::size_t>(n));
-        kept.erase(0, g_observer.first->OnSocketRecvData(
-                          1, kept.data(), static_cast<unsigned int>(kept.size()), &need, g_observer.second));
+        if (!buffer.Take({chunk, static_cast<std::size_t>(n)}, *g_observer.first, g_observer.second)) {
+            shutdown(g_socket, SHUT_RDWR); // too long a message
+        }
     }
 }
 
-// What the plug-in finds in this process (HostFunctions.h). The pool is for hosts that keep no bytes.
+// What the plug-in finds in this process (HostFunctions.h), besides the defaults.
 int NET_COMM_RegistDevProtocolProcObject(unsigned int, CNetProtocolProc* p)
 {
     return g_decoder.reset(p->CreateSelf()), 0;
@@ -50,18 +45,6 @@ int NET_SOCKET_UnRegisterNode(int) { return g_observer = {}, 0; }
 int NET_SOCKET_Start(int) { return g_receiver = std::thread(Receive), 0; }
 int NET_SOCKET_Stop(int) { return shutdown(g_socket, SHUT_RDWR), g_receiver.join(), 0; }
 int NET_SOCKET_DestroyHNetCommunication(int) { return close(g_socket); }
-unsigned int GetLastError() { return 0; } // a failed send is final
-char* MEM_POOL_New(const char*, unsigned long) { std::abort(); }
-void MEM_POOL_AddRef(const char*) { std::abort(); }
-void MEM_POOL_Delete(const char*) { std::abort(); }
-const char* MEM_POOL_GetData(const char*) { std::abort(); }
-unsigned long MEM_POOL_GetLen(const char*) { std::abort(); }
-bool MEM_POOL_Append(const char*, const char*, unsigned long) { std::abort(); }
-void MEM_POOL_TruncateFront(const char*, unsigned long) { std::abort(); }
-void MEM_POOL_TruncateBack(const char*, unsigned long) { std::abort(); }
-void SHARESDK_NormalOutput(const char*, const char*, int) {}
-void SHARESDK_AbnormalOutput(const char* text, const char*, int) { std::fprintf(stderr, "%s\n", text); }
-void SHARESDK_DebugOutput(const char*, const char*, int) {}
 
 struct Node final : CNetNode {
     void DeliverCommand(unsigned int, CCmdProcParam* param) override
@@ -78,32 +61,19 @@ struct Node final : CNetNode {
     GUID GetNodeID() const override { return {2, 0, 0, {}}; }
 } g_node;
 
-struct QueuedCommand final : CCmdProcObject {
-    explicit QueuedCommand(unsigned int commandId) : id(commandId) {}
-    unsigned int GetRequestCommand() const override { return id; }
-    bool HasReply() const override { return true; }
-    void AddReference(int) override {} // it outlives the queue's reference
-    void DecReference(int) override {}
-    void ReplyRecord(const _kest_net_reply& reply) override { outcome = tvwall::Meaning(reply.dwResult); }
-    void ReplyBuffer(const char* p, unsigned long n) override { answer.emplace(p, n), outcome = "done"; }
-    const unsigned int id;
-    const char* outcome = "no answer";
-    std::optional<std::string> answer;
-};
-
-std::optional<std::string> Run(const char* what, tvwall::Command command)
+tvwall::Outcome Run(const char* what, const tvwall::Command& command)
 {
-    QueuedCommand queued(command.id);
-    g_decoder->AddOneCmd(&queued, command.payload.data(), static_cast<unsigned int>(command.payload.size()));
+    auto outcome = tvwall::Ask(*g_decoder, command);
     while (g_decoder->ProcDevCmd()) {
     } // blocks up to 30 s for each request; a larger host uses a worker thread
-    std::printf("%s: %s\n", what, queued.outcome);
-    return queued.answer;
+    tvwall::Outcome told = outcome.get();
+    std::printf("%s: %s\n", what, told.Text());
+    return told;
 }
 
 bool PutCameraOnWall()
 {
-    const auto layout = tvwall::ReadLayout(Run("layout", tvwall::GetLayout()).value_or(""));
+    const auto layout = tvwall::ReadLayout(Run("layout", tvwall::GetLayout()).answer);
     std::printf("rows: %ld, columns: %ld\n", layout ? layout->rows : 0, layout ? layout->columns : 0);
     const tvwall::WindowId window{1};
     const tvwall::Source camera{"192.0.2.10", 554, tvwall::ChannelNumber{3}, "viewer", "secret"};

@@ -3,12 +3,18 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <functional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
+#include "CmdProcObject.h"
 #include "MonitorTvwComm.h"
 #include "tvwall/answers.h"
+#include "tvwall/ask.h"
 #include "tvwall/commands.h"
+#include "tvwall/receive_buffer.h"
 
 namespace {
 
@@ -103,6 +109,84 @@ TEST(Kit, RefusesWhatNoRecordCanHold)
                   (void)tvwall::SetWall({{{1}, {}, {{{0}, {0}, tvwall::Source{.recordMask = 1}}}}});
               }),
               "a whole wall has no record masks and selectors");
+}
+
+// Runs a command when it is told to, between the two references of a queue.
+struct OneCommandProcessor final : CNetProtocolProc {
+    void ProcOneCommand(CCmdProcObject*, unsigned char*, unsigned int) override {}
+    void AddOneCmd(CCmdProcObject* cmd, unsigned char* buf, unsigned int len) override
+    {
+        cmd->AddReference(11);
+        asked = cmd;
+        payload.assign(buf, buf + len);
+    }
+    CCmdProcObject* asked = nullptr;
+    std::string payload;
+};
+
+TEST(Kit, TellsWhatCameOfACommandOnceItHasRun)
+{
+    using Answer = std::function<void(CCmdProcObject&)>;
+    ORVA_NET_PROTOCOL::_kest_net_reply refused{};
+    refused.dwResult = 0x2000005C;
+    const std::pair<Answer, std::string> cases[] = {
+        {[](auto& cmd) { cmd.ReplyBuffer("grid", 4); }, "done:grid"},
+        {[](auto& cmd) { cmd.ReplyBuffer(nullptr, 0); }, "done:"},
+        {[refused](auto& cmd) { cmd.ReplyRecord(refused); }, "wrong password:"},
+        {[](auto&) {}, "no answer:"},
+    };
+    for (const auto& [answer, told] : cases) {
+        OneCommandProcessor processor;
+        auto future = tvwall::Ask(processor, tvwall::SetLayout(2, 3));
+        EXPECT_EQ(processor.asked->GetRequestCommand(), 0x50005U);
+        EXPECT_EQ(processor.payload.substr(0, 8), Little({2, 3}));
+        answer(*processor.asked);
+        EXPECT_NE(future.wait_for(std::chrono::seconds(0)), std::future_status::ready);
+        processor.asked->DecReference(11);
+        const tvwall::Outcome outcome = future.get();
+        EXPECT_EQ(outcome.Text() + (':' + outcome.answer), told);
+        EXPECT_EQ(static_cast<bool>(outcome), told.starts_with("done"));
+    }
+}
+
+// Frames of one digit and as many characters.
+struct DigitFrames final : CSocketDataObserver {
+    unsigned int OnSocketRecvData(int, const char* data, unsigned int len, unsigned int* needed,
+                                  void* context) override
+    {
+        ++calls;
+        const auto frame = static_cast<unsigned int>(*data - '0') + 1;
+        if (context == nullptr || len < frame) {
+            *needed = context == nullptr ? 0 : frame - len;
+            return 0;
+        }
+        frames += std::string(data, frame) + ' ';
+        return frame + (len == frame ? 0 : OnSocketRecvData(0, data + frame, len - frame, needed, context));
+    }
+    std::string frames;
+    int calls = 0;
+};
+
+TEST(Kit, KeepsReceivedBytesUntilTheyMakeAFrame)
+{
+    const std::string bytes = "3abc04wxyz";
+    for (std::size_t piece = 1; piece <= bytes.size(); ++piece) {
+        DigitFrames observer;
+        tvwall::ReceiveBuffer buffer(8);
+        for (std::size_t at = 0; at < bytes.size(); at += piece) {
+            EXPECT_TRUE(buffer.Take(bytes.substr(at, piece), observer, &observer));
+        }
+        EXPECT_EQ(observer.frames, "3abc 0 4wxyz ");
+        EXPECT_LE(observer.calls, 5) << "called for less than it needs, in pieces of " << piece;
+        const int calls = observer.calls;
+        EXPECT_TRUE(buffer.Take({}, observer, &observer));
+        EXPECT_EQ(observer.calls, calls) << "called for nothing";
+    }
+    DigitFrames observer;
+    tvwall::ReceiveBuffer buffer(4);
+    EXPECT_TRUE(buffer.Take(std::string("9abcdefg"), observer, nullptr)) << "is dropped";
+    EXPECT_TRUE(buffer.Take(std::string("9abc"), observer, &observer));
+    EXPECT_FALSE(buffer.Take(std::string("d"), observer, &observer)) << "is more than may be kept";
 }
 
 } // namespace
