@@ -59,23 +59,27 @@ void Acceptor::Listen(const tcp::endpoint& endpoint)
 
 void Acceptor::Accept()
 {
-    m_acceptor.async_accept([this](const std::error_code& error, tcp::socket socket) {
-        if (!error) {
-            m_welcome(std::move(socket));
-            Accept();
-            return;
-        }
-        if (error == asio::error::operation_aborted) {
-            return;
-        }
-        spdlog::error("cannot accept a connection: {}", tools::SocketFault(error));
-        m_retryTimer.expires_after(kAcceptRetry);
-        m_retryTimer.async_wait([this](const std::error_code& cancelled) {
-            if (!cancelled) {
-                Accept();
+    m_acceptor.async_accept(
+        [this, life = std::weak_ptr(m_life)](const std::error_code& error, tcp::socket socket) {
+            if (life.expired()) {
+                return;
             }
+            if (!error) {
+                m_welcome(std::move(socket));
+                Accept();
+                return;
+            }
+            if (error == asio::error::operation_aborted) {
+                return;
+            }
+            spdlog::error("cannot accept a connection: {}", tools::SocketFault(error));
+            m_retryTimer.expires_after(kAcceptRetry);
+            m_retryTimer.async_wait([this, life](const std::error_code& cancelled) {
+                if (!cancelled && !life.expired()) {
+                    Accept();
+                }
+            });
         });
-    });
 }
 
 } // namespace simulated_decoder

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -47,6 +48,8 @@ private:
     asio::ip::tcp::acceptor m_acceptor;
     asio::steady_timer m_retryTimer;
     WelcomeFunction m_welcome;
+    // What has been accepted or is due is called without an error even after the acceptor is gone.
+    const std::shared_ptr<int> m_life = std::make_shared<int>();
 };
 
 // Address and port as numbers.

@@ -74,8 +74,8 @@ void Server::FlapChannels()
         return;
     }
     m_flapTimer.expires_after(period);
-    m_flapTimer.async_wait([this](const std::error_code& cancelled) {
-        if (!cancelled) {
+    m_flapTimer.async_wait([this, life = std::weak_ptr(m_life)](const std::error_code& cancelled) {
+        if (!cancelled && !life.expired()) {
             TurnChannels();
             FlapChannels();
         }

@@ -50,6 +50,8 @@ private:
     asio::steady_timer m_flapTimer;
     std::map<int, std::shared_ptr<Connection>> m_connections;
     int m_lastNumber = 0;
+    // What is due is called without an error even after its timer is gone: it looks whether this still lives.
+    const std::shared_ptr<int> m_life = std::make_shared<int>();
     Acceptor m_acceptor;
 };
 
