@@ -58,7 +58,7 @@ TEST_F(CryptoTest, DigestsAreHexadecimalText)
 {
     const std::string longText = "abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq";
     char out[65];
-    Sha265_String("", 0, out);
+    Sha265_String(nullptr, 0, out);
     EXPECT_STREQ(out, "E3B0C44298FC1C149AFBF4C8996FB92427AE41E4649B934CA495991B7852B855");
     Sha265_String(longText.data(), 56, out);
     EXPECT_STREQ(out, "248D6A61D20638B8E5C026930C3E6039A33CE45964FF2167F6ECEDD419DB06C1");

@@ -24,10 +24,13 @@ std::string Outline(CMarkupSTL& doc)
     return text;
 }
 
-// A document whose main position is the element at the end of a path of names.
+// A document whose main position is the element at the end of a path of names. It held another one before, of
+// which nothing may be left.
 CMarkupSTL At(const std::string& text, const std::vector<const char*>& path)
 {
-    CMarkupSTL doc(text.data(), static_cast<unsigned int>(text.size()));
+    CMarkupSTL doc("<a><b><c>1</c><d", 16);
+    EXPECT_TRUE(doc.FindElem() && doc.IntoElem() && doc.FindElem());
+    doc.SetDoc(text.data(), static_cast<unsigned int>(text.size()));
     for (const char* name : path) {
         doc.IntoElem();
         EXPECT_TRUE(doc.FindElem(name)) << name << " in " << text;
@@ -92,6 +95,8 @@ TEST(Markup, AddsWhereTheCursorStands)
         {"<a/>", {"a"}, true, CMarkupSTL::MNF_WITHNOLINES, "<a><x/></a>"},
         {"<a></a>", {"a"}, true, CMarkupSTL::MNF_WITHNOLINES, "<a><x/></a>"},
         {"<a><b>1</a>", {"a", "b"}, true, 0, "<a><b>1<x/>\r\n</a>"},
+        {"<a><b><c>1</a>", {"a", "b"}, true, 0, "<a><b><c>1<x/>\r\n</a>"},
+        {"<a><b>1", {"a", "b"}, true, 0, "<a><b>1<x/>\r\n"},
         {"<a/>\r\n", {}, false, 0, "<a/>\r\n<x/>\r\n"},
     };
     for (const auto& [text, path, into, flags, result] : cases) {
@@ -134,7 +139,8 @@ TEST(Markup, RefusedOperationsLeaveDocumentAndCursor)
 TEST(Markup, ReportsWhatIsWrongAndKeepsWhatItRecognises)
 {
     const std::tuple<const char*, std::string, const char*> cases[] = {
-        {"<?xml version='1.0'?><!DOCTYPE a '>' [<!ENTITY b '>'>]><!-- <c> --><a b='<>'><![CDATA[<d>]]></a>",
+        {"<?xml version='1.0'?><!DOCTYPE a '>' \">\" [<!ENTITY b '>'>]><!-- <c> --><a "
+         "b='<>'><![CDATA[<d>]]></a>",
          "", "a=<d>"},
         {"<a  b\t=\t\"/>\"' c ><d/></a >", "", "a[d]"},
         {"<!DOCTYPE a [<!ELEMENT a><b>]><?c <d> > ?><a\\e>1</a>", "", "a=1"},

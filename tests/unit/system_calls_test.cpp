@@ -47,7 +47,7 @@ struct Script {
     }
     static int WithErrno(int error)
     {
-        errno = error;
+        errno = error != 0 ? error : errno; // as the system does
         return error == 0 ? 0 : -1;
     }
     int Clock(clockid_t clock, timespec& time)
