@@ -23,7 +23,7 @@ std::string Rect(long x, long y, long width, long height)
 std::string Layout()
 {
     const std::string left = ScreenRecord(0xFFFFFFFF, "left", 1, 0x80000000);
-    return Bytes().U32(3).U32(0xFFFFFFFF).U32(2).Text(left + ScreenRecord(8, "", 0, 2));
+    return Bytes().U32(0x80000003).U32(0xFFFFFFFF).U32(2).Text(left + ScreenRecord(8, "", -3UL, 2));
 }
 
 std::string Coordinate(long x, long y) { return Elem("coordinate", Elem("xpos", x) + Elem("ypos", y)); }
@@ -31,15 +31,15 @@ std::string Coordinate(long x, long y) { return Elem("coordinate", Elem("xpos", 
 // One window that is split in two.
 std::string Canvas()
 {
-    Bytes window = Guids().U32(1).U32(3).U32(1).U32(2).U32(0xFFFFFFFF).U32(4);
+    Bytes window = Guids().U32(1).U32(-3UL).U32(-10UL).U32(-11UL).U32(0xFFFFFFFF).U32(-13UL);
     window.U16(5).U16(6).U16(7).U16(8).U32(2).U32(9).U32(10);
-    return window.U32(0).U32(100).U32(1).U32(101);
+    return window.U32(0).U32(-100UL).U32(-1UL).U32(101);
 }
 
-const std::string kCanvas =
-    Windows(Item(Elem("id", 3) + Rect(1, 2, 4294967295, 4) + Elem("mode", 2) +
-                 Elem("td_subwindowlist", Item(Elem("index", 0) + Elem("osdid", 100)) +
-                                              Item(Elem("index", 1) + Elem("osdid", 101)))));
+const std::string kCanvas = Windows(
+    Item(Elem("id", 4294967293) + Rect(4294967286, 4294967285, 4294967295, 4294967283) + Elem("mode", 2) +
+         Elem("td_subwindowlist", Item(Elem("index", 0) + Elem("osdid", 4294967196)) +
+                                      Item(Elem("index", 4294967295) + Elem("osdid", 101)))));
 
 std::string Switches(long border, long showID)
 {
@@ -72,7 +72,7 @@ const std::string kGroup = Body(
     Elem("channelgroup", Elem("id", -7) + Elem("name", kGroupName) + Elem("channelnum", 4294967295) +
                              Elem("interval", 2147483648) + Elem("td_channellist", "1,2,3 &amp; &lt;4&gt;")));
 
-std::string Sound() { return Guids().U32(1).U32(-3UL).U32(1).U32(6).U32(-5UL); }
+std::string Sound() { return Guids().U32(1).U32(-3UL).U32(1).U32(-6UL).U32(-5UL); }
 
 std::vector<CommandSample> MakeSamples()
 {
@@ -81,9 +81,9 @@ std::vector<CommandSample> MakeSamples()
     const std::string node =
         Bytes().U32(0x01234567).U16(0x89AB).U16(0xCDEF).Text("\x10\x20\x30\x40\x50\x60\x70\x80");
     const std::string screens =
-        Elem("row", 1) + Elem("col", 2) +
-        Elem("td_channellist",
-             Item(Elem("id", 4294967287) + Elem("name", "left &lt;1&gt;") + Coordinate(0, 1)));
+        Elem("row", 4294967291) + Elem("col", 4294967292) +
+        Elem("td_channellist", Item(Elem("id", 4294967287) + Elem("name", "left &lt;1&gt;") +
+                                    Coordinate(4294967294, 4294967290)));
     const std::string system = Elem("name", "wall") + Elem("model", -2000000001) + Elem("devicetype", "t") +
                                Elem("mac", "m") + Elem("softversion", "s") + Elem("builddate", "b") +
                                Elem("kernelversion", "k") + Elem("dataversion", "d");
@@ -91,7 +91,7 @@ std::vector<CommandSample> MakeSamples()
         Field("t", 64) + Field("m", 64) + Field("s", 64) + Field("b", 64) + Field("k", 64) + Field("d", 64);
     const std::string groups =
         Elem("channelgrouplist", Item(Elem("id", -2000000004) + Elem("name", "entrances") +
-                                      Elem("interval", 30) + Elem("td_channellist", "1,2")));
+                                      Elem("interval", 4294967266) + Elem("td_channellist", "1,2")));
     const std::string stream = StreamElements(Elem("channelid", kGuidText), kSourceUser, kSourcePassword);
     const std::string wall =
         Bytes().U32(1).Text(WallWindowRecord(8, 1)).Text(WallStreamRecord(kGuidBytes, 12, 6));
@@ -99,30 +99,30 @@ std::vector<CommandSample> MakeSamples()
         {"ProcDoOptionCmd", 0x101, kNoOption, LoginPayload("admin", "secret"), "dooption dologin",
          Body(Elem("encryption", 1)), kNoHead, keys, Bytes().Text(node).U32(513).Zeros(112)},
         {"SetWallLayout", 0x50005, kNoOption, Layout(), "setwalllayout",
-         Body(Elem("row", 3) + Elem("col", 4294967295)), kNoHead, "", ""},
+         Body(Elem("row", 2147483651) + Elem("col", 4294967295)), kNoHead, "", ""},
         {"GetWallLayout", 0x50006, kNoOption, "not read", "getwalllayout", kNoBody, kNoHead, screens,
-         Bytes().U32(1).U32(2).U32(1).Text(ScreenRecord(4294967287, "left <1>", 0, 1))},
+         Bytes().U32(-5UL).U32(-4UL).U32(1).Text(ScreenRecord(4294967287, "left <1>", -2UL, -6UL))},
         {"BindWall", 0x50007, kNoOption, Layout(), "dobindwall",
          Body(Elem("td_channellist", Item(Elem("id", 4294967295) + Coordinate(1, 2147483648)) +
-                                         Item(Elem("id", 8) + Coordinate(0, 2)))),
+                                         Item(Elem("id", 8) + Coordinate(4294967293, 2)))),
          kNoHead, "", ""},
         {"unBindWall", 0x50008, kNoOption, Layout(), "dounbindwall",
-         Body(Elem("td_channellist", Item(Coordinate(1, 2147483648)) + Item(Coordinate(0, 2)))), kNoHead, "",
-         ""},
+         Body(Elem("td_channellist", Item(Coordinate(1, 2147483648)) + Item(Coordinate(4294967293, 2)))),
+         kNoHead, "", ""},
         {"GetBasicCfg", kGet, 0x50002, "not read", "getbasicconfig", kNoBody, 0x50002,
-         Elem("identidy", 4294967295) + Elem("runmode", 2) + Elem("devicename", "wall"),
-         Bytes().Zeros(16).U32(0xFFFFFFFF).U32(2).Text("wall")},
+         Elem("identidy", 4294967295) + Elem("runmode", 4294967294) + Elem("devicename", "wall"),
+         Bytes().Zeros(16).U32(0xFFFFFFFF).U32(-2UL).Text("wall")},
         {"GetDecSystemInfo", kGet, 0x5000A, "not read", "getsysteminfo getchannelinfo", kNoBody, 0x5000A,
          system, Bytes().Zeros(16).Text(Field("wall", 64)).U32(-2000000001UL).Text(systemTexts)},
         {"GetChannelGroup", kGet, 0x6000D, Bytes().Text(kWall).U32(-2000000002UL), "setchannelgroup",
          Body(Elem("channelgroup", Elem("id", -2000000002))), 0x6000E, groups,
-         Bytes().U32(1).Text(GroupRecord(kNoGuid, -2000000004UL, 0, 30, "entrances", "1,2"))},
+         Bytes().U32(1).Text(GroupRecord(kNoGuid, -2000000004UL, 0, -30UL, "entrances", "1,2"))},
         {"GetWindowConfig", kGet, 0x60013, "not read", "getwindowconfig", kNoBody, 0x60013,
-         Switches(4294967295, 70000), SwitchesText(4294967295, 70000, "getWindowConfig")},
+         Switches(4294967295, 4294967294), SwitchesText(4294967295, 4294967294, "getWindowConfig")},
         {"GetAudioConfig", kGet, 0x60016, Sound(), "getaudioconfig", Body(""), 0x60016,
          Elem("td_windowlist",
-              WindowItem(-2000000002, Item(Elem("index", 2000000004) + Elem("channelid", -2000000009)))),
-         Guids().U32(1).U32(-2000000002UL).U32(1).U32(2000000004).U32(-2000000009UL)},
+              WindowItem(-2000000002, Item(Elem("index", -2000000004) + Elem("channelid", -2000000009)))),
+         Guids().U32(1).U32(-2000000002UL).U32(1).U32(-2000000004UL).U32(-2000000009UL)},
         {"doSetCanvasSplit", kSave, 0x5000E, Canvas(), "dosplitwindow", kCanvas, 0x60006},
         {"DrawBorder", kSave, 0x60003, Bytes().U32(1).U16(65535).U32(2).U16(0).U16(65535).U16(0x8000).U16(1),
          "dodrawborder",
@@ -133,17 +133,20 @@ std::vector<CommandSample> MakeSamples()
         {"SetWallInfo", kSave, 0x60010, wall, "setwallinfo",
          Windows(WallWindowItem("8", WallStreamItem("12", 6))), 0x60010},
         {"doClearWall", kSave, 0x60011, "not read", "dowallclear", Body(""), 0x60011},
-        {"SetWindowConfig", kSave, 0x60012, Guids().U16(65535).U16(1), "setwindowconfig",
-         Body(Switches(65535, 1)), 0x60012, Switches(7, 8), SwitchesText(65535, 1, "setWindowConfig")},
+        {"SetWindowConfig", kSave, 0x60012, Guids().U16(65535).U16(65534), "setwindowconfig",
+         Body(Switches(65535, 65534)), 0x60012, Switches(7, 8),
+         SwitchesText(65535, 65534, "setWindowConfig")},
         {"ProcLoginOutCmd", kOption, 0x50000, "not read", "dologout", kNoBody, kNoHead, "", ""},
-        {"PlanWndZoom", kOption, 0x50014, Guids().U32(0xFFFFFFFE).U16(65535).U16(65535), "dofullscreen",
+        {"PlanWndZoom", kOption, 0x50014, Guids().U32(0xFFFFFFFE).U16(65535).U16(65534), "dofullscreen",
          Body(Elem("enable", 65535) +
-              Elem("td_window", Elem("id", 4294967294) + Elem("td_subwindow", Elem("index", 65535)))),
+              Elem("td_window", Elem("id", 4294967294) + Elem("td_subwindow", Elem("index", 65534)))),
          0x50014},
         {"PlayBackCtrl", kOption, 0x5001D,
-         Bytes().U16(1).U16(3).U16(2).U16(0).U16(7).U16(65535).U16(1).U16(8).U16(9), "doplaybackcontrol",
-         Windows(WindowItem(3, Item(Elem("index", 0) + Elem("pbctrltype", 7) + Elem("pbctrlval", 65535)) +
-                                   Item(Elem("index", 1) + Elem("pbctrltype", 8) + Elem("pbctrlval", 9)))),
+         Bytes().U16(1).U16(65533).U16(2).U16(0).U16(65529).U16(65535).U16(65534).U16(8).U16(9),
+         "doplaybackcontrol",
+         Windows(WindowItem(65533,
+                            Item(Elem("index", 0) + Elem("pbctrltype", 65529) + Elem("pbctrlval", 65535)) +
+                                Item(Elem("index", 65534) + Elem("pbctrltype", 8) + Elem("pbctrlval", 9)))),
          0x5001D},
         {"PlayMedia", kOption, 0x60004, Media(), "doplaymedia",
          Windows(WindowItem(-8, Item(Elem("index", -9) + Elem("mediainfo", stream)))), 0x60004},
@@ -162,17 +165,17 @@ std::vector<CommandSample> MakeSamples()
          "dodeletechannelgroup", Body(Elem("channelgrouplist", Item(Elem("id", -7)) + Item(Elem("id", 8)))),
          0x6000B},
         {"StartChlGroupPolling", kOption, 0x6000E,
-         Bytes().Text(kWall).U32(1).U32(-1UL).U32(2).U32(0).U32(8).U32(0xFFFFFFFF).U32(9),
+         Bytes().Text(kWall).U32(1).U32(-1UL).U32(2).U32(0).U32(-8UL).U32(0xFFFFFFFF).U32(9),
          "dostartchlgrouppolling",
-         Windows(WindowItem(-1, Item(Elem("index", 0) + Elem("channelgroup", 8)) +
+         Windows(WindowItem(-1, Item(Elem("index", 0) + Elem("channelgroup", 4294967288)) +
                                     Item(Elem("index", 4294967295) + Elem("channelgroup", 9)))),
          0x6000E},
         {"StopChlGroupPolling", kOption, 0x6000F, Media(), "dostopplaymedia",
          Windows(WindowItem(-8, Item(Elem("index", -9)))), 0x60005},
         {"PlayAudio", kOption, 0x60014, Sound(), "doopensound",
-         Windows(WindowItem(-3, Item(Elem("index", 6) + Elem("td_channel", -5)))), 0x60014},
+         Windows(WindowItem(-3, Item(Elem("index", -6) + Elem("td_channel", -5)))), 0x60014},
         {"StopAudio", kOption, 0x60015, Sound(), "doclosesound",
-         Windows(WindowItem(-3, Item(Elem("index", 6)))), 0x60015},
+         Windows(WindowItem(-3, Item(Elem("index", -6)))), 0x60015},
     };
 }
 
@@ -193,14 +196,14 @@ std::string GroupRecord(const std::string& guid, unsigned long id, unsigned long
 std::string StreamRecord(const std::string& guid, unsigned long channel, const std::string& user,
                          const std::string& pwd, const std::string& gap)
 {
-    Bytes media = Bytes().U32(channel).Text(guid).U32(-1UL).U32(2).U32(-3UL).U32(-4UL).U32(0x80000000);
+    Bytes media = Bytes().U32(channel).Text(guid).U32(-1UL).U32(-2UL).U32(-3UL).U32(-4UL).U32(0x80000000);
     media.U32(-6UL).Text(gap).U32(-1UL).U32(-1UL).U32(7).U32(1).Text(Field("10.0.0.<1>", 32));
     return media.Text(Field(user, 256)).Text(Field(pwd, 256));
 }
 
 std::string StreamElements(const std::string& channel, const std::string& user, const std::string& pwd)
 {
-    return Elem("type", -1) + Elem("reqmode", 2) + Elem("addr", "10.0.0.&lt;1&gt;") + Elem("port", -3) +
+    return Elem("type", -1) + Elem("reqmode", -2) + Elem("addr", "10.0.0.&lt;1&gt;") + Elem("port", -3) +
            channel + Elem("user", user) + Elem("pwd", pwd) + Elem("begintime", -1) +
            Elem("endtime", 4294967303) + Elem("streamtype", -4) + Elem("recordmask", 2147483648) +
            Elem("source", -6);
@@ -208,19 +211,20 @@ std::string StreamElements(const std::string& channel, const std::string& user, 
 
 std::string WallWindowRecord(unsigned int id, unsigned long subWindows)
 {
-    return Bytes().U16(id).U16(2).U16(3).U16(40000).U16(5).U16(0xFFFF).U16(7).U32(subWindows);
+    return Bytes().U16(id).U16(65532).U16(65533).U16(40000).U16(50005).U16(0xFFFF).U16(50007).U32(subWindows);
 }
 
 std::string WallWindowItem(const std::string& id, const std::string& subItems)
 {
-    return Item(Elem("id", id) + Rect(40000, 5, 65535, 7) + Elem("layerindex", 2) + Elem("mode", 3) +
-                Elem("td_subwindowlist", subItems));
+    return Item(Elem("id", id) + Rect(40000, 50005, 65535, 50007) + Elem("layerindex", 65532) +
+                Elem("mode", 65533) + Elem("td_subwindowlist", subItems));
 }
 
 std::string WallStreamRecord(const std::string& guid, unsigned long channel, unsigned int reqMode)
 {
-    Bytes media = Bytes().U16(0xFFFF).U16(9).U16(60000).U16(reqMode).U16(50000).Text("gp").U32(-1UL).U32(2);
-    media.U32(0xFFFFFFFF).Text(guid).Text(Field("10.0.0.1", 32));
+    Bytes media =
+        Bytes().U16(0xFFFF).U16(65527).U16(60000).U16(reqMode).U16(50000).Text("gp").U32(-1UL).U32(2);
+    media.U32(-8UL).Text(guid).Text(Field("10.0.0.1", 32));
     return media.Text(Field(kSourceUser, 256)).Text(Field(kSourcePassword, 256)).U32(channel);
 }
 
@@ -228,8 +232,8 @@ std::string WallStreamItem(const std::string& channelid, int reqMode)
 {
     const std::string media = Elem("type", 60000) + Elem("reqmode", reqMode) + Elem("addr", "10.0.0.1") +
                               Elem("port", 50000) + Elem("channelid", channelid) + Elem("user", kSourceUser) +
-                              Elem("pwd", kSourcePassword) + Elem("streamtype", 4294967295);
-    return Item(Elem("index", 65535) + Elem("osdid", 9) +
+                              Elem("pwd", kSourcePassword) + Elem("streamtype", 4294967288);
+    return Item(Elem("index", 65535) + Elem("osdid", 65527) +
                 (channelid.empty() ? "" : Elem("mediainfo", media)));
 }
 

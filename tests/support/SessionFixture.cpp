@@ -16,6 +16,7 @@ SessionFixture::~SessionFixture() { test_clock::SetSleepHook({}); }
 void SessionFixture::OnSleep(unsigned int ms)
 {
     if (ms != 100) {
+        EXPECT_EQ(ms, 1U);
         ++retries;
         onRetry();
         return;

@@ -90,6 +90,7 @@ private:
         std::string sent;
         for (const std::string& frame : node.frames) {
             sent += (sent.empty() ? "" : " ") + Element(frame, "url");
+            EXPECT_EQ(frame, Frame(frame.substr(8)));
         }
         EXPECT_EQ(sent, sample.urls);
         return answer;

@@ -58,7 +58,7 @@ TEST_F(CryptoTest, DigestsAreHexadecimalText)
 {
     const std::string longText = "abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq";
     char out[65];
-    Sha265_String("", 0, out);
+    Sha265_String(nullptr, 0, out);
     EXPECT_STREQ(out, "E3B0C44298FC1C149AFBF4C8996FB92427AE41E4649B934CA495991B7852B855");
     Sha265_String(longText.data(), 56, out);
     EXPECT_STREQ(out, "248D6A61D20638B8E5C026930C3E6039A33CE45964FF2167F6ECEDD419DB06C1");
@@ -186,8 +186,8 @@ TEST_F(CryptoTest, XorRepeatsItsKey)
     cipher.Encrypt(dataBytes, 7, keyBytes, 0);
     cipher.Encrypt(dataBytes, 7, nullptr, 3);
     cipher.Encrypt(dataBytes, -1, keyBytes, 2);
-    cipher.Encrypt(dataBytes, 7, keyBytes, 1);
-    EXPECT_EQ(data, "DECODER");
+    cipher.Encrypt(dataBytes, 6, keyBytes, 1);
+    EXPECT_EQ(data, "DECODEr");
 }
 
 #pragma GCC diagnostic push
@@ -221,6 +221,7 @@ TEST_F(CryptoTest, NullPointersAndImpossibleLengthsAreFailures)
     GenerateRsaKey(nullptr);
     Sha265_String(nullptr, 1, digest);
     EXPECT_STREQ(digest, "");
+    digest[0] = 's';
     PUB_MD5Encrypt("abc", -1, digest, true);
     EXPECT_STREQ(digest, "");
     for (const int len : {-1, INT_MAX}) {
@@ -233,6 +234,8 @@ TEST_F(CryptoTest, NullPointersAndImpossibleLengthsAreFailures)
         Base64Decode(len == 4 ? nullptr : "AAAA", len, &decodedBytes, &decodedLen);
         EXPECT_TRUE(decodedBytes == nullptr && decodedLen == 0);
     }
+    Base64Decode("AAAA", 4, nullptr, &decodedLen);
+    Base64Decode("AAAA", 4, &decodedBytes, nullptr);
     Base64Encode(nullptr, 1, out);
     EXPECT_EQ(out, "");
 }

@@ -50,12 +50,12 @@ TEST_F(DispatchTest, CommandsAndLoggedOptionTypesAppearInTheLog)
     Run(0x50002, Option(7, ""));
     std::vector<std::string> texts;
     for (const auto& log : fake_host::Logs()) {
-        texts.push_back(log.text);
+        texts.push_back(log.text + std::to_string(log.line));
     }
     EXPECT_EQ(texts, (std::vector<std::string>{
-                         "**************a=327680\n", "**************pOptType.opt:5******************",
-                         "**************a=327681\n", "**************pOptType.opt:6******************",
-                         "**************a=327682\n"}));
+                         "**************a=327680\n166", "**************pOptType.opt:5******************0",
+                         "**************a=327681\n166", "**************pOptType.opt:6******************0",
+                         "**************a=327682\n166"}));
     EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Normal, fake_host::kProtocolSource, 166), 3);
 }
 

@@ -127,18 +127,27 @@ TEST_F(LoginTest, WrongPayloadLengthsAreReportedTwiceAndReadAsFarAsTheyGo)
 {
     ReplyToDooption();
     ReplyToDologin("0");
-    EXPECT_EQ(Login(LoginPayload("admin", "").substr(0, 39)), successAnswer);
+    FakeCommand command(KEST_CMD_REQUEST_LOGIN);
+    std::string payload = LoginPayload("admin", "secret"); // its length ends it, not what follows
+    session.ProcOneCommand(&command, reinterpret_cast<unsigned char*>(payload.data()), 39);
+    EXPECT_EQ(command.Answer(), successAnswer);
     EXPECT_EQ(fake_host::CountAsserts(fake_host::kProtocolSource, 549), 1);
     EXPECT_EQ(fake_host::CountAsserts(fake_host::kProtocolSource, 594), 1);
     EXPECT_EQ(Deciphered("account"), "adm");
+    EXPECT_EQ(Deciphered("authentication").substr(0, 8), "E3B0C442"); // of no password
 }
 
 TEST_F(LoginTest, FieldsWithoutATerminatorEndWithTheirSize)
 {
     ReplyToDooption();
     ReplyToDologin("0");
-    Login(LoginPayload(std::string(64, 'u'), "secret"));
+    std::string payload = LoginPayload(std::string(64, 'u'), std::string(64, 'p'));
+    payload[offsetof(_kest_net_login_info, IP)] = '1'; // behind the password
+    Login(payload);
     EXPECT_EQ(Deciphered("account"), std::string(64, 'u'));
+    char digest[65];
+    tdcrypto::Sha265_String(std::string(64, 'p').data(), 64, digest);
+    EXPECT_EQ(Deciphered("authentication"), digest);
     EXPECT_EQ(fake_host::CountAsserts(fake_host::kProtocolSource, 549), 0);
 }
 

@@ -24,10 +24,13 @@ std::string Outline(CMarkupSTL& doc)
     return text;
 }
 
-// A document whose main position is the element at the end of a path of names.
+// A document whose main position is the element at the end of a path of names. It held another one before, of
+// which nothing may be left.
 CMarkupSTL At(const std::string& text, const std::vector<const char*>& path)
 {
-    CMarkupSTL doc(text.data(), static_cast<unsigned int>(text.size()));
+    CMarkupSTL doc("<a><b><c>1</c><d", 16);
+    EXPECT_TRUE(doc.FindElem() && doc.IntoElem() && doc.FindElem());
+    doc.SetDoc(text.data(), static_cast<unsigned int>(text.size()));
     for (const char* name : path) {
         doc.IntoElem();
         EXPECT_TRUE(doc.FindElem(name)) << name << " in " << text;
@@ -53,6 +56,8 @@ TEST(Markup, WritesAnElementInItsForm)
         {"'\"", M::MNF_ESCAPEQUOTES, "<x>&apos;&quot;</x>\r\n"},
         {"&amp;&#x20;&_a-1;&:.;& &1;&a", M::MNF_WITHREFS,
          "<x>&amp;&#x20;&_a-1;&:.;&amp; &amp;1;&amp;a</x>\r\n"},
+        {"&A0;&Z9;&a.;&z;&@;&[;&`;&{;&a/;", M::MNF_WITHREFS,
+         "<x>&A0;&Z9;&a.;&z;&amp;@;&amp;[;&amp;`;&amp;{;&amp;a/;</x>\r\n"},
         {"<&]]>]]>", M::MNF_WITHCDATA, "<x><![CDATA[<&]]]]><![CDATA[>]]]]><![CDATA[>]]></x>\r\n"},
     };
     for (const auto& [data, flags, text] : cases) {
@@ -80,6 +85,11 @@ TEST(Markup, AddsWhereTheCursorStands)
 {
     const std::tuple<const char*, std::vector<const char*>, bool, int, const char*> cases[] = {
         {"<a>\r\n<b/>\r\n<c/>\r\n</a>", {"a", "b"}, false, 0, "<a>\r\n<b/>\r\n<x/>\r\n<c/>\r\n</a>"},
+        {"<a><b/><c><d>1</d></c><e>2</e></a>",
+         {"a", "b"},
+         false,
+         0,
+         "<a><b/><x/>\r\n<c><d>1</d></c><e>2</e></a>"},
         {"<a><b/> text</a>", {"a", "b"}, false, 0, "<a><b/><x/>\r\n text</a>"},
         {"<a><b/> </a>", {"a", "b"}, false, 0, "<a><b/> <x/>\r\n</a>"},
         {"<a><b/> <!-- c --></a>", {"a", "b"}, false, 0, "<a><b/> <x/>\r\n<!-- c --></a>"},
@@ -92,6 +102,8 @@ TEST(Markup, AddsWhereTheCursorStands)
         {"<a/>", {"a"}, true, CMarkupSTL::MNF_WITHNOLINES, "<a><x/></a>"},
         {"<a></a>", {"a"}, true, CMarkupSTL::MNF_WITHNOLINES, "<a><x/></a>"},
         {"<a><b>1</a>", {"a", "b"}, true, 0, "<a><b>1<x/>\r\n</a>"},
+        {"<a><b><c>1</a>", {"a", "b"}, true, 0, "<a><b><c>1<x/>\r\n</a>"},
+        {"<a><b>1", {"a", "b"}, true, 0, "<a><b>1<x/>\r\n"},
         {"<a/>\r\n", {}, false, 0, "<a/>\r\n<x/>\r\n"},
     };
     for (const auto& [text, path, into, flags, result] : cases) {
@@ -100,6 +112,10 @@ TEST(Markup, AddsWhereTheCursorStands)
         EXPECT_TRUE(doc.AddElem("x", nullptr, flags));
         EXPECT_EQ(doc.GetDoc(), result);
         EXPECT_EQ(doc.GetTagName(), "x");
+        doc.ResetPos(); // the index has moved with the text
+        CMarkupSTL again = At(result, {});
+        const std::string outline = Outline(doc);
+        EXPECT_TRUE(!again.IsWellFormed() || outline == Outline(again)) << result << outline;
     }
 }
 
@@ -134,7 +150,8 @@ TEST(Markup, RefusedOperationsLeaveDocumentAndCursor)
 TEST(Markup, ReportsWhatIsWrongAndKeepsWhatItRecognises)
 {
     const std::tuple<const char*, std::string, const char*> cases[] = {
-        {"<?xml version='1.0'?><!DOCTYPE a '>' [<!ENTITY b '>'>]><!-- <c> --><a b='<>'><![CDATA[<d>]]></a>",
+        {"<?xml version='1.0'?><!DOCTYPE a '>' \">\" [<!ENTITY b '>'>]><!-- <c> --><a "
+         "b='<>'><![CDATA[<d>]]></a>",
          "", "a=<d>"},
         {"<a  b\t=\t\"/>\"' c ><d/></a >", "", "a[d]"},
         {"<!DOCTYPE a [<!ELEMENT a><b>]><?c <d> > ?><a\\e>1</a>", "", "a=1"},
@@ -283,6 +300,8 @@ TEST(Markup, AddsInsideDeepNestingAndItsCopy)
     copy.ResetPos();
     EXPECT_TRUE(copy.FindElem("a") && copy.IntoElem() && copy.AddElem("d"));
     EXPECT_TRUE(copy.GetDoc().ends_with("</a><d/>\r\n</a>"));
+    EXPECT_TRUE(copy.OutOfElem());
+    EXPECT_EQ(copy.GetTagName(), "a");
     EXPECT_TRUE(doc.GetDoc().ends_with("</a></a>"));
 }
 

@@ -68,6 +68,8 @@ TEST(PlatformTest, SeveralEventsArePolledInPasses)
         return WaitForMultipleObjects(static_cast<int>(pointers.size()), pointers.data(), waitAll, ms);
     };
     EXPECT_EQ(wait({false, true, true}, false, 0), 1U);
+    EXPECT_EQ(wait({true}, false, 0), 0U);
+    EXPECT_EQ(wait({false}, true, 0), WAIT_TIMED_OUT);
     EXPECT_EQ(wait({false, false}, false, 0), WAIT_TIMED_OUT);
     EXPECT_EQ(wait({}, false, kFarAhead), WAIT_TIMED_OUT);
     EXPECT_EQ(wait({}, true, 0), WAIT_SIGNALLED);
@@ -138,7 +140,10 @@ TEST(PlatformTest, GuidTextIsUpperCaseInBraces)
     const GUID guid{0x1A2B3C4D, 0x0E5F, 0xABCD, {0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF}};
     EXPECT_EQ(CSysHelper::GuidToString(guid), "{1A2B3C4D-0E5F-ABCD-0123-456789ABCDEF}");
     char buffer[39];
-    EXPECT_TRUE(CSysHelper::GuidToString(guid, buffer, 39) && !CSysHelper::GuidToString(guid, buffer, 38));
+    EXPECT_TRUE(CSysHelper::GuidToString(guid, buffer, 39));
+    EXPECT_STREQ(buffer, "{1A2B3C4D-0E5F-ABCD-0123-456789ABCDEF}");
+    EXPECT_FALSE(CSysHelper::GuidToString(guid, buffer, 38) || CSysHelper::GuidToString(guid, buffer, 0));
+    EXPECT_STREQ(buffer, "{1A2B3C4D-0E5F-ABCD-0123-456789ABCDEF");
 }
 
 TEST(PlatformTest, NodeTypesLieBetweenTheirRangeMarkers)
@@ -150,6 +155,7 @@ TEST(PlatformTest, NodeTypesLieBetweenTheirRangeMarkers)
         CTypeCheck::CDecoderTypeCheck out;
         EXPECT_EQ(check.IsDecoder(&out), type == 513 || type == 751) << type;
         EXPECT_EQ(out.m_dwTypeValue, type);
+        EXPECT_EQ(CTypeCheck::IsDecoder_s(type, &out), type == 513 || type == 751);
         EXPECT_EQ(std::tuple(check.IsClient(), check.IsWall(), check.IsChannelGroup()),
                   std::tuple(type == 1 || type == 31, type == 132, type == 133))
             << type;

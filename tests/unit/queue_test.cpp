@@ -38,7 +38,7 @@ TEST(QueueTest, RunsCommandsInOrderOnPrivateCopiesAndGivesTheirReferencesBack)
     queue.AddOneCmd(&a, payload, 2);
     payload[0] = 'z';
     queue.AddOneCmd(&b, payload, 1);
-    queue.AddOneCmd(&c, nullptr, 0);
+    queue.AddOneCmd(&c, payload, 0);
     EXPECT_EQ(a.references, 1);
 
     EXPECT_TRUE(queue.ProcDevCmd());

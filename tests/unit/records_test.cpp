@@ -5,10 +5,12 @@
 
 #include "CommandSamples.h"
 #include "DecodeComm.h"
+#include "Encoding/FieldText.h"
 #include "MonitorTvwComm.h"
 #include "NetProtocolProc.h"
 #include "PluginExports.h"
 #include "RecordChecks.h"
+#include "TvwallProtocol.h"
 
 using namespace ORVA2_CLIENT_TVW;
 using namespace ORVA2_DECODER_TVW;
@@ -65,7 +67,7 @@ const std::string kCorners = " SX1=0.500000 SY1:1.500000 SX2:2.500000 SY2:3.5000
 
 std::string Media(const std::string& gap) { return StreamRecord(kWall, -5UL, "user", "password", gap); }
 const std::string kMediaText = kNext + "S_MTvw_Wall_Media_info channelIdInt:-5 channelid:" + kGuidW +
-                               " type:-1 reqmode:2 port:-3 streamtype:-4 recordmask:2147483648 source:-6 "
+                               " type:-1 reqmode:-2 port:-3 streamtype:-4 recordmask:2147483648 source:-6 "
                                "begintime:18446744073709551615 endtime:4294967303 addr:10.0.0.<1>\n";
 
 std::string Group(unsigned long id, const std::string& name)
@@ -122,6 +124,7 @@ std::string AllOnesLogged()
     static const std::regex kNumber(":(-1|255|65535|4294967295)\\b");
     std::string numbers;
     const auto append = [&](auto record) {
+        EXPECT_EQ(Encode(record), Zeros<decltype(record)>());
         AllOnes ones;
         decltype(record)::Fields(record, ones);
         fake_host::Reset();
@@ -150,6 +153,7 @@ TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
                                       command("S_MTvw_Create_CavansWindow", 3) + "canvas window list \n" +
                                           WindowText(9, 4) + WindowText(8, 0) + WindowText(7, 1));
     S_MTvw_Wall_Basic_Config basic; // its name takes the rest
+    EXPECT_EQ(Encode(basic), std::string(24, '\0'));
     const std::string head = Bytes().Text(std::string(16, 'g')).U32(4).U32(-1UL);
     for (size_t n = 0; n <= head.size() + 4; ++n) {
         EXPECT_EQ(Decode(basic, (head + "name").substr(0, n)), n >= head.size());
@@ -201,11 +205,12 @@ TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
     Check<S_MTvw_Wall_Set_wall_V2>(
         Bytes().U32(1).Text(WallWindowRecord(8, 1)).Text(WallStreamRecord(kWall, -12UL, 6)),
         kNext + "S_MTvw_Wall_Set_wall_V2 numwind:1\nwindow list \n" + kNext +
-            "S_MTvw_Wall_Set_wall_Wind id:8 layerindx:2 mode:3 xPos:40000 yPos:5 width:65535 height:7 "
+            "S_MTvw_Wall_Set_wall_Wind id:8 layerindx:65532 mode:65533 xPos:40000 yPos:50005 width:65535 "
+            "height:50007 "
             "numwind:1\nsub window list \n" +
             kNext +
-            "S_MTvw_Wall_Set_wall_Subwin index:65535 osdid:9 type:60000 reqmode:6 port:50000 "
-            "begintime:4294967295 endtime:2 streamType:4294967295 channelid:" +
+            "S_MTvw_Wall_Set_wall_Subwin index:65535 osdid:65527 type:60000 reqmode:6 port:50000 "
+            "begintime:4294967295 endtime:2 streamType:4294967288 channelid:" +
             kGuidW + " addr:10.0.0.1 channelIdInt:-12\n");
     const auto groupText = [](const std::string& id, const std::string& name) {
         return kNext + "S_MTvw_Wall_Channel_Group_Info guidwall:" + kGuidW + " nid:" + id +
@@ -251,6 +256,34 @@ TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
     EXPECT_EQ(fake_host::Logs().front().text, std::string(4095, 'x'));
     char* none = nullptr;
     EXPECT_EQ(S_MTvw_Wall_Basic_Config().GetData(none), 0U);
+    char field[] = {'o', 'l', 'd', '!'};
+    SetFieldText(field, "x");
+    EXPECT_EQ(std::string(field, 4), std::string("x\0\0\0", 4));
+}
+
+// They travel as they lie in memory.
+template <class... Image>
+void CheckImages()
+{
+    static_assert(((std::is_trivially_copyable_v<Image> && std::is_standard_layout_v<Image>)&&...));
+    const auto check = []<class Any>(const Any*) {
+        alignas(Any) char memory[sizeof(Any)];
+        memset(memory, 'x', sizeof(memory));
+        new (memory) Any;
+        EXPECT_EQ(std::string(memory, sizeof(memory)), std::string(sizeof(memory), '\0'))
+            << typeid(Any).name();
+    };
+    (check(static_cast<const Image*>(nullptr)), ...);
+}
+
+TEST_F(Records, ImagesBeginWithZeros)
+{
+    CheckImages<S_GuidUnt, S_GuidUntStr, S_MTvw_Top_Canvas_Item, S_MTvw_Wnd_Item, S_MTvw_PlanWnd_Zoom_v2,
+                S_MTvw_Wall_Set_WindCfg_V2, S_MTvw_Wall_RC_WallLayout, S_MTvw_Wall_WallLayout_Coor,
+                S_MTvw_Wall_Set_wall_Rect, S_MTvw_Wall_Set_wall_Subwin, S_Decoder_Draw_Border_Subwind,
+                S_Decoder_Baseinfo_Item, ORVA_NET_PROTOCOL::_kest_tvwall_opt_info,
+                ORVA_NET_PROTOCOL::_kest_net_reply, ORVA_NET_PROTOCOL::_kest_net_login_info,
+                ORVA_NET_PROTOCOL::_net_login_success_info, S_Decoder_Opt_Result>();
 }
 
 // -: signed, U: unsigned, u: unsigned of 8 or 16 bits.
@@ -259,10 +292,10 @@ TEST_F(Records, LogNumbersWithTheirSignInTheirWidth)
     EXPECT_EQ(
         (AllOnesLogged<S_Cavans_Sub_WindowInfo, S_Delete_Canvas_Window_Item, S_Decoder_LogicScreen_Item_V2,
                        S_Roar_CanvasWindow_Item, S_Create_Cavans_WindowInfo, S_Decoder_Draw_Border_Wind,
-                       S_Decoder_Draw_Border, S_Playback_Ctrl_Cavs, S_Playback_Ctrl_Items_V2,
-                       S_MTvw_Get_AuCfg_Subwnd, S_MTvw_Get_AuCfg_Cav, S_MTvw_Get_Audio_Config,
-                       S_MTvw_Canvas_Item_V2, S_MTvw_Screen>()),
-        "UU U U--uu ----- UUUUUuuuuUU- -U U uu u -- -U U --uuuu- uu-- ");
+                       S_Decoder_Draw_Border, S_Playback_Ctrl_Subwnd, S_Playback_Ctrl_Cavs,
+                       S_Playback_Ctrl_Items_V2, S_MTvw_Get_AuCfg_Subwnd, S_MTvw_Get_AuCfg_Cav,
+                       S_MTvw_Get_Audio_Config, S_MTvw_Canvas_Item_V2, S_MTvw_Screen>()),
+        "UU U U--uu ----- UUUUUuuuuUU- -U U uuu uu u -- -U U --uuuu- uu-- ");
     EXPECT_EQ((AllOnesLogged<S_MTvw_Wall_Channel_Group_Info, S_MTvw_Wall_Del_Ch_Group_item,
                              S_MTvw_Wall_Delete_Channel_Group, S_MTvw_Wall_Chl_GrPolling_Subitem,
                              S_MTvw_Wall_Chl_GrPolling_Winitem, S_MTvw_Wall_Start_Chl_GrPolling,

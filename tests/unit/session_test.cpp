@@ -25,6 +25,13 @@ public:
         return {session.m_pBufferReply, session.m_BufReplayValidLen};
     }
     static int LastNumber(const Session& session) { return session.m_recvCmdID; }
+    static std::string Result(int type, int code, const std::string& extra, unsigned long len)
+    {
+        char* buf = new char[len];
+        EXPECT_EQ(Session::DevToKESTDefaultResultBuf(type, code, buf, len, extra.data(), extra.size()), len);
+        const std::unique_ptr<char[]> owned(buf);
+        return {buf, len};
+    }
     // What others that call these by name read from a reply.
     static void Read(S_MTvw_Wall_Layout& layout, const std::string& text)
     {
@@ -38,6 +45,7 @@ public:
 
 namespace {
 
+const unsigned int kFirstNumber = CNetProtocolProcTWDECODERDevImp::GetCmdID(); // of the process
 const std::string kClearWall = Option(TVWALL_DECODE_CLEAR_WALL, "");
 
 class SessionTest : public SessionFixture {
@@ -49,7 +57,7 @@ protected:
 TEST_F(SessionTest, SequenceNumbersGoUpByOneAcrossSessions)
 {
     const unsigned int first = CNetProtocolProcTWDECODERDevImp::GetCmdID();
-    EXPECT_GE(first, 257U);
+    EXPECT_EQ(kFirstNumber, 257U);
     EXPECT_EQ(CDeviceRequest("dooption").Seq(), first + 1);
     EXPECT_EQ(CDeviceRequest(session, "dologin").Seq(), first + 2);
     using Session = CNetProtocolProcTWDECODERDevImp;
@@ -193,6 +201,14 @@ TEST_F(SessionTest, RepliesAreReadByNameAsByTheirCommandsWithTheCountAsItWas)
     check(groups, "GetChannelGroup");
 }
 
+TEST_F(SessionTest, AResultHoldsItsTypeAndCodeWhole)
+{
+    for (const unsigned long room : {1UL, 17UL, 18UL, 99UL}) {
+        EXPECT_EQ(SessionAccess::Result(-6, -5, "ab", room),
+                  std::string(Bytes().U32(-6UL).U16(8).U16(2).U32(1).U32(-5UL).Text("ab")));
+    }
+}
+
 TEST_F(SessionTest, AReplyWithoutAnErrorCodeIsASuccess)
 {
     LogIn();
@@ -202,7 +218,7 @@ TEST_F(SessionTest, AReplyWithoutAnErrorCodeIsASuccess)
 
 TEST_F(SessionTest, LivenessLastsSixteenChecksWithoutAFrame)
 {
-    for (int round = 0; round < 2; ++round) {
+    for (int round = 0; round < 3; ++round) {
         for (int i = 1; i <= 16; ++i) {
             EXPECT_TRUE(session.IsOnline()) << i;
         }
@@ -212,7 +228,7 @@ TEST_F(SessionTest, LivenessLastsSixteenChecksWithoutAFrame)
         EXPECT_FALSE(session.IsOnline());
         Receive(round == 0 ? Frame("") : Frame("x")); // a heartbeat or any message
     }
-    EXPECT_TRUE(session.IsOnline());
+    EXPECT_TRUE(fake_host::Logs().empty());
 }
 
 TEST_F(SessionTest, NotificationsReachTheHostWithTheLengthOfTheLastRequest)
@@ -276,8 +292,10 @@ TEST_F(SessionTest, UnusualPacketsAreReportedOrIgnored)
     EXPECT_EQ(Session::PacketProcCallback(NET_PACKETTYPE_DATA, "x", 1, nullptr), 0U);
     EXPECT_EQ(Session::PacketProcCallback(static_cast<tagNET_PACKETTYPE>(3), "x", 1, &session), 0U);
     EXPECT_EQ(fake_host::CountAsserts(fake_host::kProtocolSource, 226), 1);
+    Receive(Frame("k"));
     EXPECT_EQ(Session::PacketProcCallback(NET_PACKETTYPE_DATA, nullptr, 5, &session), 0U);
     EXPECT_EQ(fake_host::CountAsserts(fake_host::kProtocolSource, 235), 1);
+    EXPECT_EQ(SessionAccess::Stored(session), "k") << "no bytes, no message";
 }
 
 } // namespace

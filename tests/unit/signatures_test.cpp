@@ -183,18 +183,6 @@ HOLDS(bool(const unsigned int&), &IsNeedNotifyFresh);
 HOLDS(bool(const string&, std::vector<BYTE>&, uint32_t&, uint32_t), &ReadFile);
 HOLDS(bool(const string&, const BYTE*, uint32_t, uint32_t), &WriteFile);
 
-// Images travel as they lie in memory, and begin with zeros.
-template <class... Image>
-constexpr bool kAreImages = ((std::is_trivially_copyable_v<Image> && std::is_standard_layout_v<Image> &&
-                              !std::is_trivially_default_constructible_v<Image>)&&...);
-static_assert(kAreImages<S_GuidUnt, S_GuidUntStr, S_MTvw_Top_Canvas_Item, S_MTvw_Wnd_Item,
-                         S_MTvw_PlanWnd_Zoom_v2, S_MTvw_Wall_Set_WindCfg_V2, S_MTvw_Wall_RC_WallLayout,
-                         S_MTvw_Wall_WallLayout_Coor, S_MTvw_Wall_Set_wall_Rect, S_MTvw_Wall_Set_wall_Subwin,
-                         S_Decoder_Draw_Border_Subwind, S_Decoder_Baseinfo_Item>);
-static_assert(kAreImages<ORVA_NET_PROTOCOL::_kest_tvwall_opt_info, ORVA_NET_PROTOCOL::_kest_net_reply,
-                         ORVA_NET_PROTOCOL::_kest_net_login_info, ORVA_NET_PROTOCOL::_net_login_success_info,
-                         S_Decoder_Opt_Result>);
-
 // --- the XML document ---
 
 using Xml = CMarkupSTL;

@@ -38,18 +38,20 @@ TEST_F(ChannelGroupTest, TheAnswerHoldsTheDecodersGroups)
         Item(Elem("td_channellist", std::string(16, 'c')) + Elem("name", std::string(256, 'n')) +
              Elem("interval", 4294967295) + Elem("id", -3) + Elem("channelnum", 9)) +
         texts(std::string(256, 'n'), "1") + texts(std::string(259, 'n'), "") +
-        texts(std::string(300, 'n'), "1;2") + texts("", std::string(300, 'c')) + Elem("other", "1") +
+        texts(std::string(300, 'n'), "1;2") + texts(std::string(300, 'n'), std::string(15, 'c')) +
+        texts("", std::string(300, 'c')) + Elem("other", "1") +
         Item(Elem("name", "\xE5\x8C\x97 &lt;&#65;&gt;") + Elem("td_channellist", "1;2")) + Item("");
     const std::string name(256, 'n');
     const std::string full(16, 'c');
     EXPECT_EQ(Ask("GetChannelGroup", kWall, Elem("channelgrouplist", items)),
               ResultOf(0x6000E,
                        Bytes()
-                           .U32(7)
+                           .U32(8)
                            .Text(GroupRecord(kNoGuid, -3UL, 0, 0xFFFFFFFF, name, full))
                            .Text(GroupRecord(kNoGuid, 0, 0, 0, name, "1"))
                            .Text(GroupRecord(kNoGuid, 0, 0, 0, name, std::string("\0nn", 3)))
                            .Text(GroupRecord(kNoGuid, 0, 0, 0, name, "1;2" + ('\0' + std::string(12, 'n'))))
+                           .Text(GroupRecord(kNoGuid, 0, 0, 0, name, std::string(15, 'c')))
                            .Text(GroupRecord(kNoGuid, 0, 0, 0, "", full))
                            .Text(GroupRecord(kNoGuid, 0, 0, 0, "\xE5\x8C\x97 <A>", "1;2"))
                            .Text(GroupRecord(kNoGuid, 0, 0, 0, "", ""))))

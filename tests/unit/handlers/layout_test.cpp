@@ -44,7 +44,7 @@ TEST_F(LayoutTest, TheAnswerHoldsTheScreensAsTheyStandInTheReply)
                   ReplyText("getwalllayout", seq, "0", "<session>SID</session><token>TOK</token>",
                             "<row>2</row><td_channellist/>") +
                   "\n");
-    EXPECT_EQ(fake_host::Logs().back().level, fake_host::LogLevel::Debug);
+    EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Debug, fake_host::kProtocolSource, 0), 1);
     get(std::string(5000, ' '));
     EXPECT_EQ(fake_host::Logs().back().text.size(), 4095U);
 
