@@ -233,6 +233,9 @@ TEST_F(SessionTest, LivenessLastsSixteenChecksWithoutAFrame)
 
 TEST_F(SessionTest, NotificationsReachTheHostWithTheLengthOfTheLastRequest)
 {
+    Receive(Frame(ReplyText("notifychannelstate", "76")));
+    ASSERT_EQ(node.notifications.size(), 1U);
+    EXPECT_EQ(node.notifications[0].len, 1024U) << "the buffer's before the first request";
     LogIn();
     ReplyWith(ReplyText("dowallclear", "%SEQ%"));
     ClearWall();
