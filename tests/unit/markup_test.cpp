@@ -76,9 +76,10 @@ TEST(Markup, WritesNumbersAsDecimalText)
     doc.AddElem("n", 4294967295U);
     doc.AddElem("n", 9223372036854775807ULL);
     doc.AddElem("n", 18446744073709551615ULL); // as "%lld" writes it
+    doc.AddElem("n", 9223372036854775808ULL);
     doc.AddElem("n", 0, CMarkupSTL::MNF_WITHCDATA);
     EXPECT_EQ(doc.GetDoc(), "<n>-1</n>\r\n<n>4294967295</n>\r\n<n>9223372036854775807</n>\r\n<n>-1</n>\r\n"
-                            "<n><![CDATA[0]]></n>\r\n");
+                            "<n>-9223372036854775808</n>\r\n<n><![CDATA[0]]></n>\r\n");
 }
 
 TEST(Markup, AddsWhereTheCursorStands)

@@ -152,10 +152,11 @@ TEST(PlatformTest, NodeTypesLieBetweenTheirRangeMarkers)
     for (const unsigned int type :
          {0U, 1U, 31U, 32U, 131U, 132U, 133U, 134U, 512U, 513U, 751U, 752U, 0xFFFFFFFFU}) {
         const CTypeCheck check(type);
-        CTypeCheck::CDecoderTypeCheck out;
+        CTypeCheck::CDecoderTypeCheck out, outStatic;
         EXPECT_EQ(check.IsDecoder(&out), type == 513 || type == 751) << type;
         EXPECT_EQ(out.m_dwTypeValue, type);
-        EXPECT_EQ(CTypeCheck::IsDecoder_s(type, &out), type == 513 || type == 751);
+        EXPECT_EQ(CTypeCheck::IsDecoder_s(type, &outStatic), type == 513 || type == 751);
+        EXPECT_EQ(outStatic.m_dwTypeValue, type);
         EXPECT_EQ(std::tuple(check.IsClient(), check.IsWall(), check.IsChannelGroup()),
                   std::tuple(type == 1 || type == 31, type == 132, type == 133))
             << type;
