@@ -51,6 +51,7 @@ using Words = std::vector<std::string>;
 
 TEST_F(FramesTest, BothModesDeliverWholeFramesAndDirectModeTellsWhatTheNextOneNeeds)
 {
+    EXPECT_TRUE(CNetPacketProcTWDECODERDev::IsDeviceHead(kDeviceHead.data())); // as any other 64 bytes
     const std::tuple<std::string, Words, unsigned int, unsigned int> cases[] = {
         {kBeat + kBeat + Frame("<a/>"), {"beat", "beat", "data:<a/>"}, 28, 0},
         {Frame("<a/>") + Frame("<b/>"), {"data:<a/>", "data:<b/>"}, 24, 0},
