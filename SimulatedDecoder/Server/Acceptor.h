@@ -48,7 +48,8 @@ private:
     asio::ip::tcp::acceptor m_acceptor;
     asio::steady_timer m_retryTimer;
     WelcomeFunction m_welcome;
-    // What has been accepted or is due is called without an error even after the acceptor is gone.
+    // A handler that is already due runs without an error even after the acceptor is gone; it checks this
+    // first.
     const std::shared_ptr<int> m_life = std::make_shared<int>();
 };
 

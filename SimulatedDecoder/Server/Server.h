@@ -50,7 +50,7 @@ private:
     asio::steady_timer m_flapTimer;
     std::map<int, std::shared_ptr<Connection>> m_connections;
     int m_lastNumber = 0;
-    // What is due is called without an error even after its timer is gone: it looks whether this still lives.
+    // A handler that is already due runs without an error even after its timer is gone; it checks this first.
     const std::shared_ptr<int> m_life = std::make_shared<int>();
     Acceptor m_acceptor;
 };

@@ -55,10 +55,9 @@ long RowsBelow(const std::string& text, int columns)
     return row;
 }
 
-// The terminal at standard input, to be read without ever blocking: a signal's key throws away what was typed
-// ahead, also between a poll that has seen it and the read. Opened anew, because other programs share the
-// flags of standard input; only the controlling terminal has such keys. Standard input itself when it is
-// another one.
+// The terminal at standard input, to be read without ever blocking: Ctrl-C makes it discard what was typed
+// ahead, even between a poll that saw it and the read. Opened anew, because other programs share the flags of
+// standard input. Only the controlling terminal sends signals; any other is read as it is.
 int OpenKeys()
 {
     const bool controlling = ::tcgetsid(STDIN_FILENO) >= 0;

@@ -117,6 +117,11 @@ TEST(Markup, AddsWhereTheCursorStands)
         CMarkupSTL again = At(result, {});
         const std::string outline = Outline(doc);
         EXPECT_TRUE(!again.IsWellFormed() || outline == Outline(again)) << result << outline;
+        for (CMarkupSTL* each : {&doc, &again}) { // what comes next goes to the end
+            each->ResetPos();
+            EXPECT_TRUE(each->FindElem() && each->IntoElem() && each->AddElem("y"));
+        }
+        EXPECT_TRUE(!again.IsWellFormed() || doc.GetDoc() == again.GetDoc()) << doc.GetDoc();
     }
 }
 
