@@ -25,7 +25,7 @@ TEST(MessageHead, OddPiecesAnywhereLeaveTheHeadOfTheDocument)
     const std::string parts[] = {"<td_command>", "<td_header>", "<url>", "</url>", "<seq>", "</seq>", ""};
     auto pieces = MessagePieces();
     pieces.insert(pieces.end(), {"<url", "</seq", "\\", "?", "!", "\t", "<a x= '>'/>", "<![CDATA[x]]>",
-                                 "<a x='/'\"/>", "&#x0000041;"});
+                                 "<a x='/'\"/>", "<a \xFF/>", "&#x0000041;"});
     std::string before;
     for (const std::string& part : parts) {
         std::string after;

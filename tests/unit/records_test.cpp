@@ -351,6 +351,10 @@ TEST_F(Records, ABadItemEndsTheListAndTheItemsBeforeItStay)
     borders.SetData("\1\0\0\0\2\0\0\0\0", 10);
     borders.SetData(nullptr, 0);
     EXPECT_EQ(Encode(borders), std::string(4, '\0'));
+    const auto window = std::make_shared<S_Decoder_Draw_Border_Wind>(); // one that stands there often
+    window->_subwindlist.assign(65536, std::make_shared<S_Decoder_Draw_Border_Subwind>());
+    borders._windlist.assign(16384, window);
+    EXPECT_THROW(borders.Encode(), std::length_error) << "4 GiB and a little more";
 }
 
 TEST_F(Records, VerifyReportsAndMendsEachCountThatDisagrees)
