@@ -143,7 +143,10 @@ std::vector<ScreenView> SeeScreens(const ScreenGrid& grid)
 // Visits all sub-windows, from the highest layer down.
 void SeeSubWindows(const DeviceState& state, WallView& view)
 {
-    std::size_t all = 0, playing = 0, polling = 0, sounding = 0;
+    std::size_t all = 0;
+    std::size_t playing = 0;
+    std::size_t polling = 0;
+    std::size_t sounding = 0;
     const std::vector<Window>& windows = state.wall.Windows();
     for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
         for (const SubWindow& subWindow : window->split.subWindows) {

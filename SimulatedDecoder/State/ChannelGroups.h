@@ -25,7 +25,7 @@ struct ChannelGroup {
 class ChannelGroups {
 public:
     const std::map<std::int32_t, ChannelGroup>& All() const { return m_groups; }
-    bool Has(std::int32_t id) const { return m_groups.count(id) != 0; }
+    bool Has(std::int32_t id) const { return m_groups.contains(id); }
     // Increases with every change.
     std::uint64_t Revision() const { return m_revision; }
 

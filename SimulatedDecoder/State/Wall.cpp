@@ -200,7 +200,7 @@ ErrorCode Wall::Destroy(const std::vector<std::uint32_t>& ids)
     const std::unordered_set<std::uint32_t> doomed(ids.begin(), ids.end());
     std::vector<Window> rest;
     std::copy_if(m_windows.begin(), m_windows.end(), std::back_inserter(rest),
-                 [&](const Window& window) { return doomed.count(window.id) == 0; });
+                 [&](const Window& window) { return !doomed.contains(window.id); });
     // An unknown or repeated id has moved no window.
     if (rest.size() + ids.size() != m_windows.size()) {
         return ErrorCode::UnknownWindow;

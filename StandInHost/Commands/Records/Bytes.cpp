@@ -80,9 +80,9 @@ std::span<const uint8_t> ByteReader::Block(std::size_t size)
     return block;
 }
 
-uint64_t ByteReader::Number(std::size_t bytes)
+uint64_t ByteReader::Number(std::size_t byteCount)
 {
-    const auto block = Block(bytes);
+    const auto block = Block(byteCount);
     uint64_t value = 0;
     for (std::size_t i = block.size(); i > 0; --i) {
         value = value << 8 | block[i - 1];
