@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 #include <string>
+#include <tinyxml2.h>
 #include <tuple>
 #include <vector>
 
 #include "LinkTexts.h"
 #include "VTXMLParse.h"
+#include "XmlCost.h"
 
 namespace {
 
@@ -82,4 +84,47 @@ TEST(PathReader, TellsWhatIsNoXmlFromWhatLacksAnElement)
     }
     EXPECT_FALSE(reader.Parse(nullptr, 10));
     EXPECT_TRUE(CVTXMLParse("<a>1</a>\0more", 13).IsParsed()) << "some senders count a terminating zero";
+}
+
+TEST(XmlCost, CountsTheNodesOfATextAndItsCopies)
+{
+    constexpr uint64_t elem = sizeof(tinyxml2::XMLElement) + 2, text = sizeof(tinyxml2::XMLText) + 2,
+                       attr = sizeof(tinyxml2::XMLAttribute) + 2, note = sizeof(tinyxml2::XMLComment) + 2,
+                       decl = sizeof(tinyxml2::XMLDeclaration) + 2, odd = sizeof(tinyxml2::XMLUnknown) + 2;
+    const auto attributes = [](size_t count) { return "<a" + Repeat(" b=''", count) + "/>"; };
+    const std::tuple<std::string, uint64_t> cases[] = {
+        {"<a></a>", elem},
+        {"<a> \t\n\v\f\r</a>x", elem + text},
+        {"<a b='\">' c=\">'\"/><b c>x", 2 * elem + 2 * attr + text},
+        {"<a b='<b/>x", elem + attr},
+        {"<a", elem},
+        {"<!--><b/>--><!<b/>", note + odd + text - text},
+        {"<?<b/>?><![CDATA[<b/>>]]><b/>", decl + text + elem},
+        {std::string(1024, 'x') + "<![CDATA[" + std::string(1012, 'x') + "]]>", 2 * text},
+        {std::string(1025, 'x') + "<![CDATA[" + std::string(1016, 'x'), 2 * text + 3 * (1025 + 1025)},
+        {attributes(32) + attributes(32), 2 * elem + 64 * attr},
+    };
+    for (const auto& [nodes, cost] : cases) {
+        const std::string exact = "<!--" + std::string(33, '=') + "-->" + nodes; // with less, a quick bound
+        EXPECT_EQ(xml_cost::Estimate(exact, 5000, 7), note + cost + exact.size() + 2 * 5000 + 7) << nodes;
+    }
+    EXPECT_EQ(xml_cost::Estimate(attributes(33) + "<a/>", 5000, 7), xml_cost::NEVER);
+
+    const std::string plain = Repeat("<", 300) + std::string(32, '=');
+    const uint64_t bound = 4 * plain.size() + 300 * (elem + text) + 32 * attr;
+    const uint64_t most = xml_cost::LIMIT / 8 - bound - 2 * 5000;
+    EXPECT_EQ(xml_cost::Estimate(plain, 5000, most), xml_cost::LIMIT / 8);
+    EXPECT_LT(xml_cost::Estimate(plain, 5000, most + 1), xml_cost::LIMIT / 8);
+    EXPECT_NE(xml_cost::Estimate("<a/>", 4, xml_cost::LIMIT - 12), xml_cost::NEVER);
+    EXPECT_EQ(xml_cost::Estimate("<a/>", 4, xml_cost::LIMIT - 11), xml_cost::NEVER);
+    // Eight looks for each reference, and those from each "&#" to its end.
+    const std::tuple<std::string, size_t, std::string> tooMany[] = {
+        {"&", (8 << 20) + 1, ""}, {"&#", 8188, ";;"}, {"&#", 8188, ""}};
+    for (const auto& [reference, count, end] : tooMany) {
+        const std::string most = Repeat(reference, count - 1) + end;
+        EXPECT_NE(xml_cost::Estimate(most, most.size(), 0), xml_cost::NEVER) << reference;
+        EXPECT_EQ(xml_cost::Estimate(reference + most, 0, 0), xml_cost::NEVER) << reference;
+    }
+    const std::string ends = Repeat(Repeat("&#", 5700) + ";", 2);
+    EXPECT_NE(xml_cost::Estimate(ends, ends.size(), 0), xml_cost::NEVER);
 }
