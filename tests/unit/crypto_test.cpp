@@ -134,6 +134,9 @@ TEST_F(CryptoTest, OnlyPkcs1PublicKeysOfSufficientSizeEncipher)
         EXPECT_EQ(RsaPubEncrypt("secret", key), "") << key;
     }
     EXPECT_EQ(RsaPubEncrypt("", keys[0]) + RsaPubEncrypt(SomeBytes(96 - 10), keys[0]), "");
+    const std::string longest = keys[0] + std::string(MAX_KEY_TEXT - keys[0].size(), '\n');
+    EXPECT_EQ(RsaPriDecrypt(RsaPubEncrypt("x", longest), keys[1]), "x");
+    EXPECT_EQ(RsaPubEncrypt("x", longest + '\n'), "");
     RsaPubKeyPKCS1toPKCS8(spki, spki);
     EXPECT_EQ(spki, "");
 }
@@ -234,9 +237,9 @@ TEST_F(CryptoTest, NullPointersAndImpossibleLengthsAreFailures)
         Base64Decode(len == 4 ? nullptr : "AAAA", len, &decodedBytes, &decodedLen);
         EXPECT_TRUE(decodedBytes == nullptr && decodedLen == 0);
     }
-    Base64Decode("AAAA", 4, nullptr, &decodedLen);
-    Base64Decode("AAAA", 4, &decodedBytes, nullptr);
-    Base64Encode(nullptr, 1, out);
+    EXPECT_EQ(Base64Decode("AAAA", 4, nullptr, &decodedLen), 0);
+    EXPECT_EQ(Base64Decode("AAAA", 4, &decodedBytes, nullptr), 0);
+    EXPECT_EQ(Base64Encode(nullptr, 1, out), 0);
     EXPECT_EQ(out, "");
 }
 

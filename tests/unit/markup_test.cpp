@@ -72,12 +72,11 @@ TEST(Markup, WritesAnElementInItsForm)
 TEST(Markup, WritesNumbersAsDecimalText)
 {
     CMarkupSTL doc;
-    doc.AddElem("n", -1);
-    doc.AddElem("n", 4294967295U);
-    doc.AddElem("n", 9223372036854775807ULL);
-    doc.AddElem("n", 18446744073709551615ULL); // as "%lld" writes it
-    doc.AddElem("n", 9223372036854775808ULL);
-    doc.AddElem("n", 0, CMarkupSTL::MNF_WITHCDATA);
+    EXPECT_TRUE(doc.AddElem("n", -1) && doc.AddElem("n", 4294967295U));
+    EXPECT_TRUE(doc.AddElem("n", 9223372036854775807ULL));
+    EXPECT_TRUE(doc.AddElem("n", 18446744073709551615ULL)); // as "%lld" writes it
+    EXPECT_TRUE(doc.AddElem("n", 9223372036854775808ULL));
+    EXPECT_TRUE(doc.AddElem("n", 0, CMarkupSTL::MNF_WITHCDATA));
     EXPECT_EQ(doc.GetDoc(), "<n>-1</n>\r\n<n>4294967295</n>\r\n<n>9223372036854775807</n>\r\n<n>-1</n>\r\n"
                             "<n>-9223372036854775808</n>\r\n<n><![CDATA[0]]></n>\r\n");
 }
@@ -105,10 +104,12 @@ TEST(Markup, AddsWhereTheCursorStands)
         {"<a><b>1</a>", {"a", "b"}, true, 0, "<a><b>1<x/>\r\n</a>"},
         {"<a><b><c>1</a>", {"a", "b"}, true, 0, "<a><b><c>1<x/>\r\n</a>"},
         {"<a><b>1", {"a", "b"}, true, 0, "<a><b>1<x/>\r\n"},
+        {"<a><b><c>1</a>2", {"a", "b"}, false, 0, "<a><b><c>1<x/>\r\n</a>2"},
         {"<a/>\r\n", {}, false, 0, "<a/>\r\n<x/>\r\n"},
     };
     for (const auto& [text, path, into, flags, result] : cases) {
-        CMarkupSTL doc = At(text, path);
+        CMarkupSTL doc;
+        doc = At(text, path);
         EXPECT_TRUE(!into || doc.IntoElem());
         EXPECT_TRUE(doc.AddElem("x", nullptr, flags));
         EXPECT_EQ(doc.GetDoc(), result);
@@ -220,7 +221,7 @@ TEST(Markup, FindsTheNextSiblingOfAName)
         EXPECT_TRUE(doc.FindElem(nullptr) && doc.IntoElem() && doc.FindElem(name)) << name;
         EXPECT_EQ(doc.GetData(), "2");
     }
-    for (const char* name : {"Seq", "se", "seqn", "seq-", "x"}) {
+    for (const char* name : {"Seq", "se", "seqn", "seq-", "seq~", "x"}) {
         doc.ResetPos();
         EXPECT_TRUE(doc.FindElem() && doc.IntoElem());
         EXPECT_FALSE(doc.FindElem(name)) << name;
@@ -289,6 +290,17 @@ TEST(Markup, ParsesHostileTextsInLinearTime)
     EXPECT_TRUE(doc.SetDoc(("<a" + Repeat(" b='1'", kMany) + ">" + Repeat("&", kMany) + "</a>").c_str()));
     EXPECT_TRUE(doc.FindElem());
     EXPECT_EQ(doc.GetData().size(), kMany);
+    // Many siblings, after a long node of any other kind, with one added in front.
+    const std::string filling(kMany, ' ');
+    const std::string nodes = "<!--" + filling + "--><?" + filling + "?><a>" + filling + "</a>";
+    doc.SetDoc((nodes + Repeat("<b/>", kMany) + "<c/>").c_str());
+    EXPECT_TRUE(doc.FindElem("a") && doc.AddElem("b"));
+    size_t siblings = 1;
+    for (; doc.FindElem("b"); ++siblings) {
+    }
+    EXPECT_EQ(siblings, kMany + 1);
+    doc.ResetPos();
+    EXPECT_TRUE(doc.FindElem("c"));
 }
 
 TEST(Markup, AddsInsideDeepNestingAndItsCopy)
@@ -302,6 +314,7 @@ TEST(Markup, AddsInsideDeepNestingAndItsCopy)
     CMarkupSTL copy;
     copy = doc;
     EXPECT_EQ(copy.GetTagName(), "c");
+    EXPECT_EQ(copy.GetMemory(), copy.GetDoc().capacity() + 32 * 2 * 65536);
     copy = At("<c/><d/>", {"d"});
     EXPECT_EQ(copy.GetError(), "Root element has sibling");
     copy = doc;
@@ -312,6 +325,10 @@ TEST(Markup, AddsInsideDeepNestingAndItsCopy)
     EXPECT_TRUE(copy.OutOfElem());
     EXPECT_EQ(copy.GetTagName(), "a");
     EXPECT_TRUE(doc.GetDoc().ends_with("</a></a>"));
+    size_t levels = 1;
+    for (; copy.IntoElem() && copy.FindElem("a"); ++levels) {
+    }
+    EXPECT_EQ(levels, kMany);
 }
 
 TEST(Markup, DoesNotIndexTagsThatItsLengthFieldsCannotHold)
@@ -331,6 +348,9 @@ TEST(Markup, DoesNotIndexTagsThatItsLengthFieldsCannotHold)
     }
     EXPECT_TRUE(doc.SetDoc(("<a>1</a" + std::string(1019, ' ') + ">").c_str()));
     EXPECT_EQ(Outline(doc), "a=1");
+    doc.ResetPos();
+    EXPECT_TRUE(doc.FindElem() && doc.IntoElem() && doc.AddElem("b"));
+    EXPECT_EQ(doc.GetDoc().substr(0, 14), "<a>1<b/>\r\n</a ");
     EXPECT_FALSE(doc.SetDoc(("<a>1</a" + std::string(1020, ' ') + ">").c_str()));
     EXPECT_EQ(doc.GetError(), "Incorrect Element end tag at offset 4, Element 'a' at offset 0 not ended");
 }

@@ -117,6 +117,12 @@ TEST(XmlCost, CountsTheNodesOfATextAndItsCopies)
     EXPECT_LT(xml_cost::Estimate(plain, 5000, most + 1), xml_cost::LIMIT / 8);
     EXPECT_NE(xml_cost::Estimate("<a/>", 4, xml_cost::LIMIT - 12), xml_cost::NEVER);
     EXPECT_EQ(xml_cost::Estimate("<a/>", 4, xml_cost::LIMIT - 11), xml_cost::NEVER);
+    const uint64_t rest = xml_cost::LIMIT - elem - 12;
+    CVTXMLParse reader("<a/>", 4);
+    EXPECT_EQ(reader.Spare(), xml_cost::LIMIT - xml_cost::Estimate("<a/>", 4, 0));
+    EXPECT_TRUE(reader.Parse("<a/>", 4) && reader.Spare() == CVTXMLParse("<a/>", 4).Spare());
+    EXPECT_TRUE(reader.Parse("<a/>", 4, rest) && reader.Spare() == 0);
+    EXPECT_FALSE(reader.Parse("<a/>", 4, rest + 1));
     // Eight looks for each reference, and those from each "&#" to its end.
     const std::tuple<std::string, size_t, std::string> tooMany[] = {
         {"&", (8 << 20) + 1, ""}, {"&#", 8188, ";;"}, {"&#", 8188, ""}};
