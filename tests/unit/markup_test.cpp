@@ -85,11 +85,11 @@ TEST(Markup, AddsWhereTheCursorStands)
 {
     const std::tuple<const char*, std::vector<const char*>, bool, int, const char*> cases[] = {
         {"<a>\r\n<b/>\r\n<c/>\r\n</a>", {"a", "b"}, false, 0, "<a>\r\n<b/>\r\n<x/>\r\n<c/>\r\n</a>"},
-        {"<a><b/><c><d>1</d></c><e>2</e></a>",
+        {"<a><b/><c><d>1</d></c><e><f>2</f></e></a>",
          {"a", "b"},
          false,
          0,
-         "<a><b/><x/>\r\n<c><d>1</d></c><e>2</e></a>"},
+         "<a><b/><x/>\r\n<c><d>1</d></c><e><f>2</f></e></a>"},
         {"<a><b/> text</a>", {"a", "b"}, false, 0, "<a><b/><x/>\r\n text</a>"},
         {"<a><b/> </a>", {"a", "b"}, false, 0, "<a><b/> <x/>\r\n</a>"},
         {"<a><b/> <!-- c --></a>", {"a", "b"}, false, 0, "<a><b/> <x/>\r\n<!-- c --></a>"},
