@@ -273,7 +273,7 @@ TEST_F(SessionTest, ReceivedBytesAreDroppedOnTheHostsWishAndAfterStop)
     EXPECT_EQ(session.OnSocketRecvData(0, "11", 2, nullptr, nullptr), 2U);
     EXPECT_EQ(node.disconnects, 1);
     session.Stop();
-    session.Start(&node, nullptr, 0); // a stopped session stays deaf
+    EXPECT_EQ(session.Start(&node, nullptr, 0), 0); // a stopped session stays deaf
     need = 7;
     EXPECT_EQ(session.OnSocketRecvData(0, "1111", 4, &need, nullptr), 0U);
     EXPECT_EQ(need, 7U);
@@ -291,6 +291,10 @@ TEST_F(SessionTest, WithoutANodeNothingIsSentAndNothingCrashes)
     const std::string frame = Frame(ReplyText("notifychannelstate", "1"));
     EXPECT_EQ(Offer(lone, frame), frame.size());
     EXPECT_EQ(fake_host::CountAsserts(fake_host::kProtocolSource, 236), 1);
+    LogIn();
+    session.Start(nullptr, nullptr, 0);
+    EXPECT_EQ(ClearWall(), "failure 2000000f");
+    EXPECT_EQ(polls, 0);
 }
 
 TEST_F(SessionTest, UnusualPacketsAreReportedOrIgnored)
