@@ -230,7 +230,8 @@ TEST_F(CryptoTest, NullPointersAndImpossibleLengthsAreFailures)
     for (const int len : {-1, INT_MAX}) {
         EXPECT_EQ(AesCbcEncrypt(key, len, key, out) + AesCbcDecrypt(key, len, key, out), 0);
     }
-    EXPECT_EQ(AesCbcEncrypt(nullptr, 16, key, out) + AesCbcDecrypt(key, 16, nullptr, out), 0);
+    EXPECT_EQ(AesCbcEncrypt(nullptr, 16, key, out) + AesCbcDecrypt(nullptr, 16, key, out), 0);
+    EXPECT_EQ(AesCbcEncrypt(key, 16, nullptr, out) + AesCbcDecrypt(key, 16, nullptr, out), 0);
     EXPECT_FALSE(AesDataEncrypt("x", nullptr, out) || AesDataDecrypt("abcd", nullptr, out));
     EXPECT_EQ(out, "kept");
     for (const int len : {-1, 0, 4}) {

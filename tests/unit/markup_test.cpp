@@ -151,6 +151,11 @@ TEST(Markup, RefusedOperationsLeaveDocumentAndCursor)
     EXPECT_EQ(doc.GetDoc(), "<a/>\r\n");
     EXPECT_EQ(doc.GetTagName(), "a");
 
+    CMarkupSTL open; // an element without an end is not one that is written with "/>"
+    EXPECT_TRUE(open.AddElem("x", nullptr, CMarkupSTL::MNF_WITHNOEND) && open.IntoElem() &&
+                open.AddElem("y"));
+    EXPECT_EQ(open.GetDoc(), "<x>\r\n<y/>\r\n\r\n");
+
     EXPECT_TRUE(doc.AddElem(endTagTooLong.c_str()));
     EXPECT_TRUE(doc.IntoElem());
     EXPECT_FALSE(doc.AddElem("child")); // would need an end tag
@@ -243,7 +248,7 @@ TEST(Markup, UnescapesReferences)
     const std::pair<const char*, std::string> cases[] = {
         {"&lt;&amp;&gt;&apos;&quot;", "<&>'\""},
         {"&#65;&#x7f;&#x80;&#x7FF;&#x800;", "A\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80"},
-        {"&#x20AC;", "\xE2\x82\xAC"},
+        {"&#x20AC;&#xFFFD;", "\xE2\x82\xAC\xEF\xBF\xBD"},
         {"&#x10041;", "\xE0\x81\x81"}, // only the low 16 bits, in three bytes
         {"&#0000065;&#00000065;", "A&#00000065;"},
         {"&#0;", std::string("\0&#0;", 5)},
@@ -301,6 +306,8 @@ TEST(Markup, ParsesHostileTextsInLinearTime)
     EXPECT_EQ(siblings, kMany + 1);
     doc.ResetPos();
     EXPECT_TRUE(doc.FindElem("c"));
+    doc.ResetPos();
+    EXPECT_TRUE(doc.AddElem("z") && doc.GetDoc().ends_with("<c/><z/>\r\n"));
 }
 
 TEST(Markup, AddsInsideDeepNestingAndItsCopy)
