@@ -57,8 +57,7 @@ protected:
 TEST_F(SessionTest, SequenceNumbersGoUpByOneAcrossSessions)
 {
     unsigned int first = 0;
-    while (first <= 0xFFFF) {
-        first = CNetProtocolProcTWDECODERDevImp::GetCmdID();
+    for (; first <= 0xFFFF; first = CNetProtocolProcTWDECODERDevImp::GetCmdID()) {
     }
     EXPECT_EQ(kFirstNumber, 257U);
     EXPECT_EQ(CDeviceRequest("dooption").Seq(), first + 1);
@@ -180,8 +179,7 @@ TEST_F(SessionTest, EveryMessageIsStoredAndTheNumberBehindItsUrlIsReadAsDecimal)
         {"<seq>8</seq><url>dowallclear</url>", 7},
         {"<seq>8</seq><url>dowallclear</url><seq>9</seq>", 9},
         {"<x><url/><seq>8</seq></x>", 9},
-        {"", 9},
-    };
+        {"", 9}};
     for (const auto& [header, seq] : cases) {
         const std::string text = Elem("td_command", Elem("td_header", header));
         Receive(Frame(text));
