@@ -27,8 +27,8 @@ public:
     void ReplyBuffer(const char* data, unsigned long len) override
     {
         const allocation_fault::Pause pause;
-        ++answers;
         buffer.assign(data == nullptr ? "" : data, len);
+        ++answers;
         onAnswer();
     }
 

@@ -15,6 +15,7 @@
 
 #include "AllocationFault.h"
 #include "CommandSamples.h"
+#include "Crypto/tdcrypto.h"
 #include "FakeCommand.h"
 #include "FakeNode.h"
 #include "HostCalls.h"
@@ -28,9 +29,14 @@ namespace {
 constexpr int kPollsOfATimeout = 300;
 
 // In the samples, with the digest of the login's password.
-constexpr std::array<std::string_view, 4> kSecrets = {
-    kSourcePassword, kSourceUser, "secret",
-    "2BB80D537B1DA3E38BD30361AA855686BDE0EACD7162FEF6A25FE97BF527A25B"};
+// The digest is there as text, as bytes, and as the words that it is computed in.
+constexpr std::array<std::string_view, 6> kSecrets = {
+    kSourcePassword,
+    kSourceUser,
+    "secret",
+    "2BB80D537B1DA3E38BD30361AA855686BDE0EACD7162FEF6A25FE97BF527A25B",
+    "\x2B\xB8\x0D\x53\x7B\x1D\xA3\xE3",
+    "\x53\x0D\xB8\x2B\xE3\xA3\x1D\x7B"};
 
 bool IsLogin(const CommandSample& sample) { return sample.cmdID == 0x101; }
 
@@ -339,6 +345,15 @@ TEST(SecretsTest, TheStackKeepsNone)
             EXPECT_EQ(session.Run(CommandSampleOf(name)), CommandSampleOf(name).Answer());
             check();
         }
+        std::string text(99, 'x');
+        const auto further = [&](auto operation) { // down the stack than what the check itself calls
+            volatile char distance[8192];
+            distance[0] = operation();
+        };
+        further([&] { return tdcrypto::AesCbcEncrypt(text.data(), 99, kSourcePassword, text) != 0; });
+        check();
+        further([&] { return tdcrypto::Sha265_String("secret", 6, text.data()), true; });
+        check();
         return nullptr;
     };
     pthread_attr_t attributes;

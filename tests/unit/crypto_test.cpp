@@ -227,16 +227,17 @@ TEST_F(CryptoTest, NullPointersAndImpossibleLengthsAreFailures)
     for (const int len : {-1, INT_MAX}) {
         EXPECT_EQ(AesCbcEncrypt(key, len, key, out) + AesCbcDecrypt(key, len, key, out), 0);
     }
-    EXPECT_EQ(AesCbcEncrypt(nullptr, 16, key, out) + AesCbcDecrypt(key, 16, nullptr, out), 0);
+    EXPECT_EQ(AesCbcEncrypt(nullptr, 16, key, out) + AesCbcDecrypt(nullptr, 16, key, out), 0);
+    EXPECT_EQ(AesCbcEncrypt(key, 16, nullptr, out) + AesCbcDecrypt(key, 16, nullptr, out), 0);
     EXPECT_FALSE(AesDataEncrypt("x", nullptr, out) || AesDataDecrypt("abcd", nullptr, out));
     EXPECT_EQ(out, "kept");
     for (const int len : {-1, 0, 4}) {
         Base64Decode(len == 4 ? nullptr : "AAAA", len, &decodedBytes, &decodedLen);
         EXPECT_TRUE(decodedBytes == nullptr && decodedLen == 0);
     }
-    Base64Decode("AAAA", 4, nullptr, &decodedLen);
-    Base64Decode("AAAA", 4, &decodedBytes, nullptr);
-    Base64Encode(nullptr, 1, out);
+    EXPECT_EQ(Base64Decode("AAAA", 4, nullptr, &decodedLen), 0);
+    EXPECT_EQ(Base64Decode("AAAA", 4, &decodedBytes, nullptr), 0);
+    EXPECT_EQ(Base64Encode(nullptr, 1, out), 0);
     EXPECT_EQ(out, "");
 }
 

@@ -19,7 +19,7 @@ protected:
     FramesTest()
     {
         fake_host::Reset();
-        parser.Initial(&FramesTest::Deliver, this);
+        EXPECT_TRUE(parser.Initial(&FramesTest::Deliver, this));
     }
 
     static unsigned int Deliver(tagNET_PACKETTYPE type, const char* data, unsigned long len, void* param)
@@ -86,6 +86,9 @@ TEST_F(FramesTest, BothModesDeliverWholeFramesAndDirectModeTellsWhatTheNextOneNe
             EXPECT_EQ(delivered, frames) << cut;
         }
     }
+    const std::string large = Frame(std::string(70000, 'x'));
+    EXPECT_TRUE(Buffered(large) && consumed == large.size());
+    EXPECT_TRUE(parser.RecvProc(large.data(), large.size(), consumed, &needLen) && consumed == large.size());
     EXPECT_EQ(fake_host::LiveBuffers(), 0);
     EXPECT_TRUE(fake_host::Logs().empty());
 }
@@ -102,18 +105,21 @@ TEST_F(FramesTest, WithoutMemoryAMessageIsDroppedAndLostBytesEndTheStream)
 
 TEST_F(FramesTest, MissingBytesAreReportedAndNothingElseHappens)
 {
-    EXPECT_TRUE(parser.RecvProc(nullptr, 9, consumed, &needLen));
-    EXPECT_EQ(std::pair(consumed, needLen), std::pair(0U, 0U));
-    EXPECT_TRUE(parser.RecvProc("", 0, consumed, &needLen));
-    EXPECT_TRUE(parser.RecvProc(nullptr, 0, consumed, nullptr));
-    for (const int line : {135, 136, 52, 53}) {
+    const std::tuple<const char*, unsigned long, unsigned int*, int> cases[] = {
+        {"", 0, &needLen, 136}, {nullptr, 9, &needLen, 135}, {"", 0, nullptr, 53}, {nullptr, 9, nullptr, 52}};
+    for (const auto& [data, len, need, line] : cases) {
+        fake_host::Reset();
+        EXPECT_TRUE(parser.RecvProc(data, len, consumed, need));
         EXPECT_EQ(fake_host::CountAsserts(kFrameSource, line), 1) << line;
+        EXPECT_EQ(fake_host::Logs().size(), 1U);
+        EXPECT_EQ(consumed, need == nullptr ? len : 0U);
     }
+    EXPECT_EQ(needLen, 0U);
 }
 
 TEST_F(FramesTest, FragmentsInOrderBecomeOneMessage)
 {
-    swl_combined_data live{7, 2, 6, 1, 3, 0};
+    swl_combined_data live{0x80010007, 2, 0x80010006, 1, 3, 0};
     swl_combined_data play{9, 1, 3, 1, 3, 1};
     EXPECT_TRUE(parser.CombineDataProc(live, "abc", 3));
     EXPECT_TRUE(parser.CombineDataProc(play, "xyz", 3)); // another slot
@@ -148,6 +154,10 @@ TEST_F(FramesTest, FragmentsThatFitNowhereAreRefused)
     EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 230), 2);
     EXPECT_TRUE(parser.CombineDataProc({2, 2, 0, 1, 1, 0}, "", 0)); // replaces the one before
     EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 231), 2);
+    char* none = MEM_POOL_New("", 0);
+    EXPECT_TRUE(parser.CombineDataProcMemPool({2, 2, 0, 1, 1, 0}, none));
+    MEM_POOL_Delete(none);
+    EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 231), 3);
     EXPECT_EQ(fake_host::LiveBuffers(), 1);
     EXPECT_TRUE(delivered.empty());
 }

@@ -50,6 +50,7 @@ void OneRound()
     }
     processor->Stop(); // drains the queue
     EXPECT_EQ(commands[0].Answer() + commands[1].Answer(), "failure 20000013failure 20000013");
+    EXPECT_EQ(Offer(*host.calls[0].observer, "1", true), 0U) << "a stopped session is deaf";
     processor->Quit();
     processor.reset();
     quit();

@@ -72,12 +72,11 @@ TEST(Markup, WritesAnElementInItsForm)
 TEST(Markup, WritesNumbersAsDecimalText)
 {
     CMarkupSTL doc;
-    doc.AddElem("n", -1);
-    doc.AddElem("n", 4294967295U);
-    doc.AddElem("n", 9223372036854775807ULL);
-    doc.AddElem("n", 18446744073709551615ULL); // as "%lld" writes it
-    doc.AddElem("n", 9223372036854775808ULL);
-    doc.AddElem("n", 0, CMarkupSTL::MNF_WITHCDATA);
+    EXPECT_TRUE(doc.AddElem("n", -1) && doc.AddElem("n", 4294967295U));
+    for (const auto n : {9223372036854775807ULL, 18446744073709551615ULL, 9223372036854775808ULL}) {
+        EXPECT_TRUE(doc.AddElem("n", n)); // as "%lld" writes it
+    }
+    EXPECT_TRUE(doc.AddElem("n", 0, CMarkupSTL::MNF_WITHCDATA));
     EXPECT_EQ(doc.GetDoc(), "<n>-1</n>\r\n<n>4294967295</n>\r\n<n>9223372036854775807</n>\r\n<n>-1</n>\r\n"
                             "<n>-9223372036854775808</n>\r\n<n><![CDATA[0]]></n>\r\n");
 }
@@ -86,11 +85,7 @@ TEST(Markup, AddsWhereTheCursorStands)
 {
     const std::tuple<const char*, std::vector<const char*>, bool, int, const char*> cases[] = {
         {"<a>\r\n<b/>\r\n<c/>\r\n</a>", {"a", "b"}, false, 0, "<a>\r\n<b/>\r\n<x/>\r\n<c/>\r\n</a>"},
-        {"<a><b/><c><d>1</d></c><e>2</e></a>",
-         {"a", "b"},
-         false,
-         0,
-         "<a><b/><x/>\r\n<c><d>1</d></c><e>2</e></a>"},
+        {"<a><b/><c/><d><e/></d></a>", {"a", "b"}, false, 0, "<a><b/><x/>\r\n<c/><d><e/></d></a>"},
         {"<a><b/> text</a>", {"a", "b"}, false, 0, "<a><b/><x/>\r\n text</a>"},
         {"<a><b/> </a>", {"a", "b"}, false, 0, "<a><b/> <x/>\r\n</a>"},
         {"<a><b/> <!-- c --></a>", {"a", "b"}, false, 0, "<a><b/> <x/>\r\n<!-- c --></a>"},
@@ -105,10 +100,12 @@ TEST(Markup, AddsWhereTheCursorStands)
         {"<a><b>1</a>", {"a", "b"}, true, 0, "<a><b>1<x/>\r\n</a>"},
         {"<a><b><c>1</a>", {"a", "b"}, true, 0, "<a><b><c>1<x/>\r\n</a>"},
         {"<a><b>1", {"a", "b"}, true, 0, "<a><b>1<x/>\r\n"},
+        {"<a><b><c>1</a>2", {"a", "b"}, false, 0, "<a><b><c>1<x/>\r\n</a>2"},
         {"<a/>\r\n", {}, false, 0, "<a/>\r\n<x/>\r\n"},
     };
     for (const auto& [text, path, into, flags, result] : cases) {
-        CMarkupSTL doc = At(text, path);
+        CMarkupSTL doc;
+        doc = At(text, path);
         EXPECT_TRUE(!into || doc.IntoElem());
         EXPECT_TRUE(doc.AddElem("x", nullptr, flags));
         EXPECT_EQ(doc.GetDoc(), result);
@@ -171,8 +168,7 @@ TEST(Markup, ReportsWhatIsWrongAndKeepsWhatItRecognises)
         {"<a><b></a>", "End tag 'a' at offset 6 does not match start tag 'b' at offset 3", "a[b]"},
         {"<a><b><c><d></a>",
          "End tag 'a' at offset 12 does not match start tag 'd' at offset 9, Element 'c' at offset 6 not "
-         "ended, "
-         "Element 'b' at offset 3 not ended",
+         "ended, Element 'b' at offset 3 not ended",
          "a[b[c[d]]]"},
         {"<a><b>1</b>", "Element 'a' at offset 0 not ended", "a[b=1]"},
         {"<a></b></a>", "No start tag for end tag 'b' at offset 3", "a"},
@@ -220,7 +216,7 @@ TEST(Markup, FindsTheNextSiblingOfAName)
         EXPECT_TRUE(doc.FindElem(nullptr) && doc.IntoElem() && doc.FindElem(name)) << name;
         EXPECT_EQ(doc.GetData(), "2");
     }
-    for (const char* name : {"Seq", "se", "seqn", "seq-", "x"}) {
+    for (const char* name : {"Seq", "se", "seqn", "seq-", "seq~", "x"}) {
         doc.ResetPos();
         EXPECT_TRUE(doc.FindElem() && doc.IntoElem());
         EXPECT_FALSE(doc.FindElem(name)) << name;
@@ -242,7 +238,7 @@ TEST(Markup, UnescapesReferences)
     const std::pair<const char*, std::string> cases[] = {
         {"&lt;&amp;&gt;&apos;&quot;", "<&>'\""},
         {"&#65;&#x7f;&#x80;&#x7FF;&#x800;", "A\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80"},
-        {"&#x20AC;", "\xE2\x82\xAC"},
+        {"&#x20AC;&#xFFFD;", "\xE2\x82\xAC\xEF\xBF\xBD"},
         {"&#x10041;", "\xE0\x81\x81"}, // only the low 16 bits, in three bytes
         {"&#0000065;&#00000065;", "A&#00000065;"},
         {"&#0;", std::string("\0&#0;", 5)},
@@ -261,21 +257,20 @@ TEST(Markup, UnescapesReferences)
 TEST(Markup, ParsesHostileTextsInLinearTime)
 {
     const std::string longName(1'000'000, 'n');
-    const std::string texts[] = {
-        Repeat("<a>", kMany),
-        Repeat("<a>", kMany) + Repeat("</b>", kMany),
-        Repeat("<a>", kMany) + Repeat("</b></a>", kMany),
-        Repeat("<a><b>", kMany) + Repeat("</a>", kMany),
-        Repeat("</a>", kMany),
-        Repeat("</a", kMany),
-        Repeat("<", 10 * kMany),
-        Repeat("<!", kMany) + Repeat("<!-", kMany),
-        Repeat("<a b='<a b=\"", kMany),
-        Repeat("<?<![CDATA[<!--", kMany),
-        Repeat("<!DOCTYPE [\"'", kMany),
-        "<" + longName + ">" + Repeat("<a>", kMany) + "</" + longName.substr(0, 1000) + ">" +
-            Repeat("</b>", kMany),
-    };
+    const std::string texts[] = {Repeat("<a>", kMany),
+                                 Repeat("<a>", kMany) + Repeat("</b>", kMany),
+                                 Repeat("<a>", kMany) + Repeat("</b></a>", kMany),
+                                 Repeat("<a><b>", kMany) + Repeat("</a>", kMany),
+                                 Repeat("</a>", kMany),
+                                 Repeat("</a", kMany),
+                                 Repeat("<", 10 * kMany),
+                                 Repeat("<!", kMany) + Repeat("<!-", kMany),
+                                 Repeat("<a b='<a b=\"", kMany),
+                                 Repeat("<?<![CDATA[<!--", kMany),
+                                 Repeat("<!DOCTYPE [\"'", kMany),
+                                 "<" + longName + ">" + Repeat("<a>", kMany) + "</" +
+                                     longName.substr(0, 1000) + ">" + Repeat("</b>", kMany)};
+
     CMarkupSTL doc;
     for (const std::string& text : texts) {
         EXPECT_FALSE(doc.SetDoc(text.c_str())) << text.substr(0, 20);
@@ -289,6 +284,14 @@ TEST(Markup, ParsesHostileTextsInLinearTime)
     EXPECT_TRUE(doc.SetDoc(("<a" + Repeat(" b='1'", kMany) + ">" + Repeat("&", kMany) + "</a>").c_str()));
     EXPECT_TRUE(doc.FindElem());
     EXPECT_EQ(doc.GetData().size(), kMany);
+    // Many siblings, after a long node of any other kind, with one added in front.
+    const std::string filling(kMany, ' ');
+    const std::string nodes = "<!--" + filling + "--><?" + filling + "?><a>" + filling + "</a>";
+    doc.SetDoc((nodes + Repeat("<b/>", kMany) + "<c/>").c_str());
+    EXPECT_TRUE(doc.FindElem("a") && doc.AddElem("b"));
+    EXPECT_TRUE(doc.FindElem("c") && doc.AddElem("d"));
+    doc.ResetPos();
+    EXPECT_TRUE(doc.AddElem("e") && doc.GetDoc().ends_with("<b/><c/><d/>\r\n<e/>\r\n"));
 }
 
 TEST(Markup, AddsInsideDeepNestingAndItsCopy)
@@ -302,6 +305,7 @@ TEST(Markup, AddsInsideDeepNestingAndItsCopy)
     CMarkupSTL copy;
     copy = doc;
     EXPECT_EQ(copy.GetTagName(), "c");
+    EXPECT_EQ(copy.GetMemory(), copy.GetDoc().capacity() + 32 * 2 * 65536);
     copy = At("<c/><d/>", {"d"});
     EXPECT_EQ(copy.GetError(), "Root element has sibling");
     copy = doc;
@@ -331,6 +335,9 @@ TEST(Markup, DoesNotIndexTagsThatItsLengthFieldsCannotHold)
     }
     EXPECT_TRUE(doc.SetDoc(("<a>1</a" + std::string(1019, ' ') + ">").c_str()));
     EXPECT_EQ(Outline(doc), "a=1");
+    doc.ResetPos();
+    EXPECT_TRUE(doc.FindElem() && doc.IntoElem() && doc.AddElem("b"));
+    EXPECT_EQ(doc.GetDoc().substr(0, 14), "<a>1<b/>\r\n</a ");
     EXPECT_FALSE(doc.SetDoc(("<a>1</a" + std::string(1020, ' ') + ">").c_str()));
     EXPECT_EQ(doc.GetError(), "Incorrect Element end tag at offset 4, Element 'a' at offset 0 not ended");
 }

@@ -74,17 +74,18 @@ TEST_F(NetPacket, TruncatingMoreThanIsHeldIsReportedAndChangesNothing)
 TEST_F(NetPacket, APoolHandleIsHeldByAReferenceOfItsOwn)
 {
     CNetPacketNew queue;
-    char* buffer = MEM_POOL_New("hello", 5);
+    const std::string text = "hello" + std::string(70000, '!');
+    char* buffer = MEM_POOL_New(text.data(), text.size());
     EXPECT_TRUE(queue.SaveBuffer(buffer, MEM_POOL_HANDLE_LEN));
     MEM_POOL_Delete(buffer);
     EXPECT_TRUE(Save(queue, " you"));
-    EXPECT_EQ(Front(queue, 9), "hello you");
+    EXPECT_EQ(Front(queue, text.size() + 4), text + " you");
     // The same buffer twice: what is cut from one is missing from the other, and nothing is read behind the
     // end.
     EXPECT_TRUE(queue.SaveBuffer(buffer, MEM_POOL_HANDLE_LEN));
     EXPECT_TRUE(queue.TruncateFront(3));
-    EXPECT_EQ(Front(queue, 11), "none");
-    EXPECT_TRUE(queue.TruncateFront(11));
+    EXPECT_EQ(Front(queue, 2 * text.size() + 1), "none");
+    EXPECT_TRUE(queue.TruncateFront(2 * text.size() + 1));
 }
 
 TEST_F(NetPacket, WithoutMemoryNothingIsHeldAndNothingIsLost)

@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 #include <string>
+#include <tinyxml2.h>
 #include <tuple>
 #include <vector>
 
 #include "LinkTexts.h"
 #include "VTXMLParse.h"
+#include "XmlCost.h"
 
 namespace {
 
@@ -82,4 +84,35 @@ TEST(PathReader, TellsWhatIsNoXmlFromWhatLacksAnElement)
     }
     EXPECT_FALSE(reader.Parse(nullptr, 10));
     EXPECT_TRUE(CVTXMLParse("<a>1</a>\0more", 13).IsParsed()) << "some senders count a terminating zero";
+}
+
+TEST(XmlCost, CountsTheNodesOfATextAndItsCopies)
+{
+    constexpr uint64_t elem = sizeof(tinyxml2::XMLElement) + 2, text = sizeof(tinyxml2::XMLText) + 2,
+                       attr = sizeof(tinyxml2::XMLAttribute) + 2, note = sizeof(tinyxml2::XMLComment) + 2,
+                       decl = sizeof(tinyxml2::XMLDeclaration) + 2, odd = sizeof(tinyxml2::XMLUnknown) + 2;
+    const auto attributes = [](size_t count) { return "<a" + Repeat(" b=''", count) + "/>"; };
+    const std::tuple<std::string, uint64_t> cases[] = {
+        {"<a></a>", elem},
+        {"<a> \t\n\v\f\r</a>x", elem + text},
+        {"<a b='\">' c=\">'\"/><b c>x", 2 * elem + 2 * attr + text},
+        {"<a b='<b/>x", elem + attr},
+        {"<a", elem},
+        {"<!--><b/>--><!<b/>", note + odd},
+        {"<?<b/>?><![CDATA[<b/>>]]><b/>", decl + text + elem},
+        {std::string(1024, 'x') + "<![CDATA[" + std::string(1012, 'x') + "]]>", 2 * text},
+        {std::string(1025, 'x') + "<![CDATA[" + std::string(1016, 'x'), 2 * text + 3 * (1025 + 1025)},
+        {attributes(32) + attributes(32), 2 * elem + 64 * attr},
+    };
+    for (const auto& [nodes, cost] : cases) {
+        const std::string exact = "<!--" + std::string(33, '=') + "-->" + nodes; // with less, a quick bound
+        EXPECT_EQ(xml_cost::Estimate(exact, 5000, 7), note + cost + exact.size() + 2 * 5000 + 7) << nodes;
+    }
+    EXPECT_EQ(xml_cost::Estimate(attributes(33) + "<a/>", 5000, 7), xml_cost::NEVER);
+    EXPECT_NE(xml_cost::Estimate("<a/>", 4, xml_cost::LIMIT - 12), xml_cost::NEVER);
+    EXPECT_EQ(xml_cost::Estimate("<a/>", 4, xml_cost::LIMIT - 11), xml_cost::NEVER);
+    CVTXMLParse reader;
+    EXPECT_EQ(CVTXMLParse("<a/>\0<a/>", 9).Spare(), xml_cost::LIMIT - xml_cost::Estimate("<a/>", 9, 0));
+    EXPECT_TRUE(reader.Parse("<a/>", 4, xml_cost::LIMIT - elem - 12) && reader.Spare() == 0);
+    EXPECT_FALSE(reader.Parse("<a/>", 4, xml_cost::LIMIT - elem - 11));
 }

@@ -36,6 +36,7 @@ TEST(PlatformTest, DeadlinesCarryIntoTheSeconds)
     };
     EXPECT_EQ(add(0, 999), std::pair(7L, 999'000'000L));
     EXPECT_EQ(add(999'000'000, 1), std::pair(8L, 0L));
+    EXPECT_EQ(add(999'999'999, 0), std::pair(7L, 999'999'999L));
     EXPECT_EQ(add(999'999'999, kFarAhead), std::pair(4'294'975L, 294'999'999L));
 }
 
@@ -144,6 +145,8 @@ TEST(PlatformTest, GuidTextIsUpperCaseInBraces)
     EXPECT_STREQ(buffer, "{1A2B3C4D-0E5F-ABCD-0123-456789ABCDEF}");
     EXPECT_FALSE(CSysHelper::GuidToString(guid, buffer, 38) || CSysHelper::GuidToString(guid, buffer, 0));
     EXPECT_STREQ(buffer, "{1A2B3C4D-0E5F-ABCD-0123-456789ABCDEF");
+    EXPECT_FALSE(CSysHelper::GuidToString(guid, buffer, 1));
+    EXPECT_STREQ(buffer, "");
 }
 
 TEST(PlatformTest, NodeTypesLieBetweenTheirRangeMarkers)

@@ -56,7 +56,9 @@ protected:
 
 TEST_F(SessionTest, SequenceNumbersGoUpByOneAcrossSessions)
 {
-    const unsigned int first = CNetProtocolProcTWDECODERDevImp::GetCmdID();
+    unsigned int first = 0;
+    for (; first <= 0xFFFF; first = CNetProtocolProcTWDECODERDevImp::GetCmdID()) {
+    }
     EXPECT_EQ(kFirstNumber, 257U);
     EXPECT_EQ(CDeviceRequest("dooption").Seq(), first + 1);
     EXPECT_EQ(CDeviceRequest(session, "dologin").Seq(), first + 2);
@@ -177,8 +179,7 @@ TEST_F(SessionTest, EveryMessageIsStoredAndTheNumberBehindItsUrlIsReadAsDecimal)
         {"<seq>8</seq><url>dowallclear</url>", 7},
         {"<seq>8</seq><url>dowallclear</url><seq>9</seq>", 9},
         {"<x><url/><seq>8</seq></x>", 9},
-        {"", 9},
-    };
+        {"", 9}};
     for (const auto& [header, seq] : cases) {
         const std::string text = Elem("td_command", Elem("td_header", header));
         Receive(Frame(text));
@@ -223,7 +224,8 @@ TEST_F(SessionTest, LivenessLastsSixteenChecksWithoutAFrame)
             EXPECT_TRUE(session.IsOnline()) << i;
         }
         unsigned long len = 0;
-        session.GetBeatData(len);      // nor does what the host sends
+        EXPECT_EQ(std::string(session.GetBeatData(len), 8), Frame("")); // nor does what the host sends
+        EXPECT_EQ(len, 8U);
         Receive(std::string(64, '2')); // a device head says nothing
         EXPECT_FALSE(session.IsOnline());
         Receive(round == 0 ? Frame("") : Frame("x")); // a heartbeat or any message
@@ -237,8 +239,8 @@ TEST_F(SessionTest, NotificationsReachTheHostWithTheLengthOfTheLastRequest)
     ASSERT_EQ(node.notifications.size(), 1U);
     EXPECT_EQ(node.notifications[0].len, 1024U) << "the buffer's before the first request";
     LogIn();
-    ReplyWith(ReplyText("dowallclear", "%SEQ%"));
-    ClearWall();
+    ReplyWith(ReplyText("dodestroywindow", "%SEQ%"));
+    Run(0x50002, Option(0x60007, Guids().U32(4000).Zeros(4 * 4000))); // of more than 64 KiB
     const auto requestLen = static_cast<unsigned int>(node.frames.back().size());
     for (const auto& [url, type] :
          {std::pair("notifychannelchange", 0x60000U), {"notifychannelstate", 0x60001U}}) {
@@ -269,7 +271,7 @@ TEST_F(SessionTest, ReceivedBytesAreDroppedOnTheHostsWishAndAfterStop)
     EXPECT_EQ(session.OnSocketRecvData(0, "11", 2, nullptr, nullptr), 2U);
     EXPECT_EQ(node.disconnects, 1);
     session.Stop();
-    session.Start(&node, nullptr, 0); // a stopped session stays deaf
+    EXPECT_EQ(session.Start(&node, nullptr, 0), 0); // a stopped session stays deaf
     need = 7;
     EXPECT_EQ(session.OnSocketRecvData(0, "1111", 4, &need, nullptr), 0U);
     EXPECT_EQ(need, 7U);
@@ -287,6 +289,10 @@ TEST_F(SessionTest, WithoutANodeNothingIsSentAndNothingCrashes)
     const std::string frame = Frame(ReplyText("notifychannelstate", "1"));
     EXPECT_EQ(Offer(lone, frame), frame.size());
     EXPECT_EQ(fake_host::CountAsserts(fake_host::kProtocolSource, 236), 1);
+    LogIn();
+    session.Start(nullptr, nullptr, 0);
+    EXPECT_EQ(ClearWall(), "failure 2000000f");
+    EXPECT_EQ(polls, 0);
 }
 
 TEST_F(SessionTest, UnusualPacketsAreReportedOrIgnored)
