@@ -12,7 +12,9 @@ constexpr std::size_t kMostEdits = 2;
 // Rows of the usual table: the edits between the first letters of one word and the first of the other.
 std::size_t Edits(std::string_view one, std::string_view other)
 {
-    std::vector<std::size_t> beforeLast, last(other.size() + 1), row(other.size() + 1);
+    std::vector<std::size_t> beforeLast;
+    std::vector<std::size_t> last(other.size() + 1);
+    std::vector<std::size_t> row(other.size() + 1);
     for (std::size_t j = 0; j <= other.size(); ++j) {
         row[j] = j;
     }
