@@ -56,6 +56,7 @@ TEST_F(FramesTest, BothModesDeliverWholeFramesAndDirectModeTellsWhatTheNextOneNe
         {kBeat + kBeat + Frame("<a/>"), {"beat", "beat", "data:<a/>"}, 28, 0},
         {Frame("<a/>") + Frame("<b/>"), {"data:<a/>", "data:<b/>"}, 24, 0},
         {"11111", {}, 0, 3},
+        {Frame("<abc/>").substr(0, 7), {}, 0, 1},
         {Frame("<abc/>").substr(0, 8), {}, 0, 6},
         {kBeat + Frame("<abc/>").substr(0, 10), {"beat"}, 8, 4},
         {kBeat + "1", {"beat"}, 8, 7},
