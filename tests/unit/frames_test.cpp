@@ -147,6 +147,8 @@ TEST_F(FramesTest, FragmentsThatFitNowhereAreRefused)
 {
     EXPECT_FALSE(parser.CombineDataProc({1, 1, 1, 1, 1, 2}, "a", 1));
     EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 239), 1);
+    fake_host::FailPoolAllocation(1);
+    EXPECT_FALSE(parser.CombineDataProc({1, 1, 1, 1, 1, 0}, "a", 1));
     EXPECT_FALSE(parser.CombineDataProc({0, 0, 0, 0, 0, 0}, "a", 1)); // equals an empty slot
     EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 265), 1);
     EXPECT_TRUE(parser.CombineDataProcMemPool({1, 2, 1, 1, 1, 0}, nullptr));
