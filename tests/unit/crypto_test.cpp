@@ -64,7 +64,7 @@ TEST_F(CryptoTest, DigestsAreHexadecimalText)
     EXPECT_STREQ(out, "248D6A61D20638B8E5C026930C3E6039A33CE45964FF2167F6ECEDD419DB06C1");
     PUB_MD5Encrypt(longText.data(), 56, out, true);
     EXPECT_STREQ(out, "8215EF0796A20BCAAAE116D3876C664A");
-    PUB_MD5Encrypt("", 0, out, false);
+    PUB_MD5Encrypt(nullptr, 0, out, false);
     EXPECT_STREQ(out, "d41d8cd98f00b204e9800998ecf8427e");
     PUB_MD5Encrypt("abc", 3, out, false);
     EXPECT_STREQ(out, "900150983cd24fb0d6963f7d28e17f72");
@@ -221,9 +221,13 @@ TEST_F(CryptoTest, NullPointersAndImpossibleLengthsAreFailures)
     GenerateRsaKey(nullptr);
     Sha265_String(nullptr, 1, digest);
     EXPECT_STREQ(digest, "");
-    digest[0] = 's';
-    PUB_MD5Encrypt("abc", -1, digest, true);
-    EXPECT_STREQ(digest, "");
+    for (const auto& [data, len] : {std::pair("abc", -1), {nullptr, 1}}) {
+        digest[0] = 's';
+        PUB_MD5Encrypt(data, len, digest, true);
+        EXPECT_STREQ(digest, "");
+    }
+    Sha265_String("abc", 3, nullptr);
+    PUB_MD5Encrypt("abc", 3, nullptr, true);
     for (const int len : {-1, INT_MAX}) {
         EXPECT_EQ(AesCbcEncrypt(key, len, key, out) + AesCbcDecrypt(key, len, key, out), 0);
     }

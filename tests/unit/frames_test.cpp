@@ -56,6 +56,7 @@ TEST_F(FramesTest, BothModesDeliverWholeFramesAndDirectModeTellsWhatTheNextOneNe
         {kBeat + kBeat + Frame("<a/>"), {"beat", "beat", "data:<a/>"}, 28, 0},
         {Frame("<a/>") + Frame("<b/>"), {"data:<a/>", "data:<b/>"}, 24, 0},
         {"11111", {}, 0, 3},
+        {Frame("<abc/>").substr(0, 7), {}, 0, 1},
         {Frame("<abc/>").substr(0, 8), {}, 0, 6},
         {kBeat + Frame("<abc/>").substr(0, 10), {"beat"}, 8, 4},
         {kBeat + "1", {"beat"}, 8, 7},
@@ -146,6 +147,8 @@ TEST_F(FramesTest, FragmentsThatFitNowhereAreRefused)
 {
     EXPECT_FALSE(parser.CombineDataProc({1, 1, 1, 1, 1, 2}, "a", 1));
     EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 239), 1);
+    fake_host::FailPoolAllocation(1);
+    EXPECT_FALSE(parser.CombineDataProc({1, 1, 1, 1, 1, 0}, "a", 1));
     EXPECT_FALSE(parser.CombineDataProc({0, 0, 0, 0, 0, 0}, "a", 1)); // equals an empty slot
     EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 265), 1);
     EXPECT_TRUE(parser.CombineDataProcMemPool({1, 2, 1, 1, 1, 0}, nullptr));

@@ -85,7 +85,7 @@ TEST(Markup, AddsWhereTheCursorStands)
 {
     const std::tuple<const char*, std::vector<const char*>, bool, int, const char*> cases[] = {
         {"<a>\r\n<b/>\r\n<c/>\r\n</a>", {"a", "b"}, false, 0, "<a>\r\n<b/>\r\n<x/>\r\n<c/>\r\n</a>"},
-        {"<a><b/><c/><d><e/></d></a>", {"a", "b"}, false, 0, "<a><b/><x/>\r\n<c/><d><e/></d></a>"},
+        {"<a><b/><c><d/><e/><f/></c></a>", {"a", "b"}, false, 0, "<a><b/><x/>\r\n<c><d/><e/><f/></c></a>"},
         {"<a><b/> text</a>", {"a", "b"}, false, 0, "<a><b/><x/>\r\n text</a>"},
         {"<a><b/> </a>", {"a", "b"}, false, 0, "<a><b/> <x/>\r\n</a>"},
         {"<a><b/> <!-- c --></a>", {"a", "b"}, false, 0, "<a><b/> <x/>\r\n<!-- c --></a>"},
@@ -249,7 +249,7 @@ TEST(Markup, UnescapesReferences)
         EXPECT_EQ(CMarkupSTL::UnescapeText(text), expected);
     }
     EXPECT_EQ(CMarkupSTL::UnescapeText("&#65;", 4) + CMarkupSTL::UnescapeText("a", 0), "&#65");
-    EXPECT_EQ(CMarkupSTL::UnescapeText(nullptr), "");
+    EXPECT_EQ(CMarkupSTL::UnescapeText(nullptr) + CMarkupSTL::EscapeText(nullptr, 0), "");
     EXPECT_EQ(CMarkupSTL::EscapeText("<'&lt;", CMarkupSTL::MNF_WITHREFS), "&lt;'&lt;");
 }
 

@@ -114,5 +114,6 @@ TEST(XmlCost, CountsTheNodesOfATextAndItsCopies)
     CVTXMLParse reader;
     EXPECT_EQ(CVTXMLParse("<a/>\0<a/>", 9).Spare(), xml_cost::LIMIT - xml_cost::Estimate("<a/>", 9, 0));
     EXPECT_TRUE(reader.Parse("<a/>", 4, xml_cost::LIMIT - elem - 12) && reader.Spare() == 0);
-    EXPECT_FALSE(reader.Parse("<a/>", 4, xml_cost::LIMIT - elem - 11));
+    EXPECT_FALSE(reader.Parse("<a/>", 4, xml_cost::LIMIT - elem - 11) || reader.IsParsed());
+    EXPECT_EQ(reader.GetFirstItem("a"), nullptr);
 }

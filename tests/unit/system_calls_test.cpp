@@ -178,15 +178,13 @@ TEST(SystemCallsTest, EveryOperationMakesItsCallsAndHeedsTheirResults)
     CMyEvent event(false);
     CMySemaphore semaphore(0, 9);
     uint64_t threadID = 0;
+    const auto waits = [&] { return event.WaitEvent(1400) == WAIT_TIMED_OUT; };
     const auto create = [&] {
         return CPFHelper::CreateThread([](void* p) { return p; }, nullptr, &threadID);
     };
     const std::tuple<std::function<bool()>, bool, std::vector<int>, const char*> cases[] = {
         {[] { return CMyEvent(true).ResetEvent(); }, true, {}, "clock 1"},
-        {[&] { return event.WaitEvent(1400) == WAIT_TIMED_OUT; },
-         true,
-         {0, 0, ETIMEDOUT},
-         "until 102s 100ms, until 102s 100ms, until 102s 100ms"},
+        {waits, true, {0, 0, ETIMEDOUT}, "until 102s 100ms, until 102s 100ms, until 102s 100ms"},
         {[&] { return event.SetEvent() && event.SetEvent(); }, true, {}, "signal, signal"},
         {[&] { return event.WaitEvent(5) == WAIT_SIGNALLED; }, true, {}, ""},
         {[&] { return semaphore.lock(299); }, false, {0, ETIMEDOUT}, "until 100s 999ms, until 100s 999ms"},
