@@ -88,9 +88,9 @@ TEST(PathReader, TellsWhatIsNoXmlFromWhatLacksAnElement)
 
 TEST(XmlCost, CountsTheNodesOfATextAndItsCopies)
 {
-    constexpr uint64_t elem = sizeof(tinyxml2::XMLElement) + 2, text = sizeof(tinyxml2::XMLText) + 2,
-                       attr = sizeof(tinyxml2::XMLAttribute) + 2, note = sizeof(tinyxml2::XMLComment) + 2,
-                       decl = sizeof(tinyxml2::XMLDeclaration) + 2, odd = sizeof(tinyxml2::XMLUnknown) + 2;
+    const uint64_t elem = sizeof(tinyxml2::XMLElement) + 2, text = sizeof(tinyxml2::XMLText) + 2,
+                   attr = sizeof(tinyxml2::XMLAttribute) + 2, note = sizeof(tinyxml2::XMLComment) + 2,
+                   decl = sizeof(tinyxml2::XMLDeclaration) + 2, odd = sizeof(tinyxml2::XMLUnknown) + 2;
     const auto attributes = [](size_t count) { return "<a" + Repeat(" b=''", count) + "/>"; };
     const std::tuple<std::string, uint64_t> cases[] = {
         {"<a></a>", elem},
