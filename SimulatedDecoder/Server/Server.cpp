@@ -29,7 +29,8 @@ Server::~Server()
         for (const auto& [number, connection] : std::exchange(m_connections, {})) {
             connection->Close("the decoder stops");
         }
-    } catch (const std::exception&) { // no memory, or no timer: the other connections end without a line in the log
+    } catch (const std::exception&) {
+        // Without memory the other connections end without a line in the log.
     }
 }
 

@@ -33,7 +33,8 @@ long MostTaken(long n, long copies)
 TEST(ReceiveCostTest, AMessageTakesAndKeepsAFewTimesItsSize)
 {
     constexpr size_t kLargest = 8U << 20U;
-    for (const size_t len : {size_t{600}, size_t{4096}, size_t{50'000}, size_t{196'605}, size_t{262'144}, kLargest}) {
+    for (const size_t len :
+         {size_t{600}, size_t{4096}, size_t{50'000}, size_t{196'605}, size_t{262'144}, kLargest}) {
         for (const HeavyMessage& message : HeavyMessages(len)) {
             for (int mode = len == kLargest ? 3 : 0; mode <= 3; ++mode) { // the largest in one mode
                 const long copies = 1 + mode % 2;

@@ -62,6 +62,8 @@ constexpr bool Has(Signature Class::*... /*operation*/)
     return true;
 }
 
+// --- exports, and what the host drives ---
+
 HOLDS(int(), &NET_DEV_DECODERDEVSDK_Initial);
 HOLDS(void(), &NET_DEV_DECODERDEVSDK_Quit);
 
@@ -83,6 +85,8 @@ static_assert(std::is_base_of_v<CNetProtocolProcDevice, Facade> &&
               std::is_abstract_v<CNetProtocolProcDevice>);
 static_assert(sizeof(CNetProtocolProcDevice) == sizeof(CNetProtocolProc));
 
+// --- frames ---
+
 using Routine = unsigned int (*)(tagNET_PACKETTYPE, const char*, unsigned long, void*);
 using Frames = CNetPacketProcTWDECODERDev;
 HOLDS(bool(Routine, void*), &Frames::Initial);
@@ -98,6 +102,8 @@ HOLDS(bool(unsigned long), &CNetPacketNew::HaveData, &CNetPacketNew::TruncateFro
 HOLDS(bool(char*, unsigned long), &CNetPacketNew::GetPacketHead);
 HOLDS(char*(unsigned long), &CNetPacketNew::GetPacket);
 HOLDS(void(const char*), &CNetPacketNew::ReleasePack);
+
+// --- the session ---
 
 using Session = CNetProtocolProcTWDECODERDevImp;
 using Handler = void(CCmdProcObject*, char*, unsigned int);
@@ -137,6 +143,8 @@ HOLDS(void(), &DevReplyMessage::ClearData);
 static_assert(std::is_constructible_v<CCmdProcParamMTvwall, CCmdProcParam*, const char*, unsigned long>);
 HOLDS(GUID(), &NET_COMM_GetCurrentAppNodeID);
 
+// --- crypto ---
+
 HOLDS(void(const void*, unsigned int, char*), &tdcrypto::Sha265_String);
 HOLDS(string(const string&, const string&), &tdcrypto::RsaPubEncrypt, &tdcrypto::RsaPriDecrypt);
 HOLDS(int(const unsigned char*, unsigned long, string&), &tdcrypto::Base64Encode);
@@ -149,6 +157,8 @@ HOLDS(bool(const string&, const char*, string&), &tdcrypto::AesDataEncrypt, &tdc
 HOLDS(void(unsigned char*, int, unsigned char*, int), &CEncryptXOR::Encrypt, &CEncryptXOR::Decrypt);
 static_assert(std::is_polymorphic_v<CEncryptXOR> && sizeof(CEncryptXOR) == sizeof(void*));
 HOLDS(void(const void*, int, char*, bool), &PUB_MD5Encrypt);
+
+// --- records ---
 
 template <class Record>
 struct Encoded : Operations<unsigned int(char*&), &Record::GetData>,
@@ -173,6 +183,8 @@ HOLDS(bool(const unsigned int&), &IsNeedNotifyFresh);
 HOLDS(bool(const string&, std::vector<BYTE>&, uint32_t&, uint32_t), &ReadFile);
 HOLDS(bool(const string&, const BYTE*, uint32_t, uint32_t), &WriteFile);
 
+// --- the XML document ---
+
 using Xml = CMarkupSTL;
 static_assert(std::is_default_constructible_v<Xml> &&
               std::is_constructible_v<Xml, const char*, unsigned int>);
@@ -186,6 +198,8 @@ HOLDS(bool(), &Xml::IntoElem, &Xml::OutOfElem, &Xml::IsWellFormed);
 HOLDS(bool(const char*), &Xml::FindElem);
 HOLDS(string(), &Xml::GetData, &Xml::GetTagName);
 HOLDS(void(), &Xml::ResetPos);
+
+// --- platform and type codes ---
 
 static_assert(std::is_default_constructible_v<CLock> && std::is_constructible_v<CLock, bool>);
 HOLDS(void(), &CLock::Lock, &CLock::Unlock);

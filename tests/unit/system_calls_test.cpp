@@ -254,7 +254,7 @@ TEST(SystemCallsTest, FilesAreReadAndWrittenWholeAndClosed)
         {reads, "abcdefghij", {}, "open /f 0, size, read 10, close 7"},
         {reads,
          "abcdefghij",
-         {0, 0, -7, EINTR, -6},
+         {0, 0, -7, EINTR, -6}, // three bytes, one and six
          "open /f 0, size, read 10, read 7, read 7, read 6, close 7"},
         {reads, "a", {0, 0, -9, -9}, "open /f 0, size, read 10, read 9, close 7"},
         {reads, "", {0, 0, -10}, "open /f 0, size, read 10, close 7"},
