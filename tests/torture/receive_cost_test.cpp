@@ -32,9 +32,8 @@ long MostTaken(long n, long copies)
 
 TEST(ReceiveCostTest, AMessageTakesAndKeepsAFewTimesItsSize)
 {
-    constexpr size_t kLargest = 8U << 20U;
-    for (const size_t len :
-         {size_t{600}, size_t{4096}, size_t{50'000}, size_t{196'605}, size_t{262'144}, kLargest}) {
+    constexpr unsigned int kLargest = 8U << 20U;
+    for (const unsigned int len : {600U, 4096U, 50'000U, 196'605U, 262'144U, kLargest}) {
         for (const HeavyMessage& message : HeavyMessages(len)) {
             for (int mode = len == kLargest ? 3 : 0; mode <= 3; ++mode) { // the largest in one mode
                 const long copies = 1 + mode % 2;
