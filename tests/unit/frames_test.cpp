@@ -19,6 +19,7 @@ protected:
     FramesTest()
     {
         fake_host::Reset();
+        EXPECT_TRUE(parser.Initial(nullptr, &parser)); // the last one counts
         EXPECT_TRUE(parser.Initial(&FramesTest::Deliver, this));
     }
 

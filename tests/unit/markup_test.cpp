@@ -141,6 +141,7 @@ TEST(Markup, RefusedOperationsLeaveDocumentAndCursor)
     EXPECT_FALSE(doc.AddElem(endTagTooLong.c_str(), "1"));
     EXPECT_FALSE(doc.AddElem(std::string(1 << 20, 'n').c_str()));
     EXPECT_TRUE(doc.IntoElem());
+    EXPECT_EQ(doc.GetData(), ""); // at no element yet
     CElemScope(doc, "");
     EXPECT_TRUE(doc.OutOfElem());
     EXPECT_FALSE(doc.FindElem("a"));

@@ -183,26 +183,5 @@ TEST_F(Page, TellsTheLatestRequestsAndRepliesWithoutCredentials)
     EXPECT_TRUE(ask(2).starts_with("HTTP/1.1 200 "));
 }
 
-TEST_F(Page, LargeUpdatesComeLessOften)
-{
-    auto follower = Send("GET /events HTTP/1.1\r\nHost: localhost\r\n\r\n");
-    const auto next = [&follower] {
-        std::string line;
-        while (std::getline(follower, line) && line != "event: inputs") {
-        }
-        std::getline(follower, line);
-        return line.size();
-    };
-    const auto turn = [this] { device->TurnChannels(); };
-    next(); // what a new page is told
-    const auto begin = std::chrono::steady_clock::now();
-    OnDevice(turn);
-    const std::size_t size = next();
-    OnDevice(turn);
-    EXPECT_EQ(next(), size - 4096); // "false" has become "true"
-    EXPECT_GT(size, 1000000U);
-    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(size / 1000));
-}
-
 } // namespace
 } // namespace simulated_decoder

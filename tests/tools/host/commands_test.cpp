@@ -56,18 +56,6 @@ TEST(HostAnswers, AreReadableWhateverTheyHold)
     }
 }
 
-TEST(HostAnswers, SayHowLongThereWasNoReply)
-{
-    const auto text = [](std::optional<HostAnswer> answer, int ms) {
-        const std::chrono::milliseconds waited(ms);
-        return ReadEnding(Parse("wall clear"), {answer, {true, "dowallclear", {}, waited}, false, false}, {})
-            .text;
-    };
-    EXPECT_EQ(text(HostAnswer{HostAnswer::Kind::Failure, 0x2000000F, {}}, 30'040),
-              "timeout (0x2000000F); no reply in 30 s");
-    EXPECT_EQ(text({}, 1'460), "no reply in 1.5 s");
-}
-
 TEST(MemPool, RefusesWhatAnUnfinishedMessageTakesBeyondItsLimit)
 {
     const std::string block(MemPool::kMaxBytes / 2, 'x');
