@@ -141,7 +141,6 @@ TEST(Markup, RefusedOperationsLeaveDocumentAndCursor)
     EXPECT_FALSE(doc.AddElem(endTagTooLong.c_str(), "1"));
     EXPECT_FALSE(doc.AddElem(std::string(1 << 20, 'n').c_str()));
     EXPECT_TRUE(doc.IntoElem());
-    EXPECT_EQ(doc.GetData(), ""); // at no element yet
     CElemScope(doc, "");
     EXPECT_TRUE(doc.OutOfElem());
     EXPECT_FALSE(doc.FindElem("a"));
@@ -232,6 +231,8 @@ TEST(Markup, ReadsTheDataOfAnElement)
     EXPECT_EQ(DataOf(" <![CDATA[x]]>\n<!--c--> "), "x"); // whitespace is a node of its own kind
     EXPECT_EQ(DataOf(" \n"), " \n");
     EXPECT_EQ(At("<x><y>1</x>", {"x", "y"}).GetData(), ""); // no end tag, no data
+    CMarkupSTL inside = At("<x>1</x>", {"x"});
+    EXPECT_TRUE(inside.IntoElem() && inside.GetData().empty()); // at no element yet
 }
 
 TEST(Markup, UnescapesReferences)

@@ -52,10 +52,10 @@ TEST(MessageHead, NestsOfAnyShapeLeaveTheHeadOfTheDocument)
     const auto below = [&random](size_t n) { return random() % n; };
     for (int round = 0; round < 400; ++round) {
         std::string text = "<td_command><td_header>";
-        const size_t deepest = 1 + below(300);
+        const size_t deepest = 1 + below(600);
         std::vector<std::string> open;
         for (size_t down = deepest; down > 0 || !open.empty();) {
-            if (down > 0 && (open.empty() || below(8) != 0)) {
+            if (down > 0 && (open.empty() || below(16) != 0)) {
                 open.emplace_back(names[below(std::size(names))] + std::string(below(20) / 19 * 300, 'x') +
                                   (below(2) == 0 ? "" : std::to_string(below(100))));
                 text += "<" + open.back() + ">";
