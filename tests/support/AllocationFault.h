@@ -37,7 +37,7 @@ inline bool Disarm()
 }
 
 // While they are watched, no block of the plug-in may hold one of the secrets when it is freed.
-inline std::array<std::string_view, 5> g_secrets; // set before the first watch; empty ones are not looked for
+inline std::array<std::string_view, 4> g_secrets; // set before the first watch; empty ones are not looked for
 inline std::atomic<bool> g_watched = false;
 inline std::atomic<long> g_unwiped = 0; // blocks that held one all the same
 
