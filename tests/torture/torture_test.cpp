@@ -28,10 +28,10 @@ namespace {
 
 constexpr int kPollsOfATimeout = 300;
 
-// In the samples. The login's password begins another; its digest is there as text and as bytes.
+// In the samples, with the digest of the login's password.
 constexpr std::array<std::string_view, 4> kSecrets = {
-    "secret", kSourceUser, "2BB80D537B1DA3E38BD30361AA855686BDE0EACD7162FEF6A25FE97BF527A25B",
-    "\x2B\xB8\x0D\x53\x7B\x1D\xA3"};
+    kSourcePassword, kSourceUser, "secret",
+    "2BB80D537B1DA3E38BD30361AA855686BDE0EACD7162FEF6A25FE97BF527A25B"};
 
 bool IsLogin(const CommandSample& sample) { return sample.cmdID == 0x101; }
 
