@@ -15,7 +15,6 @@
 
 #include "AllocationFault.h"
 #include "CommandSamples.h"
-#include "Crypto/tdcrypto.h"
 #include "FakeCommand.h"
 #include "FakeNode.h"
 #include "HostCalls.h"
@@ -340,16 +339,6 @@ TEST(SecretsTest, TheStackKeepsNone)
             EXPECT_EQ(session.Run(CommandSampleOf(name)), CommandSampleOf(name).Answer());
             check();
         }
-        std::string text(99, 'x');
-        const auto further = [](auto operation) { // down the stack than what the check itself calls
-            std::array<char, 8192> distance{};
-            operation();
-            return distance[0];
-        };
-        further([&] { tdcrypto::AesCbcEncrypt(text.data(), 99, kSourcePassword, text); });
-        check();
-        further([&] { tdcrypto::Sha265_String("secret", 6, text.data()); });
-        check();
         return nullptr;
     };
     pthread_attr_t attributes;
