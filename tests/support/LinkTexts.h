@@ -5,12 +5,16 @@
 #include <string>
 #include <type_traits>
 
+// --- the decoder's texts ---
+
 std::string Frame(const std::string& payload);
 // <td_command> with url, seq, errorcode, the header's tail and the body.
 std::string ReplyText(const std::string& url, const std::string& seq, const std::string& errorcode = "0",
                       const std::string& headerTail = "", const std::string& body = "");
 // The text between <name> and </name>, "" for <name/>, "?" when neither is there.
 std::string Element(const std::string& xml, const std::string& name);
+
+// --- the plug-in's requests ---
 
 // An element text as it goes over the link, from one without line breaks.
 std::string Lines(std::string text);
@@ -47,6 +51,8 @@ inline std::string WindowItem(long id, const std::string& subItems)
 
 // n times the same text.
 std::string Repeat(const std::string& text, size_t n);
+
+// --- the host's bytes ---
 
 // A text field, filled up with zeros.
 std::string Field(const std::string& text, size_t size);

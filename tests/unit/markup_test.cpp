@@ -114,8 +114,8 @@ TEST(Markup, AddsWhereTheCursorStands)
         CMarkupSTL again = At(result, {});
         const std::string outline = Outline(doc);
         EXPECT_TRUE(!again.IsWellFormed() || outline == Outline(again)) << result << outline;
-        for (CMarkupSTL* each :
-             {&doc, &again}) { // what comes next goes to the end, in the text and in the index
+        // What comes next goes to the end, in the text and in the index.
+        for (CMarkupSTL* each : {&doc, &again}) {
             each->ResetPos();
             EXPECT_TRUE(each->FindElem() && each->IntoElem() && each->AddElem("y"));
             each->ResetPos();

@@ -320,6 +320,8 @@ TEST(TwoOpinions, OnEveryCommand)
     }
 }
 
+// --- answers ---
+
 // Cut everywhere, an answer is whole for both or for neither, and says the same.
 template <class Value>
 void SameAnswer(const AnswerForm& form, const Record& answer,
