@@ -1,7 +1,8 @@
 #include "Link/DeviceReply.h"
 
-CDeviceReply::CDeviceReply(std::string_view text, size_t nBeside) : m_xml(text.data(), text.size(), nBeside)
+void CDeviceReply::Open(std::string_view text, size_t nBeside)
 {
+    m_xml.Parse(text.data(), text.size(), nBeside);
 }
 
 unsigned int CDeviceReply::ErrorCode() const

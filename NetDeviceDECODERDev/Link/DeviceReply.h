@@ -16,7 +16,9 @@ public:
 
     // Copies what it needs from the text; nBeside bytes of other messages are held meanwhile. Throws nothing
     // but std::bad_alloc.
-    explicit CDeviceReply(std::string_view text, size_t nBeside = 0);
+    void Open(std::string_view text, size_t nBeside);
+    // Forgets it. True when the memory that reading it took is kept for the next one.
+    bool Close() { return m_xml.Clear(); }
 
     // The decoder's error code: 0 is success, and also stands for a reply without one.
     unsigned int ErrorCode() const;

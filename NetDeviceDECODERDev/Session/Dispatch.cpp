@@ -47,6 +47,7 @@ public:
     }
     ~CRunningScope()
     {
+        m_session.CloseReply();
         if (m_command.pOuter == nullptr) {
             m_session.m_replyHandOver.Close();
         }

@@ -90,9 +90,8 @@ bool CNetProtocolProcTWDECODERDevImp::WaitProc(unsigned int cmdID, unsigned int 
 CNetProtocolProcTWDECODERDevImp::E_Exchange
 CNetProtocolProcTWDECODERDevImp::SendAndWait(const CDeviceRequest& request, E_SendCheck sendCheck)
 {
+    CloseReply();
     S_RunningCommand& running = Running();
-    running.pReply.reset();
-    running.pOpenReply.reset();
     if (running.bGivenUp) {
         return E_Exchange::NoReply;
     }
@@ -137,13 +136,18 @@ const CDeviceReply& CNetProtocolProcTWDECODERDevImp::Reply()
     S_RunningCommand& running = Running();
     if (!running.pOpenReply) {
         const size_t nBeside = running.pReply ? running.pReply->nBeside : 0;
-        running.pOpenReply = std::make_unique<CDeviceReply>(ReplyText(), nBeside);
+        running.pOpenReply = m_pSpareReply ? std::move(m_pSpareReply) : std::make_unique<CDeviceReply>();
+        running.pOpenReply->Open(ReplyText(), nBeside);
     }
     return *running.pOpenReply;
 }
 
 void CNetProtocolProcTWDECODERDevImp::CloseReply()
 {
-    Running().pOpenReply.reset();
-    Running().pReply.reset();
+    S_RunningCommand& running = Running();
+    if (running.pOpenReply && running.pOpenReply->Close()) {
+        m_pSpareReply = std::move(running.pOpenReply);
+    }
+    running.pOpenReply.reset();
+    running.pReply.reset();
 }

@@ -135,7 +135,7 @@ private:
     std::string_view ReplyText() const;
     // The same, opened for reading; parsed once.
     const CDeviceReply& Reply();
-    // Frees the reply; for handlers that have read all of it.
+    // Frees the reply: before the next exchange, at the command's end, or once a handler has read all of it.
     void CloseReply();
 
     // Enciphers credentials of the running command under a PKCS#1 public key until the session is stopped.
@@ -241,6 +241,7 @@ private:
     bool m_sendOptin = false;      // between the start of "dooption" and the start of "dologin"
 
     std::unique_ptr<CMarkupSTL> m_pSpareDocument; // of the last large request; worker only
+    std::unique_ptr<CDeviceReply> m_pSpareReply;  // of the last large reply, closed; worker only
 
     CReplyHandOver m_replyHandOver;
     S_RunningCommand* m_pRunning = nullptr; // the innermost one; null while none runs

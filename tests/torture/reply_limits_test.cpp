@@ -93,6 +93,23 @@ TEST_F(ReplyLimitsTest, OnlyTheBufferOfMessagesHoldsALayoutWhileItIsAnswered)
     EXPECT_LT(Held(), kLen + kLen / 2);
 }
 
+TEST_F(ReplyLimitsTest, ALargeReplyIsReadInTheMemoryOfTheOneBeforeAndAnyOtherFreesIt)
+{
+    constexpr long kNodes = 100L * 10000;
+    const std::string large = Repeat("<a/>", 10000);
+    for (const std::string& other : {std::string(), Repeat("<a/>", 100000)}) {
+        EXPECT_NE(Ask("GetBasicCfg", other), 0U);
+        const long live = allocation_fault::LiveBytes();
+        EXPECT_NE(Ask("GetBasicCfg", large), 0U);
+        EXPECT_GT(Taken(), kNodes);
+        EXPECT_NE(Ask("GetBasicCfg", large), 0U);
+        EXPECT_LT(Taken(), kNodes / 2);
+        EXPECT_GT(allocation_fault::LiveBytes(), live + kNodes);
+        EXPECT_NE(Ask("GetBasicCfg", other), 0U);
+        EXPECT_LT(allocation_fault::LiveBytes(), live + kNodes / 4);
+    }
+}
+
 TEST_F(ReplyLimitsTest, AnotherMessageThatIsKeptCountsToo)
 {
     const std::string body = Elem("devicename", std::string(44000000, 'x'));

@@ -112,6 +112,13 @@ TEST_F(CryptoTest, WhatThePublicKeyEnciphersThePrivateKeyReads)
     const std::unique_ptr<BIO, decltype(&BIO_free)> pem(BIO_new_mem_buf(keys[1].data(), -1), BIO_free);
     const std::unique_ptr<RSA, decltype(&RSA_free)> key(
         PEM_read_bio_RSAPrivateKey(pem.get(), nullptr, nullptr, nullptr), RSA_free);
+    const std::unique_ptr<BIO, decltype(&BIO_free)> locked(BIO_new(BIO_s_mem()), BIO_free);
+    unsigned char passphrase = 0; // an empty one
+    PEM_write_bio_RSAPrivateKey(locked.get(), key.get(), EVP_aes_128_cbc(), &passphrase, 0, nullptr, nullptr);
+    const char* lockedText = nullptr;
+    const auto lockedLen = static_cast<size_t>(BIO_get_mem_data(locked.get(), &lockedText));
+    EXPECT_GT(lockedLen, keys[1].size());
+    EXPECT_EQ(RsaPriDecrypt(RsaPubEncrypt("x", keys[0]), {lockedText, lockedLen}), "");
     EXPECT_EQ(
         RSA_private_decrypt(96, BytesOf(cipher), BytesOf<unsigned char>(plain), key.get(), RSA_PKCS1_PADDING),
         5);

@@ -23,7 +23,7 @@ TEST(PathReader, ReadsByPathByPositionAndBySibling)
     CVTXMLParse reader;
     ASSERT_TRUE(Parses(
         reader, "<?xml version=\"1.0\"?><msg><!-- c --><head><token><![CDATA[a<b]]></token></head>"
-                "<body>text<item><id>1</id><!-- c --><name>a&lt;&#x4e2d;</name></item> "
+                "<body>text<item><!-- c -->t<id>1</id><!-- c --><name>a&lt;&#x4e2d;</name></item> "
                 "<other><id>3</id></other><item><mixed><b/>late</mixed><id>5</id></item></body></msg>"));
     EXPECT_EQ(reader.GetValueStr("msg/head/token"), "a<b");
     EXPECT_EQ(reader.GetValueStr("head/token"), "") << "an absolute path starts with the root element";
@@ -116,4 +116,9 @@ TEST(XmlCost, CountsTheNodesOfATextAndItsCopies)
     EXPECT_TRUE(reader.Parse("<a/>", 4, xml_cost::LIMIT - elem - 12) && reader.Spare() == 0);
     EXPECT_FALSE(reader.Parse("<a/>", 4, xml_cost::LIMIT - elem - 11) || reader.IsParsed());
     EXPECT_EQ(reader.GetFirstItem("a"), nullptr);
+    for (const uint64_t cost : {(128 << 10) - 1, 128 << 10, 16 << 20, (16 << 20) + 1}) { // two keep memory
+        EXPECT_TRUE(reader.Parse("<a/>", 4, cost - xml_cost::Estimate("<a/>", 4, 0)));
+        EXPECT_EQ(reader.Clear(), cost >= 128 << 10 && cost <= 16 << 20) << cost;
+        EXPECT_TRUE(!reader.IsParsed() && reader.GetFirstItem("a") == nullptr);
+    }
 }

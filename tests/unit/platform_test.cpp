@@ -11,6 +11,7 @@
 #include "AtomicAccess.h"
 #include "Interlocked.h"
 #include "Lock.h"
+#include "Mutex.h"
 #include "PFTime.h"
 #include "SysHelper.h"
 #include "TypeCheck.h"
@@ -107,12 +108,16 @@ TEST(PlatformTest, CountersAreAtomicAndAStorePublishesWhatWasWrittenBefore)
     EXPECT_EQ(counter.SetValue(0), 12);
     std::string text;
     const char* published = nullptr;
+    CMutex mutex;
+    int guarded = 0;
     RunThreads(4, [&] {
         arrived.ExchangeAdd(1);
         while (arrived < 4) { // all at once
         }
         for (int i = 0; i < 100'000; ++i) {
             counter.Increment();
+            const TMutexGuard lock(mutex);
+            ++guarded;
         }
         if (running.Decrement() == 0) { // true for one thread alone
             text = "reply";
@@ -124,6 +129,7 @@ TEST(PlatformTest, CountersAreAtomicAndAStorePublishesWhatWasWrittenBefore)
         EXPECT_EQ(text, "reply");
     });
     EXPECT_EQ(counter.Increment(), 400'001);
+    EXPECT_EQ(guarded, 400'000);
 }
 
 TEST(PlatformTest, AWipedValueIsWipedWhole)

@@ -155,10 +155,11 @@ TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
     S_MTvw_Wall_Basic_Config basic; // its name takes the rest
     EXPECT_EQ(Encode(basic), std::string(24, '\0'));
     const std::string head = Bytes().Text(std::string(16, 'g')).U32(4).U32(-1UL);
-    for (size_t n = 0; n <= head.size() + 4; ++n) {
-        EXPECT_EQ(Decode(basic, (head + "name").substr(0, n)), n >= head.size());
+    const std::string whole = head + std::string("n\0me", 4);
+    for (size_t n = 0; n <= whole.size(); ++n) {
+        EXPECT_EQ(Decode(basic, whole.substr(0, n)), n >= head.size());
     }
-    EXPECT_EQ(Encode(basic), head + "name");
+    EXPECT_EQ(Encode(basic), whole);
     basic.ClearData();
     EXPECT_EQ(Encode(basic), std::string(24, '\0'));
     EXPECT_EQ(Dumped<S_MTvw_Wall_Basic_Config>(head + "name"),
@@ -256,6 +257,10 @@ TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
     EXPECT_EQ(fake_host::Logs().front().text, std::string(4095, 'x'));
     char* none = nullptr;
     EXPECT_EQ(S_MTvw_Wall_Basic_Config().GetData(none), 0U);
+    char room[5];
+    CRecordWriter writer(room, sizeof(room));
+    writer.Plain(uint32_t{1}, uint32_t{2}, uint8_t{3});
+    EXPECT_EQ(writer.GetLength(), 4U) << "what does not fit is left out, and all after it";
     char field[] = {'o', 'l', 'd', '!'};
     SetFieldText(field, "x");
     EXPECT_EQ(std::string(field, 4), std::string("x\0\0\0", 4));

@@ -246,7 +246,7 @@ TEST_F(SessionTest, NotificationsReachTheHostWithTheLengthOfTheLastRequest)
     const auto requestLen = static_cast<unsigned int>(node.frames.back().size());
     for (const auto& [url, type] :
          {std::pair("notifychannelchange", 0x60000U), {"notifychannelstate", 0x60001U}}) {
-        const std::string text = ReplyText(url, "77", "0", "", std::string(3000, 'x'));
+        const std::string text = ReplyText(url, "77", "0", "", std::string(70000, 'x'));
         node.notifications.clear();
         Receive(Frame(text));
         ASSERT_EQ(node.notifications.size(), 1U) << url;

@@ -59,14 +59,20 @@ const char* TextOf(CVTXMLParse::Item item)
     return szText == nullptr ? "" : szText;
 }
 
+// Whether a text of this cost leaves its memory to the next one: not a small text, which needs little, and
+// not one that no wall is large enough for.
+bool IsKept(uint64_t nCost)
+{
+    constexpr uint64_t KEPT_FROM = uint64_t{128} << 10U;
+    constexpr uint64_t KEPT_UP_TO = uint64_t{16} << 20U;
+    return nCost >= KEPT_FROM && nCost <= KEPT_UP_TO;
+}
+
 } // namespace
 
-CVTXMLParse::CVTXMLParse() : m_pDocument(std::make_unique<tinyxml2::XMLDocument>()) {}
+CVTXMLParse::CVTXMLParse() = default;
 
-CVTXMLParse::CVTXMLParse(const char* pText, size_t nLen, size_t nBeside) : CVTXMLParse()
-{
-    Parse(pText, nLen, nBeside);
-}
+CVTXMLParse::CVTXMLParse(const char* pText, size_t nLen, size_t nBeside) { Parse(pText, nLen, nBeside); }
 
 CVTXMLParse::~CVTXMLParse() = default;
 
@@ -75,15 +81,31 @@ bool CVTXMLParse::Parse(const char* pText, size_t nLen, size_t nBeside)
     std::string_view text(pText, pText == nullptr ? 0 : nLen);
     text = text.substr(0, text.find('\0')); // the library would copy what it does not read
     const uint64_t nCost = xml_cost::Estimate(text, nLen, nBeside);
+    m_bParsed = false;
+    if (!IsKept(nCost)) {
+        m_pDocument.reset();
+    }
     if (nCost > xml_cost::LIMIT) {
-        m_pDocument->Clear();
-        m_bParsed = false;
         return false;
+    }
+    if (!m_pDocument) {
+        m_pDocument = std::make_unique<tinyxml2::XMLDocument>();
     }
     m_nSpare = xml_cost::LIMIT - nCost;
     m_bParsed = m_pDocument->Parse(text.data(), text.size()) == tinyxml2::XML_SUCCESS &&
                 m_pDocument->RootElement() != nullptr;
     return m_bParsed;
+}
+
+bool CVTXMLParse::Clear()
+{
+    m_bParsed = false;
+    if (!m_pDocument || !IsKept(xml_cost::LIMIT - m_nSpare)) {
+        m_pDocument.reset();
+        return false;
+    }
+    m_pDocument->Clear();
+    return true;
 }
 
 CVTXMLParse::Item CVTXMLParse::GetFirstItem(const char* szPath) const

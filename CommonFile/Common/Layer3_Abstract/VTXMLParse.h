@@ -29,6 +29,9 @@ public:
     // follows, or would take too much memory or time (XmlCost.h), with nBeside bytes of the memory taken
     // already. Throws nothing but std::bad_alloc.
     bool Parse(const char* pText, size_t nLen, size_t nBeside = 0);
+    // Forgets the text. True when the memory of its nodes is kept for the next one, which frees it unless it
+    // is of some size, too: the estimate for both (XmlCost.h) is between 128 KiB and 16 MiB.
+    bool Clear();
     // The result of the last Parse: tells a message that lacks an element from a text that is not XML at all.
     bool IsParsed() const { return m_bParsed; }
 
@@ -53,7 +56,7 @@ public:
     const char* GetText(Item item, const char* szPath = "") const;
 
 private:
-    std::unique_ptr<tinyxml2::XMLDocument> m_pDocument;
+    std::unique_ptr<tinyxml2::XMLDocument> m_pDocument; // null when there is nothing to read
     uint64_t m_nSpare = 0;
     bool m_bParsed = false;
 };
