@@ -120,5 +120,6 @@ TEST(XmlCost, CountsTheNodesOfATextAndItsCopies)
         EXPECT_TRUE(reader.Parse("<a/>", 4, cost - xml_cost::Estimate("<a/>", 4, 0)));
         EXPECT_EQ(reader.Clear(), cost >= 128 << 10 && cost <= 16 << 20) << cost;
         EXPECT_TRUE(!reader.IsParsed() && reader.GetFirstItem("a") == nullptr);
+        EXPECT_FALSE(reader.Parse("<a", 2, 1 << 20) || reader.Clear());
     }
 }

@@ -99,13 +99,10 @@ bool CVTXMLParse::Parse(const char* pText, size_t nLen, size_t nBeside)
 
 bool CVTXMLParse::Clear()
 {
+    const bool bKept = m_bParsed && IsKept(xml_cost::LIMIT - m_nSpare);
+    bKept ? m_pDocument->Clear() : m_pDocument.reset();
     m_bParsed = false;
-    if (!m_pDocument || !IsKept(xml_cost::LIMIT - m_nSpare)) {
-        m_pDocument.reset();
-        return false;
-    }
-    m_pDocument->Clear();
-    return true;
+    return bKept;
 }
 
 CVTXMLParse::Item CVTXMLParse::GetFirstItem(const char* szPath) const
