@@ -100,8 +100,12 @@ bool CVTXMLParse::Parse(const char* pText, size_t nLen, size_t nBeside)
 bool CVTXMLParse::Clear()
 {
     const bool bKept = m_bParsed && IsKept(xml_cost::LIMIT - m_nSpare);
-    bKept ? m_pDocument->Clear() : m_pDocument.reset();
     m_bParsed = false;
+    if (bKept) {
+        m_pDocument->Clear();
+    } else {
+        m_pDocument.reset();
+    }
     return bKept;
 }
 
