@@ -426,15 +426,10 @@ void CompareDeviceAnswers(Draw& draw)
                                                   {"dataVersion", value.dataVersion}};
                                 });
     const std::string name = draw.Text(300);
-    SameAnswer<kit::BasicConfig>(kBasicConfigForm,
-                                 ByteWriter()
-                                     .Append(Head(0x50002))
-                                     .Zeros(16)
-                                     .U32(draw.Of<uint32_t>())
-                                     .U32(draw.Of<uint32_t>())
-                                     .Text(name, name.size())
-                                     .Take(),
-                                 kit::ReadBasicConfig, [](const kit::BasicConfig& value) {
+    ByteWriter basic = ByteWriter().Append(Head(0x50002)).Zeros(16);
+    basic.U32(draw.Of<uint32_t>()).U32(draw.Of<uint32_t>()).Text(name, name.size());
+    SameAnswer<kit::BasicConfig>(kBasicConfigForm, basic.Take(), kit::ReadBasicConfig,
+                                 [](const kit::BasicConfig& value) {
                                      return Fields{{"wall", GuidText({})},
                                                    {"identity", value.identity},
                                                    {"runMode", value.runMode},
