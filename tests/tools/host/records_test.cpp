@@ -151,17 +151,9 @@ std::pair<kit::Source, Media> DrawSource(Draw& draw)
     } else if (draw.Flag()) {
         channel = media.channel = draw.Guid();
     }
-    return {{media.address,
-             media.port,
-             channel,
-             media.user,
-             media.password,
-             media.type,
-             {},
-             media.streamType,
-             media.begin,
-             media.end},
-            media};
+    const kit::Source source{media.address, media.port, channel,          media.user,  media.password,
+                             media.type,    {},         media.streamType, media.begin, media.end};
+    return {source, media};
 }
 
 void CompareWindows(Draw& draw)
