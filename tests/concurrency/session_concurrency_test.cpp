@@ -143,7 +143,7 @@ std::string Notification(size_t len)
                  "</td_body></td_command>");
 }
 
-std::function<void()> g_onLastingWait; // runs when a wait for an event begins that is not signalled
+std::function<void()> g_onLastingWait; // runs when an endless wait for an event begins that is not signalled
 std::function<void()> g_onOpen;        // runs before the messages of a command begin to be kept
 std::function<void()> g_onEncipher;    // runs before each encipherment under a public key
 std::function<void()> g_onFutex;       // runs before an atomic value is waited for, or a waiter woken
@@ -163,7 +163,7 @@ std::function<void()> g_onFutex;       // runs before an atomic value is waited 
     }
 
 TVWALL_WRAPPED(unsigned int, Wait, "_ZNK8CMyEvent9WaitEventEj", (const CMyEvent* event, unsigned int ms),
-               (event, ms), RealWait(event, 0) == WAIT_TIMED_OUT, g_onLastingWait)
+               (event, ms), ms == 0xFFFFFFFF && RealWait(event, 0) == WAIT_TIMED_OUT, g_onLastingWait)
 TVWALL_WRAPPED(void, Open, "_ZN14CReplyHandOver4OpenEv", (CReplyHandOver * handOver), (handOver), true,
                g_onOpen)
 TVWALL_WRAPPED(int, Encipher, "RSA_public_encrypt",

@@ -55,6 +55,9 @@ std::string SwitchesText(long border, long showID, const std::string& operation)
            '\0';
 }
 
+const std::string kAddress = "10.0.0.<1> fills it to the end!!"; // its field
+const std::string kSentAddress = "10.0.0.&lt;1&gt; fills it to the end!!";
+
 // One sub-window with one stream.
 std::string Media()
 {
@@ -64,13 +67,13 @@ std::string Media()
 
 const std::string kWall(16, 'W'); // its GUID
 
-// A group whose name fills its field.
-const std::string kGroupName(256, 'n');
-std::string Group() { return GroupRecord(kWall, -7UL, 0xFFFFFFFF, 0x80000000, kGroupName, "1,2,3 & <4>"); }
+// A group whose texts fill their fields.
+const std::string kGroupName(256, 'n'), kChannels = "1,2,3,4,5 & <16>";
+std::string Group() { return GroupRecord(kWall, -7UL, 0xFFFFFFFF, 0x80000000, kGroupName, kChannels); }
 
-const std::string kGroup = Body(
-    Elem("channelgroup", Elem("id", -7) + Elem("name", kGroupName) + Elem("channelnum", 4294967295) +
-                             Elem("interval", 2147483648) + Elem("td_channellist", "1,2,3 &amp; &lt;4&gt;")));
+const std::string kGroup = Body(Elem(
+    "channelgroup", Elem("id", -7) + Elem("name", kGroupName) + Elem("channelnum", 4294967295) +
+                        Elem("interval", 2147483648) + Elem("td_channellist", "1,2,3,4,5 &amp; &lt;16&gt;")));
 
 std::string Sound() { return Guids().U32(1).U32(-3UL).U32(1).U32(-6UL).U32(-5UL); }
 
@@ -197,16 +200,15 @@ std::string StreamRecord(const std::string& guid, unsigned long channel, const s
                          const std::string& pwd, const std::string& gap)
 {
     Bytes media = Bytes().U32(channel).Text(guid).U32(-1UL).U32(-2UL).U32(-3UL).U32(-4UL).U32(0x80000000);
-    media.U32(-6UL).Text(gap).U32(-1UL).U32(-1UL).U32(7).U32(1).Text(Field("10.0.0.<1>", 32));
+    media.U32(-6UL).Text(gap).U32(-1UL).U32(-1UL).U32(7).U32(1).Text(Field(kAddress, 32));
     return media.Text(Field(user, 256)).Text(Field(pwd, 256));
 }
 
 std::string StreamElements(const std::string& channel, const std::string& user, const std::string& pwd)
 {
-    return Elem("type", -1) + Elem("reqmode", -2) + Elem("addr", "10.0.0.&lt;1&gt;") + Elem("port", -3) +
-           channel + Elem("user", user) + Elem("pwd", pwd) + Elem("begintime", -1) +
-           Elem("endtime", 4294967303) + Elem("streamtype", -4) + Elem("recordmask", 2147483648) +
-           Elem("source", -6);
+    return Elem("type", -1) + Elem("reqmode", -2) + Elem("addr", kSentAddress) + Elem("port", -3) + channel +
+           Elem("user", user) + Elem("pwd", pwd) + Elem("begintime", -1) + Elem("endtime", 4294967303) +
+           Elem("streamtype", -4) + Elem("recordmask", 2147483648) + Elem("source", -6);
 }
 
 std::string WallWindowRecord(unsigned int id, unsigned long subWindows)
@@ -223,14 +225,14 @@ std::string WallWindowItem(const std::string& id, const std::string& subItems)
 std::string WallStreamRecord(const std::string& guid, unsigned long channel, unsigned int reqMode)
 {
     Bytes media =
-        Bytes().U16(0xFFFF).U16(65527).U16(60000).U16(reqMode).U16(50000).Text("gp").U32(-1UL).U32(2);
-    media.U32(-8UL).Text(guid).Text(Field("10.0.0.1", 32));
+        Bytes().U16(0xFFFF).U16(65527).U16(60000).U16(reqMode).U16(50000).Text("gp").U32(-1UL).U32(-2UL);
+    media.U32(-8UL).Text(guid).Text(Field(kAddress, 32));
     return media.Text(Field(kSourceUser, 256)).Text(Field(kSourcePassword, 256)).U32(channel);
 }
 
 std::string WallStreamItem(const std::string& channelid, int reqMode)
 {
-    const std::string media = Elem("type", 60000) + Elem("reqmode", reqMode) + Elem("addr", "10.0.0.1") +
+    const std::string media = Elem("type", 60000) + Elem("reqmode", reqMode) + Elem("addr", kSentAddress) +
                               Elem("port", 50000) + Elem("channelid", channelid) + Elem("user", kSourceUser) +
                               Elem("pwd", kSourcePassword) + Elem("streamtype", 4294967288);
     return Item(Elem("index", 65535) + Elem("osdid", 65527) +

@@ -76,7 +76,8 @@ int CountLogs(LogLevel level, const std::string& source, int line, const std::st
 {
     const auto logs = Logs();
     return static_cast<int>(std::count_if(logs.begin(), logs.end(), [&](const LogLine& log) {
-        return log.level == level && log.source == source && log.line == line && log.text.starts_with(text);
+        return log.level == level && log.source == source && log.line == line &&
+               (text.empty() || log.text == text);
     }));
 }
 

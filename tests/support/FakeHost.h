@@ -48,7 +48,7 @@ State& Get();
 void Reset();
 
 std::vector<LogLine> Logs();
-// How many lines of this level have this source and line number, and begin with this text.
+// How many lines of this level have this source and line number, and this text unless it is empty.
 int CountLogs(LogLevel level, const std::string& source, int line, const std::string& text = "");
 // The source that the session's and the login's reports name.
 inline constexpr char kProtocolSource[] = "NetProtocolProcTWDECODERDevImp";

@@ -1,6 +1,8 @@
 #pragma once
 // What holds for every record of the host's model.
 
+#include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -71,6 +73,8 @@ void RoundTrips(const std::string& bytes, const std::string& cleared = Zeros<Rec
     EXPECT_FALSE(Decode(record, nullptr, 100));
 }
 
+inline std::map<std::string, std::set<int>> g_sites; // the sources and lines that Dumped has seen
+
 // What the log says of it.
 template <class Record>
 std::string Dumped(const std::string& bytes)
@@ -83,18 +87,20 @@ std::string Dumped(const std::string& bytes)
     for (const auto& log : fake_host::Logs()) {
         EXPECT_EQ(log.level, fake_host::LogLevel::Normal);
         texts += log.text;
+        g_sites[log.source].insert(log.line);
     }
     return texts;
 }
 
 // No count that the bytes after it cannot hold creates anything; some of these wrap around in 32 bits.
-template <class Record>
+template <class... Record>
 void RefusesCounts(const std::string& head, const std::string& items)
 {
-    SCOPED_TRACE(typeid(Record).name());
     for (const unsigned long count : {4UL, 0x40000000UL, 0x33333334UL, 0x20000000UL, 0x08000000UL, -1UL}) {
-        Record record;
-        EXPECT_FALSE(Decode(record, Bytes().Text(head).U32(count).Text(items)));
-        EXPECT_LE(record.GetLength(), head.size() + 4);
+        const auto refuses = [&](auto record) {
+            EXPECT_FALSE(Decode(record, Bytes().Text(head).U32(count).Text(items))) << typeid(record).name();
+            EXPECT_LE(record.GetLength(), head.size() + 4) << typeid(record).name();
+        };
+        (refuses(Record()), ...);
     }
 }

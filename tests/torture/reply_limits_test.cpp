@@ -75,6 +75,7 @@ TEST_F(ReplyLimitsTest, TheLargestRepliesStayBelowTheirBound)
         {"screens", "GetWallLayout", "<item/>", {"td_channellist"}, 260000},
         {"groups", "GetChannelGroup", "<item/>", {"channelgrouplist"}, 233000},
         {"sub-windows", "GetAudioConfig", "<item/>", {"td_subwindowlist", "item", "td_windowlist"}, 1110000},
+        {"sound windows", "GetAudioConfig", "<item/>", {"td_windowlist"}, 850000},
     };
     for (const auto& [what, handler, item, lists, most] : cases) {
         SCOPED_TRACE(what);

@@ -19,6 +19,7 @@
 #include "FakeNode.h"
 #include "HostCalls.h"
 #include "LinkTexts.h"
+#include "MonitorTvwComm.h"
 #include "NetProtocolProcTWDECODERDev.h"
 #include "PluginExports.h"
 #include "TestClock.h"
@@ -237,6 +238,11 @@ TEST(FacadeTortureTest, WithoutMemoryNothingIsRegisteredOrMade)
         EXPECT_EQ(allocation_fault::LiveBytes(), live) << allowed;
     }
     EXPECT_GT(allowed, 10) << "the fault is not armed";
+    ORVA2_CLIENT_TVW::S_MTvw_Del_CavansWindow record;
+    const std::string bytes = Guids().U32(1).U32(7);
+    allocation_fault::Arm(0, true);
+    const bool whole = record.SetData(bytes.data(), static_cast<unsigned int>(bytes.size()));
+    EXPECT_TRUE(allocation_fault::Disarm() && !whole);
 }
 
 TEST(QueueTortureTest, APayloadIsFreedOnceItsReferenceIsGivenBack)

@@ -45,18 +45,19 @@ TEST_F(DispatchTest, WhatIsNotListedIsIgnored)
 TEST_F(DispatchTest, CommandsAndLoggedOptionTypesAppearInTheLog)
 {
     LogIn();
-    Run(0x50000, Option(5, ""));
+    Run(0x50000, Option(-5U, ""));
     Run(0x50001, Option(6, ""));
     Run(0x50002, Option(7, ""));
+    Run(0x80000000, "");
     std::vector<std::string> texts;
     for (const auto& log : fake_host::Logs()) {
         texts.push_back(log.text + std::to_string(log.line));
+        EXPECT_TRUE(log.level == fake_host::LogLevel::Normal && log.source == fake_host::kProtocolSource);
     }
     EXPECT_EQ(texts, (std::vector<std::string>{
-                         "**************a=327680\n166", "**************pOptType.opt:5******************0",
+                         "**************a=327680\n166", "**************pOptType.opt:-5******************0",
                          "**************a=327681\n166", "**************pOptType.opt:6******************0",
-                         "**************a=327682\n166"}));
-    EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Normal, fake_host::kProtocolSource, 166), 3);
+                         "**************a=327682\n166", "**************a=-2147483648\n166"}));
 }
 
 TEST_F(DispatchTest, TheOptionRecordEndsWithThePayloadWhateverItsHeadSays)

@@ -77,6 +77,7 @@ TEST(MessageHead, LooksAtNothingAfterTheHead)
     CountedText counted(text);
     CMessageHeadScan<CountedText>(counted, 1).Run();
     EXPECT_EQ(counted.Seen(), head.size());
+    EXPECT_EQ(ReadMessageHead({text.data(), size_t{1} << 31U}).url, std::nullopt); // at nothing of 2 GiB
 }
 
 TEST(MessageHead, ATextEndsWhereItNestsTooDeeply)

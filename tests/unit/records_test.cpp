@@ -1,6 +1,5 @@
 #include <bit>
 #include <regex>
-#include <set>
 #include <tuple>
 
 #include "CommandSamples.h"
@@ -49,7 +48,7 @@ std::string WindowText(unsigned long id, unsigned long subWindows)
 
 std::string CanvasHead(unsigned int windows, unsigned long screens)
 {
-    Bytes head = Bytes().U16(-1U).U16(-2U).U16(3).U16(4).U16(-5U).U16(-6U).U16(7).U16(8).U16(9).U16(10);
+    Bytes head = Bytes().U16(-1U).U16(-2U).U16(3).U16(4).U16(-5U).U16(-6U).U16(-7U).U16(-8U).U16(9).U16(10);
     return head.U16(windows).U32(screens);
 }
 
@@ -66,9 +65,10 @@ std::string ScreenWindow(unsigned long id)
 const std::string kCorners = " SX1=0.500000 SY1:1.500000 SX2:2.500000 SY2:3.500000 ";
 
 std::string Media(const std::string& gap) { return StreamRecord(kWall, -5UL, "user", "password", gap); }
-const std::string kMediaText = kNext + "S_MTvw_Wall_Media_info channelIdInt:-5 channelid:" + kGuidW +
-                               " type:-1 reqmode:-2 port:-3 streamtype:-4 recordmask:2147483648 source:-6 "
-                               "begintime:18446744073709551615 endtime:4294967303 addr:10.0.0.<1>\n";
+const std::string kMediaText =
+    kNext + "S_MTvw_Wall_Media_info channelIdInt:-5 channelid:" + kGuidW +
+    " type:-1 reqmode:-2 port:-3 streamtype:-4 recordmask:2147483648 source:-6 "
+    "begintime:18446744073709551615 endtime:4294967303 addr:10.0.0.<1> fills it to the end!!\n";
 
 std::string Group(unsigned long id, const std::string& name)
 {
@@ -153,18 +153,18 @@ TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
                                       command("S_MTvw_Create_CavansWindow", 3) + "canvas window list \n" +
                                           WindowText(9, 4) + WindowText(8, 0) + WindowText(7, 1));
     S_MTvw_Wall_Basic_Config basic; // its name takes the rest
-    EXPECT_EQ(Encode(basic), std::string(24, '\0'));
-    const std::string head = Bytes().Text(std::string(16, 'g')).U32(4).U32(-1UL);
-    const std::string whole = head + std::string("n\0me", 4);
-    for (size_t n = 0; n <= whole.size(); ++n) {
+    const std::string head = Bytes().Text(std::string(16, 'g')).U32(-4UL).U32(-1UL);
+    const std::string whole = head + std::string("n\0me", 4) + std::string(70000, '!');
+    for (size_t n = 0; n <= head.size() + 4; ++n) {
         EXPECT_EQ(Decode(basic, whole.substr(0, n)), n >= head.size());
+        EXPECT_EQ(basic._devicename.size(), n < head.size() ? 0 : n - head.size());
     }
-    EXPECT_EQ(Encode(basic), whole);
+    EXPECT_TRUE(Decode(basic, whole) && Encode(basic) == whole);
     basic.ClearData();
-    EXPECT_EQ(Encode(basic), std::string(24, '\0'));
+    EXPECT_EQ(Encode(basic) + Encode(S_MTvw_Wall_Basic_Config()), std::string(48, '\0'));
     EXPECT_EQ(Dumped<S_MTvw_Wall_Basic_Config>(head + "name"),
               kNext + "S_MTvw_Wall_Basic_Config guidwall:{67676767-6767-6767-6767-676767676767}" +
-                  " identidy:4 runmode:4294967295 devicename:name\n");
+                  " identidy:4294967292 runmode:4294967295 devicename:name\n");
     Check<S_MTvw_Del_CavansWindow>(Guids().U32(2).U32(5).U32(-1UL),
                                    command("S_MTvw_Del_CavansWindow", 2) + "delete canvas window list \n" +
                                        kNext + "S_Delete_Canvas_Window_Item nID:5\n" + kNext +
@@ -184,19 +184,22 @@ TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
             "canvas window list \n" +
             WindowText(1, 2) + WindowText(2, 0));
     Check<S_MTvw_Screen>(
-        ScreenWindow(-7UL) + "\1\xFF\2\1" + ScreenWindow(4) + ScreenWindow(5) + ScreenWindow(6),
+        ScreenWindow(-7UL) + "\1\xFF\2\1" + ScreenWindow(-4UL) + ScreenWindow(5) + ScreenWindow(6),
         kNext + "S_MTvw_Screen id:-7" + kCorners + "zoom:1 state:255 wndcnt:2 pipCnt:1 " + "window list \n" +
-            kNext + "S_MTvw_Wnd_Item id:4" + kCorners + kNext + "S_MTvw_Wnd_Item id:5" + kCorners +
+            kNext + "S_MTvw_Wnd_Item id:-4" + kCorners + kNext + "S_MTvw_Wnd_Item id:5" + kCorners +
             "pip window list \n" + kNext + "S_MTvw_Wnd_Item id:6" + kCorners);
-    const std::string layout = Bytes().U32(3).U32(4).U32(2).Text(ScreenRecord(-1UL, kFull, 1, 0x80000000) +
-                                                                 ScreenRecord(8, "", -2UL, 2));
+    const std::string layout = Bytes().U32(-3UL).U32(-4UL).U32(2).Text(
+        ScreenRecord(-1UL, kFull, 1, 0x80000000) + ScreenRecord(8, "", -2UL, 2));
     RoundTrips<S_MTvw_Wall_Layout>(layout, Bytes().Zeros(8).U32(2)); // the count stays, as with the host
     RoundTrips<S_MTvw_Wall_WallLayout_Item>(ScreenRecord(5, kFull, 6, 7), ScreenRecord(5, "", 0, 0));
     EXPECT_EQ(Dumped<S_MTvw_Wall_Layout>(layout),
-              kNext + "S_MTvw_Wall_Layout row:3 col:4 numchannel:2\nchannel list \n" + kNext +
-                  "S_MTvw_Wall_WallLayout_Item id:4294967295 name:" + kFull + " xPos:1 yPos:2147483648\n" +
-                  kNext + "S_MTvw_Wall_WallLayout_Item id:8 name: xPos:4294967294 yPos:2\n");
+              kNext + "S_MTvw_Wall_Layout row:4294967293 col:4294967292 numchannel:2\nchannel list \n" +
+                  kNext + "S_MTvw_Wall_WallLayout_Item id:4294967295 name:" + kFull +
+                  " xPos:1 yPos:2147483648\n" + kNext +
+                  "S_MTvw_Wall_WallLayout_Item id:8 name: xPos:4294967294 yPos:2\n");
     Check<S_MTvw_Wall_Media_info>(Media(""), kMediaText);
+    S_MTvw_Wall_Media_info media;
+    EXPECT_TRUE(Decode(media, Media("")) && FieldText(media._user) == "user");
     Check<S_MTvw_Wall_Media>(
         Bytes().U32(2).U32(-8UL).U32(1).U32(-9UL).U32(1).Text(Media("gap!")).U32(3).U32(0),
         kNext + "S_MTvw_Wall_Media numwind:2\nwindow list \n" + kNext +
@@ -211,8 +214,8 @@ TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
             "numwind:1\nsub window list \n" +
             kNext +
             "S_MTvw_Wall_Set_wall_Subwin index:65535 osdid:65527 type:60000 reqmode:6 port:50000 "
-            "begintime:4294967295 endtime:2 streamType:4294967288 channelid:" +
-            kGuidW + " addr:10.0.0.1 channelIdInt:-12\n");
+            "begintime:4294967295 endtime:4294967294 streamType:4294967288 channelid:" +
+            kGuidW + " addr:10.0.0.<1> fills it to the end!! channelIdInt:-12\n");
     const auto groupText = [](const std::string& id, const std::string& name) {
         return kNext + "S_MTvw_Wall_Channel_Group_Info guidwall:" + kGuidW + " nid:" + id +
                " channelnum:4294967295 interval:2147483648 name:" + name + " td_channellist:1,2\n";
@@ -252,18 +255,33 @@ TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
                   "S_Playback_Ctrl_Cavs id:65535 wndNum:1\nsub window list \n" + kNext +
                   "S_Playback_Ctrl_Subwnd nIndex:4 nPbCtrlType:5 nPbCtrlVal:65530\n");
 
+    const auto checkLong = [](auto record, const std::string& first, const std::string& item, size_t count) {
+        const std::string bytes = first + Repeat(item, count);
+        EXPECT_TRUE(Decode(record, bytes + item) && Encode(record) == bytes) << typeid(record).name();
+    };
+    checkLong(S_MTvw_Del_CavansWindow(), Guids().U32(70000), "item", 70000);
+    checkLong(S_MTvw_Wall_Media_Sub_Wind(), Bytes().U32(1).U32(300), Media("gap!"), 300);
+    checkLong(S_Playback_Ctrl_Items_V2(), Bytes().U16(300), Bytes().U16(1).U16(0), 300);
+    checkLong(S_Decoder_Draw_Border(), Bytes().U32(300), Bytes().U16(1).U32(0), 300);
+
     fake_host::Reset();
     DumpText(S_MTvw_Screen::SITE, "%s", std::string(5000, 'x').c_str());
     EXPECT_EQ(fake_host::Logs().front().text, std::string(4095, 'x'));
-    char* none = nullptr;
-    EXPECT_EQ(S_MTvw_Wall_Basic_Config().GetData(none), 0U);
     char room[5];
     CRecordWriter writer(room, sizeof(room));
     writer.Plain(uint32_t{1}, uint32_t{2}, uint8_t{3});
     EXPECT_EQ(writer.GetLength(), 4U) << "what does not fit is left out, and all after it";
     char field[] = {'o', 'l', 'd', '!'};
+    EXPECT_FALSE(ReadImage(nullptr, sizeof(field), field));
     SetFieldText(field, "x");
     EXPECT_EQ(std::string(field, 4), std::string("x\0\0\0", 4));
+    EXPECT_EQ(
+        testing::PrintToString(g_sites),
+        "{ (\"DecodeComm\", { 30, 60, 90, 120, 150 }), (\"DecodeCommDisplay\", { 10, 30, 50 }), "
+        "(\"DecodeCommPlayback\", { 10, 30, 50 }), (\"MonitorTvwComm\", { 40, 70, 100, 130, 160, 190 }), "
+        "(\"MonitorTvwCommAudio\", { 10, 30, 50 }), (\"MonitorTvwCommChannelGroup\", { 10, 30, 50, 70, 90, "
+        "110, 130, 150 }), (\"MonitorTvwCommDeviceInfo\", { 10 }), (\"MonitorTvwCommLayout\", { 10, 30 }), "
+        "(\"MonitorTvwCommMedia\", { 10, 30, 50, 70 }), (\"MonitorTvwCommWallInfo\", { 10, 30, 50 }) }");
 }
 
 // They travel as they lie in memory.
@@ -288,7 +306,7 @@ TEST_F(Records, ImagesBeginWithZeros)
                 S_MTvw_Wall_Set_wall_Rect, S_MTvw_Wall_Set_wall_Subwin, S_Decoder_Draw_Border_Subwind,
                 S_Decoder_Baseinfo_Item, ORVA_NET_PROTOCOL::_kest_tvwall_opt_info,
                 ORVA_NET_PROTOCOL::_kest_net_reply, ORVA_NET_PROTOCOL::_kest_net_login_info,
-                ORVA_NET_PROTOCOL::_net_login_success_info, S_Decoder_Opt_Result>();
+                ORVA_NET_PROTOCOL::_net_login_success_info, S_Decoder_Opt_Result, S_MTvw_Wall_Media_info>();
 }
 
 // -: signed, U: unsigned, u: unsigned of 8 or 16 bits.
@@ -314,13 +332,16 @@ TEST_F(Records, LogNumbersWithTheirSignInTheirWidth)
 TEST_F(Records, CountsThatCannotBeCreateNothing)
 {
     RefusesCounts<S_MTvw_Create_CavansWindow>(Guids(), Window(1, 0) + Window(2, 0) + Window(3, 1));
-    RefusesCounts<S_MTvw_Del_CavansWindow>(Guids(), Bytes().U32(1).U32(2).U32(3));
     RefusesCounts<S_MTvw_Modyfy_CavansWindow>(Guids(), std::string(79, 'x'));
-    RefusesCounts<S_MTvw_Wall_Media>("", Bytes().U32(7).U32(0));
+    RefusesCounts<S_MTvw_Wall_Media, S_MTvw_Wall_Set_wall_V2>("", Bytes().U32(7).U32(0));
     RefusesCounts<S_MTvw_Wall_Media_Wind>("id..", Bytes().U32(7).U32(0));
     RefusesCounts<S_MTvw_Wall_Media_Sub_Wind>("id..", Media("gap!"));
-    RefusesCounts<S_MTvw_Get_Audio_Config>(Guids(), std::string(31, '\0'));
-    RefusesCounts<S_MTvw_Get_AuCfg_Cav>("id..", std::string(31, '\0'));
+    RefusesCounts<S_MTvw_Get_Audio_Config, S_MTvw_Del_CavansWindow>(Guids(), std::string(15, '\0'));
+    RefusesCounts<S_MTvw_Get_AuCfg_Cav, S_MTvw_Wall_Chl_GrPolling_Winitem>("id..", std::string(31, '\0'));
+    RefusesCounts<S_MTvw_Wall_Delete_Channel_Group, S_MTvw_Wall_Start_Chl_GrPolling>(kWall, "12 or 8 bytes");
+    RefusesCounts<S_MTvw_Wall_Set_wall_Wind>(std::string(14, 'x'), "x");
+    RefusesCounts<S_MTvw_Wall_Layout>("row.col.", "x");
+    RefusesCounts<S_MTvw_Canvas_Item_V2>(CanvasHead(0, 0).substr(0, 22), LogicScreen(3));
 
     S_MTvw_Get_Audio_Config audio; // the head stands or falls with its own count
     EXPECT_FALSE(Decode(audio, Guids().U32(3).Zeros(16)));
@@ -336,8 +357,8 @@ TEST_F(Records, ABadItemEndsTheListAndTheItemsBeforeItStay)
 {
     const std::string one = Window(1, 1);
     S_MTvw_Create_CavansWindow create;
-    EXPECT_FALSE(Decode(create, Guids().U32(2).Text(one + one.substr(0, one.size() - 1))));
-    EXPECT_FALSE(create.SetData(nullptr, 9)); // changes nothing
+    EXPECT_FALSE(Decode(create, Guids().U32(2).Text(one + Window(2, 0).replace(28, 4, 4, '\xFF'))));
+    EXPECT_FALSE(create.SetData(nullptr, 9) || create.SetData("x", 0)); // changes nothing
     EXPECT_EQ(Encode(create), std::string(Guids().U32(2).Text(one)));
     S_MTvw_Canvas_Item_V2 canvas;
     EXPECT_FALSE(Decode(canvas, CanvasHead(1, 2) + LogicScreen(3)));
@@ -367,16 +388,18 @@ TEST_F(Records, VerifyReportsAndMendsEachCountThatDisagrees)
     S_MTvw_Canvas_Item_V2 canvas;
     ASSERT_TRUE(Decode(canvas, CanvasHead(2, 0) + Window(1, 2) + Window(2, 0)));
     EXPECT_EQ(std::tuple(canvas._abs_x, canvas._abs_y, canvas._abs_w, canvas._abs_h),
-              std::tuple(-5, -6, 7, 8)); // not in the log
+              std::tuple(-5, -6, 65529, 65528)); // not in the log
     canvas.VerifyData();
     EXPECT_TRUE(fake_host::Logs().empty());
-    canvas._nCanvasNum = 9;
-    canvas._canvasList.back()->_nMode = 1;
+    canvas._nCanvasNum = 9;                 // too high
+    canvas._canvasList.front()->_nMode = 1; // too low
     EXPECT_EQ(Encode(canvas).substr(20, 2), std::string("\x09\0", 2)) << "the count travels as it stands";
     canvas.VerifyData();
     EXPECT_EQ(Encode(canvas), CanvasHead(2, 0) + Window(1, 2) + Window(2, 0));
     EXPECT_EQ(fake_host::CountAsserts("MonitorTvwComm", S_MTvw_Canvas_Item_V2::SITE.nLine), 1);
     EXPECT_EQ(fake_host::CountAsserts("DecodeComm", S_Create_Cavans_WindowInfo::SITE.nLine), 1);
+    SetRecordOutput(nullptr, nullptr); // until the next test
+    canvas.Dump();
 }
 
 TEST_F(Records, DataTypesAreClassified)

@@ -98,12 +98,10 @@ TEST_F(SessionTest, NoReplyForThreeHundredPollsIsATimeout)
     LogIn();
     EXPECT_EQ(ClearWall(), "failure 2000000f");
     EXPECT_EQ(polls, 300);
-    const std::string text =
-        "CNetProtocolProcTWDECODERDevImp::WaitProc time out 等待设备回复命令超时 nCmdID=" +
-        Element(LastRequest(), "seq") + " , m_recvCmdID=-1";
     EXPECT_EQ(fake_host::CountLogs(fake_host::LogLevel::Normal, fake_host::kProtocolSource, 1940), 1);
-    EXPECT_EQ(fake_host::Logs().back().text, text);
-    EXPECT_FALSE(SessionAccess::WaitProc(session, 1, 199));
+    EXPECT_FALSE(SessionAccess::WaitProc(session, 0xFFFFFFFD, 199));
+    EXPECT_EQ(fake_host::Logs().back().text, "CNetProtocolProcTWDECODERDevImp::WaitProc time out "
+                                             "等待设备回复命令超时 nCmdID=-3 , m_recvCmdID=-1");
     EXPECT_FALSE(SessionAccess::WaitProc(session, 1, 99));
     EXPECT_EQ(polls, 301) << "a part of a poll is none";
 }
@@ -241,18 +239,18 @@ TEST_F(SessionTest, NotificationsReachTheHostWithTheLengthOfTheLastRequest)
     ASSERT_EQ(node.notifications.size(), 1U);
     EXPECT_EQ(node.notifications[0].len, 1024U) << "the buffer's before the first request";
     LogIn();
-    ReplyWith(ReplyText("dodestroywindow", "%SEQ%"));
-    Run(0x50002, Option(0x60007, Guids().U32(4000).Zeros(4 * 4000))); // of more than 64 KiB
-    const auto requestLen = static_cast<unsigned int>(node.frames.back().size());
-    for (const auto& [url, type] :
-         {std::pair("notifychannelchange", 0x60000U), {"notifychannelstate", 0x60001U}}) {
-        const std::string text = ReplyText(url, "77", "0", "", std::string(70000, 'x'));
+    for (const auto& [url, type, count] : // one request of more than 64 KiB, then a shorter one
+         {std::tuple("notifychannelchange", 0x60000U, 4000UL), {"notifychannelstate", 0x60001U, 1UL}}) {
+        ReplyWith(ReplyText("dodestroywindow", "%SEQ%"));
+        Run(0x50002, Option(0x60007, Guids().U32(count).Zeros(4 * count)));
+        EXPECT_EQ(node.frames.back(), Frame(LastRequest()));
+        const std::string text = ReplyText(url, "77", "0", "", Repeat("x", 70000)) + std::string("\0x", 2);
         node.notifications.clear();
         Receive(Frame(text));
         ASSERT_EQ(node.notifications.size(), 1U) << url;
         const auto& notification = node.notifications[0];
         EXPECT_EQ(std::tuple(notification.cmdID, notification.optType, notification.len),
-                  std::tuple(0x50003U, type, requestLen));
+                  std::tuple(0x50003U, type, node.frames.back().size()));
         EXPECT_EQ(memcmp(&notification.destination, &fake_host::Get().appNodeID, 16), 0);
         EXPECT_EQ(notification.data, text);
     }
@@ -286,11 +284,14 @@ TEST_F(SessionTest, WithoutANodeNothingIsSentAndNothingCrashes)
     FakeCommand command(KEST_CMD_REQUEST_LOGIN);
     lone.ProcOneCommand(&command, nullptr, 0);
     EXPECT_EQ(command.Answer(), "none");
+    EXPECT_EQ(polls, 300) << "a login waits all the same";
     EXPECT_EQ(fake_host::CountAsserts(fake_host::kProtocolSource, 2015), 1);
     lone.Start(nullptr, nullptr, 0);
     const std::string frame = Frame(ReplyText("notifychannelstate", "1"));
     EXPECT_EQ(Offer(lone, frame), frame.size());
     EXPECT_EQ(fake_host::CountAsserts(fake_host::kProtocolSource, 236), 1);
+    fake_host::FailPoolAllocation(1);
+    EXPECT_EQ(Offer(lone, "1", true), 1U);
     LogIn();
     session.Start(nullptr, nullptr, 0);
     EXPECT_EQ(ClearWall(), "failure 2000000f");

@@ -151,17 +151,9 @@ std::pair<kit::Source, Media> DrawSource(Draw& draw)
     } else if (draw.Flag()) {
         channel = media.channel = draw.Guid();
     }
-    return {{media.address,
-             media.port,
-             channel,
-             media.user,
-             media.password,
-             media.type,
-             {},
-             media.streamType,
-             media.begin,
-             media.end},
-            media};
+    const kit::Source source{media.address, media.port, channel,          media.user,  media.password,
+                             media.type,    {},         media.streamType, media.begin, media.end};
+    return {source, media};
 }
 
 void CompareWindows(Draw& draw)
@@ -426,15 +418,10 @@ void CompareDeviceAnswers(Draw& draw)
                                                   {"dataVersion", value.dataVersion}};
                                 });
     const std::string name = draw.Text(300);
-    SameAnswer<kit::BasicConfig>(kBasicConfigForm,
-                                 ByteWriter()
-                                     .Append(Head(0x50002))
-                                     .Zeros(16)
-                                     .U32(draw.Of<uint32_t>())
-                                     .U32(draw.Of<uint32_t>())
-                                     .Text(name, name.size())
-                                     .Take(),
-                                 kit::ReadBasicConfig, [](const kit::BasicConfig& value) {
+    ByteWriter basic = ByteWriter().Append(Head(0x50002)).Zeros(16);
+    basic.U32(draw.Of<uint32_t>()).U32(draw.Of<uint32_t>()).Text(name, name.size());
+    SameAnswer<kit::BasicConfig>(kBasicConfigForm, basic.Take(), kit::ReadBasicConfig,
+                                 [](const kit::BasicConfig& value) {
                                      return Fields{{"wall", GuidText({})},
                                                    {"identity", value.identity},
                                                    {"runMode", value.runMode},

@@ -35,7 +35,6 @@ TEST_F(MediaTest, SendsEveryStreamThatCouldBeReadWithItsCredentialsEnciphered)
     Check("packed, which is misread", "PlayMedia", packed, Windows(""));
     Check("no whole count", "PlayMedia", "\1\1\1", Windows(""));
     Check("two windows", "StopPlayMedia", two, Windows(MediaItem(-8, "") + MediaItem(4, "")));
-    Check("nothing", "StopChlGroupPolling", "", Windows(""));
 }
 
 } // namespace

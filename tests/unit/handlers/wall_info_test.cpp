@@ -8,10 +8,11 @@ using WallInfoTest = WallCommandFixture;
 TEST_F(WallInfoTest, TheRequestModeChoosesTheChannel)
 {
     const std::string zeroText = "{00000000-0000-0000-0000-000000000000}";
+    const std::string low = std::string(15, '\0') + "P", lowText = "{00000000-0000-0000-0000-000000000050}";
     const std::tuple<std::string, unsigned long, int, std::string> rows[] = {
         {kNoGuid, -1UL, 6, ""},      {kNoGuid, -1UL, 5, ""},         {kNoGuid, -2UL, 6, "-2"},
         {kNoGuid, 0, 6, "0"},        {kNoGuid, 0, 5, zeroText},      {kGuidBytes, 12, 6, "12"},
-        {kGuidBytes, -1UL, 6, "-1"}, {kGuidBytes, 12, 0, kGuidText}, {kGuidBytes, 12, 65535, kGuidText},
+        {kGuidBytes, -1UL, 6, "-1"}, {kGuidBytes, 12, 0, kGuidText}, {low, -1UL, 65535, lowText},
     };
     std::string record = Bytes().U32(2).Text(WallWindowRecord(8, std::size(rows))), subItems;
     for (const auto& [guid, channel, reqMode, channelid] : rows) {
