@@ -121,7 +121,7 @@ TEST(XmlCost, CountsTheNodesOfATextAndItsCopies)
     EXPECT_TRUE(reader.Parse("<a/>", 4, xml_cost::LIMIT - elem - 12) && reader.Spare() == 0);
     EXPECT_FALSE(reader.Parse("<a/>", 4, xml_cost::LIMIT - elem - 11) || reader.IsParsed());
     EXPECT_EQ(reader.GetFirstItem("a"), nullptr);
-    for (const uint64_t cost : {(128 << 10) - 1, 128 << 10, 16 << 20, (16 << 20) + 1}) { // two keep memory
+    for (const uint64_t cost : {(128U << 10) - 1, 128U << 10, 16U << 20, (16U << 20) + 1}) { // two are kept
         EXPECT_TRUE(reader.Parse("<a/>", 4, cost - xml_cost::Estimate("<a/>", 4, 0)));
         EXPECT_EQ(reader.Clear(), cost >= 128 << 10 && cost <= 16 << 20) << cost;
         EXPECT_TRUE(!reader.IsParsed() && reader.GetFirstItem("a") == nullptr);
