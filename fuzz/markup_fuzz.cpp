@@ -53,7 +53,8 @@ bool Step(CMarkupSTL& doc, unsigned int step)
         doc.AddElem("b", choice, flags);
         return true;
     default:
-        return !doc.AddElem("a", kData[choice % std::size(kData)], flags) || flags != M::MNF_WITHNOEND;
+        return !doc.AddElem("a", kData[choice / std::size(kFlags) % std::size(kData)], flags) ||
+               flags != M::MNF_WITHNOEND;
     }
 }
 

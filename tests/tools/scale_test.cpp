@@ -47,16 +47,9 @@ TEST(ScaleVerdict, NamesWhatWasLostOrGrew)
     const std::pair<std::string, std::function<void(ScaleResult&)>> cases[] = {
         {"3 commands got no answer;", [](ScaleResult& r) { r.load.queued += 3; }},
         {"1 answers came a second time;", [](ScaleResult& r) { ++r.load.doubled; }},
-        {"1 commands were refused by the decoder;",
-         [](ScaleResult& r) {
-             --r.load.done;
-             ++r.load.refused;
-         }},
+        {"1 commands were refused by the decoder;", [](ScaleResult& r) { r.load.done -= ++r.load.refused; }},
         {"1 answers are not those of their commands;",
-         [](ScaleResult& r) {
-             --r.load.done;
-             ++r.load.foreign;
-         }},
+         [](ScaleResult& r) { r.load.done -= ++r.load.foreign; }},
         {"only 449 notifications came;",
          [](ScaleResult& r) {
              r.loadTime = std::chrono::seconds(92); // 10 decoders, one a second each

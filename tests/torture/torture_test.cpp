@@ -15,10 +15,12 @@
 
 #include "AllocationFault.h"
 #include "CommandSamples.h"
+#include "Event.h"
 #include "FakeCommand.h"
 #include "FakeNode.h"
 #include "HostCalls.h"
 #include "LinkTexts.h"
+#include "MarkupSTL.h"
 #include "MonitorTvwComm.h"
 #include "NetProtocolProcTWDECODERDev.h"
 #include "PluginExports.h"
@@ -243,6 +245,31 @@ TEST(FacadeTortureTest, WithoutMemoryNothingIsRegisteredOrMade)
     allocation_fault::Arm(0, true);
     const bool whole = record.SetData(bytes.data(), static_cast<unsigned int>(bytes.size()));
     EXPECT_TRUE(allocation_fault::Disarm() && !whole);
+}
+
+TEST(DocumentTortureTest, ADocumentStaysUsableWithoutMemory)
+{
+    using namespace allocation_fault;
+    CMarkupSTL doc("<a/>", 4);
+    EXPECT_TRUE(doc.FindElem());
+    Arm(0);
+    EXPECT_THROW(doc.IntoElem(), std::bad_alloc);
+    EXPECT_FALSE(doc.OutOfElem()) << "was not entered";
+    for (const int allowed : {0, 1}) { // none for the text, none for the index
+        Arm(allowed);
+        EXPECT_THROW(doc.SetDoc("<another/>, too long for a string's own memory"), std::bad_alloc);
+        EXPECT_EQ(doc.IsWellFormed(), allowed == 0);
+    }
+    EXPECT_FALSE(doc.FindElem() || doc.AddElem("c"));
+    doc.SetDoc(Repeat("<c/>", 65535).c_str()); // fills the index's first segment
+    Arm(0);
+    EXPECT_THROW(doc.AddElem("c"), std::bad_alloc);
+    EXPECT_TRUE(doc.AddElem("c") && doc.GetDoc().ends_with("<c/><c/>\r\n"));
+    const CMyEvent event(false);
+    const CMyEvent* events[] = {&event};
+    Arm(0);
+    EXPECT_EQ(WaitForMultipleObjects(1, events, true, 0), WAIT_TIMED_OUT);
+    EXPECT_TRUE(Disarm());
 }
 
 TEST(QueueTortureTest, APayloadIsFreedOnceItsReferenceIsGivenBack)

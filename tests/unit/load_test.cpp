@@ -70,6 +70,19 @@ void OneRound()
     EXPECT_EQ(std::pair(host.calls[0].a, host.calls[0].b), std::pair(8, 9));
 }
 
+TEST(LoadTest, HostAndPluginCallEachOtherByTheirPlacesInTheTables)
+{
+    using P = CNetProtocolProc; // its destructor takes two
+    using N = CNetNode;
+    using C = CCmdProcObject;
+    EXPECT_EQ(Entries(&P::Initial, &P::Quit, &P::Start, &P::Stop, &P::ProcDevCmd, &P::ProcOrvaCmd,
+                      &P::CreateSelf, &P::GetBeatData, &P::IsOnline, &P::IsWorking, &P::ProcOneCommand,
+                      &P::AddOneCmd, &N::DeliverCommand, &N::SendData, &N::IsDropRecvData, &N::Disconnect,
+                      &N::GetNodeID, &C::GetRequestCommand, &C::HasReply, &C::AddReference, &C::DecReference,
+                      &C::ReplyRecord, &C::ReplyBuffer, &CSocketDataObserver::OnSocketRecvData),
+              (std::vector<long>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 12, 13, 0, 1, 2, 3, 4, 0, 1, 2, 3, 4, 5, 2}));
+}
+
 TEST(LoadTest, AThousandRoundsFromLoadingToUnloadingLeaveNothingBehind)
 {
     fake_host::Reset();

@@ -76,13 +76,13 @@ TEST_F(NetPacket, APoolHandleIsHeldByAReferenceOfItsOwn)
     CNetPacketNew queue;
     const std::string text = "hello" + std::string(70000, '!');
     char* buffer = MEM_POOL_New(text.data(), text.size());
-    EXPECT_TRUE(queue.SaveBuffer(buffer, MEM_POOL_HANDLE_LEN));
+    EXPECT_TRUE(queue.SaveBuffer(buffer, 0xFFFFFFFF)); // as hosts mark one
     MEM_POOL_Delete(buffer);
     EXPECT_TRUE(Save(queue, " you"));
     EXPECT_EQ(Front(queue, text.size() + 4), text + " you");
     // The same buffer twice: what is cut from one is missing from the other, and nothing is read behind the
     // end.
-    EXPECT_TRUE(queue.SaveBuffer(buffer, MEM_POOL_HANDLE_LEN));
+    EXPECT_TRUE(queue.SaveBuffer(buffer, 0xFFFFFFFF));
     EXPECT_TRUE(queue.TruncateFront(3));
     EXPECT_EQ(Front(queue, 2 * text.size() + 1), "none");
     EXPECT_TRUE(queue.TruncateFront(2 * text.size() + 1));
@@ -99,7 +99,7 @@ TEST_F(NetPacket, WithoutMemoryNothingIsHeldAndNothingIsLost)
         fake_host::FailPoolAllocation(failing);
         EXPECT_EQ(queue.GetPacket(6), nullptr);
     }
-    EXPECT_TRUE(queue.SaveBuffer(nullptr, MEM_POOL_HANDLE_LEN)) << "null data counts as no bytes";
+    EXPECT_TRUE(queue.SaveBuffer(nullptr, 0xFFFFFFFF)) << "null data counts as no bytes";
     EXPECT_TRUE(queue.SaveBuffer(nullptr, 5));
     EXPECT_EQ(Front(queue, 6), "abcghi");
     EXPECT_FALSE(queue.HaveData(7));

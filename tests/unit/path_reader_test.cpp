@@ -56,6 +56,7 @@ TEST(PathReader, NumbersReadLikeTheCLibraryAndKeepTheirLowBits)
         {"2147483648", 0x80000000, INT32_MIN},
         {"4294967301", 5, 5},
         {"0x10", 0, 0},
+        {"12:30", 12, 12},
         {"none", 0, 0},
         {"", 0, 0},
         {"18446744073709551610", 0xFFFFFFFA, -1},
@@ -102,15 +103,19 @@ TEST(XmlCost, CountsTheNodesOfATextAndItsCopies)
         {"<?<b/>?><![CDATA[<b/>>]]><b/>", decl + text + elem},
         {std::string(1024, 'x') + "<![CDATA[" + std::string(1012, 'x') + "]]>", 2 * text},
         {std::string(1025, 'x') + "<![CDATA[" + std::string(1016, 'x'), 2 * text + 3 * (1025 + 1025)},
+        {Repeat("<a>x", 1000), 1000 * (elem + text)},
         {attributes(32) + attributes(32), 2 * elem + 64 * attr},
     };
     for (const auto& [nodes, cost] : cases) {
         const std::string exact = "<!--" + std::string(33, '=') + "-->" + nodes; // with less, a quick bound
         EXPECT_EQ(xml_cost::Estimate(exact, 5000, 7), note + cost + exact.size() + 2 * 5000 + 7) << nodes;
+        EXPECT_GE(xml_cost::Estimate(nodes, 5000, 7), cost + nodes.size() + 2 * 5000 + 7) << "a bound";
     }
     EXPECT_EQ(xml_cost::Estimate(attributes(33) + "<a/>", 5000, 7), xml_cost::NEVER);
     EXPECT_NE(xml_cost::Estimate("<a/>", 4, xml_cost::LIMIT - 12), xml_cost::NEVER);
     EXPECT_EQ(xml_cost::Estimate("<a/>", 4, xml_cost::LIMIT - 11), xml_cost::NEVER);
+    EXPECT_NE(xml_cost::Estimate(Repeat("&", 8 << 20), 9 << 20, 0), xml_cost::NEVER); // 64 Mi looks
+    EXPECT_EQ(xml_cost::Estimate(Repeat("&", (8 << 20) + 1), 9 << 20, 0), xml_cost::NEVER);
     CVTXMLParse reader;
     EXPECT_EQ(CVTXMLParse("<a/>\0<a/>", 9).Spare(), xml_cost::LIMIT - xml_cost::Estimate("<a/>", 9, 0));
     EXPECT_TRUE(reader.Parse("<a/>", 4, xml_cost::LIMIT - elem - 12) && reader.Spare() == 0);

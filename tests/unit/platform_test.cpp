@@ -75,6 +75,7 @@ TEST(PlatformTest, SeveralEventsArePolledInPasses)
     EXPECT_EQ(wait({false, false}, false, 0), WAIT_TIMED_OUT);
     EXPECT_EQ(wait({}, false, kFarAhead), WAIT_TIMED_OUT);
     EXPECT_EQ(wait({}, true, 0), WAIT_SIGNALLED);
+    EXPECT_EQ(WaitForMultipleObjects(-1, nullptr, true, 0), WAIT_SIGNALLED);
     EXPECT_EQ(wait({true, true}, true, 10), WAIT_SIGNALLED);
     EXPECT_EQ(wait({true, true}, true, 9), WAIT_TIMED_OUT); // the first pass ends at event 0 and counts 10 ms
     EXPECT_EQ(wait({true, false}, true, 30), WAIT_TIMED_OUT);
@@ -109,6 +110,8 @@ TEST(PlatformTest, CountersAreAtomicAndAStorePublishesWhatWasWrittenBefore)
     std::string text;
     const char* published = nullptr;
     CMutex mutex;
+    CRecursiveMutex recursive;
+    const std::unique_lock once(recursive), again(recursive);
     int guarded = 0;
     RunThreads(4, [&] {
         arrived.ExchangeAdd(1);
@@ -136,7 +139,9 @@ TEST(PlatformTest, AWipedValueIsWipedWhole)
 {
     using Secret = TWiped<std::array<char, 99>>;
     alignas(Secret) char memory[sizeof(Secret)];
+    std::fill_n(memory, sizeof(memory), 's');
     auto* secret = new (memory) Secret;
+    EXPECT_EQ(secret->value, Secret().value); // zeros
     secret->value.fill('s');
     secret->~Secret();
     EXPECT_EQ(std::string(memory, sizeof(memory)).find('s'), std::string::npos);
@@ -158,6 +163,7 @@ TEST(PlatformTest, GuidTextIsUpperCaseInBraces)
 TEST(PlatformTest, NodeTypesLieBetweenTheirRangeMarkers)
 {
     EXPECT_EQ(CTypeCheck::GetDECODERAbstractTypeValue(), 513U);
+    EXPECT_TRUE(CTypeCheck::IsDecoder_s(513, nullptr) && CTypeCheck::NODE_TYPE_SCREEN_LED_BEGIN == 753U);
     for (const unsigned int type :
          {0U, 1U, 31U, 32U, 131U, 132U, 133U, 134U, 512U, 513U, 751U, 752U, 0xFFFFFFFFU}) {
         const CTypeCheck check(type);

@@ -53,6 +53,10 @@ TEST(QueueTest, RunsCommandsInOrderOnPrivateCopiesAndGivesTheirReferencesBack)
         EXPECT_EQ(command->references, 0);
         EXPECT_EQ(command->otherTags, 0);
     }
+    unsigned long len = 7; // what it does not replace does nothing
+    EXPECT_TRUE(queue.GetBeatData(len) == nullptr && len == 0 && queue.CreateSelf() == nullptr);
+    EXPECT_TRUE(queue.Initial(nullptr, 0, 0, 0) == 0 && queue.Start(nullptr, 0) == 0);
+    EXPECT_FALSE(queue.IsOnline() || queue.IsWorking());
 }
 
 TEST(QueueTest, IsLockedWhileACommandIsQueuedAndFreeWhileItRuns)

@@ -341,14 +341,12 @@ Record Head(uint32_t type) { return ByteWriter().U32(type).U16(8).U16(0).Zeros(8
 
 void CompareLists(Draw& draw)
 {
-    ByteWriter layout = ByteWriter().U32(draw.Of<uint32_t>()).U32(draw.Of<uint32_t>()).U32(2);
+    const auto u32 = [&draw] { return draw.Of<uint32_t>(); };
+    ByteWriter layout = ByteWriter().U32(u32()).U32(u32()).U32(2);
     ByteWriter sound = ByteWriter().Append(Head(0x60016)).Guid(draw.Guid()).Guid(draw.Guid()).U32(2);
     ByteWriter groups = ByteWriter().Append(Head(0x6000E)).U32(2);
     for (int i = 0; i < 2; ++i) {
-        layout.U32(draw.Of<uint32_t>())
-            .Text(draw.Text(256), 256)
-            .U32(draw.Of<uint32_t>())
-            .U32(draw.Of<uint32_t>());
+        layout.U32(u32()).Text(draw.Text(256), 256).U32(u32()).U32(u32());
         const std::size_t subs = draw.Count(2);
         sound.I32(draw.Of<int32_t>()).Count(subs);
         for (std::size_t sub = 0; sub < subs; ++sub) {
@@ -418,15 +416,12 @@ void CompareDeviceAnswers(Draw& draw)
                                                   {"dataVersion", value.dataVersion}};
                                 });
     const std::string name = draw.Text(300);
-    ByteWriter basic = ByteWriter().Append(Head(0x50002)).Zeros(16);
-    basic.U32(draw.Of<uint32_t>()).U32(draw.Of<uint32_t>()).Text(name, name.size());
-    SameAnswer<kit::BasicConfig>(kBasicConfigForm, basic.Take(), kit::ReadBasicConfig,
-                                 [](const kit::BasicConfig& value) {
-                                     return Fields{{"wall", GuidText({})},
-                                                   {"identity", value.identity},
-                                                   {"runMode", value.runMode},
-                                                   {"name", value.name}};
-                                 });
+    ByteWriter config = ByteWriter().Append(Head(0x50002)).Zeros(16).U32(draw.Of<uint32_t>());
+    config.U32(draw.Of<uint32_t>()).Text(name, name.size());
+    SameAnswer<kit::BasicConfig>(kBasicConfigForm, config.Take(), kit::ReadBasicConfig, [](const auto& is) {
+        return Fields{
+            {"wall", GuidText({})}, {"identity", is.identity}, {"runMode", is.runMode}, {"name", is.name}};
+    });
     const std::string text =
         "<response>\n<id>{1}</id>\n<baseInfo>\n<errorcode>0</errorcode>\n<enableborder>" +
         std::to_string(draw.Of<uint32_t>()) + "</enableborder>\n<enableshowwinid>" +

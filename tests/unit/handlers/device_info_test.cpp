@@ -24,10 +24,9 @@ TEST_F(DeviceInfoTest, TheSystemInformationIsFollowedByTheChannels)
                             Elem("name", std::string(64, 'n'))));
     const std::string tail("\0tail", 5); // some decoders count a terminating zero
     ReplyWith(ReplyText("getchannelinfo", "%SEQ%", "0", "", kChannels) + tail);
-    const std::string texts = Field("t") + Field("") + Field("s") + Field("b") + Field("k") + Field("d");
-    EXPECT_EQ(Run(0x50000, Option(0x5000A, "")),
-              ResultOf(0x5000A, Bytes().Zeros(16).Text(Field(std::string(63, 'n'))).U32(-1UL).Text(texts)))
-        << "other order, long text, no mac";
+    Bytes info = Bytes().Zeros(16).Text(Field(std::string(63, 'n'))).U32(-1UL);
+    info.Text(Field("t") + Field("") + Field("s") + Field("b") + Field("k") + Field("d"));
+    EXPECT_EQ(Run(0x50000, Option(0x5000A, "")), ResultOf(0x5000A, info)) << "other order, long text, no mac";
     EXPECT_EQ(LastBody(), Body(""));
     ASSERT_EQ(node.notifications.size(), 1U);
     const auto& notification = node.notifications[0];
