@@ -18,6 +18,8 @@
 
 namespace {
 
+using namespace tvwall;
+
 std::string g_texts;
 
 void Keep(const char* text, const char* source, int line)
@@ -26,7 +28,7 @@ void Keep(const char* text, const char* source, int line)
 }
 
 template <class Value>
-std::string Why(const tvwall::Result<Value>& result)
+std::string Why(const Result<Value>& result)
 {
     return result ? "read" : result.Why().Text();
 }
@@ -59,56 +61,54 @@ TEST(Kit, RecordsWriteToTheOutputThatIsSetAndNowhereAtFirst)
 TEST(Kit, SaysWhereAndWhyBytesCannotBeRead)
 {
     const std::string head = Little({0x60016, 8, 0, 0}) + std::string(32, '\0');
-    EXPECT_EQ(Why(tvwall::ReadLayout(Little({1, 2}))), "byte 0, the record's head: 12 bytes needed, 8 left");
-    EXPECT_EQ(Why(tvwall::ReadLayout(Little({1, 2, 0xFFFFFFFF, 4}))),
-              "byte 12, screens: 1151051235060 bytes needed, 4 left");
-    EXPECT_EQ(Why(tvwall::ReadSound(head + Little({2, 1, 0, 9, 7}))),
-              "byte 68, windows[1].subWindows: 56 bytes needed, 0 left");
-    EXPECT_EQ(Why(tvwall::ReadSound(head.substr(0, 50))),
-              "byte 16, the record's head: 36 bytes needed, 32 left");
-    EXPECT_EQ(Why(tvwall::ReadSound(head.substr(0, 5))),
-              "byte 0, the head of the answer: 16 bytes needed, 5 left");
-    EXPECT_EQ(Why(tvwall::ReadChannelGroups(head)),
-              "byte 0, nOptType: the answer is one to option type 393238");
-    EXPECT_EQ(Why(tvwall::ReadDone(1, Little({1, 9, 0, 0}))), "byte 4, wResultLen: is 9, not 8");
-    EXPECT_EQ(Why(tvwall::ReadDone(0, head)), "byte 0, the answer: there are bytes, and none belong here");
-    EXPECT_EQ(Why(tvwall::ReadDisplaySwitches(Little({0x60012, 8, 0, 0}) + "<response/>")),
-              "byte 16, response/baseInfo/enableborder: is not there, or no number");
-    EXPECT_NE(Why(tvwall::ReadNotification(0x60000, std::string("<a>")))
-                  .find("byte 0, the text: is not well-formed"),
-              std::string::npos);
-    EXPECT_THROW((void)*tvwall::ReadLayout({}), std::bad_variant_access);
+    const std::pair<std::string, const char*> cases[] = {
+        {Why(ReadLayout(Little({1, 2}))), "byte 0, the record's head: 12 bytes needed, 8 left"},
+        {Why(ReadLayout(Little({1, 2, 0xFFFFFFFF, 4}))),
+         "byte 12, screens: 1151051235060 bytes needed, 4 left"},
+        {Why(ReadSound(head + Little({2, 1, 0, 9, 7}))),
+         "byte 68, windows[1].subWindows: 56 bytes needed, 0 left"},
+        {Why(ReadSound(head.substr(0, 50))), "byte 16, the record's head: 36 bytes needed, 32 left"},
+        {Why(ReadSound(head.substr(0, 5))), "byte 0, the head of the answer: 16 bytes needed, 5 left"},
+        {Why(ReadChannelGroups(head)), "byte 0, nOptType: the answer is one to option type 393238"},
+        {Why(ReadDone(1, Little({1, 9, 0, 0}))), "byte 4, wResultLen: is 9, not 8"},
+        {Why(ReadDone(0, head)), "byte 0, the answer: there are bytes, and none belong here"},
+        {Why(ReadDisplaySwitches(Little({0x60012, 8, 0, 0}) + "<response/>")),
+         "byte 16, response/baseInfo/enableborder: is not there, or no number"},
+        {Why(ReadNotification(0x60000, std::string("<a>"))).substr(0, 36),
+         "byte 0, the text: is not well-formed"},
+    };
+    for (const auto& [why, wanted] : cases) {
+        EXPECT_EQ(why, wanted);
+    }
+    EXPECT_THROW((void)*ReadLayout({}), std::bad_variant_access);
 }
 
 TEST(Kit, RefusesWhatNoRecordCanHold)
 {
-    const auto said = [](auto call) {
-        try {
-            call();
-        } catch (const std::logic_error& error) {
-            return std::string(error.what());
-        }
-        return std::string("nothing");
+    const InWindow<SubWindowIndex> low{{-1}, {{2147483648}}};
+    const std::vector<InWindow<SubWindowPlayback>> many(65536);
+    const std::vector<WallWindow> masked{{{1}, {}, {{{0}, {0}, Source{.recordMask = 1}}}}};
+    const std::pair<std::function<Command()>, std::string> cases[] = {
+        {[] { return RaiseWindow({-1}); }, "the window id -1 is not between 0 and 4294967295"},
+        {[&] { return StopMedia({low}); },
+         "the sub-window index 2147483648 is not between -2147483648 and 2147483647"},
+        {[] { return LogIn(std::string(64, 'u'), "secret"); }, "nothing"},
+        {[] { return LogIn(std::string(65, 'u'), "secret"); },
+         "the user name has more than 64 bytes, or a zero byte"},
+        {[] { return LogIn("u", std::string(1, '\0')); },
+         "the password has more than 64 bytes, or a zero byte"},
+        {[&] { return ControlPlayback(many); }, "a number of items 65536 is not between 0 and 65535"},
+        {[&] { return SetWall(masked); }, "a whole wall has no record masks and selectors"},
     };
-    const tvwall::InWindow<tvwall::SubWindowIndex> low{{-1}, {{2147483648}}};
-    EXPECT_EQ(said([] { (void)tvwall::RaiseWindow({-1}); }),
-              "the window id -1 is not between 0 and 4294967295");
-    EXPECT_EQ(said([&] { (void)tvwall::StopMedia({low}); }),
-              "the sub-window index 2147483648 is not between -2147483648 and 2147483647");
-    EXPECT_EQ(said([] { (void)tvwall::LogIn(std::string(64, 'u'), "secret"); }), "nothing");
-    EXPECT_EQ(said([] { (void)tvwall::LogIn(std::string(65, 'u'), "secret"); }),
-              "the user name has more than 64 bytes, or a zero byte");
-    EXPECT_EQ(said([] { (void)tvwall::LogIn("u", std::string(1, '\0')); }),
-              "the password has more than 64 bytes, or a zero byte");
-    EXPECT_EQ(said([] {
-                  (void)tvwall::ControlPlayback(
-                      std::vector<tvwall::InWindow<tvwall::SubWindowPlayback>>(65536));
-              }),
-              "a number of items 65536 is not between 0 and 65535");
-    EXPECT_EQ(said([] {
-                  (void)tvwall::SetWall({{{1}, {}, {{{0}, {0}, tvwall::Source{.recordMask = 1}}}}});
-              }),
-              "a whole wall has no record masks and selectors");
+    for (const auto& [make, wanted] : cases) {
+        std::string said = "nothing";
+        try {
+            (void)make();
+        } catch (const std::logic_error& error) {
+            said = error.what();
+        }
+        EXPECT_EQ(said, wanted);
+    }
 }
 
 // Runs a command when it is told to, between the two references of a queue.
@@ -137,13 +137,13 @@ TEST(Kit, TellsWhatCameOfACommandOnceItHasRun)
     };
     for (const auto& [answer, told] : cases) {
         OneCommandProcessor processor;
-        auto future = tvwall::Ask(processor, tvwall::SetLayout(2, 3));
+        auto future = Ask(processor, SetLayout(2, 3));
         EXPECT_EQ(processor.asked->GetRequestCommand(), 0x50005U);
         EXPECT_EQ(processor.payload.substr(0, 8), Little({2, 3}));
         answer(*processor.asked);
         EXPECT_NE(future.wait_for(std::chrono::seconds(0)), std::future_status::ready);
         processor.asked->DecReference(11);
-        const tvwall::Outcome outcome = future.get();
+        const Outcome outcome = future.get();
         EXPECT_EQ(outcome.Text() + (':' + outcome.answer), told);
         EXPECT_EQ(static_cast<bool>(outcome), told.starts_with("done"));
     }
@@ -172,7 +172,7 @@ TEST(Kit, KeepsReceivedBytesUntilTheyMakeAFrame)
     const std::string bytes = "3abc04wxyz";
     for (std::size_t piece = 1; piece <= bytes.size(); ++piece) {
         DigitFrames observer;
-        tvwall::ReceiveBuffer buffer(8);
+        ReceiveBuffer buffer(8);
         for (std::size_t at = 0; at < bytes.size(); at += piece) {
             EXPECT_TRUE(buffer.Take(bytes.substr(at, piece), observer, &observer));
         }
@@ -183,7 +183,7 @@ TEST(Kit, KeepsReceivedBytesUntilTheyMakeAFrame)
         EXPECT_EQ(observer.calls, calls) << "called for nothing";
     }
     DigitFrames observer;
-    tvwall::ReceiveBuffer buffer(4);
+    ReceiveBuffer buffer(4);
     EXPECT_TRUE(buffer.Take(std::string("9abcdefg"), observer, nullptr)) << "is dropped";
     EXPECT_TRUE(buffer.Take(std::string("9abc"), observer, &observer));
     EXPECT_FALSE(buffer.Take(std::string("d"), observer, &observer)) << "is more than may be kept";

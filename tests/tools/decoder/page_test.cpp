@@ -1,11 +1,7 @@
 // The page of the simulated decoder from a browser's side: requests of HTTP in, answers and events out.
 
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <thread>
-
-#include <unistd.h>
 
 #include <asio.hpp>
 #include <gtest/gtest.h>
@@ -23,13 +19,6 @@ protected:
     Page()
     {
         settings.password = "secret";
-        settings.channels = testing::TempDir() + "channels-" + std::to_string(getpid());
-        std::ofstream channels(settings.channels);
-        for (int id = 1; id <= 4096; ++id) {
-            channels << (id == 1 ? '[' : ',') << R"({"online":true,"id":)" << id << R"(,"name":")"
-                     << std::string(200, 'x') << "\"}";
-        }
-        channels << ']' << std::flush;
         device = std::make_unique<Device>(settings);
         server = std::make_unique<Server>(context, *device, capture, "127.0.0.1", 0);
         page =
@@ -42,7 +31,6 @@ protected:
         context.stop();
         thread.join();
         page.reset();
-        std::filesystem::remove(settings.channels);
     }
 
     // What a request is answered with is read from this.

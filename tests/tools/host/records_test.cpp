@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
 #include <limits>
+#include <optional>
 #include <random>
 
 #include <nlohmann/json.hpp>
@@ -41,6 +41,7 @@ public:
                : kind == 1 ? std::numeric_limits<Field>::max()
                            : static_cast<Field>(m_engine());
     }
+    uint32_t U32() { return Of<uint32_t>(); }
     std::size_t Count(std::size_t most) { return m_engine() % (most + 1); }
     bool Flag() { return Count(1) == 1; }
     std::string Text(std::size_t most)
@@ -85,17 +86,20 @@ Sub Make(const SubWindow& sub)
         return {{sub.index}, {sub.first}};
     }
 }
-template <class Sub>
-std::vector<kit::InWindow<Sub>> ForKit(const std::vector<SubWindows>& windows)
-{
-    std::vector<kit::InWindow<Sub>> made;
-    for (const SubWindows& window : windows) {
-        made.push_back({{window.window}, {}});
-        std::transform(window.subWindows.begin(), window.subWindows.end(),
-                       std::back_inserter(made.back().subWindows), Make<Sub>);
+struct ForKit {
+    const std::vector<SubWindows>& windows;
+    template <class Sub>
+    operator std::vector<kit::InWindow<Sub>>() const
+    {
+        std::vector<kit::InWindow<Sub>> made;
+        for (const SubWindows& window : windows) {
+            made.push_back({{window.window}, {}});
+            std::transform(window.subWindows.begin(), window.subWindows.end(),
+                           std::back_inserter(made.back().subWindows), Make<Sub>);
+        }
+        return made;
     }
-    return made;
-}
+};
 
 // What the plug-in makes of it: the whole record, or, cut, no more than there is.
 template <class Record>
@@ -116,13 +120,13 @@ void IsRead(const std::string& bytes)
 }
 
 template <class PluginRecord = void>
-void Same(const char* name, const kit::Command& command, uint32_t id, uint32_t option, uint32_t answerType,
-          const Record& record)
+void Same(const kit::Command& command, uint32_t id, uint32_t option, const Record& record,
+          std::optional<uint32_t> answerType = {})
 {
-    SCOPED_TRACE(name);
+    SCOPED_TRACE(testing::Message() << std::hex << id << ' ' << option);
     const Record payload = option == 0 ? record : OptionPayload(option, record);
     EXPECT_EQ(command.id, id);
-    EXPECT_EQ(command.answerType, answerType);
+    EXPECT_EQ(command.answerType, answerType.value_or(option));
     EXPECT_TRUE(std::equal(payload.bytes.begin(), payload.bytes.end(), command.payload.begin(),
                            command.payload.end()));
     if constexpr (!std::is_void_v<PluginRecord>) {
@@ -141,8 +145,8 @@ std::pair<kit::Source, Media> DrawSource(Draw& draw)
     media.type = draw.Of<Field>();
     media.port = draw.Of<Field>();
     media.streamType = draw.Of<Field>();
-    media.begin = draw.Of<uint32_t>();
-    media.end = draw.Of<uint32_t>();
+    media.begin = draw.U32();
+    media.end = draw.U32();
     kit::SourceChannel channel;
     if (draw.Flag()) {
         media.channelNumber = draw.Of<int32_t>();
@@ -158,7 +162,7 @@ std::pair<kit::Source, Media> DrawSource(Draw& draw)
 
 void CompareWindows(Draw& draw)
 {
-    const auto u32 = [&draw] { return draw.Of<uint32_t>(); };
+    const auto u32 = [&draw] { return draw.U32(); };
     std::vector<Window> windows(draw.Count(3));
     std::vector<kit::Window> kit;
     std::vector<WindowMove> moves;
@@ -179,33 +183,30 @@ void CompareWindows(Draw& draw)
         kitIds.push_back({window.id});
     }
     using Create = S_MTvw_Create_CavansWindow;
-    Same<Create>("create", kit::CreateWindows(kit), 0x50002, 0x60006, 0x60006, CreateRecord(windows));
-    Same<Create>("split", kit::SplitWindows(kit), 0x50001, 0x5000E, 0x60006, CreateRecord(windows));
-    Same<S_MTvw_Modyfy_CavansWindow>("move", kit::MoveWindows(kitMoves), 0x50002, 0x60008, 0x60008,
-                                     MoveRecord(moves));
-    Same<S_MTvw_Del_CavansWindow>("delete", kit::DeleteWindows(kitIds), 0x50002, 0x60007, 0x60007,
-                                  DeleteRecord(ids));
+    Same<Create>(kit::CreateWindows(kit), 0x50002, 0x60006, CreateRecord(windows));
+    Same<Create>(kit::SplitWindows(kit), 0x50001, 0x5000E, CreateRecord(windows), 0x60006);
+    Same<S_MTvw_Modyfy_CavansWindow>(kit::MoveWindows(kitMoves), 0x50002, 0x60008, MoveRecord(moves));
+    Same<S_MTvw_Del_CavansWindow>(kit::DeleteWindows(kitIds), 0x50002, 0x60007, DeleteRecord(ids));
     const uint32_t id = u32();
-    Same<S_MTvw_Top_Canvas_Item>("raise", kit::RaiseWindow({id}), 0x50002, 0x60009, 0x60009, RaiseRecord(id));
+    Same<S_MTvw_Top_Canvas_Item>(kit::RaiseWindow({id}), 0x50002, 0x60009, RaiseRecord(id));
     const auto index = draw.Of<uint16_t>();
     const bool on = draw.Flag(), both = draw.Flag();
-    Same<S_MTvw_PlanWnd_Zoom_v2>("zoom", kit::Zoom({id}, {index}, on), 0x50002, 0x50014, 0x50014,
-                                 ZoomRecord(id, index, on));
-    Same<S_MTvw_Wall_Set_WindCfg_V2>("switches", kit::SetDisplaySwitches(on, both), 0x50001, 0x60012, 0x60012,
+    Same<S_MTvw_PlanWnd_Zoom_v2>(kit::Zoom({id}, {index}, on), 0x50002, 0x50014, ZoomRecord(id, index, on));
+    Same<S_MTvw_Wall_Set_WindCfg_V2>(kit::SetDisplaySwitches(on, both), 0x50001, 0x60012,
                                      WindowConfigRecord(on, both));
-    Same("switches?", kit::GetDisplaySwitches(), 0x50000, 0x60013, 0x60013, {});
-    Same("clear", kit::ClearWall(), 0x50001, 0x60011, 0x60011, {});
+    Same(kit::GetDisplaySwitches(), 0x50000, 0x60013, {});
+    Same(kit::ClearWall(), 0x50001, 0x60011, {});
 }
 
 void CompareSessionAndLayout(Draw& draw)
 {
     const std::string user = draw.Text(kMaxCredential), password = draw.Text(kMaxCredential);
-    Same<ORVA_NET_PROTOCOL::_kest_net_login_info>("login", kit::LogIn(user, password), 0x101, 0, 0,
+    Same<ORVA_NET_PROTOCOL::_kest_net_login_info>(kit::LogIn(user, password), 0x101, 0,
                                                   LoginRecord(user, password));
-    Same("logout", kit::LogOut(), 0x50002, 0x50000, 0, {});
-    Same("info", kit::GetSystemInfo(), 0x50000, 0x5000A, 0x5000A, {});
-    Same("config", kit::GetBasicConfig(), 0x50000, 0x50002, 0x50002, {});
-    const auto u32 = [&draw] { return draw.Of<uint32_t>(); };
+    Same(kit::LogOut(), 0x50002, 0x50000, {}, 0);
+    Same(kit::GetSystemInfo(), 0x50000, 0x5000A, {});
+    Same(kit::GetBasicConfig(), 0x50000, 0x50002, {});
+    const auto u32 = [&draw] { return draw.U32(); };
     std::vector<Screen> screens(draw.Count(3));
     std::vector<kit::Screen> bound;
     std::vector<kit::ScreenPlace> freed;
@@ -215,27 +216,25 @@ void CompareSessionAndLayout(Draw& draw)
         freed.push_back(bound.back().place);
     }
     const uint32_t rows = u32(), columns = u32();
-    Same("layout?", kit::GetLayout(), 0x50006, 0, 0, {});
-    Same<S_MTvw_Wall_Layout>("layout", kit::SetLayout(rows, columns), 0x50005, 0, 0,
-                             LayoutRecord(rows, columns, {}));
-    Same<S_MTvw_Wall_Layout>("bind", kit::BindScreens(bound), 0x50007, 0, 0, LayoutRecord(0, 0, screens));
+    Same(kit::GetLayout(), 0x50006, 0, {});
+    Same<S_MTvw_Wall_Layout>(kit::SetLayout(rows, columns), 0x50005, 0, LayoutRecord(rows, columns, {}));
+    Same<S_MTvw_Wall_Layout>(kit::BindScreens(bound), 0x50007, 0, LayoutRecord(0, 0, screens));
     std::for_each(screens.begin(), screens.end(), [](Screen& screen) { screen.id = 0; });
-    Same<S_MTvw_Wall_Layout>("unbind", kit::UnbindScreens(freed), 0x50008, 0, 0, LayoutRecord(0, 0, screens));
+    Same<S_MTvw_Wall_Layout>(kit::UnbindScreens(freed), 0x50008, 0, LayoutRecord(0, 0, screens));
 }
 
 void CompareMedia(Draw& draw)
 {
     const auto window = draw.Of<int32_t>(), index = draw.Of<int32_t>();
     auto [source, media] = DrawSource<int32_t>(draw);
-    source.recordMask = media.recordMask = draw.Of<uint32_t>();
+    source.recordMask = media.recordMask = draw.U32();
     source.selector = media.selector = draw.Of<int32_t>();
-    Same<S_MTvw_Wall_Media>("play", kit::PlayMedia({{{window}, {{{index}, {source}}}}}), 0x50002, 0x60004,
-                            0x60004, PlayMediaRecord(window, index, media));
+    Same<S_MTvw_Wall_Media>(kit::PlayMedia({{{window}, {{{index}, {source}}}}}), 0x50002, 0x60004,
+                            PlayMediaRecord(window, index, media));
     const auto stopped = draw.Windows<int32_t>();
-    Same<S_MTvw_Wall_Media>("stop", kit::StopMedia(ForKit<kit::SubWindowIndex>(stopped)), 0x50002, 0x60005,
-                            0x60005, StopMediaRecord(stopped));
-    Same<S_MTvw_Wall_Media>("no polling", kit::StopPolling(ForKit<kit::SubWindowIndex>(stopped)), 0x50002,
-                            0x6000F, 0x60005, StopMediaRecord(stopped));
+    Same<S_MTvw_Wall_Media>(kit::StopMedia(ForKit{stopped}), 0x50002, 0x60005, StopMediaRecord(stopped));
+    Same<S_MTvw_Wall_Media>(kit::StopPolling(ForKit{stopped}), 0x50002, 0x6000F, StopMediaRecord(stopped),
+                            0x60005);
     std::vector<WallWindow> wall(draw.Count(2));
     std::vector<kit::WallWindow> kit;
     for (WallWindow& each : wall) {
@@ -251,7 +250,7 @@ void CompareMedia(Draw& draw)
             }
         }
     }
-    Same<S_MTvw_Wall_Set_wall_V2>("wall", kit::SetWall(kit), 0x50001, 0x60010, 0x60010, WallRecord(wall));
+    Same<S_MTvw_Wall_Set_wall_V2>(kit::SetWall(kit), 0x50001, 0x60010, WallRecord(wall));
 }
 
 // Numbers that are only 0, or 0 and 1.
@@ -268,36 +267,33 @@ std::vector<SubWindows> Masked(std::vector<SubWindows> windows, int64_t mask)
 void CompareSubWindows(Draw& draw)
 {
     const auto played = draw.Windows<uint16_t>();
-    Same<S_Playback_Ctrl_Items_V2>("playback", kit::ControlPlayback(ForKit<kit::SubWindowPlayback>(played)),
-                                   0x50002, 0x5001D, 0x5001D, PlaybackRecord(played));
+    Same<S_Playback_Ctrl_Items_V2>(kit::ControlPlayback(ForKit{played}), 0x50002, 0x5001D,
+                                   PlaybackRecord(played));
     const auto sounds = draw.Windows<int32_t>();
-    Same<S_MTvw_Get_Audio_Config>("sound", kit::PlaySound(ForKit<kit::SubWindowSound>(sounds)), 0x50002,
-                                  0x60014, 0x60014, AudioRecord(sounds));
-    Same("silence", kit::StopSound(ForKit<kit::SubWindowIndex>(sounds)), 0x50002, 0x60015, 0x60015,
-         AudioRecord(Masked(sounds, 0)));
-    Same("sound?", kit::GetSound(), 0x50000, 0x60016, 0x60016, AudioRecord({}));
+    Same<S_MTvw_Get_Audio_Config>(kit::PlaySound(ForKit{sounds}), 0x50002, 0x60014, AudioRecord(sounds));
+    Same(kit::StopSound(ForKit{sounds}), 0x50002, 0x60015, AudioRecord(Masked(sounds, 0)));
+    Same(kit::GetSound(), 0x50000, 0x60016, AudioRecord({}));
     const auto polled = draw.Windows<int32_t, uint32_t>();
-    Same<S_MTvw_Wall_Start_Chl_GrPolling>("polling", kit::StartPolling(ForKit<kit::SubWindowPolling>(polled)),
-                                          0x50002, 0x6000E, 0x6000E, PollingRecord(polled));
+    Same<S_MTvw_Wall_Start_Chl_GrPolling>(kit::StartPolling(ForKit{polled}), 0x50002, 0x6000E,
+                                          PollingRecord(polled));
     const auto borders = Masked(draw.Windows<int16_t>(), 1);
-    Same<S_Decoder_Draw_Border>("borders", kit::DrawBorders(ForKit<kit::SubWindowBorder>(borders)), 0x50001,
-                                0x60003, 0x60003, BorderRecord(borders));
+    Same<S_Decoder_Draw_Border>(kit::DrawBorders(ForKit{borders}), 0x50001, 0x60003, BorderRecord(borders));
 }
 
 void CompareGroups(Draw& draw)
 {
     const ChannelGroup group{draw.Of<int32_t>(), draw.Text(kMaxGroupName), draw.Text(kMaxGroupChannels),
-                             draw.Of<uint32_t>(), draw.Of<uint32_t>()};
+                             draw.U32(), draw.U32()};
     const kit::ChannelGroup kit{
         {group.id}, group.name, group.channelList, group.channelCount, group.interval};
     using Info = S_MTvw_Wall_Channel_Group_Info;
-    Same<Info>("add", kit::AddChannelGroup(kit), 0x50002, 0x6000A, 0x6000A, GroupRecord(group));
-    Same<Info>("set", kit::SetChannelGroup(kit), 0x50001, 0x6000C, 0x6000E, GroupRecord(group));
-    Same<S_MTvw_Wall_Delete_Channel_Group>("delete", kit::DeleteChannelGroups({{group.id}, {7}}), 0x50002,
-                                           0x6000B, 0x6000B, DeleteGroupsRecord({group.id, 7}));
-    Same<S_MTvw_Wall_Get_ChGroup>("get", kit::GetChannelGroup({group.id}), 0x50000, 0x6000D, 0x6000E,
-                                  GetGroupRecord(group.id));
-    Same("get all", kit::GetChannelGroups(), 0x50000, 0x6000D, 0x6000E, GetGroupRecord(0));
+    Same<Info>(kit::AddChannelGroup(kit), 0x50002, 0x6000A, GroupRecord(group));
+    Same<Info>(kit::SetChannelGroup(kit), 0x50001, 0x6000C, GroupRecord(group), 0x6000E);
+    Same<S_MTvw_Wall_Delete_Channel_Group>(kit::DeleteChannelGroups({{group.id}, {7}}), 0x50002, 0x6000B,
+                                           DeleteGroupsRecord({group.id, 7}));
+    Same<S_MTvw_Wall_Get_ChGroup>(kit::GetChannelGroup({group.id}), 0x50000, 0x6000D,
+                                  GetGroupRecord(group.id), 0x6000E);
+    Same(kit::GetChannelGroups(), 0x50000, 0x6000D, GetGroupRecord(0), 0x6000E);
 }
 
 TEST(TwoOpinions, OnEveryCommand)
@@ -315,11 +311,10 @@ TEST(TwoOpinions, OnEveryCommand)
 // --- answers ---
 
 // Cut everywhere, an answer is whole for both or for neither, and says the same.
-template <class Value>
-void SameAnswer(const AnswerForm& form, const Record& answer,
-                const std::function<kit::Result<Value>(kit::Bytes)>& read,
-                const std::function<Fields(const Value&)>& tell)
+template <class Read, class Tell>
+void SameAnswer(const AnswerForm& form, ByteWriter written, const Read& read, const Tell& tell)
 {
+    const Record answer = written.Take();
     for (std::size_t n = 0; n <= answer.bytes.size(); ++n) {
         const std::vector<uint8_t> cut(answer.bytes.begin(),
                                        answer.bytes.begin() + static_cast<std::ptrdiff_t>(n));
@@ -337,35 +332,32 @@ void SameAnswer(const AnswerForm& form, const Record& answer,
     }
 }
 
-Record Head(uint32_t type) { return ByteWriter().U32(type).U16(8).U16(0).Zeros(8).Take(); }
+ByteWriter Head(uint32_t type) { return ByteWriter().U32(type).U16(8).U16(0).Zeros(8); }
 
 void CompareLists(Draw& draw)
 {
-    const auto u32 = [&draw] { return draw.Of<uint32_t>(); };
-    ByteWriter layout = ByteWriter().U32(u32()).U32(u32()).U32(2);
-    ByteWriter sound = ByteWriter().Append(Head(0x60016)).Guid(draw.Guid()).Guid(draw.Guid()).U32(2);
-    ByteWriter groups = ByteWriter().Append(Head(0x6000E)).U32(2);
+    ByteWriter layout = ByteWriter().U32(draw.U32()).U32(draw.U32()).U32(2);
+    ByteWriter sound = Head(0x60016).Guid(draw.Guid()).Guid(draw.Guid()).U32(2);
+    ByteWriter groups = Head(0x6000E).U32(2);
     for (int i = 0; i < 2; ++i) {
-        layout.U32(u32()).Text(draw.Text(256), 256).U32(u32()).U32(u32());
+        layout.U32(draw.U32()).Text(draw.Text(256), 256).U32(draw.U32()).U32(draw.U32());
         const std::size_t subs = draw.Count(2);
         sound.I32(draw.Of<int32_t>()).Count(subs);
         for (std::size_t sub = 0; sub < subs; ++sub) {
             sound.I32(draw.Of<int32_t>()).I32(draw.Of<int32_t>());
         }
-        groups.Guid(draw.Guid()).I32(draw.Of<int32_t>()).U32(0).U32(draw.Of<uint32_t>());
+        groups.Guid(draw.Guid()).I32(draw.Of<int32_t>()).U32(0).U32(draw.U32());
         groups.Text(draw.Text(256), 256).Text(draw.Text(16), 16);
     }
-    SameAnswer<kit::Layout>(kLayoutForm, layout.Take(), kit::ReadLayout, [](const kit::Layout& value) {
+    SameAnswer(kLayoutForm, layout, kit::ReadLayout, [](const auto& value) {
         Fields told{{"rows", value.rows}, {"columns", value.columns}, {"screens", Fields::array()}};
-        for (const auto& screen : value.screens) {
-            told["screens"].push_back({{"id", screen.output.number},
-                                       {"name", screen.name},
-                                       {"x", screen.place.column},
-                                       {"y", screen.place.row}});
+        for (const auto& [id, place, name] : value.screens) {
+            told["screens"].push_back(
+                {{"id", id.number}, {"name", name}, {"x", place.column}, {"y", place.row}});
         }
         return told;
     });
-    SameAnswer<kit::Sound>(kAudioForm, sound.Take(), kit::ReadSound, [](const kit::Sound& value) {
+    SameAnswer(kAudioForm, sound, kit::ReadSound, [](const auto& value) {
         Fields told{{"wall", GuidText(value.owner.wall)},
                     {"decoder", kit::GuidText(value.owner.decoder)},
                     {"windows", Fields::array()}};
@@ -378,14 +370,11 @@ void CompareLists(Draw& draw)
         }
         return told;
     });
-    using Groups = std::vector<kit::ChannelGroup>;
-    SameAnswer<Groups>(kGroupsForm, groups.Take(), kit::ReadChannelGroups, [](const Groups& value) {
+    SameAnswer(kGroupsForm, groups, kit::ReadChannelGroups, [](const auto& value) {
         Fields told{{"groups", Fields::array()}};
-        for (const auto& group : value) {
-            told["groups"].push_back({{"id", group.id.number},
-                                      {"interval", group.interval},
-                                      {"name", group.name},
-                                      {"channels", group.channels}});
+        for (const auto& [id, name, channels, count, interval] : value) {
+            told["groups"].push_back(
+                {{"id", id.number}, {"interval", interval}, {"name", name}, {"channels", channels}});
         }
         return told;
     });
@@ -393,47 +382,45 @@ void CompareLists(Draw& draw)
 
 void CompareDeviceAnswers(Draw& draw)
 {
-    SameAnswer<kit::LoggedIn>(
-        kLoginForm, ByteWriter().Guid(draw.Guid()).U32(draw.Of<uint32_t>()).Zeros(112).Take(), kit::ReadLogIn,
-        [](const kit::LoggedIn& value) {
-            return Fields{{"nodeId", kit::GuidText(value.node)}, {"nodeType", value.nodeType}};
-        });
-    ByteWriter info =
-        ByteWriter().Append(Head(0x5000A)).Zeros(16).Text(draw.Text(64), 64).I32(draw.Of<int32_t>());
+    SameAnswer(kLoginForm, ByteWriter().Guid(draw.Guid()).U32(draw.U32()).Zeros(112), kit::ReadLogIn,
+               [](const auto& value) {
+                   return Fields{{"nodeId", kit::GuidText(value.node)}, {"nodeType", value.nodeType}};
+               });
+    ByteWriter info = Head(0x5000A).Zeros(16).Text(draw.Text(64), 64).I32(draw.Of<int32_t>());
     for (int i = 0; i < 6; ++i) {
         info.Text(draw.Text(64), 64);
     }
-    SameAnswer<kit::SystemInfo>(kSystemInfoForm, info.Take(), kit::ReadSystemInfo,
-                                [](const kit::SystemInfo& value) {
-                                    return Fields{{"decoder", GuidText({})},
-                                                  {"name", value.name},
-                                                  {"model", value.model},
-                                                  {"deviceType", value.modelName},
-                                                  {"mac", value.mac},
-                                                  {"softwareVersion", value.softwareVersion},
-                                                  {"buildDate", value.buildDate},
-                                                  {"kernelVersion", value.kernelVersion},
-                                                  {"dataVersion", value.dataVersion}};
-                                });
-    const std::string name = draw.Text(300);
-    ByteWriter config = ByteWriter().Append(Head(0x50002)).Zeros(16).U32(draw.Of<uint32_t>());
-    config.U32(draw.Of<uint32_t>()).Text(name, name.size());
-    SameAnswer<kit::BasicConfig>(kBasicConfigForm, config.Take(), kit::ReadBasicConfig, [](const auto& is) {
-        return Fields{
-            {"wall", GuidText({})}, {"identity", is.identity}, {"runMode", is.runMode}, {"name", is.name}};
+    SameAnswer(kSystemInfoForm, info, kit::ReadSystemInfo, [](const auto& value) {
+        return Fields{{"decoder", GuidText({})},
+                      {"name", value.name},
+                      {"model", value.model},
+                      {"deviceType", value.modelName},
+                      {"mac", value.mac},
+                      {"softwareVersion", value.softwareVersion},
+                      {"buildDate", value.buildDate},
+                      {"kernelVersion", value.kernelVersion},
+                      {"dataVersion", value.dataVersion}};
     });
+    const std::string name = draw.Text(300);
+    SameAnswer(kBasicConfigForm,
+               Head(0x50002).Zeros(16).U32(draw.U32()).U32(draw.U32()).Text(name, name.size()),
+               kit::ReadBasicConfig, [](const auto& value) {
+                   return Fields{{"wall", GuidText({})},
+                                 {"identity", value.identity},
+                                 {"runMode", value.runMode},
+                                 {"name", value.name}};
+               });
     const std::string text =
         "<response>\n<id>{1}</id>\n<baseInfo>\n<errorcode>0</errorcode>\n<enableborder>" +
-        std::to_string(draw.Of<uint32_t>()) + "</enableborder>\n<enableshowwinid>" +
-        std::to_string(draw.Count(1)) + "</enableshowwinid>\n</baseInfo>\n</response>\n";
-    SameAnswer<kit::DisplaySwitches>(
-        kWindowConfigForm,
-        ByteWriter().Append(Head(draw.Flag() ? 0x60012 : 0x60013)).Text(text, text.size() + 1).Take(),
-        kit::ReadDisplaySwitches, [](const kit::DisplaySwitches& value) {
+        std::to_string(draw.U32()) + "</enableborder>\n<enableshowwinid>" + std::to_string(draw.Count(1)) +
+        "</enableshowwinid>\n</baseInfo>\n</response>\n";
+    SameAnswer(
+        kWindowConfigForm, Head(draw.Flag() ? 0x60012 : 0x60013).Text(text, text.size() + 1),
+        kit::ReadDisplaySwitches, [](const auto& value) {
             return Fields{{"node", value.node}, {"borders", value.borders}, {"windowIds", value.windowIds}};
         });
-    SameAnswer<kit::Bytes>(
-        kDoneForm, ByteWriter().Append(Head(0x60006)).Text(name, name.size()).Take(),
+    SameAnswer(
+        kDoneForm, Head(0x60006).Text(name, name.size()),
         [](kit::Bytes answer) { return kit::ReadDone(0x60006, answer); },
         [](const kit::Bytes&) { return Fields(); });
     EXPECT_TRUE(kit::ReadDone(0, {}));
