@@ -177,9 +177,11 @@ TEST_F(CryptoTest, EncipheredTextHasNoSaltWhenWrittenAndThreeCharactersWhenRead)
     }
     EXPECT_FALSE(AesDataEncrypt("", "key", out) || AesDataEncrypt("secret", "", out));
     std::string other; // without a salt a key has room for 16 characters
-    EXPECT_TRUE(AesDataEncrypt("secret", "0123456789abcdeX", out) &&
-                AesDataEncrypt("secret", "0123456789abcdeY", other));
-    EXPECT_NE(out, other);
+    EXPECT_TRUE(AesDataEncrypt("16 bytes of text", "0123456789abcdeX", out) &&
+                AesDataEncrypt("16 bytes of text", "0123456789abcdeY", other));
+    EXPECT_TRUE(out != other && out.size() == 24);
+    EXPECT_TRUE(AesDataDecrypt("012" + out, "3456789abcdeX and what has no room", out));
+    EXPECT_EQ(out, "16 bytes of text");
 }
 
 TEST_F(CryptoTest, XorRepeatsItsKey)

@@ -117,6 +117,10 @@ TEST_F(LoginTest, WhatAReplyDoesNotNameIsKeptFromBefore)
     EXPECT_EQ(Element(LastRequest(), "session"), "S&lt;1");
     EXPECT_EQ(Element(LastRequest(), "token"), "T&lt;/K"); // even that of a refused login
     EXPECT_EQ(Deciphered("account"), "admin");
+    ReplyWith(ReplyText("dooption", "%SEQ%", "0", "<session/><token/>")); // an empty one is named
+    ReplyWith(ReplyText("dologin", "%SEQ%", "106", "<token/>"));
+    Login();
+    EXPECT_EQ(Element(LastRequest(), "session") + Element(LastRequest(), "token"), "T&lt;/K");
 
     ReplyWith(ReplyText("dooption", "%SEQ%"));
     ReplyToDologin("103");

@@ -118,15 +118,13 @@ private:
     }
 };
 
+// The log of each record with all ones, and how many numbers are others once its counts are mended.
 template <class... Record>
 std::string AllOnesLogged()
 {
     static const std::regex kNumber(":(-1|255|65535|4294967295)\\b");
-    std::string numbers;
-    const auto append = [&](auto record) {
-        EXPECT_EQ(Encode(record), Zeros<decltype(record)>());
-        AllOnes ones;
-        decltype(record)::Fields(record, ones);
+    const auto logged = [](const auto& record) {
+        std::string numbers;
         fake_host::Reset();
         record.Dump();
         const std::string text = fake_host::Logs().front().text;
@@ -134,10 +132,19 @@ std::string AllOnesLogged()
              ++match) {
             numbers += (*match)[1].str() == "-1" ? '-' : (*match)[1].length() > 5 ? 'U' : 'u';
         }
-        numbers += ' ';
+        return numbers;
+    };
+    std::string all;
+    const auto append = [&](auto record) {
+        EXPECT_EQ(Encode(record), Zeros<decltype(record)>());
+        AllOnes ones;
+        decltype(record)::Fields(record, ones);
+        const std::string numbers = logged(record);
+        record.VerifyData();
+        all += numbers + std::to_string(numbers.size() - logged(record).size()) + ' ';
     };
     (append(Record()), ...);
-    return numbers;
+    return all;
 }
 
 } // namespace
@@ -318,7 +325,7 @@ TEST_F(Records, LogNumbersWithTheirSignInTheirWidth)
                        S_Decoder_Draw_Border, S_Playback_Ctrl_Subwnd, S_Playback_Ctrl_Cavs,
                        S_Playback_Ctrl_Items_V2, S_MTvw_Get_AuCfg_Subwnd, S_MTvw_Get_AuCfg_Cav,
                        S_MTvw_Get_Audio_Config, S_MTvw_Canvas_Item_V2, S_MTvw_Screen>()),
-        "UU U U--uu ----- UUUUUuuuuUU- -U U uuu uu u -- -U U --uuuu- uu-- ");
+        "UU0 U0 U--uu0 -----0 UUUUUuuuuUU-1 -U1 U1 uuu0 uu1 u1 --0 -U1 U1 --uuuu-1 uu--2 ");
     EXPECT_EQ((AllOnesLogged<S_MTvw_Wall_Channel_Group_Info, S_MTvw_Wall_Del_Ch_Group_item,
                              S_MTvw_Wall_Delete_Channel_Group, S_MTvw_Wall_Chl_GrPolling_Subitem,
                              S_MTvw_Wall_Chl_GrPolling_Winitem, S_MTvw_Wall_Start_Chl_GrPolling,
@@ -326,7 +333,7 @@ TEST_F(Records, LogNumbersWithTheirSignInTheirWidth)
                              S_MTvw_Wall_WallLayout_Item, S_MTvw_Wall_Layout, S_MTvw_Wall_Media_info,
                              S_MTvw_Wall_Media_Sub_Wind, S_MTvw_Wall_Media_Wind, S_MTvw_Wall_Media,
                              S_MTvw_Wall_Set_wall_Wind, S_MTvw_Wall_Set_wall_V2>()),
-              "-UU - U UU -U U - U U U -----U- -U -U U uuuU U ");
+              "-UU0 -0 U1 UU0 -U1 U1 -0 U1 U0 U1 -----U-0 -U1 -U1 U1 uuuU1 U1 ");
 }
 
 TEST_F(Records, CountsThatCannotBeCreateNothing)
@@ -351,6 +358,9 @@ TEST_F(Records, CountsThatCannotBeCreateNothing)
     S_MTvw_Screen screen;
     ASSERT_TRUE(Decode(screen, ScreenWindow(7) + "\1\2\x80\xFF" + ScreenWindow(1)));
     EXPECT_EQ(Encode(screen), ScreenWindow(7) + "\1\2\x80\xFF") << "a negative count announces nothing";
+    ASSERT_TRUE(Decode(screen, ScreenWindow(7) + "\1\2\1\1" + ScreenWindow(1) + ScreenWindow(2)));
+    screen._nWndCnt = 0;
+    EXPECT_EQ(screen.Encode().size(), 3 * ScreenWindow(7).size() + 4) << "all that the lists hold";
 }
 
 TEST_F(Records, ABadItemEndsTheListAndTheItemsBeforeItStay)

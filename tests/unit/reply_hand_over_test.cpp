@@ -58,8 +58,9 @@ TEST_F(ReplyHandOverTest, AGuessedReplyIsTakenWhenItsNumberWasTheLast)
         handOver.Prepare(13, Kind::Reply, "crossing");
         handOver.Expect(13);
     }
-    Receive(14, "stranger");
-    EXPECT_EQ(Taken(), "crossing");
+    Receive(14, "stranger beside it");
+    const auto reply = handOver.Take();
+    EXPECT_TRUE(reply->strText == "crossing" && reply->nBeside == 18);
 }
 
 TEST_F(ReplyHandOverTest, AMessageCountsThatIsUnderWayWhenACommandBegins)
