@@ -52,6 +52,7 @@ TEST(Markup, WritesAnElementInItsForm)
         {nullptr, M::MNF_WITHNOEND, "<x>\r\n"},
         {nullptr, M::MNF_WITHNOLINES, "<x/>"},
         {"1", M::MNF_WITHNOLINES, "<x>1</x>"},
+        {"&lt;&#1;", 0, "<x>&amp;lt;&amp;#1;</x>\r\n"},
         {"a<b>&'\"\xE2\x82\xAC", 0, "<x>a&lt;b&gt;&amp;'\"\xE2\x82\xAC</x>\r\n"},
         {"'", M::MNF_ESCAPEQUOTES, "<x>&apos;</x>\r\n"}, // what needs a reference, each alone
         {"\"", M::MNF_ESCAPEQUOTES, "<x>&quot;</x>\r\n"},
