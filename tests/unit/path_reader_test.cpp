@@ -23,20 +23,20 @@ TEST(PathReader, ReadsByPathByPositionAndBySibling)
     CVTXMLParse reader;
     ASSERT_TRUE(Parses(
         reader, "<?xml version=\"1.0\"?><msg><!-- c --><head><token><![CDATA[a<b]]></token></head>"
-                "<body>text<item><!-- c -->t<id>1</id><!-- c --><name>a&lt;&#x4e2d;</name></item> "
+                "<body>text<item><!-- c -->t<id>1</id><!-- c --><name> a&lt;&#x4e2d; </name></item> "
                 "<other><id>3</id></other><item><mixed><b/>late</mixed><id>5</id></item></body></msg>"));
     EXPECT_EQ(reader.GetValueStr("msg/head/token"), "a<b");
     EXPECT_EQ(reader.GetValueStr("head/token"), "") << "an absolute path starts with the root element";
     const auto first = reader.GetFirstItem("msg/body/item");
     EXPECT_EQ(reader.GetFirstItem(reader.GetFirstItem("msg"), "body/item"), first);
-    EXPECT_EQ(reader.GetValueStr(first, "name"), "a<\u4e2d");
+    EXPECT_EQ(reader.GetValueStr(first, "name"), " a<\u4e2d ");
     for (const char* missing : {"none", "name/none", "/name", "nam", "name/name"}) {
         EXPECT_EQ(reader.GetValueStr(first, missing), "") << missing;
         EXPECT_EQ(reader.GetValueDWORD(first, missing), 0u) << missing;
     }
     const auto id = reader.GetFirstChild(first);
     EXPECT_EQ(reader.GetValueStr(id), "1");
-    EXPECT_EQ(reader.GetValueStr(reader.GetNextSiblingItem(id)), "a<\u4e2d");
+    EXPECT_EQ(reader.GetValueStr(reader.GetNextSiblingItem(id)), " a<\u4e2d ");
     EXPECT_EQ(reader.GetNextSiblingItem(reader.GetNextSiblingItem(id)), nullptr);
     EXPECT_EQ(reader.GetValue_i32(reader.GetNextSiblingItem(first), "id"), 3);
     EXPECT_EQ(reader.GetValue_i32(reader.GetNextSiblingItem(first, "item"), "id"), 5);

@@ -360,7 +360,7 @@ TEST_F(Records, CountsThatCannotBeCreateNothing)
     EXPECT_EQ(Encode(screen), ScreenWindow(7) + "\1\2\x80\xFF") << "a negative count announces nothing";
     ASSERT_TRUE(Decode(screen, ScreenWindow(7) + "\1\2\1\1" + ScreenWindow(1) + ScreenWindow(2)));
     screen._nWndCnt = 0;
-    EXPECT_EQ(screen.Encode().size(), 3 * ScreenWindow(7).size() + 4) << "all that the lists hold";
+    EXPECT_EQ(Encode(screen).size(), 3 * ScreenWindow(7).size() + 4) << "all that the lists hold";
 }
 
 TEST_F(Records, ABadItemEndsTheListAndTheItemsBeforeItStay)
