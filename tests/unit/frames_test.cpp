@@ -134,7 +134,7 @@ TEST_F(FramesTest, FragmentsInOrderBecomeOneMessage)
     }
     EXPECT_EQ(fake_host::CountAsserts(kFrameSource, 265), 3);
     fake_host::FailPoolAllocation(1);
-    EXPECT_FALSE(parser.CombineDataProc(live, "def", 3)); // may come again, or one that is not the last
+    EXPECT_FALSE(parser.CombineDataProc(live, "def", 3)); // may come again
     EXPECT_TRUE(parser.CombineDataProc({live.dwDataID, 2, live.dwTotalLen, 3, 0, 0}, "", 0));
     char* handle = MEM_POOL_New("def", 3);
     EXPECT_TRUE(parser.CombineDataProcMemPool(live, handle));

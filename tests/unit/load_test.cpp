@@ -90,6 +90,10 @@ TEST(LoadTest, AThousandRoundsFromLoadingToUnloadingLeaveNothingBehind)
     fake_host::Get().registDevResult = 42;
     fake_host::Get().registerNodeResult = 5;
     fake_host::Get().startResult = -1; // is not the session's result
+}
+
+TEST(LoadTest, TheLibraryHoldsTheTextOfItsVersion)
+{
     std::ifstream file(TVWALL_PLUGIN_PATH);
     EXPECT_NE(std::string(std::istreambuf_iterator(file), {}).find("DECODERDev 0."), std::string::npos);
     for (int round = 0; round < 1000; ++round) {

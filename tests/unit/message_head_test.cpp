@@ -77,7 +77,8 @@ TEST(MessageHead, LooksAtNothingAfterTheHead)
     CountedText counted(text);
     CMessageHeadScan<CountedText>(counted, 1).Run();
     EXPECT_EQ(counted.Seen(), head.size());
-    EXPECT_EQ(ReadMessageHead({text.data(), size_t{1} << 31U}).url, std::nullopt); // at nothing of 2 GiB
+    EXPECT_EQ(ReadMessageHead({text.data(), size_t{1} << 31U}).url,
+              std::nullopt); // nothing of the 2 GiB is read
 }
 
 TEST(MessageHead, ATextEndsWhereItNestsTooDeeply)

@@ -59,8 +59,8 @@ const char* TextOf(CVTXMLParse::Item item)
     return szText == nullptr ? "" : szText;
 }
 
-// Whether a text of this cost leaves its memory to the next one: not a small text, which needs little, and
-// not one that no wall is large enough for.
+// Whether a text of this cost leaves its memory to the next one. A smaller one has little to leave, and no
+// wall is large enough for a larger one.
 bool IsKept(uint64_t nCost)
 {
     constexpr uint64_t KEPT_FROM = uint64_t{128} << 10U;

@@ -29,9 +29,8 @@ public:
     // follows, or would take too much memory or time (XmlCost.h), with nBeside bytes of the memory taken
     // already. Throws nothing but std::bad_alloc.
     bool Parse(const char* pText, size_t nLen, size_t nBeside = 0);
-    // Forgets the text. True when the memory of its nodes is kept for the next one, which frees it unless it
-    // is of some size, too: the estimate for both (XmlCost.h) is between 128 KiB and 16 MiB. A text that
-    // could not be parsed leaves nothing.
+    // Forgets the text. True when the memory of its nodes is kept for the next text, as after one that was
+    // parsed and that is estimated (XmlCost.h) at 128 KiB to 16 MiB. A next text of another size frees it.
     bool Clear();
     // The result of the last Parse: tells a message that lacks an element from a text that is not XML at all.
     bool IsParsed() const { return m_bParsed; }
