@@ -6,6 +6,29 @@
 #include <string>
 #include <string_view>
 
+#include "FakeHost.h"
+
+// What came out of an input so far, for a replay that holds it against what is recorded; the fuzzer does not
+// ask.
+inline std::string* g_outcome = nullptr;
+inline void Observe(std::string_view what)
+{
+    if (g_outcome != nullptr) {
+        g_outcome->append(what).append("\n");
+    }
+}
+
+// What was logged since this was called last.
+inline void ObserveLogs()
+{
+    for (const auto& log : fake_host::Logs()) {
+        Observe(log.text + log.source + std::to_string(log.line) +
+                std::to_string(static_cast<int>(log.level)));
+    }
+    fake_host::Reset();
+    fake_host::SetLogRecording(g_outcome != nullptr);
+}
+
 inline void Require(bool holds)
 {
     if (!holds) {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "DecoderKeys.h"
 #include "FakeCommand.h"
 #include "FakeHost.h"
 #include "FakeNode.h"
@@ -18,14 +19,25 @@ public:
     // onSleep is called with the session instead of each sleep.
     FuzzSession(bool buffered, std::function<void(FuzzSession&)> onSleep) : m_buffered(buffered)
     {
-        fake_host::SetLogRecording(false);
+        ObserveLogs();
         m_session.Start(&m_node, nullptr, 0);
-        test_clock::SetSleepHook([this, onSleep = std::move(onSleep)](unsigned int) { onSleep(*this); });
+        test_clock::SetSleepHook([this, onSleep = std::move(onSleep)](unsigned int ms) {
+            Observe(std::to_string(ms));
+            onSleep(*this);
+        });
     }
     ~FuzzSession()
     {
         m_session.Stop();
         test_clock::SetSleepHook({});
+        for (const auto& frame : m_node.frames) {
+            Observe(InClear(frame, DecoderKeys().privateKey));
+        }
+        for (const auto& told : m_node.notifications) {
+            Observe(std::to_string(told.cmdID) + ' ' + std::to_string(told.optType) + ' ' +
+                    std::to_string(told.len) + ' ' + std::to_string(told.destination.Data1) + told.data);
+        }
+        ObserveLogs();
     }
     FuzzSession(const FuzzSession&) = delete;
     FuzzSession& operator=(const FuzzSession&) = delete;
@@ -35,6 +47,7 @@ public:
         FakeCommand command(cmdID, hasReply);
         Process(m_session, command, payload);
         Require(command.answers <= (hasReply ? 1 : 0));
+        Observe(command.Answer());
     }
 
     // As a host's socket does it: what is not consumed is offered again with what comes next.
@@ -44,7 +57,11 @@ public:
         const unsigned int consumed = Offer(m_session, m_kept, m_buffered);
         Require(consumed <= m_kept.size());
         m_kept.erase(0, consumed);
+        Observe(std::to_string(m_kept.size()));
     }
+
+    // What was sent so far is not observed.
+    void ForgetRequests() { m_node.frames.clear(); }
 
     // The last request; "" before the first.
     std::string LastRequest() const { return m_node.frames.empty() ? "" : m_node.frames.back(); }

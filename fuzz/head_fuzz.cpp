@@ -30,6 +30,9 @@ std::string Message(FuzzScript& script)
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     FuzzScript script(data, size);
-    Require(ScanAgreesWithDocument(Message(script)));
+    const std::string message = Message(script);
+    Require(ScanAgreesWithDocument(message));
+    const SMessageHead head = ReadMessageHead(message);
+    Observe(head.url.value_or("no url") + '\n' + head.seq.value_or("no seq"));
     return 0;
 }

@@ -37,8 +37,12 @@ Frames Parse(const std::string& stream, const std::string& cuts, bool buffered)
         // In memory of its own, so that the sanitizer sees reads behind its end.
         const std::vector<char> exact(kept.begin(), kept.end());
         Require(parser.RecvProc(exact.data(), exact.size(), consumed, buffered ? nullptr : &need));
+        Observe(std::to_string(consumed) + ' ' + std::to_string(need));
         Require(consumed <= kept.size() && (!buffered || consumed == kept.size()));
         kept.erase(0, consumed);
+    }
+    for (const std::string& frame : frames) {
+        Observe(frame);
     }
     return frames;
 }

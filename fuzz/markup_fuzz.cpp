@@ -66,6 +66,7 @@ void Exercise(CMarkupSTL& doc, bool wellFormed, const std::vector<uint8_t>& step
     CMarkupSTL copy;
     copy = doc;
     const std::string outline = Outline(doc);
+    Observe(outline + doc.GetDoc() + doc.GetError());
     Require(Outline(copy) == outline);
     const bool oneRoot = copy.IsWellFormed();
     const bool parses = copy.SetDoc(doc.GetDoc().data(), static_cast<unsigned int>(doc.GetDoc().size()));

@@ -39,6 +39,8 @@ void Exercise(const std::vector<char>& payload)
     const std::string verified = record.Encode();
     Require(Decode(record, verified));
     Require(record.Encode() == verified);
+    Observe((whole ? "whole" : "cut") + bytes + verified);
+    ObserveLogs();
 }
 
 // A record without lists: read whole when there are bytes enough, else left as it was.
@@ -58,6 +60,7 @@ void ExerciseAnswers(const std::vector<char>& payload)
 {
     const auto check = [&payload](const auto& result) {
         Require(result || result.Why().offset <= payload.size());
+        Observe(result ? "read" : std::to_string(result.Why().offset) + result.Why().Text());
     };
     check(tvwall::ReadDone(ORVA2_DECODER_TVW::TVWALL_DECODE_CREATE_CANVAS, payload));
     check(tvwall::ReadLogIn(payload));
@@ -107,7 +110,7 @@ constexpr void (*kRecords[])(const std::vector<char>&) = {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* input, size_t size)
 {
-    fake_host::SetLogRecording(false);
+    fake_host::SetLogRecording(g_outcome != nullptr);
     SetRecordOutput(SHARESDK_NormalOutput, SHARESDK_AbnormalOutput);
     if (size != 0) {
         // A payload of its own size, so that the sanitizer sees reads behind its end.

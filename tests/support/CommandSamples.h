@@ -58,6 +58,6 @@ std::string WallStreamRecord(const std::string& guid, unsigned long channel, uns
 // Without a channel there is no media element.
 std::string WallStreamItem(const std::string& channelid, int reqMode);
 
-// The login first; new ones last, since the corpus of replies_fuzz tells them by their place.
+// The login first; new ones last, since the corpus of commands_fuzz tells them by their place.
 const std::vector<CommandSample>& CommandSamples();
 const CommandSample& CommandSampleOf(const std::string& handler);

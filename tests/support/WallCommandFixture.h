@@ -64,20 +64,10 @@ protected:
     // The body of the first request, with the credentials of video sources as the decoder reads them.
     std::string SentBody() const
     {
-        return node.frames.empty() ? "" : Deciphered("user", Deciphered("pwd", BodyOf(node.frames.front())));
+        return node.frames.empty() ? "" : InClear(BodyOf(node.frames.front()), m_mediaKeys[1]);
     }
 
 private:
-    std::string Deciphered(const std::string& name, std::string xml) const
-    {
-        const std::string tag = "<" + name + ">";
-        for (auto at = xml.find(tag); at != std::string::npos; at = xml.find(tag, at)) {
-            at += tag.size();
-            const auto len = xml.find('<', at) - at;
-            xml.replace(at, len, tdcrypto::RsaPriDecrypt(xml.substr(at, len), m_mediaKeys[1]));
-        }
-        return xml;
-    }
     std::string Ask(const CommandSample& sample, bool hasReply)
     {
         node.frames.clear();

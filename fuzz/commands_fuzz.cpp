@@ -1,31 +1,38 @@
-// Every reader of replies: the first byte picks a command, the second says how much of its reply the fuzzer
-// writes, the rest is that text.
+// Every command, all that it says to the decoder and to the host: the first byte picks it, the second says
+// what the rest is, the record from the host or so much of the decoder's reply.
 
 #include "CommandSamples.h"
 #include "FuzzSession.h"
 
 namespace {
 
-// A session that has logged in and then hears the same text for every request.
-void AnswerWith(const CommandSample& sample, unsigned int way, const std::string& text)
+enum Way { eHeaderTail, eAllButUrlAndNumber, eBody, eRecord, eWays };
+
+// A session that has logged in and then hears the same reply to every request.
+void Exchange(CommandSample sample, unsigned int way, const std::string& text)
 {
+    if (way == eRecord) {
+        sample.record = text;
+    }
     const std::string keys = CommandSamples().front().replyBody;
     bool loggedIn = false;
     FuzzSession session(false, [&](FuzzSession& s) {
         if (!loggedIn) {
             s.Receive(s.Reply("0", "<session>SID</session><token>TOK</token>", keys));
-        } else if (way % 4 == 0) {
+        } else if (way == eHeaderTail) {
             s.Receive(s.Reply("0", text, sample.replyBody));
-        } else if (way % 4 == 1) { // whole, but for url and number, which the session wants in this order
+        } else if (way == eAllButUrlAndNumber) { // whole, but for url and number, which the session wants in
+                                                 // this order
             const std::string request = s.LastRequest();
             s.Receive(Frame("<td_command><td_header><url>" + Element(request, "url") + "</url><seq>" +
                             Element(request, "seq") + "</seq>" + text));
         } else {
-            s.Receive(s.Reply("0", "", text));
+            s.Receive(s.Reply("0", "", way == eBody ? text : sample.replyBody));
         }
     });
     session.Run(CommandSamples().front().cmdID, CommandSamples().front().Payload());
     loggedIn = true;
+    session.ForgetRequests(); // the same every time
     session.Run(sample.cmdID, sample.Payload());
 }
 
@@ -37,6 +44,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const auto& samples = CommandSamples();
     const CommandSample& sample = samples[script.Number() % samples.size()];
     const unsigned int way = script.Number();
-    AnswerWith(sample, way, script.Rest());
+    Exchange(sample, way % eWays, script.Rest());
     return 0;
 }
