@@ -15,44 +15,22 @@
 #include <sstream>
 
 #include "FuzzScript.h"
+#include "LinkTexts.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace {
 
 namespace fs = std::filesystem;
-using namespace std::string_view_literals;
 
 // What texts and records are changed into; the first ones leave XML well formed.
-constexpr std::string_view kPieces[] = {"",
-                                        "0",
-                                        "-1",
-                                        "+5",
-                                        " 7 ",
-                                        "0x10",
-                                        "007",
-                                        "1.5",
-                                        "99999999999999999999",
-                                        "255",
-                                        "65536",
-                                        "&amp;",
-                                        "&#65;",
-                                        "<!-- c -->",
-                                        "<![CDATA[&1]]>",
-                                        "2147483648",
-                                        "4294967296",
-                                        "\r\n",
-                                        "<x/>",
-                                        "&lt",
-                                        "<x>",
-                                        "</x>",
-                                        " a='1'",
-                                        "\0\0\0\0"sv,
-                                        "\xFF\xFF\xFF\xFF",
-                                        "\1\0\0\0"sv,
-                                        "\0\0\0\x80"sv,
-                                        "\x80"};
-constexpr size_t kWellFormed = 19;
+constexpr char kPieceTexts[] =
+    "|0|-1|+5| 7 |0x10|007|1.5|255|65536|2147483648|4294967296|99999999999999999999|&amp;|&#65;|&#x0000041;|"
+    "<!-- c -->|<![CDATA[&1]]>|\r\n|<x/>|"
+    "&lt|<x>|</x>| a='1'|\0\0\0\0|\xFF\xFF\xFF\xFF|\1\0\0\0|\0\0\0\x80|\x80";
+const std::vector<std::string_view> kPieces = Split({kPieceTexts, sizeof(kPieceTexts) - 1});
+constexpr size_t kWellFormed = 20;
+constexpr size_t kMany = 300; // more than a byte counts
 
 // Changes that are always the same: the generator's own numbers are on every machine.
 class Variations {
@@ -90,15 +68,15 @@ private:
                    Below(2) == 0) {
             xml.erase(begin, element.size());
         } else {
-            xml.insert(begin, element);
+            xml.insert(begin, Repeat(element, Below(8) == 0 ? kMany : 1));
         }
     }
 
     void ChangeBytes(std::string& bytes, size_t at)
     {
-        switch (Below(5)) {
+        switch (Below(6)) {
         case 0:
-            bytes.replace(at, Below(5), kPieces[Below(std::size(kPieces))]);
+            bytes.replace(at, Below(5), kPieces[Below(kPieces.size())]);
             break;
         case 1:
             bytes.erase(at, Below(64));
@@ -108,6 +86,9 @@ private:
             break;
         case 3:
             bytes.resize(at);
+            break;
+        case 4:
+            bytes.insert(at, Repeat(bytes.substr(Below(bytes.size()), 1 + Below(16)), kMany));
             break;
         default:
             if (!bytes.empty()) {

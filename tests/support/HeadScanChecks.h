@@ -9,6 +9,7 @@
 
 #include "Link/MessageHead.h"
 #include "Link/MessageHeadScan.h"
+#include "LinkTexts.h"
 #include "MarkupSTL.h"
 
 // A message that counts how often the scan looks at each of its bytes.
@@ -83,10 +84,5 @@ inline std::vector<std::string_view> MessagePieces()
         "<![CDATA[|]]>|<![CDATA[x]|]|<!DOCTYPE|<!DOCTYPE a [|<?|?>|<?>|&|&lt;|&amp;|&#65;|&#x41;|"
         "&#0;|&#12345678;|&#x;|;|1|25| |\r\n|x|'|\"|=|td_command|td_header|<td_command |"
         "<td_command/|<td_header/|<tail></a>|\0|<![|DOCTYPE|[CDATA[|CDDOCTYPE|&#32;|&#9;";
-    std::vector<std::string_view> pieces;
-    const std::string_view all(kPieces, sizeof(kPieces) - 1);
-    for (size_t at = 0; at <= all.size(); at += pieces.back().size() + 1) {
-        pieces.push_back(all.substr(at, all.find('|', at) - at));
-    }
-    return pieces;
+    return Split({kPieces, sizeof(kPieces) - 1});
 }

@@ -47,6 +47,15 @@ std::string Body(const std::string& inner)
     return Lines((inner.empty() ? "<td_body/>" : "<td_body>" + inner + "</td_body>") + "</td_command>");
 }
 
+std::vector<std::string_view> Split(std::string_view texts)
+{
+    std::vector<std::string_view> all;
+    for (size_t at = 0; at <= texts.size(); at += all.back().size() + 1) {
+        all.push_back(texts.substr(at, texts.find('|', at) - at));
+    }
+    return all;
+}
+
 std::string Repeat(const std::string& text, size_t n)
 {
     std::string all;

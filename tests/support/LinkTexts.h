@@ -3,7 +3,9 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <type_traits>
+#include <vector>
 
 // --- the decoder's texts ---
 
@@ -48,6 +50,9 @@ inline std::string WindowItem(long id, const std::string& subItems)
 {
     return Item(Elem("id", id) + Elem("td_subwindowlist", subItems));
 }
+
+// What stands between the bars.
+std::vector<std::string_view> Split(std::string_view texts);
 
 // n times the same text.
 std::string Repeat(const std::string& text, size_t n);

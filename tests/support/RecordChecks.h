@@ -1,8 +1,6 @@
 #pragma once
 // What holds for every record of the host's model.
 
-#include <map>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -73,8 +71,6 @@ void RoundTrips(const std::string& bytes, const std::string& cleared = Zeros<Rec
     EXPECT_FALSE(Decode(record, nullptr, 100));
 }
 
-inline std::map<std::string, std::set<int>> g_sites; // the sources and lines that Dumped has seen
-
 // What the log says of it.
 template <class Record>
 std::string Dumped(const std::string& bytes)
@@ -87,7 +83,6 @@ std::string Dumped(const std::string& bytes)
     for (const auto& log : fake_host::Logs()) {
         EXPECT_EQ(log.level, fake_host::LogLevel::Normal);
         texts += log.text;
-        g_sites[log.source].insert(log.line);
     }
     return texts;
 }

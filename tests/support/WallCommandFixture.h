@@ -41,17 +41,6 @@ protected:
         Check(sample);
     }
 
-    // The sample's record with its window twice, the second time cut: the first one is sent. The count of the
-    // windows stands before them.
-    void CheckSecondWindowCut(const char* handler, size_t countAt, size_t countSize = 4)
-    {
-        const CommandSample& sample = CommandSampleOf(handler);
-        std::string record = sample.record + sample.record.substr(countAt + countSize);
-        record[countAt] = 2;
-        record.pop_back();
-        Check("second window cut", handler, record, sample.body);
-    }
-
     // The host's answer to the command with this record when the decoder's reply has this body.
     std::string Ask(const char* handler, const std::string& record, const std::string& replyBody)
     {

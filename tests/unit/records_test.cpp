@@ -1,5 +1,4 @@
 #include <bit>
-#include <regex>
 #include <tuple>
 
 #include "CommandSamples.h"
@@ -90,61 +89,6 @@ void Check(const std::string& bytes, const std::string& dumped)
 {
     RoundTrips<Record>(bytes);
     EXPECT_EQ(Dumped<Record>(bytes), dumped);
-}
-
-// Sets every number of a record, its counts included, to all ones.
-struct AllOnes {
-    template <class... Value>
-    void Plain(Value&... values)
-    {
-        (Set(values), ...);
-    }
-    template <class... Any>
-    void List(Any&...)
-    {
-    }
-    template <class... Any>
-    void ImageList(Any&...)
-    {
-    }
-
-private:
-    template <class Value>
-    static void Set(Value& value)
-    {
-        if constexpr (std::is_integral_v<Value>) {
-            value = static_cast<Value>(-1);
-        }
-    }
-};
-
-// The log of each record with all ones, and how many numbers are others once its counts are mended.
-template <class... Record>
-std::string AllOnesLogged()
-{
-    static const std::regex kNumber(":(-1|255|65535|4294967295)\\b");
-    const auto logged = [](const auto& record) {
-        std::string numbers;
-        fake_host::Reset();
-        record.Dump();
-        const std::string text = fake_host::Logs().front().text;
-        for (std::sregex_iterator match(text.begin(), text.end(), kNumber); match != std::sregex_iterator();
-             ++match) {
-            numbers += (*match)[1].str() == "-1" ? '-' : (*match)[1].length() > 5 ? 'U' : 'u';
-        }
-        return numbers;
-    };
-    std::string all;
-    const auto append = [&](auto record) {
-        EXPECT_EQ(Encode(record), Zeros<decltype(record)>());
-        AllOnes ones;
-        decltype(record)::Fields(record, ones);
-        const std::string numbers = logged(record);
-        record.VerifyData();
-        all += numbers + std::to_string(numbers.size() - logged(record).size()) + ' ';
-    };
-    (append(Record()), ...);
-    return all;
 }
 
 } // namespace
@@ -282,13 +226,6 @@ TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
     EXPECT_FALSE(ReadImage(nullptr, sizeof(field), field));
     SetFieldText(field, "x");
     EXPECT_EQ(std::string(field, 4), std::string("x\0\0\0", 4));
-    EXPECT_EQ(
-        testing::PrintToString(g_sites),
-        "{ (\"DecodeComm\", { 30, 60, 90, 120, 150 }), (\"DecodeCommDisplay\", { 10, 30, 50 }), "
-        "(\"DecodeCommPlayback\", { 10, 30, 50 }), (\"MonitorTvwComm\", { 40, 70, 100, 130, 160, 190 }), "
-        "(\"MonitorTvwCommAudio\", { 10, 30, 50 }), (\"MonitorTvwCommChannelGroup\", { 10, 30, 50, 70, 90, "
-        "110, 130, 150 }), (\"MonitorTvwCommDeviceInfo\", { 10 }), (\"MonitorTvwCommLayout\", { 10, 30 }), "
-        "(\"MonitorTvwCommMedia\", { 10, 30, 50, 70 }), (\"MonitorTvwCommWallInfo\", { 10, 30, 50 }) }");
 }
 
 // They travel as they lie in memory.
@@ -314,26 +251,6 @@ TEST_F(Records, ImagesBeginWithZeros)
                 S_Decoder_Baseinfo_Item, ORVA_NET_PROTOCOL::_kest_tvwall_opt_info,
                 ORVA_NET_PROTOCOL::_kest_net_reply, ORVA_NET_PROTOCOL::_kest_net_login_info,
                 ORVA_NET_PROTOCOL::_net_login_success_info, S_Decoder_Opt_Result, S_MTvw_Wall_Media_info>();
-}
-
-// -: signed, U: unsigned, u: unsigned of 8 or 16 bits.
-TEST_F(Records, LogNumbersWithTheirSignInTheirWidth)
-{
-    EXPECT_EQ(
-        (AllOnesLogged<S_Cavans_Sub_WindowInfo, S_Delete_Canvas_Window_Item, S_Decoder_LogicScreen_Item_V2,
-                       S_Roar_CanvasWindow_Item, S_Create_Cavans_WindowInfo, S_Decoder_Draw_Border_Wind,
-                       S_Decoder_Draw_Border, S_Playback_Ctrl_Subwnd, S_Playback_Ctrl_Cavs,
-                       S_Playback_Ctrl_Items_V2, S_MTvw_Get_AuCfg_Subwnd, S_MTvw_Get_AuCfg_Cav,
-                       S_MTvw_Get_Audio_Config, S_MTvw_Canvas_Item_V2, S_MTvw_Screen>()),
-        "UU0 U0 U--uu0 -----0 UUUUUuuuuUU-1 -U1 U1 uuu0 uu1 u1 --0 -U1 U1 --uuuu-1 uu--2 ");
-    EXPECT_EQ((AllOnesLogged<S_MTvw_Wall_Channel_Group_Info, S_MTvw_Wall_Del_Ch_Group_item,
-                             S_MTvw_Wall_Delete_Channel_Group, S_MTvw_Wall_Chl_GrPolling_Subitem,
-                             S_MTvw_Wall_Chl_GrPolling_Winitem, S_MTvw_Wall_Start_Chl_GrPolling,
-                             S_MTvw_Wall_Get_ChGroup, S_MTvw_Wall_Get_ChGroup_info,
-                             S_MTvw_Wall_WallLayout_Item, S_MTvw_Wall_Layout, S_MTvw_Wall_Media_info,
-                             S_MTvw_Wall_Media_Sub_Wind, S_MTvw_Wall_Media_Wind, S_MTvw_Wall_Media,
-                             S_MTvw_Wall_Set_wall_Wind, S_MTvw_Wall_Set_wall_V2>()),
-              "-UU0 -0 U1 UU0 -U1 U1 -0 U1 U0 U1 -----U-0 -U1 -U1 U1 uuuU1 U1 ");
 }
 
 TEST_F(Records, CountsThatCannotBeCreateNothing)

@@ -9,7 +9,6 @@ using AudioTest = WallCommandFixture;
 
 TEST_F(AudioTest, SwitchesTheSoundOfTheWindowsThatWereRead)
 {
-    CheckSecondWindowCut("PlayAudio", 32);
     Check("two windows without sub-windows", "PlayAudio", Guids().U32(2).U32(4).U32(0).U32(5).U32(0),
           Windows(WindowItem(4, "") + WindowItem(5, "")));
 }

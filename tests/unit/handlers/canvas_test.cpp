@@ -6,7 +6,6 @@ using CanvasTest = WallCommandFixture;
 
 TEST_F(CanvasTest, ShortRecordsSendWhatWasReadOfThem)
 {
-    CheckSecondWindowCut("CreateCanvas", 32);
     Check("move cut", "ChangeCanvas", Guids().U32(1).U32(7), Windows(""));
     Check("no whole head", "DelCanvas", "short", Windows(""));
     Check("raise cut", "TopCanvas", std::string(35, 'x'), Body(Elem("td_window", Elem("id", 0))));

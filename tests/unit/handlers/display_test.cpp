@@ -28,11 +28,4 @@ TEST_F(DisplayTest, BordersAreSentAsFarAsTheyWereRead)
     Check("no whole count", "DrawBorder", "\1\1\1", Windows(""));
 }
 
-TEST_F(DisplayTest, ShortRecordsOfZoomAndSwitchesAreRefused)
-{
-    EXPECT_EQ(Run(0x50002, Option(0x50014, std::string(39, '\0'))), "failure 20000002");
-    EXPECT_EQ(Run(0x50001, Option(0x60012, std::string(35, '\0'))), "failure 20000002");
-    EXPECT_TRUE(node.frames.empty());
-}
-
 } // namespace

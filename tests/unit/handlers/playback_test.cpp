@@ -12,7 +12,6 @@ TEST_F(PlaybackTest, SendsWhatIsThereOfTheAnnouncedWindows)
     Check("fewer windows than announced", "PlayBackCtrl", Bytes().U16(3).Text(sample.record.substr(2)),
           sample.body);
     Check("bytes behind the windows", "PlayBackCtrl", sample.record + sample.record.substr(2), sample.body);
-    CheckSecondWindowCut("PlayBackCtrl", 0, 2);
     Check("sub-window cut", "PlayBackCtrl", sample.record.substr(0, sample.record.size() - 1), Windows(""));
     Check("no whole count", "PlayBackCtrl", "x", Windows(""));
 }
