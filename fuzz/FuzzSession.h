@@ -47,7 +47,7 @@ public:
         FakeCommand command(cmdID, hasReply);
         Process(m_session, command, payload);
         Require(command.answers <= (hasReply ? 1 : 0));
-        Observe(command.Answer());
+        Observe(command.Answer() + (m_session.IsOnline() ? " online" : " offline"));
     }
 
     // As a host's socket does it: what is not consumed is offered again with what comes next.

@@ -21,8 +21,7 @@ void Exchange(CommandSample sample, unsigned int way, const std::string& text)
             s.Receive(s.Reply("0", "<session>SID</session><token>TOK</token>", keys));
         } else if (way == eHeaderTail) {
             s.Receive(s.Reply("0", text, sample.replyBody));
-        } else if (way == eAllButUrlAndNumber) { // whole, but for url and number, which the session wants in
-                                                 // this order
+        } else if (way == eAllButUrlAndNumber) { // which the session wants in this order
             const std::string request = s.LastRequest();
             s.Receive(Frame("<td_command><td_header><url>" + Element(request, "url") + "</url><seq>" +
                             Element(request, "seq") + "</seq>" + text));

@@ -62,6 +62,7 @@ void Exercise(CMarkupSTL& doc, bool wellFormed, const std::vector<uint8_t>& step
 {
     for (const unsigned int step : steps) {
         wellFormed = Step(doc, step) && wellFormed;
+        Observe(doc.GetTagName() + '=' + doc.GetData());
     }
     CMarkupSTL copy;
     copy = doc;

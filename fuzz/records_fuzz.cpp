@@ -22,6 +22,20 @@ bool Decode(CTvwRecord<Record, Reader>& record, const Bytes& bytes)
     return record.SetData(bytes.data(), static_cast<unsigned int>(bytes.size()));
 }
 
+// Sets every number of a record, its counts included, to all ones.
+struct AllOnes {
+    void Plain(auto&... values) { (Set(values), ...); }
+    void List(auto&&...) {}
+    void ImageList(auto&&...) {}
+    void Rest(auto&&...) {}
+    static void Set(auto& value)
+    {
+        if constexpr (std::is_integral_v<std::remove_reference_t<decltype(value)>>) {
+            value = static_cast<std::remove_reference_t<decltype(value)>>(-1);
+        }
+    }
+};
+
 // What was decoded, whole or in part, can be measured, encoded, logged, verified and decoded once more; a
 // whole record gives its bytes back.
 template <class Record>
@@ -40,6 +54,10 @@ void Exercise(const std::vector<char>& payload)
     Require(Decode(record, verified));
     Require(record.Encode() == verified);
     Observe((whole ? "whole" : "cut") + bytes + verified);
+    AllOnes ones;
+    Record::Fields(record, ones);
+    record.Dump();
+    record.VerifyData();
     ObserveLogs();
 }
 

@@ -287,6 +287,8 @@ TEST(WakingTest, AWorkerThatWaitsForAReceiveIsWokenAtItsEnd)
     handOver.Open();
     handOver.Expect(7);
     std::optional<CReplyHandOver::CReceiveScope> receive(std::in_place, handOver);
+    handOver.Prepare(7, CReplyHandOver::E_Kind::Notification, "is no reply");
+    receive.emplace(handOver);
     handOver.Prepare(7, CReplyHandOver::E_Kind::Reply, "reply");
     std::promise<void> waits, goOn; // which call no wrapped function
     bool woken = false;

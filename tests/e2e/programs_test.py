@@ -292,13 +292,6 @@ class Programs(unittest.TestCase):
         self.assertEqual(os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]), 0)
         self.assertEqual(sum(self.requests("credentials")), 2)
 
-    def test_help_shows_the_options_of_commands_in_groups(self):
-        for words, wanted in (("help window", "admin window raise 1"), ("--help-all", "\n  --osd ID,"),
-                              ("media --help-all", "Usage: tvwall-host media play [OPTIONS] WINDOW")):
-            shown = subprocess.check_output([HOST, *words.split()], text=True)
-            self.assertIn(wanted, shown)
-        self.assertNotIn("window create", shown)
-
     def test_a_decoder_that_dies_or_an_interrupt_ends_the_host_at_once(self):
         for dies in True, False:
             self.start_decoder("silent@dowallclear")

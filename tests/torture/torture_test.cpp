@@ -88,6 +88,7 @@ public:
         queued = true;
         allocation_fault::g_secrets = kSecrets;
         allocation_fault::g_watched = true;
+        const long before = allocation_fault::TakenBytes();
         allocation_fault::Arm(allowed, forGood);
         try {
             m_processor->AddOneCmd(&command, reinterpret_cast<unsigned char*>(payload.data()),
@@ -98,6 +99,7 @@ public:
         const bool ran = m_processor->ProcDevCmd();
         faulted = allocation_fault::Disarm();
         EXPECT_EQ(ran, queued);
+        taken = allocation_fault::TakenBytes() - before;
         allocation_fault::g_watched = false;
         EXPECT_EQ(allocation_fault::g_unwiped.exchange(0), 0) << "a secret in freed memory";
         EXPECT_EQ(command.references, 0);
@@ -158,6 +160,7 @@ public:
     size_t replyLen = 0; // of all of it
     int polls = 0;       // of the last command
     int retries = 0;     // likewise
+    long taken = 0;      // bytes, likewise
     bool queued = false;
     bool faulted = false;
 
@@ -304,6 +307,7 @@ TEST_P(TortureTest, EveryCommandSurvivesEverySendThatFails)
             };
             errors = {kNoBuffers, kNoBuffers, kNoBuffers};
             EXPECT_EQ(session.Run(sample), sample.Answer());
+            EXPECT_LT(session.taken, 80'000);
             EXPECT_EQ(session.node.frames.size(), Exchanges(sample));
             EXPECT_EQ(session.retries, 3);
 

@@ -101,7 +101,8 @@ TEST(LoadTest, AThousandRoundsFromLoadingToUnloadingLeaveNothingBehind)
 TEST(LoadTest, TheLibraryHoldsTheTextOfItsVersion)
 {
     std::ifstream file(TVWALL_PLUGIN_PATH);
-    EXPECT_NE(std::string(std::istreambuf_iterator(file), {}).find("DECODERDev " TVWALL_VERSION), std::string::npos);
+    EXPECT_NE(std::string(std::istreambuf_iterator(file), {}).find("DECODERDev " TVWALL_VERSION),
+              std::string::npos);
 }
 
 } // namespace

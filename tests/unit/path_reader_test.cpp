@@ -116,6 +116,8 @@ TEST(XmlCost, CountsTheNodesOfATextAndItsCopies)
     EXPECT_EQ(xml_cost::Estimate("<a/>", 4, xml_cost::LIMIT - 11), xml_cost::NEVER);
     EXPECT_NE(xml_cost::Estimate(Repeat("&", 8 << 20), 9 << 20, 0), xml_cost::NEVER); // 64 Mi looks
     EXPECT_EQ(xml_cost::Estimate(Repeat("&", (8 << 20) + 1), 9 << 20, 0), xml_cost::NEVER);
+    const std::string equal = "<a" + std::string(250, ' ') + " b='" + std::string(256, '=') + "'/>";
+    EXPECT_EQ(xml_cost::Estimate(equal, 0, 0), elem + attr + equal.size());
     CVTXMLParse reader;
     EXPECT_EQ(CVTXMLParse("<a/>\0<a/>", 9).Spare(), xml_cost::LIMIT - xml_cost::Estimate("<a/>", 9, 0));
     EXPECT_TRUE(reader.Parse("<a/>", 4, xml_cost::LIMIT - elem - 12) && reader.Spare() == 0);

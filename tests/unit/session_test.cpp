@@ -234,7 +234,8 @@ TEST_F(SessionTest, LivenessLastsSixteenChecksWithoutAFrame)
 TEST_F(SessionTest, NotificationsReachTheHostWithTheLengthOfTheLastRequest)
 {
     CCmdProcParam parent(nullptr, "", 0);
-    EXPECT_EQ(CCmdProcParamMTvwall(&parent, "", 0).GetParent(), &parent);
+    const CCmdProcParamMTvwall child(&parent, "none", 0);
+    EXPECT_TRUE(child.GetParent() == &parent && child.GetData() == std::string("none"));
     Receive(Frame(ReplyText("notifychannelstate", "76")));
     ASSERT_EQ(node.notifications.size(), 1U);
     EXPECT_EQ(node.notifications[0].len, 1024U) << "the buffer's before the first request";

@@ -4,6 +4,7 @@
 #include <ctime>
 #include <fcntl.h>
 #include <functional>
+#include <future>
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <semaphore.h>
@@ -304,11 +305,19 @@ TEST(SystemCallsTest, LocksAreRecursiveUnlessTheyAreToldNotToBe)
 {
     CLock lock, same(true), plain(false);
     for (CLock* each : {&lock, &same, &plain}) {
+        const auto isFree = [each] {
+            return pthread_mutex_trylock(each->Handle()) == 0 && pthread_mutex_unlock(each->Handle()) == 0;
+        };
+        const auto isFreeForOthers = [&] { return std::async(std::launch::async, isFree).get(); };
         each->Lock();
-        const bool twice =
-            pthread_mutex_trylock(each->Handle()) == 0 && pthread_mutex_unlock(each->Handle()) == 0;
-        EXPECT_EQ(twice, each != &plain);
+        EXPECT_EQ(isFree(), each != &plain);
+        if (each != &plain) {
+            each->Lock();
+            each->Unlock();
+        }
+        EXPECT_FALSE(isFreeForOthers());
         each->Unlock();
+        EXPECT_TRUE(isFreeForOthers());
     }
 }
 

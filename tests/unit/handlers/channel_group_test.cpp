@@ -12,11 +12,6 @@ TEST_F(ChannelGroupTest, ShortRecordsSendWhatWasReadOfThem)
     Check("add cut", "AddChannelGroup", group.substr(0, group.size() - 1),
           Body(Elem("channelgroup", Elem("id", 0) + Elem("name", "") + Elem("channelnum", 0) +
                                         Elem("interval", 0) + Elem("td_channellist", ""))));
-    Check("delete more than there are bytes", "DeleteChannelGroup",
-          Bytes().Text(kWall).U32(0x40000001).U32(8), Body(Elem("channelgrouplist", "")));
-    Check("start two windows without sub-windows", "StartChlGroupPolling",
-          Bytes().Text(kWall).U32(2).U32(5).U32(0).U32(6).U32(0),
-          Windows(WindowItem(5, "") + WindowItem(6, "")));
 }
 
 TEST_F(ChannelGroupTest, AsksForAllGroupsWhereNoneIsNamed)

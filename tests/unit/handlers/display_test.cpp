@@ -24,8 +24,6 @@ TEST_F(DisplayTest, BordersAreSentAsFarAsTheyWereRead)
                  Window(5, 2).U16(1).U16(2).U16(3).Text("x"),
                  WindowItem(5, Border(1, 2)) + WindowItem(3, ""));
     checkBorders("count cut", 2, one + "\5" + std::string(4, '\0'), oneSent + WindowItem(5, ""));
-    checkBorders("id cut", 2, one + "\5", oneSent + WindowItem(0, ""));
-    Check("no whole count", "DrawBorder", "\1\1\1", Windows(""));
 }
 
 } // namespace
