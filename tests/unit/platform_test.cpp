@@ -103,7 +103,7 @@ TEST(PlatformTest, ASemaphoreCountsUpToItsMaximum)
 
 TEST(PlatformTest, CountersAreAtomicAndAStorePublishesWhatWasWrittenBefore)
 {
-    ASSERT_EQ(Interlocked(5).Decrement(), 4); // or the threads would wait for ever
+    ASSERT_EQ(Interlocked(-5).Decrement(), -6); // or the threads would wait for ever
     Interlocked counter(5), arrived(0), running(4);
     EXPECT_EQ(counter.ExchangeAdd(7), 5);
     EXPECT_EQ(counter.SetValue(0), 12);

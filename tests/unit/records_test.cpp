@@ -79,6 +79,7 @@ protected:
     Records()
     {
         NET_DEV_DECODERDEVSDK_Initial(); // lets records write to the host's log
+        NET_DEV_DECODERDEVSDK_Quit();    // which changes nothing
         delete fake_host::Get().created;
         fake_host::Reset();
     }
