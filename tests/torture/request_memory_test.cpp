@@ -12,26 +12,26 @@ constexpr unsigned int kLarge = 256;
 class RequestMemoryTest : public SessionFixture {
 protected:
     // Windows with 16 sub-windows each.
-    static void AddWindows(CDeviceRequest& request, unsigned int windows)
+    static void AddWindows(CMarkupSTL& doc, unsigned int windows)
     {
         for (unsigned int n = 0; n < 16 * windows; ++n) {
-            CElemScope item(request.Body(), "item");
-            request.Body().AddElem("index", n % 16);
-            request.Body().AddElem("osdid", n);
+            CElemScope item(doc, "item");
+            doc.AddElem("index", n % 16);
+            doc.AddElem("osdid", n);
         }
     }
     static std::string BodyFor(CNetProtocolProcTWDECODERDevImp& session, unsigned int windows)
     {
         CDeviceRequest request(session, "docreatewindow");
-        AddWindows(request, windows);
+        AddWindows(request.Body(), windows);
         return BodyOf(request.Doc().GetDoc());
     }
-    // Bytes for one request.
+    // Bytes for one request, whose text the command writes itself.
     long Taken(unsigned int windows)
     {
         const long before = allocation_fault::TakenBytes();
-        CDeviceRequest request(session, "docreatewindow");
-        AddWindows(request, windows);
+        CDeviceRequest request(session);
+        AddWindows(request.Doc(), windows);
         return allocation_fault::TakenBytes() - before;
     }
     CNetProtocolProcTWDECODERDevImp other;
@@ -48,7 +48,7 @@ TEST_F(RequestMemoryTest, ALargeRequestIsComposedInTheMemoryOfTheOneBefore)
     EXPECT_EQ(BodyFor(session, kLarge), body);
     {
         CDeviceRequest outer(session, "dowallclear");
-        AddWindows(outer, kLarge);
+        AddWindows(outer.Body(), kLarge);
         EXPECT_EQ(BodyFor(session, kSmall), BodyFor(other, kSmall)) << "composed while another request waits";
         EXPECT_EQ(BodyOf(outer.Doc().GetDoc()), body);
     }

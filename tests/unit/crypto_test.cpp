@@ -213,8 +213,12 @@ TEST_F(CryptoTest, NullPointersAndImpossibleLengthsAreFailures)
     EXPECT_EQ(Base64Decode("AAAA", 4, nullptr, &decodedLen), 0);
     EXPECT_EQ(Base64Decode("AAAA", 4, &decodedBytes, nullptr), 0);
     EXPECT_EQ(CRsaPubKey(keys[0]).Encrypt({keys[0].data(), 0x100000003}), "");
-    EXPECT_EQ(Base64Encode(nullptr, 1, out) + Base64Encode(BytesOf(keys[0]), 0x60000001, out), 0);
-    EXPECT_EQ(out, "");
+    EXPECT_EQ(Base64Encode(nullptr, 1, out), 0);
+    for (const unsigned long len : {0x60000001UL, 0x100000003UL}) {
+        out = "stale";
+        EXPECT_EQ(Base64Encode(BytesOf(keys[0]), len, out), 0);
+        EXPECT_EQ(out, "");
+    }
 }
 
 } // namespace

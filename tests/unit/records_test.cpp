@@ -152,6 +152,9 @@ TEST_F(Records, KeepEveryByteRefuseEveryShorterPayloadAndAreLoggedAsTheyAre)
     Check<S_MTvw_Wall_Media_info>(Media(""), kMediaText);
     S_MTvw_Wall_Media_info media;
     EXPECT_TRUE(Decode(media, Media("")) && FieldText(media._user) == "user");
+    media._gap = 7; // is no field
+    media.ClearData();
+    EXPECT_EQ(media._gap, 7U);
     Check<S_MTvw_Wall_Media>(
         Bytes().U32(2).U32(-8UL).U32(1).U32(-9UL).U32(1).Text(Media("gap!")).U32(3).U32(0),
         kNext + "S_MTvw_Wall_Media numwind:2\nwindow list \n" + kNext +

@@ -8,7 +8,6 @@ TEST_F(CanvasTest, ShortRecordsSendWhatWasReadOfThem)
 {
     Check("move cut", "ChangeCanvas", Guids().U32(1).U32(7), Windows(""));
     Check("no whole head", "DelCanvas", "short", Windows(""));
-    Check("raise cut", "TopCanvas", std::string(35, 'x'), Body(Elem("td_window", Elem("id", 0))));
 }
 
 } // namespace
