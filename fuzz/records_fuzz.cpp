@@ -122,6 +122,11 @@ constexpr void (*kRecords[])(const std::vector<char>&) = {
     ExerciseImage<ORVA2_CLIENT_TVW::S_MTvw_Wall_Set_WindCfg_V2>,
     Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Basic_Config>,
     ExerciseAnswers,
+    Exercise<ORVA2_DECODER_TVW::S_Playback_Ctrl_Cavs>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Get_AuCfg_Cav>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Chl_GrPolling_Winitem>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Media_Wind>,
+    Exercise<ORVA2_CLIENT_TVW::S_MTvw_Wall_Set_wall_Wind>,
 };
 
 } // namespace

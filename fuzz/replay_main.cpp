@@ -130,12 +130,12 @@ std::string ChecksumOf(const std::string& text)
 int main(int argc, char** argv)
 {
     const std::string way = argc == 3 ? argv[1] : "";
-    if (way == "--show") {
+    if (way == "show") {
         std::cout << OutcomeOf(argv[2]);
         return 0;
     }
-    if (argc != (way == "--record" ? 3 : 2)) {
-        fputs("usage: TARGET [--record] FOLDER, or TARGET --show FILE\n", stderr);
+    if (argc != (way == "record" ? 3 : 2)) {
+        fputs("usage: TARGET [record] FOLDER, or TARGET show FILE\n", stderr);
         return 2;
     }
     const fs::path folder = argv[argc - 1];

@@ -36,9 +36,14 @@ TEST_F(LoginTest, TwoExchangesBringKeysSessionAndTokenAndTheAnswerNamesTheNode)
 {
     ReplyToDooption();
     ReplyToDologin("0");
-    EXPECT_EQ(Login(), successAnswer);
-
-    ASSERT_EQ(node.frames.size(), 2U);
+    FakeCommand login(KEST_CMD_REQUEST_LOGIN);
+    login.onAnswer = [&] {
+        ASSERT_EQ(node.frames.size(), 2U);
+        EXPECT_EQ(Run(0x50006, ""), "none") << "logged in, but the decoder is silent";
+        node.frames.pop_back();
+    };
+    Process(session, login, LoginPayload("admin", "secret"));
+    EXPECT_EQ(login.Answer(), successAnswer);
     const auto header = [](const std::string& url, const std::string& request, const std::string& tail) {
         return Elem("td_header", Elem("version", "2.2") + Elem("type", "request") + Elem("url", url) +
                                      Elem("seq", Element(request, "seq")) + Elem("identity", 3) + tail);
@@ -95,7 +100,7 @@ TEST_F(LoginTest, AReplyIsNoneUntilAMessageWithAKnownUrlHasCome)
         CNetProtocolProcTWDECODERDevImp fresh;
         fresh.Start(&node, nullptr, 0);
         Offer(fresh, Frame(ReplyText(urls[i], "1")));
-        onPoll = [&] { Offer(fresh, Frame(ReplyText("unheardof", Element(LastRequest(), "seq")))); };
+        onPoll = [&] { Offer(fresh, Frame(ReplyText("dooptions", Element(LastRequest(), "seq")))); };
         node.frames.clear();
         FakeCommand command(KEST_CMD_REQUEST_LOGIN);
         fresh.ProcOneCommand(&command, nullptr, 0);

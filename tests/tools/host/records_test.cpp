@@ -396,13 +396,6 @@ TEST(TwoOpinions, OnEveryAnswerAndItsPieces)
         CompareLists(draw);
         CompareDeviceAnswers(draw);
     }
-    const Record failure = ByteWriter().U32(0x2000005C).Zeros(264).Take();
-    const std::string bytes(failure.bytes.begin(), failure.bytes.end());
-    for (std::size_t n = 0; n <= bytes.size(); ++n) {
-        const auto read = kit::ReadFailure(kit::Bytes(bytes).first(n));
-        ASSERT_EQ(static_cast<bool>(read), n == bytes.size());
-        EXPECT_TRUE(!read || read->code == 0x2000005C);
-    }
     for (uint32_t code = 0x20000000; code < 0x20000100; ++code) {
         EXPECT_STREQ(kit::Meaning(code), FailureOf(code).meaning);
     }

@@ -7,7 +7,6 @@ using CanvasTest = WallCommandFixture;
 TEST_F(CanvasTest, ShortRecordsSendWhatWasReadOfThem)
 {
     Check("move cut", "ChangeCanvas", Guids().U32(1).U32(7), Windows(""));
-    Check("no whole head", "DelCanvas", "short", Windows(""));
 }
 
 } // namespace

@@ -23,7 +23,6 @@ TEST_F(DisplayTest, BordersAreSentAsFarAsTheyWereRead)
     checkBorders("a sub-window cut: its bytes are the next window's", 2,
                  Window(5, 2).U16(1).U16(2).U16(3).Text("x"),
                  WindowItem(5, Border(1, 2)) + WindowItem(3, ""));
-    checkBorders("count cut", 2, one + "\5" + std::string(4, '\0'), oneSent + WindowItem(5, ""));
 }
 
 } // namespace

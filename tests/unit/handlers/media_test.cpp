@@ -30,8 +30,6 @@ TEST_F(MediaTest, SendsEveryStreamThatCouldBeReadWithItsCredentialsEnciphered)
     const std::string played2 = MediaItem(4, Elem("mediainfo", StreamElements("", "", kSourceUser)));
     Check("two windows", "PlayMedia", two, Windows(played1 + played2));
     Check("second window cut", "PlayMedia", two.substr(0, two.size() - 1), Windows(played1));
-    Check("no streams", "PlayMedia", Bytes().U32(1).Text(Window(4, 0, "")),
-          Windows(MediaItem(4, Elem("mediainfo", ""))));
     Check("packed, which is misread", "PlayMedia", packed, Windows(""));
     Check("two windows", "StopPlayMedia", two, Windows(MediaItem(-8, "") + MediaItem(4, "")));
 }
