@@ -6,12 +6,12 @@
 
 namespace {
 
-enum Way { eHeaderTail, eAllButUrlAndNumber, eBody, eRecord, eWays };
+constexpr unsigned int kHeaderTail = 0, kAllButUrlAndNumber = 1, kBody = 2, kRecord = 3, kWays = 4;
 
 // A session that has logged in and then hears the same reply to every request.
 void Exchange(CommandSample sample, unsigned int way, const std::string& text)
 {
-    if (way == eRecord) {
+    if (way == kRecord) {
         sample.record = text;
     }
     const std::string keys = CommandSamples().front().replyBody;
@@ -19,14 +19,14 @@ void Exchange(CommandSample sample, unsigned int way, const std::string& text)
     FuzzSession session(false, [&](FuzzSession& s) {
         if (!loggedIn) {
             s.Receive(s.Reply("0", "<session>SID</session><token>TOK</token>", keys));
-        } else if (way == eHeaderTail) {
+        } else if (way == kHeaderTail) {
             s.Receive(s.Reply("0", text, sample.replyBody));
-        } else if (way == eAllButUrlAndNumber) { // which the session wants in this order
+        } else if (way == kAllButUrlAndNumber) { // which the session wants in this order
             const std::string request = s.LastRequest();
             s.Receive(Frame("<td_command><td_header><url>" + Element(request, "url") + "</url><seq>" +
                             Element(request, "seq") + "</seq>" + text));
         } else {
-            s.Receive(s.Reply("0", "", way == eBody ? text : sample.replyBody));
+            s.Receive(s.Reply("0", "", way == kBody ? text : sample.replyBody));
         }
     });
     session.Run(CommandSamples().front().cmdID, CommandSamples().front().Payload());
@@ -43,6 +43,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const auto& samples = CommandSamples();
     const CommandSample& sample = samples[script.Number() % samples.size()];
     const unsigned int way = script.Number();
-    Exchange(sample, way % eWays, script.Rest());
+    Exchange(sample, way % kWays, script.Rest());
     return 0;
 }

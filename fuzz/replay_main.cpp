@@ -1,5 +1,6 @@
 // Replays the inputs of a fuzz target without the fuzzer, and variations of them that are always the same,
-// and holds what came out against the checksums beside the folder, one for each input.
+// and holds what came out against the checksums beside the folder, one for each input. "record" writes those
+// anew; "show" prints what comes out of one input, to be compared with another build.
 
 #include <algorithm>
 #include <cstdint>
@@ -117,8 +118,8 @@ std::string OutcomeOf(const fs::path& path)
 std::string ChecksumOf(const std::string& text)
 {
     uint64_t hash = 0xCBF29CE484222325;
-    for (const unsigned char byte : text) {
-        hash = (hash ^ byte) * 0x100000001B3;
+    for (const char byte : text) {
+        hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
     }
     char digits[17];
     snprintf(digits, sizeof(digits), "%016llx", static_cast<unsigned long long>(hash));

@@ -215,8 +215,7 @@ TEST_F(CryptoTest, NullPointersAndImpossibleLengthsAreFailures)
     EXPECT_EQ(CRsaPubKey(keys[0]).Encrypt({keys[0].data(), 0x100000003}), "");
     EXPECT_EQ(Base64Encode(nullptr, 1, out), 0);
     for (const unsigned long len : {0x60000001UL, 0x100000003UL}) {
-        out = "stale";
-        EXPECT_EQ(Base64Encode(BytesOf(keys[0]), len, out), 0);
+        EXPECT_EQ(Base64Encode(BytesOf(keys[0]), len, out = "stale"), 0);
         EXPECT_EQ(out, "");
     }
 }
