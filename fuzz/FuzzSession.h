@@ -31,7 +31,7 @@ public:
         m_session.Stop();
         test_clock::SetSleepHook({});
         for (const auto& frame : m_node.frames) {
-            Observe(InClear(frame, DecoderKeys().privateKey));
+            Observe(g_outcome == nullptr ? "" : InClear(frame, DecoderKeys().privateKey)); // takes long
         }
         for (const auto& told : m_node.notifications) {
             Observe(std::to_string(told.cmdID) + ' ' + std::to_string(told.optType) + ' ' +

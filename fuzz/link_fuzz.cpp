@@ -1,5 +1,6 @@
 // Bytes from the link, whole and in any pieces, in both ways of receiving: the frames are the same.
 
+#include <algorithm>
 #include <vector>
 
 #include "FuzzSession.h"
@@ -41,9 +42,7 @@ Frames Parse(const std::string& stream, const std::string& cuts, bool buffered)
         Require(consumed <= kept.size() && (!buffered || consumed == kept.size()));
         kept.erase(0, consumed);
     }
-    for (const std::string& frame : frames) {
-        Observe(frame);
-    }
+    std::for_each(frames.begin(), frames.end(), Observe);
     return frames;
 }
 

@@ -37,12 +37,13 @@ public:
     {
         const bool keepForm = input.find("</") != std::string::npos && Below(4) > 0;
         for (size_t changes = 1 + Below(3); changes > 0; --changes) {
-            size_t at = Below(input.size());
-            if (keepForm) {
-                for (at = input.find('<', at); at != std::string::npos && input[at + 1] == '/';) {
-                    at = input.find('<', at + 1);
-                }
-                ChangeElement(input, at == std::string::npos ? input.find('<') : at);
+            const size_t at = Below(input.size());
+            size_t tag = input.find('<', at);
+            while (tag != std::string::npos && input[tag + 1] == '/') {
+                tag = input.find('<', tag + 1);
+            }
+            if (keepForm && tag != std::string::npos) {
+                ChangeElement(input, tag);
             } else {
                 ChangeBytes(input, at);
             }
@@ -72,21 +73,22 @@ private:
 
     void ChangeBytes(std::string& bytes, size_t at)
     {
+        const size_t from = Below(bytes.size()), length = Below(64), piece = Below(kPieces.size());
         switch (Below(6)) {
         case 0:
-            bytes.replace(at, Below(5), kPieces[Below(kPieces.size())]);
+            bytes.replace(at, length % 5, kPieces[piece]);
             break;
         case 1:
-            bytes.erase(at, Below(64));
+            bytes.erase(at, length);
             break;
         case 2:
-            bytes.insert(at, bytes.substr(Below(bytes.size()), Below(64)));
+            bytes.insert(at, bytes.substr(from, length));
             break;
         case 3:
             bytes.resize(at);
             break;
         case 4:
-            bytes.insert(at, Repeat(bytes.substr(Below(bytes.size()), 1 + Below(16)), kMany));
+            bytes.insert(at, Repeat(bytes.substr(from, 1 + length % 16), kMany));
             break;
         default:
             if (!bytes.empty()) {
@@ -121,9 +123,7 @@ std::string ChecksumOf(const std::string& text)
     for (const char byte : text) {
         hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
     }
-    char digits[17];
-    snprintf(digits, sizeof(digits), "%016llx", static_cast<unsigned long long>(hash));
-    return digits;
+    return std::to_string(hash);
 }
 
 } // namespace

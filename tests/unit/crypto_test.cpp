@@ -185,6 +185,10 @@ TEST_F(CryptoTest, XorHasATableOfTwoOperations)
 TEST_F(CryptoTest, NullPointersAndImpossibleLengthsAreFailures)
 {
     const char key[16] = {};
+    unsigned char letter = 'x';
+    CEncryptXOR().Encrypt(&letter, 1, nullptr, 3);
+    CEncryptXOR().Encrypt(&letter, -1, &letter, 1);
+    EXPECT_EQ(letter, 'x');
     char digest[65] = "stale";
     std::string out = "kept";
     unsigned char* decodedBytes = nullptr;

@@ -1,5 +1,5 @@
 // Two opinions on every byte between host and plug-in: the stand-in host's builders and readers, and those of
-// the kit, which are the plug-in's own. Values are drawn with a fixed seed; bytes are cut everywhere.
+// the kit, which are the plug-in's own. Values are drawn with a fixed seed; answers are cut everywhere.
 
 #include <gtest/gtest.h>
 

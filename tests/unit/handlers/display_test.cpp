@@ -25,4 +25,11 @@ TEST_F(DisplayTest, BordersAreSentAsFarAsTheyWereRead)
                  WindowItem(5, Border(1, 2)) + WindowItem(3, ""));
 }
 
+TEST_F(DisplayTest, ShortRecordsOfZoomAndSwitchesAreRefused)
+{
+    EXPECT_EQ(Run(0x50002, Option(0x50014, std::string(39, '\0'))), "failure 20000002");
+    EXPECT_EQ(Run(0x50001, Option(0x60012, std::string(35, '\0'))), "failure 20000002");
+    EXPECT_TRUE(node.frames.empty());
+}
+
 } // namespace
