@@ -304,7 +304,8 @@ TEST_F(Records, ABadItemEndsTheListAndTheItemsBeforeItStay)
     EXPECT_FALSE(Decode(playback, cavs + "\4"));
     EXPECT_EQ(playback._nCavs.size(), 1U);
     S_Decoder_Draw_Border borders;
-    borders.SetData("\1\0\0\0\2\0\0\0\0", 10);
+    borders.SetData("\2\0\0\0\2\0\0\0\0", 10);
+    EXPECT_EQ(borders._windCount, 2U) << "as announced";
     borders.SetData(nullptr, 0);
     EXPECT_EQ(Encode(borders), std::string(4, '\0'));
     const auto window = std::make_shared<S_Decoder_Draw_Border_Wind>(); // one that stands there often

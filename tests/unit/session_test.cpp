@@ -235,7 +235,8 @@ TEST_F(SessionTest, NotificationsReachTheHostWithTheLengthOfTheLastRequest)
 {
     CCmdProcParam parent(nullptr, "", 0);
     const CCmdProcParamMTvwall child(&parent, "none", 0);
-    EXPECT_TRUE(child.GetParent() == &parent && child.GetData() == std::string("none"));
+    EXPECT_TRUE(child.GetParent() == &parent && parent.GetParent() == nullptr);
+    EXPECT_STREQ(child.GetData(), "none");
     Receive(Frame(ReplyText("notifychannelstate", "76")));
     ASSERT_EQ(node.notifications.size(), 1U);
     EXPECT_EQ(node.notifications[0].len, 1024U) << "the buffer's before the first request";
