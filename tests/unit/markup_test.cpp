@@ -217,7 +217,7 @@ TEST(Markup, ReportsWhatIsWrongAndKeepsWhatItRecognises)
 
 TEST(Markup, FindsTheNextSiblingOfAName)
 {
-    CMarkupSTL doc = At("<h><seqno>1</seqno><seq>2</seq><seq>3</seq></h>", {"h"});
+    CMarkupSTL doc = At("<h><seqno>12345678</seqno><seq>2</seq><seq>3</seq></h>", {"h"});
     doc.IntoElem();
     EXPECT_TRUE(doc.FindElem("seq"));
     EXPECT_EQ(doc.GetData(), "2");
