@@ -356,7 +356,7 @@ TEST_P(TortureTest, AReplyThatStopsAnywhereIsATimeoutAndComesTooLate)
 TEST(SecretsTest, TheStackKeepsNone)
 {
     constexpr size_t kStackLen = size_t{1} << 20;
-    // Who makes the samples has secrets on his stack and in his registers, which a thread takes over.
+    // By a thread of their own: a new thread takes over its maker's registers, which would hold secrets.
     std::thread([] { CommandSamples(); }).join();
     std::vector<char> stack(kStackLen);
     const auto run = [](void* stackBase) -> void* {
